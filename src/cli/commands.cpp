@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/commands.h"
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "cli/resultFormats.h"
+#include "project/CaseFile.h"
+#include "project/checks.h"
+#include "project/units.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace telvo::cli {
+
+namespace {
+
+void raise(ExitStatus& status, ExitStatus other) {
+    status = std::max(status, other);
+}
+
+/// Several cases may not share the one standard input.
+bool readsInputTwice(const std::vector<std::string>& files) {
+    if (std::count(files.begin(), files.end(), "-") < 2) return false;
+    complain("- can be given only once");
+    return true;
+}
+
+void complainOf(const CaseOutcome& outcome) {
+    // A fault of reading names the file itself, with the line.
+    complain(outcome.status == FileTrouble ? outcome.message
+                                           : outcome.file + ": " + outcome.message);
+}
+
+void tellNotes(const CaseOutcome& outcome) {
+    for (const auto note : outcome.run->notes)
+        complain(outcome.file + ": " + std::string(note));
+}
+
+std::string withLineFeeds(std::string text) {
+    std::erase(text, '\r');
+    return text;
+}
+
+/// All pages with a blank line between them, or the one that is asked for.
+std::string joinedPages(const report::ReportPages& pages, std::optional<int> page) {
+    if (page) return pages[static_cast<std::size_t>(*page)];
+    std::string out;
+    for (const std::string& text : pages) {
+        if (!out.empty() && !out.ends_with("\r\n\r\n")) out += "\r\n";
+        out += text;
+    }
+    return out;
+}
+
+/// A report never takes the place of a case, which a slip of the hand would destroy.
+bool isCaseFile(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(pathFromUtf8(path), error)) return false;
+    const auto bytes = readFile(path);
+    return bytes && project::hasCaseTag(*bytes);
+}
+
+int writeOrComplain(const std::string& path, std::string_view bytes) {
+    const Status written = writeFile(path, bytes);
+    if (written) return AllGood;
+    complain(faultText(written.fault()));
+    return FileTrouble;
+}
+
+bool mayWrite(const std::string& target, bool force) {
+    std::error_code error;
+    if (force || !std::filesystem::exists(pathFromUtf8(target), error)) return true;
+    complain(target + ": the file exists; --force overwrites it");
+    return false;
+}
+
+int saveAs(project::ProjectCase current, const std::string& target, bool force) {
+    if (!mayWrite(target, force)) return FileTrouble;
+    const Status saved = project::saveCaseFile(current, target);
+    if (saved) return AllGood;
+    complain(faultText(saved.fault()));
+    return FileTrouble;
+}
+
+/// The automatic arch factor compares depth and width in the unit of the case, so that a conversion
+/// can change it, and with it every load.
+void tellArchFactorChange(const std::string& file, const project::ProjectCase& before,
+                          const project::ProjectCase& after) {
+    const app::RunOptions options{.report = {}, .writePages = false, .previousAnalysisCase = 1};
+    const auto was = app::runCase(before, options);
+    const auto is = app::runCase(after, options);
+    const auto* wasRun = std::get_if<app::CaseRun>(&was);
+    const auto* isRun = std::get_if<app::CaseRun>(&is);
+    if (!wasRun || !isRun || wasRun->results.ArchFactor == isRun->results.ArchFactor) return;
+    complain(file + ": the pressure arch factor changes from " +
+             generalNumber(wasRun->results.ArchFactor) + " to " +
+             generalNumber(isRun->results.ArchFactor) + " by the conversion");
+}
+
+} // namespace
+
+std::string versionText() {
+    return "telvo-cli " TELVO_VERSION " (module build " + std::string(app::ModuleBuild) + ")";
+}
+
+int runReport(const ReportRequest& request) {
+    if (readsInputTwice(request.files)) return WrongUsage;
+    if (!request.target.empty() && isCaseFile(request.target)) {
+        complain(request.target + ": is a case file; a report is not written over it");
+        return FileTrouble;
+    }
+    ExitStatus status = AllGood;
+    std::string text;
+    bool any = false;
+    for (const std::string& file : request.files) {
+        const CaseOutcome outcome =
+            readAndRun(file, {.report = request.options, .writePages = true});
+        raise(status, outcome.status);
+        if (!outcome.run) {
+            complainOf(outcome);
+            continue;
+        }
+        tellNotes(outcome);
+        if (any && !request.page && !text.ends_with("\r\n\r\n")) text += "\r\n";
+        text += joinedPages(outcome.run->pages, request.page);
+        any = true;
+        if (request.target.empty()) {
+            print(withLineFeeds(std::move(text)));
+            text.clear();
+            if (!request.page) text = "\r\n"; // parts this report from the next one
+        }
+    }
+    if (request.target.empty())
+        raise(status, finishOutput());
+    else if (any)
+        raise(status, static_cast<ExitStatus>(writeOrComplain(request.target, text)));
+    return status;
+}
+
+int runResults(const ResultsRequest& request) {
+    if (readsInputTwice(request.files)) return WrongUsage;
+    const bool json = request.format == "json";
+    const bool csv = request.format == "csv";
+    ExitStatus status = AllGood;
+    if (json) print("[\n");
+    if (csv) print(csvHeader());
+    bool first = true;
+    for (const std::string& file : request.files) {
+        const CaseOutcome outcome =
+            readAndRun(file, {.report = request.options, .writePages = false});
+        raise(status, outcome.status);
+        if (!outcome.run)
+            complainOf(outcome);
+        else
+            tellNotes(outcome);
+        if (json) {
+            print((first ? "" : ",\n") + resultJson(outcome));
+        } else if (csv) {
+            print(csvRow(outcome));
+        } else if (outcome.run) {
+            print((first ? "" : "\n") + resultText(outcome));
+        }
+        first = false;
+    }
+    if (json) print("\n]\n");
+    raise(status, finishOutput());
+    return status;
+}
+
+int runCheck(const std::vector<std::string>& files) {
+    if (readsInputTwice(files)) return WrongUsage;
+    ExitStatus status = AllGood;
+    for (const std::string& file : files) {
+        const CaseOutcome outcome = readCase(file);
+        std::string message = outcome.message;
+        raise(status, outcome.status);
+        if (outcome.current) {
+            if (const auto refused = project::checkBeforeAnalysis(outcome.current->Input)) {
+                message = refused->message;
+                raise(status, Refused);
+            }
+        }
+        const std::string prefix =
+            files.size() > 1 && outcome.current ? file + ": " : std::string();
+        print(prefix + (message.empty() ? "OK" : message) + "\n");
+    }
+    raise(status, finishOutput());
+    return status;
+}
+
+int runNew(const NewRequest& request) {
+    const auto units = request.units == "metric" ? project::Metric : project::English;
+    return saveAs(project::newCase(units), request.target, request.force);
+}
+
+int runConvert(const SaveRequest& request) {
+    CaseOutcome outcome = readCase(request.source);
+    if (!outcome.current) {
+        complainOf(outcome);
+        return outcome.status;
+    }
+    project::ProjectCase converted = *outcome.current;
+    if (const Status done = project::convertCase(converted); !done) {
+        complain(outcome.file + ": " + faultText(done.fault()));
+        return Refused;
+    }
+    const int status = saveAs(converted, request.target, request.force);
+    if (status == AllGood) tellArchFactorChange(outcome.file, *outcome.current, converted);
+    return status;
+}
+
+int runSave(const SaveRequest& request) {
+    CaseOutcome outcome = readCase(request.source);
+    if (!outcome.current) {
+        complainOf(outcome);
+        return outcome.status;
+    }
+    return saveAs(*outcome.current, request.target, request.force);
+}
+
+} // namespace telvo::cli

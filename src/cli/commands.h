@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/cases.h"
+#include "report/ReportWriter.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// The commands of the console program, after their arguments are read. Each returns the exit
+/// status. None reads or writes the user's settings: the same call gives everybody the same answer.
+namespace telvo::cli {
+
+std::string versionText();
+
+struct ReportRequest {
+    std::vector<std::string> files;
+    std::optional<int> page;
+    std::string target; ///< empty: standard output
+    report::ReportOptions options;
+};
+int runReport(const ReportRequest& request);
+
+struct ResultsRequest {
+    std::vector<std::string> files;
+    std::string format = "text";
+    report::ReportOptions options;
+};
+int runResults(const ResultsRequest& request);
+
+int runCheck(const std::vector<std::string>& files);
+
+struct NewRequest {
+    std::string target;
+    std::string units = "english";
+    bool force = false;
+};
+int runNew(const NewRequest& request);
+
+struct SaveRequest {
+    std::string source;
+    std::string target;
+    bool force = false;
+};
+int runConvert(const SaveRequest& request);
+int runSave(const SaveRequest& request);
+
+} // namespace telvo::cli

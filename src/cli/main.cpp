@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <exception>
+#include <map>
+#include <string>
+
+namespace {
+
+using namespace telvo::cli;
+
+/// The option that chooses the rounding of stability factors.
+void addRounding(CLI::App& command, telvo::report::ReportOptions& options) {
+    command
+        .add_option("--round-sf,--RoundTELVOSF", options.RoundTELVOSF,
+                    "rounding of stability factors (RoundTELVOSF): 0 two decimals, half to even; "
+                    "2 two decimals, cut; 1 unchanged")
+        ->check(CLI::Range(0, 2))
+        ->capture_default_str();
+}
+
+void addCases(CLI::App& command, std::vector<std::string>& files) {
+    command.add_option("CASE", files, "case files; - reads standard input")->required();
+}
+
+void addTarget(CLI::App& command, SaveRequest& request) {
+    command.add_option("CASE", request.source, "case file; - reads standard input")->required();
+    command.add_option("-o,--output", request.target, "file to write")->required();
+    command.add_flag("--force", request.force, "overwrite an existing file");
+}
+
+int run(int argc, char** argv) {
+    CLI::App app{"TELVO: stability of room-and-pillar retreat mining panels in coal.", "telvo-cli"};
+    app.set_version_flag("--version", versionText());
+    app.require_subcommand(1);
+    app.footer("Exit status: 0 all good, 1 a case was refused or could not be computed,\n"
+               "2 wrong usage, 3 a file could not be read or written.\n\n"
+               "telvo-cli COMMAND --help explains a command.");
+
+    ReportRequest report;
+    CLI::App* reportCommand =
+        app.add_subcommand("report", "print the six-page report of each case");
+    addCases(*reportCommand, report.files);
+    reportCommand->add_option("--page", report.page, "only this page, 0 to 5")
+        ->check(CLI::Range(0, telvo::report::LastReportPage));
+    reportCommand->add_option("-o,--output", report.target,
+                              "write to this file, lines ended by CR LF, instead of the terminal");
+    addRounding(*reportCommand, report.options);
+    const std::map<std::string, int> forceUnits = {{"tons", 1}, {"lbs", 0}};
+    reportCommand
+        ->add_option("--force-units", report.options.OutputStrGradUnits,
+                     "forces of English cases: tons (default) or lbs")
+        ->transform(CLI::CheckedTransformer(forceUnits))
+        ->option_text("tons|lbs");
+    const std::map<std::string, int> stressUnits = {{"psi", 0}, {"psf", 1}};
+    reportCommand
+        ->add_option("--stress-units", report.options.OutputStrUnits,
+                     "stresses of English cases: psi (default) or psf")
+        ->transform(CLI::CheckedTransformer(stressUnits))
+        ->option_text("psi|psf");
+    reportCommand->footer("Example:\n  telvo-cli report panel.TLV --page 1");
+
+    ResultsRequest results;
+    CLI::App* resultsCommand =
+        app.add_subcommand("results", "print every computed quantity of each case");
+    addCases(*resultsCommand, results.files);
+    resultsCommand->add_option("--format", results.format, "text, json or csv")
+        ->check(CLI::IsMember({"text", "json", "csv"}))
+        ->capture_default_str();
+    addRounding(*resultsCommand, results.options);
+    resultsCommand->footer("Example:\n  telvo-cli results *.TLV --format csv > panels.csv");
+
+    std::vector<std::string> checked;
+    CLI::App* checkCommand =
+        app.add_subcommand("check", "check the inputs of each case, one line per case");
+    addCases(*checkCommand, checked);
+    checkCommand->footer(
+        "Prints OK or the message; with several cases the file stands before it.\n\n"
+        "Example:\n  telvo-cli check panel.TLV");
+
+    NewRequest made;
+    CLI::App* newCommand = app.add_subcommand("new", "write a new case with default values");
+    newCommand->add_option("FILE", made.target, "file to write")->required();
+    newCommand->add_option("--units", made.units, "english or metric")
+        ->check(CLI::IsMember({"english", "metric"}))
+        ->capture_default_str();
+    newCommand->add_flag("--force", made.force, "overwrite an existing file");
+    newCommand->footer("Example:\n  telvo-cli new panel.TLV --units metric");
+
+    SaveRequest converted;
+    CLI::App* convertCommand =
+        app.add_subcommand("convert", "convert a case to the other unit system");
+    addTarget(*convertCommand, converted);
+    convertCommand->footer("Lengths, coal strength and unit weight are rounded to two decimals.\n\n"
+                           "Example:\n  telvo-cli convert panel.TLV -o Metric_panel.TLV");
+
+    SaveRequest saved;
+    CLI::App* saveCommand =
+        app.add_subcommand("save", "read a case of any level and write the current one");
+    addTarget(*saveCommand, saved);
+    saveCommand->footer("Items that the older level lacks get the values of a new case.\n\n"
+                        "Example:\n  telvo-cli save old.TLV -o new.TLV");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? AllGood : WrongUsage;
+    }
+    if (*reportCommand) return runReport(report);
+    if (*resultsCommand) return runResults(results);
+    if (*checkCommand) return runCheck(checked);
+    if (*newCommand) return runNew(made);
+    if (*convertCommand) return runConvert(converted);
+    return runSave(saved);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "telvo-cli: %s\n", error.what());
+        return FileTrouble;
+    }
+}

@@ -1,0 +1,436 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "project/CaseFile.h"
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace telvo::project {
+
+namespace {
+
+struct FormatTag {
+    std::string_view tag;
+    int level;
+};
+// From the current one downward, the order in which a file's first item is compared.
+constexpr std::array<FormatTag, 4> FormatTags = {
+    {{"TELVO_602", 53}, {"TELVO_601", 52}, {"TELVO_501", 51}, {"TELVO_500", 50}}};
+
+constexpr std::string_view StartMarker = "##StartDesc##";
+constexpr std::string_view EndMarker = "##EndDesc##";
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
+/// How an item stands in the file.
+enum class Form {
+    Number, // written through the number formatter
+    Plain,  // written with a blank in the sign position
+};
+
+/// The items behind `NumberEntries` and the distances, in file order, with the level that brought
+/// each in. One list serves reader and writer, so that they cannot drift apart.
+template <typename Input, typename Visit>
+void visitItemsAfterDistances(Input& in, Visit visit) {
+    visit("CoalStrength", in.CoalStrength, Form::Number, 0);
+    visit("UnitWeight", in.UnitWeight, Form::Number, 0);
+    visit("BreadthAMZ", in.BreadthAMZ, Form::Number, 0);
+    visit("AMZ", in.AMZ, Form::Plain, 0);
+    visit("Arch", in.Arch, Form::Plain, 53);
+    visit("Anal", in.Anal, Form::Plain, 0);
+    visit("Reserved", in.Reserved, Form::Plain, 51);
+    visit("ArchFactor", in.ArchFactor, Form::Plain, 52);
+    visit("ExtentActiveGob", in.ExtentActiveGob, Form::Number, 0);
+    visit("AbutmentAngleActiveGob", in.AbutmentAngleActiveGob, Form::Number, 0);
+    visit("ExtentFirstGob", in.ExtentFirstGob, Form::Number, 0);
+    visit("AbutmentAngleFirstGob", in.AbutmentAngleFirstGob, Form::Number, 0);
+    visit("BarrierFirstGob", in.BarrierFirstGob, Form::Number, 0);
+    visit("SlabcutFirstGob", in.SlabcutFirstGob, Form::Number, 0);
+    visit("ExtentSecondGob", in.ExtentSecondGob, Form::Number, 0);
+    visit("AbutmentAngleSecondGob", in.AbutmentAngleSecondGob, Form::Number, 0);
+    visit("BarrierSecondGob", in.BarrierSecondGob, Form::Number, 0);
+    visit("SlabcutSecondGob", in.SlabcutSecondGob, Form::Number, 0);
+    visit("RowA", in.RowA, Form::Plain, 53);
+    visit("RowB", in.RowB, Form::Plain, 53);
+    visit("RowC", in.RowC, Form::Plain, 53);
+    visit("RowD", in.RowD, Form::Plain, 53);
+    visit("WidthC", in.WidthC, Form::Number, 53);
+    visit("WidthD", in.WidthD, Form::Number, 53);
+}
+
+/// The items before `NumberEntries`; here the angle comes before the width.
+template <typename Input, typename Visit>
+void visitItemsBeforeCount(Input& in, Visit visit) {
+    visit("EntryHeight", in.EntryHeight, Form::Number, 0);
+    visit("DepthCover", in.DepthCover, Form::Number, 0);
+    visit("XcutAngle", in.XcutAngle, Form::Number, 0);
+    visit("EntryWidth", in.EntryWidth, Form::Number, 0);
+    visit("XcutSpacing", in.XcutSpacing, Form::Number, 0);
+}
+
+std::string distanceName(int i) {
+    return "XcutCenters(" + std::to_string(i) + ")";
+}
+
+std::string_view withoutByteOrderMark(std::string_view bytes) {
+    return bytes.starts_with(ByteOrderMark) ? bytes.substr(ByteOrderMark.size()) : bytes;
+}
+
+/// Level of the tag in the first item of a file, 0 when it is unknown.
+int levelOfTag(std::string_view bytes) {
+    const auto line = bytes.substr(0, bytes.find_first_of(",\r\n"));
+    const auto item = trimmed(line);
+    const auto* found = std::find_if(FormatTags.begin(), FormatTags.end(),
+                                     [&](const FormatTag& tag) { return tag.tag == item; });
+    return found == FormatTags.end() ? 0 : found->level;
+}
+
+/// Walks through the lines of a case file. After the first fault every further read does nothing,
+/// so that the reading below needs no branch per item and the items before the fault stay.
+class ItemReader {
+  public:
+    ItemReader(std::string_view bytes, std::string_view name, int firstLine)
+        : m_rest(bytes), m_name(name), m_line(firstLine - 1), m_utf8(isValidUtf8(bytes)) {}
+
+    const std::optional<Fault>& fault() const { return m_fault; }
+    bool good() const { return !m_fault; }
+
+    std::string text(std::string_view item) {
+        const auto line = next(item);
+        return line ? decoded(*line) : std::string();
+    }
+
+    template <typename Number>
+    void number(std::string_view item, Number& field) {
+        const auto line = next(item);
+        if (!line) return;
+        const auto read = leadingNumber(*line);
+        if (!read) return fail(item, quoted(*line) + notANumber(*line));
+        const auto rest = trimmed(line->substr(read->length));
+        if (rest.starts_with(','))
+            return fail(item, quoted(*line) + " has a decimal comma; numbers take a \".\"");
+        if (!rest.empty()) return fail(item, quoted(*line) + " is not a number alone");
+        if constexpr (std::is_integral_v<Number>) {
+            constexpr auto low = std::numeric_limits<Number>::min();
+            constexpr auto high = std::numeric_limits<Number>::max();
+            if (read->value != std::floor(read->value))
+                return fail(item, quoted(*line) + " is not a whole number");
+            if (read->value < low || read->value > high)
+                return fail(item, quoted(*line) + " is outside " + std::to_string(low) + " to " +
+                                      std::to_string(high));
+        } else if (std::abs(read->value) >
+                   static_cast<double>(std::numeric_limits<Number>::max())) {
+            return fail(item, quoted(*line) + " is too large");
+        }
+        field = static_cast<Number>(read->value);
+    }
+
+    /// The next line as it stands, or nothing after a fault or at the end of the file.
+    std::optional<std::string_view> next(std::string_view item) {
+        if (m_fault) return std::nullopt;
+        ++m_line;
+        if (m_rest.empty()) {
+            fail(item, "the file ends before this item");
+            return std::nullopt;
+        }
+        const auto end = m_rest.find('\n');
+        auto line = m_rest.substr(0, end);
+        m_rest = end == std::string_view::npos ? std::string_view() : m_rest.substr(end + 1);
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        if (line.size() > MaxLineBytes) {
+            fail(item, "the line is longer than " + std::to_string(MaxLineBytes) + " characters");
+            return std::nullopt;
+        }
+        if (line.find('\0') != std::string_view::npos) {
+            fail(item, "the line holds a NUL character");
+            return std::nullopt;
+        }
+        return line;
+    }
+
+    std::string decoded(std::string_view line) const {
+        return m_utf8 ? std::string(line) : utf8FromWindows1252(line);
+    }
+
+    void fail(std::string_view item, const std::string& what) {
+        m_fault = Fault{std::string(item) + ": " + what,
+                        std::string(m_name) + ", line " + std::to_string(m_line)};
+    }
+
+  private:
+    std::string quoted(std::string_view line) const {
+        return "\"" + excerpt(decoded(line.substr(0, 200))) + "\"";
+    }
+    static std::string notANumber(std::string_view line) {
+        auto text = trimmed(line);
+        if (text.starts_with('-') || text.starts_with('+') || text.starts_with('.'))
+            text.remove_prefix(1);
+        const bool digit = !text.empty() && text.front() >= '0' && text.front() <= '9';
+        return digit ? " is too large a number" : " is not a number";
+    }
+
+    std::string_view m_rest;
+    std::string_view m_name;
+    int m_line;
+    bool m_utf8;
+    std::optional<Fault> m_fault;
+};
+
+/// Collects the lines of a description that are not blank.
+class DescriptionReader {
+  public:
+    explicit DescriptionReader(ProjectCase& into) : m_into(into) {
+        into.Description.clear();
+        into.DescriptionLines = 0;
+    }
+    void add(const std::string& line) {
+        if (trimmed(line).empty()) return;
+        if (!m_into.Description.empty()) m_into.Description += LineBreak;
+        m_into.Description += line;
+        if (m_into.DescriptionLines < std::numeric_limits<std::int16_t>::max())
+            ++m_into.DescriptionLines;
+    }
+
+  private:
+    ProjectCase& m_into;
+};
+
+void readMarkedDescription(ItemReader& reader, ProjectCase& into) {
+    DescriptionReader description(into);
+    while (const auto line = reader.next("Description")) {
+        if (*line == StartMarker) continue;
+        if (*line == EndMarker) return;
+        description.add(reader.decoded(*line));
+    }
+}
+
+/// The older rule: exactly five lines, no markers.
+void readFiveLineDescription(ItemReader& reader, ProjectCase& into) {
+    DescriptionReader description(into);
+    for (int i = 0; i < 5; ++i)
+        if (const auto line = reader.next("Description")) description.add(reader.decoded(*line));
+}
+
+void readEntryCount(ItemReader& reader, std::int16_t& field) {
+    std::int16_t count = field;
+    reader.number("NumberEntries", count);
+    if (!reader.good()) return;
+    if (count < 0 || count > MaxEntries)
+        return reader.fail("NumberEntries", std::to_string(count) + " is outside 0 to " +
+                                                std::to_string(MaxEntries));
+    field = count == 0 ? std::int16_t{1} : count;
+}
+
+bool breaksAt(std::u32string_view line, std::size_t column) {
+    return column <= line.size() && line[column - 1] == U' ';
+}
+
+/// Columns of the first piece of a line that is too long, by the rule of the description.
+std::size_t firstPieceLength(std::u32string_view line) {
+    constexpr std::size_t widest = 60;
+    constexpr std::size_t narrowest = 40;
+    if (breaksAt(line, widest)) return widest;
+    // The search runs on a rest shorter than 60 columns too and may split it once more; files have
+    // always been broken so.
+    for (std::size_t column = widest - 1; column >= narrowest; --column)
+        if (breaksAt(line, column)) return column;
+    return std::min(widest, line.size());
+}
+
+/// One wide character per column, so that no character is cut in two.
+std::u32string columns(std::string_view utf8) {
+    std::u32string out;
+    for (std::size_t at = 0; at < utf8.size();) {
+        const auto length = std::max<std::size_t>(1, characterOffset(utf8.substr(at), 1));
+        out +=
+            length == 1 ? static_cast<char32_t>(static_cast<unsigned char>(utf8[at])) : U'\uFFFD';
+        at += length;
+    }
+    return out;
+}
+
+void appendDescriptionLine(std::string& out, std::string_view line) {
+    if (!out.empty()) out += LineBreak;
+    // A line that looks like a marker would end the description when it is read back.
+    if (line == StartMarker || line == EndMarker) out += ' ';
+    out += line;
+}
+
+std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
+    std::optional<Fault> fault;
+    const auto check = [&](const std::string& name, auto value, Form, int) {
+        if (!fault && !std::isfinite(static_cast<double>(value)))
+            fault = Fault{"the value is not a finite number", name};
+    };
+    const ProjectInput& in = from.Input;
+    if (in.NumberEntries < 0 || in.NumberEntries > MaxEntries)
+        return Fault{std::to_string(in.NumberEntries) + " is outside 0 to " +
+                         std::to_string(MaxEntries),
+                     "NumberEntries"};
+    if (from.Title.size() > MaxLineBytes)
+        return Fault{"the title is too long for a case file", "Title"};
+    visitItemsBeforeCount(in, check);
+    for (int i = 1; i < in.NumberEntries; ++i)
+        check(distanceName(i), in.XcutCenters[i], Form::Number, 0);
+    visitItemsAfterDistances(in, check);
+    return fault;
+}
+
+/// Bytes in which a case is kept on this system.
+std::string systemBytes(std::string utf8) {
+#ifdef _WIN32
+    // Other Windows programs read case files in the system code page; a text that it cannot hold
+    // stays UTF-8, which the reader recognises.
+    const int size = static_cast<int>(utf8.size());
+    std::wstring wide(utf8.size(), L'\0');
+    const int wideSize =
+        ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, wide.data(), size);
+    if (wideSize <= 0) return utf8;
+    std::string bytes(utf8.size() * 2 + 2, '\0');
+    BOOL lost = FALSE;
+    const int got =
+        ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), wideSize, bytes.data(),
+                              static_cast<int>(bytes.size()), nullptr, &lost);
+    if (got <= 0 || lost) return utf8;
+    bytes.resize(static_cast<std::size_t>(got));
+    // Bytes that happen to be valid UTF-8 would be read back as other characters.
+    return bytes == utf8 || !isValidUtf8(bytes) ? bytes : utf8;
+#else
+    return utf8;
+#endif
+}
+
+} // namespace
+
+bool hasCaseTag(std::string_view bytes) {
+    return levelOfTag(withoutByteOrderMark(bytes)) != 0;
+}
+
+std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
+                                   ProjectCase& into) {
+    ItemReader reader(bytes, name, 2);
+    const auto number = [&](std::string_view item, auto& field, Form, int sinceLevel) {
+        if (level >= sinceLevel) reader.number(item, field);
+    };
+    reader.number("Units", into.Units);
+    if (into.Units < English || into.Units > Metric) into.Units = English;
+    if (std::string title = reader.text("Title"); reader.good()) into.Title = std::move(title);
+    if (reader.good()) {
+        if (level >= 50)
+            readMarkedDescription(reader, into);
+        else
+            readFiveLineDescription(reader, into);
+    }
+    visitItemsBeforeCount(into.Input, number);
+    if (reader.good()) readEntryCount(reader, into.Input.NumberEntries);
+    for (int i = 1; reader.good() && i < into.Input.NumberEntries; ++i)
+        reader.number(distanceName(i), into.Input.XcutCenters[i]);
+    visitItemsAfterDistances(into.Input, number);
+    into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
+    return reader.fault();
+}
+
+CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectCase& into) {
+    CaseReading reading;
+    bytes = withoutByteOrderMark(bytes);
+    const int level = levelOfTag(bytes);
+    if (level == 0) {
+        reading.fault = Fault{bytes.empty() ? "Invalid file format: the file is empty"
+                                            : "Invalid file format: the version tag is unknown",
+                              std::string(name) + ", line 1"};
+        return reading;
+    }
+    reading.accepted = true;
+    into.FileVersion = static_cast<std::int16_t>(level);
+    const auto end = bytes.find('\n');
+    bytes = end == std::string_view::npos ? std::string_view() : bytes.substr(end + 1);
+    reading.fault = readCaseItems(bytes, level, name, into);
+    return reading;
+}
+
+CaseReading readCaseFile(const std::string& path, ProjectCase& into) {
+    const auto bytes = readFile(path);
+    if (!bytes) return {false, bytes.fault()};
+    CaseReading reading = readCaseText(*bytes, path, into);
+    if (!reading.fault) into.FileName = path;
+    return reading;
+}
+
+std::string normalisedDescription(std::string_view description) {
+    constexpr std::size_t longest = 60;
+    std::string out;
+    for (std::string_view line : splitLines(description)) {
+        const auto text = trimmed(line);
+        if (text.empty()) continue;
+        if (characterCount(text) <= longest) {
+            appendDescriptionLine(out, line);
+            continue;
+        }
+        const std::u32string wide = columns(line);
+        for (std::size_t at = 0; at < wide.size();) {
+            const auto piece = firstPieceLength(std::u32string_view(wide).substr(at));
+            const auto bytes = characterOffset(line, piece);
+            appendDescriptionLine(out, line.substr(0, bytes));
+            line.remove_prefix(bytes);
+            at += piece;
+        }
+    }
+    for (char& c : out)
+        if (c == '\0') c = ' ';
+    return out;
+}
+
+Result<std::string> writeCaseText(ProjectCase& from) {
+    if (auto fault = faultOfUnreadableValue(from)) return *fault;
+    if (from.Input.NumberEntries == 0) from.Input.NumberEntries = 1;
+    from.Description = normalisedDescription(from.Description);
+    const auto lines = splitLines(from.Description).size();
+    from.DescriptionLines = static_cast<std::int16_t>(
+        std::min<std::size_t>(lines, std::numeric_limits<std::int16_t>::max()));
+    for (char& c : from.Title)
+        if (c == '\r' || c == '\n' || c == '\0') c = ' ';
+    from.FileVersion = CurrentLevel;
+
+    std::string out;
+    const auto line = [&](std::string_view text) {
+        out += text;
+        out += LineBreak;
+    };
+    const auto item = [&](std::string_view, auto value, Form form, int) {
+        const bool blank = form == Form::Plain && !(value < 0);
+        line((blank ? " " : "") + generalNumber(value));
+    };
+    line(FormatTags.front().tag);
+    item("Units", from.Units, Form::Plain, 0);
+    line(from.Title);
+    line(StartMarker);
+    if (!from.Description.empty()) line(from.Description);
+    line(EndMarker);
+    visitItemsBeforeCount(from.Input, item);
+    item("NumberEntries", from.Input.NumberEntries, Form::Plain, 0);
+    for (int i = 1; i < from.Input.NumberEntries; ++i)
+        item("XcutCenters", from.Input.XcutCenters[i], Form::Number, 0);
+    visitItemsAfterDistances(from.Input, item);
+    return systemBytes(std::move(out));
+}
+
+Status saveCaseFile(ProjectCase& from, const std::string& path) {
+    ProjectCase saved = from;
+    const auto text = writeCaseText(saved);
+    if (!text) return text.fault();
+    if (Status written = writeFile(path, *text); !written) return written;
+    saved.FileName = path;
+    from = std::move(saved);
+    return success();
+}
+
+} // namespace telvo::project

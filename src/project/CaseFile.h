@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Result.h"
+#include "project/ProjectInput.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace telvo::project {
+
+/// Levels of the case file, told apart by the tag on the first line.
+inline constexpr int CurrentLevel = 53;
+
+/// A longer line in a case file is taken for damage.
+inline constexpr std::size_t MaxLineBytes = 65535;
+
+/// What came of reading a case file.
+struct CaseReading {
+    bool accepted = false; ///< the tag is known; otherwise nothing of the record was changed
+    std::optional<Fault>
+        fault; ///< the tag is unknown, or what stopped the reading and at which line
+};
+
+/// Reads the text of a case file of any level into a record.
+/// Items that the level lacks keep what the record held; after a fault the items read so far stay.
+/// CR LF and LF end lines; valid UTF-8 is read as such, anything else as Windows-1252.
+/// Given: bytes  the content of the file
+///        name   how messages name the file; it does not become the case's file name
+CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectCase& into);
+
+/// The items after the tag line, by the rules of a level. Below level 50 the description is exactly
+/// five lines without markers; no tag leads there today.
+std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
+                                   ProjectCase& into);
+
+/// Reads a file into a record and, when it was read without fault, gives the record its name.
+CaseReading readCaseFile(const std::string& path, ProjectCase& into);
+
+/// The description as a save leaves it: blank lines dropped, lines of more than 60 characters
+/// broken at blanks, a line equal to a marker of the file indented by one blank, joined by CR LF.
+std::string normalisedDescription(std::string_view description);
+
+/// The text of the case file, current level, CR LF, UTF-8. The record is first brought into the
+/// form in which it is read back: its description normalised and counted, line breaks in the title
+/// turned into blanks, an entry count of 0 made 1, the file version set.
+/// Faults: a value that no reader would accept, such as 11 entries or an infinite length.
+Result<std::string> writeCaseText(ProjectCase& from);
+
+/// Saves a case in one atomic step under `path`, which becomes its file name.
+/// After a fault both the record and an older file of that name are as they were.
+Status saveCaseFile(ProjectCase& from, const std::string& path);
+
+/// Whether a text begins like a case file.
+bool hasCaseTag(std::string_view bytes);
+
+} // namespace telvo::project

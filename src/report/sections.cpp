@@ -1,0 +1,523 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "report/sections.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "engine/quantities.h"
+#include "project/units.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace telvo::report {
+
+using namespace engine;
+using project::ProjectInput;
+using project::Quantity;
+using project::unitLabel;
+
+namespace {
+
+constexpr std::string_view None = "***none***";
+constexpr std::string_view FactorPattern = "##0.00";
+constexpr std::string_view ForcePattern = "#.00E+00";
+
+// Names by side and pass. A load-case table stands for each loading condition with side gobs.
+constexpr IndexedArray<std::string_view, 3, 4> SideNames = {{"First", "Second"}};
+constexpr IndexedArray<std::string_view, 3, 4> BarrierNames = {
+    {"FIRST SIDE GOB BARRIER", "SECOND SIDE GOB BARRIER"}};
+constexpr IndexedArray<std::string_view, 1, 2> PassNames = {{"Development", "Retreat"}};
+using PassTexts = IndexedArray<std::string_view, 1, 2>;
+constexpr IndexedArray<PassTexts, 3, 4> LoadCaseNames = {
+    {PassTexts{{"DEVELOPMENT & 1S GOB", "ACTIVE + 1S GOB"}},
+     PassTexts{{"DEVELOPMENT & 2S GOB", "ACTIVE + 2S GOB"}}}};
+constexpr IndexedArray<PassTexts, 3, 4> GobNotes = {
+    {PassTexts{{"*Development loading includes one side gob.",
+                "*Retreat loading includes one side gob."}},
+     PassTexts{{"*Development loading includes two side gobs.",
+                "*Retreat loading includes two side gobs."}}}};
+constexpr IndexedArray<std::string_view, 3, 4> BleederMarks = {{" *", "**"}};
+constexpr IndexedArray<std::string_view, 3, 4> BleederNotes = {
+    {" *Includes contribution from row 'C' bleeder pillar",
+     "**Includes contribution from row 'D' bleeder pillar"}};
+
+double barrierWidth(const ProjectInput& in, int k) {
+    return k == FirstSide ? in.BarrierFirstGob : in.BarrierSecondGob;
+}
+
+/// Sides that take part in the loading condition and have a barrier.
+std::vector<int> barrierSides(const ReportSource& source) {
+    std::vector<int> sides;
+    for (int k = FirstSide; k <= source.results.AnalysisCase; ++k)
+        if (barrierWidth(source.current.Input, k) != 0) sides.push_back(k);
+    return sides;
+}
+
+/// Last pass that is shown: there is no retreat without an active gob.
+int lastPass(const ReportSource& source) {
+    const bool retreat =
+        source.results.AnalysisCase >= ActiveGob && source.current.Input.ExtentActiveGob != 0;
+    return retreat ? Retreat : Development;
+}
+
+/// A unit label in parentheses without its leading blank, as it stands under a column header.
+std::string_view columnUnit(std::string_view label) {
+    return trimmed(label);
+}
+
+std::string force(double value) {
+    return formatPattern(value, ForcePattern);
+}
+
+} // namespace
+
+ReportUnits fixReportUnits(AnalysisResults& copy, std::int16_t units,
+                           const ReportOptions& options) {
+    if (units != project::English)
+        return {std::string(unitLabel(project::Metric, Quantity::Force)),
+                std::string(unitLabel(project::Metric, Quantity::TonsPerFootOrKilonewtonsPerMetre)),
+                std::string(unitLabel(project::Metric, Quantity::Stress)), 1};
+
+    const bool tons = options.OutputStrGradUnits == 1;
+    const bool psi = options.OutputStrUnits == 0;
+    constexpr double poundsPerTon = 2000;
+    constexpr double psiPerPsf = 0.006944444444444444;
+    visitQuantities(copy, [&](const char*, Kind kind, auto& field) {
+        visitNumbers(field, [&](auto& value) {
+            using Number = std::remove_reference_t<decltype(value)>;
+            if (tons && (kind == Kind::Force || kind == Kind::ForcePerLength))
+                value = static_cast<Number>(value / poundsPerTon);
+            if (psi && kind == Kind::Stress) value = static_cast<Number>(value * psiPerPsf);
+        });
+    });
+    return {
+        std::string(unitLabel(project::English, tons ? Quantity::Tons : Quantity::Force)),
+        tons ? std::string(unitLabel(project::English, Quantity::TonsPerFootOrKilonewtonsPerMetre))
+             : std::string(" (lbs/ft)"),
+        std::string(unitLabel(project::English, psi ? Quantity::Strength : Quantity::Stress)),
+        tons ? poundsPerTon : 1};
+}
+
+// --- Page 1: stability factors and warnings
+
+namespace {
+
+std::string factorLine(std::string_view label, double factor, const ReportOptions& options) {
+    constexpr int leader = 45;
+    constexpr int width = 6;
+    return DotLeader(label, leader) +
+           AlignValue(formatPattern(RoundSF(factor, options.RoundTELVOSF), FactorPattern), width);
+}
+
+} // namespace
+
+std::string stabilityFactorPage(const ReportSource& source, const Warnings& warnings) {
+    const AnalysisResults& r = source.results;
+    const bool sideGobs = r.AnalysisCase >= OneSideGob;
+    PageWriter page;
+    page.heading("TELVO STABILITY FACTORS");
+    for (int p = Development; p <= lastPass(source); ++p) {
+        page.line(factorLine(PassNames[p], r.TELVOSF[p], source.options));
+        if (sideGobs) page.line(GobNotes[r.AnalysisCase][p]);
+    }
+    if (sideGobs) {
+        page.line();
+        page.heading("BARRIER PILLAR STABILITY FACTORS");
+        for (const int k : barrierSides(source)) {
+            page.subHeading(BarrierNames[k]);
+            for (int p = Development; p <= lastPass(source); ++p)
+                page.line(factorLine(PassNames[p], r.BarrierSF[p][k], source.options));
+        }
+    }
+    if (warnings.AnyWarning) {
+        page.line();
+        page.text(warnings.section);
+    }
+    page.line();
+    return page.take();
+}
+
+// --- Page 2: active mining zone
+
+namespace {
+
+class LabelPage : public PageWriter {
+  public:
+    void value(std::string_view label, double number, std::string_view pattern,
+               std::string_view unit = {}) {
+        line(DotLeader(label, leader) + AlignValue(formatPattern(number, pattern), valueWidth) +
+             std::string(unit));
+    }
+    static constexpr int leader = 40;
+    static constexpr int valueWidth = 12;
+};
+
+/// One row of the loadings table: its own contribution in each pass.
+struct LoadingRow {
+    std::string_view label;
+    IndexedArray<double, 1, 2> load;
+};
+
+std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
+    const double arch = r.ArchFactor;
+    const auto perPass = [](auto load) {
+        return IndexedArray<double, 1, 2>{{load(Development), load(Retreat)}};
+    };
+    std::vector<LoadingRow> rows;
+    rows.push_back({"Tributary Area*", perPass([&](int p) { return r.AMZLoad[p][Tributary]; })});
+    if (r.AnalysisCase >= ActiveGob)
+        rows.push_back({"Front abutment load*",
+                        perPass([&](int p) { return arch * r.AbutmentLoadAMZ[p][Front]; })});
+    struct SideLabels {
+        std::string_view abutment, remnant, barrier;
+    };
+    constexpr IndexedArray<SideLabels, 3, 4> labels = {
+        {SideLabels{"1st Side Abutment load*", "1st Side Barrier LTRANSREM*",
+                    "1st Side Barrier LTRANSBAR"},
+         SideLabels{"2nd Side Abutment load*", "2nd Side Barrier LTRANSREM*",
+                    "2nd Side Barrier LTRANSBAR"}}};
+    for (int k = FirstSide; k <= r.AnalysisCase; ++k) {
+        rows.push_back(
+            {labels[k].abutment, perPass([&](int p) { return arch * r.AbutmentLoadAMZ[p][k]; })});
+        rows.push_back(
+            {labels[k].remnant, perPass([&](int p) { return arch * r.LTRANSREM[p][k]; })});
+        // LTRANSBAR is printed without the asterisk: the arch factor does not scale it.
+        rows.push_back({labels[k].barrier, perPass([&](int p) { return r.LTRANSBAR[p][k]; })});
+    }
+    rows.push_back({"TOTAL ", perPass([&](int p) { return r.AMZLoad[p][r.AnalysisCase]; })});
+    return rows;
+}
+
+} // namespace
+
+std::string activeMiningZonePage(const ReportSource& source, const ReportUnits& units) {
+    const AnalysisResults& r = source.results;
+    const std::int16_t system = source.current.Units;
+    const std::string_view length = unitLabel(system, Quantity::Length);
+    const std::string_view area = system == project::English ? " (ft2)" : " (m2)";
+    LabelPage page;
+    page.heading("DATA ABOUT THE ACTIVE MINING ZONE (AMZ)");
+    page.value("Panel Width", r.PanelWidth, "##0.0", length);
+    page.value("Depth to Panel Width Ratio", source.current.Input.DepthCover / r.PanelWidth,
+               "##0.0");
+    page.value("AMZ Breadth", r.AMZBreadth, "##0.0", length);
+    page.value("AMZ Area", r.AMZArea, "##0.0", area);
+    page.value("Extraction Ratio within AMZ", r.ExtractionRatioAMZ, "##0.00");
+    page.value("Tributary Area Load on AMZ", r.TributaryLoadAMZ, ForcePattern, units.force);
+    if (r.AnalysisCase >= ActiveGob)
+        page.value("Front Abutment Load", r.FrontAbutmentLoad, "##0", units.forcePerLength);
+    if (r.AnalysisCase >= OneSideGob)
+        page.value("First Side Abutment Load", r.SideAbutmentLoad[FirstSide], "##0",
+                   units.forcePerLength);
+    if (r.AnalysisCase >= TwoSideGobs)
+        page.value("Second Side Abutment Load", r.SideAbutmentLoad[SecondSide], "##0",
+                   units.forcePerLength);
+    page.value("R-FACTOR For Front Abutment", r.RFactorFront, "##0.000");
+    page.value("R-FACTOR For First Side Abutment", r.RFactorSide[FirstSide], "##0.000");
+    page.value("R-FACTOR For Second Side Abutment", r.RFactorSide[SecondSide], "##0.000");
+
+    constexpr int column = 14;
+    const int passes = lastPass(source);
+    const auto tableLine = [&](std::string line, auto cell) {
+        for (int p = Development; p <= passes; ++p)
+            line += PadLeft(cell(p), column);
+        page.line(line);
+    };
+    page.line();
+    page.line(" LOADINGS ON AMZ");
+    tableLine(PadRight("", LabelPage::leader), [&](int p) { return PassNames[p]; });
+    tableLine(PadRight("", LabelPage::leader), [&](int) { return columnUnit(units.force); });
+    for (const LoadingRow& row : loadingRows(r))
+        tableLine(DotLeader(row.label, LabelPage::leader),
+                  [&](int p) { return force(row.load[p]); });
+    for (const std::string_view note :
+         {"*Adjusted by Pressure Arch Factor",
+          "R-Factor for front abutment is the percent of the total front abutment load that is "
+          "applied to the AMZ.",
+          "R-Factor for side abutment is the percent of the total side abutment load that is "
+          "applied to the barrier pillar (the remainder is applied to the AMZ).",
+          "LTRANSBAR is the load transferred to the AMZ from the barrier pillar between the side "
+          "and active gob if the barrier's SF is less than 1.5.",
+          "LTRANSREM is the load transferred to the AMZ from the remnant barrier between the side "
+          "and active gob if the remnant's SF is less than 1.5."}) {
+        page.line();
+        page.paragraph(note);
+    }
+    return page.take();
+}
+
+// --- Page 3: pillars
+
+std::string pillarPage(const ReportSource& source, const ReportUnits& units) {
+    const AnalysisResults& r = source.results;
+    const std::int16_t system = source.current.Units;
+    const auto length = columnUnit(unitLabel(system, Quantity::Length));
+    const std::string_view area = system == project::English ? "(ft2)" : "(m2)";
+    // Right edges of the columns: 20, 34 and 48.
+    const auto columns = [](std::string_view first, std::string_view second,
+                            std::string_view third) {
+        return PadLeft(first, 16) + PadLeft(second, 14) + PadLeft(third, 14);
+    };
+    const auto pillar = [](int i) { return PadLeft(std::to_string(i), 4); };
+    PageWriter page;
+    page.heading("PILLAR PARAMETERS");
+    page.line("PILLAR         ENTRY       MINIMUM       MAXIMUM");
+    page.line("              CENTER     DIMENSION     DIMENSION");
+    page.line("    " + columns(length, length, length));
+    for (int i = 1; i <= r.NumberPillars; ++i)
+        page.line(pillar(i) + columns(formatPattern(source.current.Input.XcutCenters[i], "##0.00"),
+                                      formatPattern(r.MinDimension[i], "##0.00"),
+                                      formatPattern(r.MaxDimension[i], "##0.00")));
+    page.line();
+    page.line("PILLAR          AREA      STRENGTH  LOAD-BEARING");
+    page.line("                                        CAPACITY");
+    page.line("    " + columns(area, columnUnit(units.stress), columnUnit(units.force)));
+    for (int i = 1; i <= r.NumberPillars; ++i)
+        page.line(pillar(i) + columns(formatPattern(r.PillarArea[i], "##0.00"),
+                                      formatPattern(r.PillarStrength[i], "##0.00"),
+                                      force(r.PillarCapacity[i])));
+    page.line();
+    page.line("TOTAL LOAD-BEARING CAPACITY OF PILLARS WITHIN AMZ: " + force(r.TotalCapacityAMZ) +
+              units.force);
+    page.line();
+    page.line("To view the distribution of Pillar Load Bearing Capacity");
+    page.line("select 'View Plots->Settings->Pillar Load Bearing Capacity'");
+    return page.take();
+}
+
+// --- Page 4: barrier pillars
+
+namespace {
+
+void barrierParameters(PageWriter& page, const ReportSource& source, const ReportUnits& units) {
+    const AnalysisResults& r = source.results;
+    // Right edges of the columns: 19, 34 and 52.
+    const auto columns = [](std::string_view width, std::string_view strength,
+                            std::string_view capacity) {
+        return PadLeft(width, 12) + PadLeft(strength, 15) + PadLeft(capacity, 18);
+    };
+    page.line("BARRIER       WIDTH       STRENGTH      LOAD-BEARING");
+    page.line(PadRight(" PILLAR", 7) + columns("", "", "CAPACITY"));
+    page.line(PadRight("", 7) +
+              columns(columnUnit(unitLabel(source.current.Units, Quantity::Length)),
+                      columnUnit(units.stress), columnUnit(units.force)));
+    std::vector<std::string_view> notes;
+    for (const int k : barrierSides(source)) {
+        const bool shared = r.BleederExcess[k] > 0;
+        page.line(PadRight(SideNames[k], 7) +
+                  columns(formatPattern(barrierWidth(source.current.Input, k), "0.00"),
+                          formatPattern(r.BarrierStrength[k], "##0.00"),
+                          force(r.BarrierCapacity[k])) +
+                  std::string(shared ? BleederMarks[k] : ""));
+        if (shared) notes.push_back(BleederNotes[k]);
+    }
+    for (const auto note : notes)
+        page.line(note);
+}
+
+/// Loads of the barriers in one pass. A side of the loading condition without a barrier keeps its
+/// column, marked empty.
+void barrierLoadTable(PageWriter& page, const ReportSource& source, const ReportUnits& units,
+                      int p) {
+    constexpr int label = 20;
+    constexpr int column = 14;
+    const AnalysisResults& r = source.results;
+    const auto row = [&](std::string_view name, auto cell) {
+        std::string line = PadRight(name, label);
+        for (int k = FirstSide; k <= r.AnalysisCase; ++k)
+            line += PadLeft(cell(k), column);
+        page.line(line);
+    };
+    const auto value = [&](std::string_view name, auto shown) {
+        row(name, [&](int k) -> std::string {
+            if (barrierWidth(source.current.Input, k) == 0) return "-";
+            return shown(k);
+        });
+    };
+    const auto load = [&](std::string_view name, auto quantity) {
+        value(name, [&](int k) { return force(quantity(k)); });
+    };
+    row("LOAD", [](int k) { return k == FirstSide ? "1st BARRIER" : "2nd BARRIER"; });
+    row("", [&](int) { return columnUnit(units.force); });
+    load("Tributary Area", [&](int k) { return r.BarrierTributaryLoad[p][k]; });
+    load("Front Abutment",
+         [&](int k) { return r.BarrierFrontTransfer[p][k] + r.SlabCornerLoad[p][k]; });
+    load("Side Abutment", [&](int k) { return r.BarrierSideAbutmentLoad[p][k]; });
+    load("Pressure Arch", [&](int k) { return r.BarrierArchLoad[p][k]; });
+    load("TOTAL", [&](int k) { return r.BarrierLoad[p][k]; });
+    value("Stability Factor", [&](int k) {
+        return formatPattern(RoundSF(r.BarrierSF[p][k], source.options.RoundTELVOSF), "#0.00");
+    });
+    load("LTRANSBAR", [&](int k) { return r.LTRANSBAR[p][k]; });
+}
+
+} // namespace
+
+std::string barrierPage(const ReportSource& source, const ReportUnits& units) {
+    PageWriter page;
+    page.heading("BARRIER PILLAR PARAMETERS");
+    if (barrierSides(source).empty()) {
+        page.line(None);
+        return page.take();
+    }
+    const int analysisCase = source.results.AnalysisCase;
+    barrierParameters(page, source, units);
+    page.line();
+    page.heading("BARRIER PILLAR LOADS - " +
+                 std::string(project::LoadingConditionNames[analysisCase - 1]));
+    for (int p = Development; p <= lastPass(source); ++p) {
+        if (p > Development) page.line();
+        page.subHeading(LoadCaseNames[analysisCase][p]);
+        barrierLoadTable(page, source, units, p);
+    }
+    return page.take();
+}
+
+// --- Page 5: remnant barriers and leave pillars
+
+namespace {
+
+struct LeavePillar {
+    char row = ' ';
+    double strength = 0;
+    double capacity = 0;
+    double tributaryLoad = 0;
+    double excess = 0;
+    bool adjusted = false; // for the effective length of the remnant barrier
+};
+
+std::optional<LeavePillar> outerRow(const ReportSource& source, const ReportUnits& units,
+                                    char row) {
+    const ProjectInput& in = source.current.Input;
+    const AnalysisResults& r = source.results;
+    if ((row == 'A' ? in.RowA : in.RowB) != 1) return std::nullopt;
+    const int i = row == 'A' ? 1 : r.NumberPillars;
+    LeavePillar pillar{row, r.PillarStrength[i], r.PillarCapacity[i]};
+    pillar.tributaryLoad =
+        in.UnitWeight * in.DepthCover * in.XcutCenters[i] * in.XcutSpacing / units.forceDivisor;
+    pillar.excess = std::max(0.0, pillar.capacity - pillar.tributaryLoad);
+    return pillar;
+}
+
+std::optional<LeavePillar> bleederRow(const ReportSource& source, char row) {
+    const ProjectInput& in = source.current.Input;
+    const AnalysisResults& r = source.results;
+    if ((row == 'C' ? in.RowC : in.RowD) != 1) return std::nullopt;
+    const int k = row == 'C' ? FirstSide : SecondSide;
+    return LeavePillar{row,
+                       r.BleederStrength[k],
+                       r.BleederCapacity[k],
+                       r.BleederLoad[k],
+                       r.AbutmentHalfWidth * r.BleederExcess[k] / in.XcutSpacing,
+                       true};
+}
+
+std::vector<LeavePillar> leavePillars(const ReportSource& source, const ReportUnits& units) {
+    std::vector<LeavePillar> pillars;
+    for (const char row : {'A', 'B'})
+        if (const auto pillar = outerRow(source, units, row)) pillars.push_back(*pillar);
+    for (const char row : {'C', 'D'})
+        if (const auto pillar = bleederRow(source, row)) pillars.push_back(*pillar);
+    return pillars;
+}
+
+void remnantTables(PageWriter& page, const ReportSource& source, const ReportUnits& units,
+                   const std::vector<int>& sides) {
+    const AnalysisResults& r = source.results;
+    const auto length = columnUnit(unitLabel(source.current.Units, Quantity::Length));
+    const auto forceUnit = columnUnit(units.force);
+    page.heading("REMNANT BARRIER PILLARS BETWEEN GOBS - DATA");
+    if (sides.empty()) return page.line(None);
+
+    // Right edges of the columns: 19, 31 and 51, then 21, 35, 47 and 59.
+    const auto data = [](std::string_view width, std::string_view extent,
+                         std::string_view capacity) {
+        return PadLeft(width, 12) + PadLeft(extent, 12) + PadLeft(capacity, 20);
+    };
+    const auto loads = [](std::string_view total, std::string_view factor, std::string_view lfbar,
+                          std::string_view ltransrem) {
+        return PadLeft(total, 14) + PadLeft(factor, 14) + PadLeft(lfbar, 12) +
+               PadLeft(ltransrem, 12);
+    };
+    page.line("REMNANT       WIDTH      LENGTH        LOAD BEARING");
+    page.line(" PILLAR" + data("", "", "CAPACITY"));
+    page.line(PadRight("", 7) + data(length, length, forceUnit));
+    for (const int k : sides)
+        page.line(PadRight(SideNames[k], 7) + data(formatPattern(r.RemnantWidth[k], "###0.0"),
+                                                   formatPattern(r.AbutmentHalfWidth, "###0.0"),
+                                                   force(r.RemnantTotalCapacity[k])));
+    page.line();
+    page.line("REMNANT    TOTAL LOAD     STABILITY       LFBAR   LTRANSREM");
+    page.line(PadRight("", 7) + loads("", "FACTOR", "", "").substr(0, 28));
+    page.line(PadRight("", 7) + loads(forceUnit, "", forceUnit, forceUnit));
+    for (const int k : sides) {
+        const std::string load = force(r.LFBAR[Retreat][k]);
+        const double factor = RoundSF(r.RemnantSF[k], source.options.RoundTELVOSF);
+        page.line(PadRight(SideNames[k], 7) + loads(load, formatPattern(factor, "#0.00"), load,
+                                                    force(r.LTRANSREM[Retreat][k])));
+    }
+}
+
+void leavePillarTable(PageWriter& page, const ReportUnits& units,
+                      const std::vector<LeavePillar>& pillars) {
+    page.heading("LEAVE PILLAR PARAMETERS");
+    if (pillars.empty()) return page.line(None);
+
+    // Right edges of the columns: 17, 33, 45 and 57; the row letter stands in column 5.
+    const auto columns = [](std::string_view strength, std::string_view capacity,
+                            std::string_view load, std::string_view excess) {
+        return PadLeft(strength, 12) + PadLeft(capacity, 16) + PadLeft(load, 12) +
+               PadLeft(excess, 12);
+    };
+    const auto forceUnit = columnUnit(units.force);
+    page.line(" PILLAR  STRENGTH    LOAD BEARING   TRIBUTARY      EXCESS");
+    page.line("    ROW                  CAPACITY        AREA        LOAD");
+    page.line(PadRight("", 5) + columns(columnUnit(units.stress), forceUnit, forceUnit, forceUnit));
+    for (const LeavePillar& pillar : pillars)
+        page.line(PadLeft(std::string(1, pillar.row), 5) +
+                  columns(formatPattern(pillar.strength, "##0.00"), force(pillar.capacity),
+                          force(pillar.tributaryLoad), force(pillar.excess)) +
+                  (pillar.adjusted ? "*" : ""));
+}
+
+} // namespace
+
+std::string remnantPage(const ReportSource& source, const ReportUnits& units) {
+    const AnalysisResults& r = source.results;
+    std::vector<int> sides;
+    for (int k = FirstSide; k <= r.AnalysisCase; ++k)
+        if (r.LFBAR[Retreat][k] > 0) sides.push_back(k);
+    const std::vector<LeavePillar> pillars = leavePillars(source, units);
+
+    PageWriter page;
+    page.heading("REMNANT PILLAR AND LEAVE PILLAR PARAMETERS");
+    if (sides.empty() && pillars.empty()) {
+        page.line(None);
+        return page.take();
+    }
+    remnantTables(page, source, units, sides);
+    page.line();
+    leavePillarTable(page, units, pillars);
+    page.line();
+    page.line("*Adjusted for effective length of the remnant barrier.");
+    return page.take();
+}
+
+ReportPages writeReport(const ReportSource& source, const Warnings& warnings) {
+    ReportPages pages;
+    pages[1] = stabilityFactorPage(source, warnings);
+
+    AnalysisResults shown = source.results;
+    const ReportUnits units = fixReportUnits(shown, source.current.Units, source.options);
+    const ReportSource inReportUnits{source.current, shown, source.options, source.build};
+    pages[2] = activeMiningZonePage(inReportUnits, units);
+    pages[3] = pillarPage(inReportUnits, units);
+    pages[4] = barrierPage(inReportUnits, units);
+    pages[5] = remnantPage(inReportUnits, units);
+
+    pages[0] = inputEchoPage(source);
+    return pages;
+}
+
+} // namespace telvo::report
