@@ -1,3 +1,4 @@
+cmake_minimum_required(VERSION 3.25)
 # Reads every include under src/ against the table of layers: a folder may include itself and what
 # stands behind it here. A file that includes Qt lies in a ui/ folder.
 set(base "")
