@@ -23,6 +23,7 @@ struct WorkingInputs {
     double H = 0;                 // depth of cover; ft | m
     double Sc = 0;                // crosscut spacing, center to center; ft | m
     double Theta = 0;             // crosscut angle; radians
+    double SinTheta = 0;          // its sine
     double Gamma = 0;             // overburden unit weight; pcf | kN/m3
     double S1 = 0;                // in situ coal strength; psf | kPa
     double We = 0;                // entry width; ft | m
@@ -30,15 +31,16 @@ struct WorkingInputs {
     double B = 0;                 // breadth of the active mining zone; ft | m
     int NumberEntries = 0;
     int NumberPillars = 0;
-    PerPillar EntryCenter;                    // ft | m
-    PerPillar PillarGrossWidth;               // ft | m
-    double PanelWidth = 0;                    // ft | m
-    IndexedArray<double, 1, 3> GobExtent;     // active, first side, second side; ft | m
-    IndexedArray<double, 1, 3> AbutmentAngle; // of the same gobs; radians
-    PerSide BarrierWidth;                     // ft | m
-    PerSide Slabcut;                          // ft | m
-    IndexedArray<double, 1, 4> RowLeft;       // rows A to D, 1.0 when left
-    PerSide BleederWidth;                     // ft | m
+    PerPillar EntryCenter;                      // ft | m
+    PerPillar PillarGrossWidth;                 // ft | m
+    double PanelWidth = 0;                      // ft | m
+    IndexedArray<double, 1, 3> GobExtent;       // active, first side, second side; ft | m
+    IndexedArray<double, 1, 3> AbutmentAngle;   // of the same gobs; radians
+    IndexedArray<double, 1, 3> AbutmentTangent; // their tangents
+    PerSide BarrierWidth;                       // ft | m
+    PerSide Slabcut;                            // ft | m
+    IndexedArray<double, 1, 4> RowLeft;         // rows A to D, 1.0 when left
+    PerSide BleederWidth;                       // ft | m
     bool ArchAutomatic = true;
     float ArchFactorInput = 1.0F;
     int AnalysisCase = 1;

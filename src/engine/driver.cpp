@@ -10,6 +10,7 @@
 #include "project/checks.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace telvo::engine {
 
@@ -38,7 +39,7 @@ WorkingInputs forPass(const WorkingInputs& prepared, int pass) {
 
 void frontAbutment(const WorkingInputs& in, AnalysisResults& r) {
     const int p = in.Pass;
-    r.FrontAbutmentLoad = abutmentLoad(in.Gamma, in.H, in.GobExtent[1], in.AbutmentAngle[1]);
+    r.FrontAbutmentLoad = abutmentLoad(in.Gamma, in.H, in.GobExtent[1], in.AbutmentTangent[1]);
     r.LoadedWidth = loadedWidth(in, r.ActiveWidth);
     const FrontAbutment front = frontAbutmentOnAMZ(in, r.LoadedWidth, r.RFactorFront);
     r.AbutmentHalfWidth = front.halfWidth;
@@ -58,7 +59,7 @@ void sideAbutments(const WorkingInputs& in, AnalysisResults& r) {
     for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
         const int gob = WorkingInputs::gobOfSide(k);
         r.SideAbutmentLoad[k] =
-            abutmentLoad(in.Gamma, in.H, in.GobExtent[gob], in.AbutmentAngle[gob]);
+            abutmentLoad(in.Gamma, in.H, in.GobExtent[gob], in.AbutmentTangent[gob]);
         r.AbutmentLoadAMZ[in.Pass][k] = in.B * r.SideAbutmentLoad[k] * (1 - r.RFactorSide[k]);
     }
 }
@@ -114,7 +115,7 @@ std::optional<Fault> computePass(const WorkingInputs& in, AnalysisResults& r) {
     if (r.AMZLoad[in.Pass][in.AnalysisCase] == 0) return zeroAMZLoad(in);
     r.TELVOSF[in.Pass] = panelStabilityFactor(r, in.Pass);
     plotStresses(in, r);
-    return unboundedQuantity(in, r);
+    return std::nullopt;
 }
 
 } // namespace
@@ -133,6 +134,7 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
     in.H = input.DepthCover;
     in.Sc = input.XcutSpacing;
     in.Theta = input.XcutAngle * RadiansPerDegree;
+    in.SinTheta = std::sin(in.Theta);
     in.Gamma = input.UnitWeight;
     in.S1 = input.CoalStrength * (units == project::English ? 144 : 1000);
     in.We = input.EntryWidth;
@@ -149,6 +151,8 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
     in.AbutmentAngle = {{abutmentAngle(input.AbutmentAngleActiveGob),
                          abutmentAngle(input.AbutmentAngleFirstGob),
                          abutmentAngle(input.AbutmentAngleSecondGob)}};
+    for (int gob = 1; gob <= 3; ++gob)
+        in.AbutmentTangent[gob] = std::tan(in.AbutmentAngle[gob]);
     in.BarrierWidth = {{input.BarrierFirstGob, input.BarrierSecondGob}};
     in.Slabcut = {{input.SlabcutFirstGob, input.SlabcutSecondGob}};
     in.RowLeft = {
@@ -170,6 +174,7 @@ Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {
     r.ArchFactor = pressureArchFactor(prepared);
     for (const int pass : {Development, Retreat})
         if (auto fault = computePass(forPass(prepared, pass), r)) return *fault;
+    if (auto fault = unboundedQuantity(prepared, r)) return *fault;
     return run;
 }
 

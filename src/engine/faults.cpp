@@ -27,12 +27,12 @@ std::string sideName(int k) {
 }
 
 std::optional<Fault> impossibleGeometry(const WorkingInputs& in) {
-    if (std::sin(in.Theta) == 0)
+    if (in.SinTheta == 0)
         return cannotCompute("PillarSkewWidth", "XcutAngle", "the crosscut angle is 0");
     if (in.NumberPillars < 1)
         return cannotCompute("ExtractionRatioAMZ", "NumberEntries",
                              "the panel has fewer than two entries");
-    const double sine = std::sin(in.Theta);
+    const double sine = in.SinTheta;
     const double length = (in.Sc - in.We / sine) * sine;
     if (length < 0)
         return Fault{"Invalid Pillar Dimensions: PillarLength is " + generalNumber(length, 6) +

@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/geometry.h"
 
-#include <cmath>
-
 namespace telvo::engine {
 
 void panelGeometry(const WorkingInputs& in, AnalysisResults& r) {
-    const double sine = std::sin(in.Theta);
+    const double sine = in.SinTheta;
     r.PanelWidth = in.PanelWidth;
     r.AMZBreadth = in.B;
     r.AMZArea = in.B * in.PanelWidth;

@@ -41,8 +41,7 @@ double rFactor(double D, double x) {
     return R > 1 ? 1 : R;
 }
 
-double abutmentLoad(double Gamma, double H, double E, double beta) {
-    const double t = std::tan(beta);
+double abutmentLoad(double Gamma, double H, double E, double t) {
     const bool subcritical = E / 2 <= H * t;
     if (subcritical) return Gamma * (H * E / 2 - E * E / (8 * t));
     return Gamma * (H * H) * t / 2;
@@ -65,7 +64,7 @@ FrontAbutment frontAbutmentOnAMZ(const WorkingInputs& in, double Wl, double R) {
     const double H = in.H;
     const double Gamma = in.Gamma;
     const double E = in.GobExtent[1];
-    const double t = std::tan(in.AbutmentAngle[1]);
+    const double t = in.AbutmentTangent[1];
     const double HT = H * t;
 
     const bool fullHeight = Wl / 2 >= HT && E / 2 >= HT;
@@ -93,7 +92,7 @@ FrontAbutment frontAbutmentOnAMZ(const WorkingInputs& in, double Wl, double R) {
 }
 
 double slabCornerLoad(const WorkingInputs& in, int k, double R) {
-    const double t = std::tan(in.AbutmentAngle[1]);
+    const double t = in.AbutmentTangent[1];
     const double a = in.Slabcut[k] / 2;
     const double z1 = in.H - a / t;
     const double z2 = in.H - z1;

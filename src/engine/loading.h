@@ -24,11 +24,11 @@ double abutmentExtent(double H, std::int16_t units);
 double rFactor(double D, double x);
 
 /// Abutment load per unit length of gob edge, the overburden that leans over from the gob.
-/// Given:    E     extent of the gob (ft | m)            beta  abutment angle (radians)
+/// Given:    E     extent of the gob (ft | m)            t     tangent of the abutment angle
 ///           H     depth of cover (ft | m)               Gamma unit weight (pcf | kN/m3)
-/// Returned: subcritical gob (E/2 <= H tan beta, tie included): Gamma (H E/2 - E^2 / (8 tan beta));
-///           supercritical: Gamma H^2 tan beta / 2 (lb/ft | kN/m)
-double abutmentLoad(double Gamma, double H, double E, double beta);
+/// Returned: subcritical gob (E/2 <= H t, tie included): Gamma (H E/2 - E^2 / (8 t));
+///           supercritical: Gamma H^2 t / 2 (lb/ft | kN/m)
+double abutmentLoad(double Gamma, double H, double E, double t);
 
 /// Width over which the front abutment of the active gob loads the section: the active width, and
 /// the slab cuts of the sides that take part.

@@ -379,7 +379,9 @@ std::string normalisedDescription(std::string_view description) {
         for (std::size_t at = 0; at < wide.size();) {
             const auto piece = firstPieceLength(std::u32string_view(wide).substr(at));
             const auto bytes = characterOffset(line, piece);
-            appendDescriptionLine(out, line.substr(0, bytes));
+            // A piece of blanks alone would be dropped when it is read back.
+            if (!trimmed(line.substr(0, bytes)).empty())
+                appendDescriptionLine(out, line.substr(0, bytes));
             line.remove_prefix(bytes);
             at += piece;
         }
