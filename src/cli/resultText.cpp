@@ -34,8 +34,18 @@ int distances(const project::ProjectInput& in) {
     return std::clamp(in.NumberEntries - 1, 0, engine::MaxPillars);
 }
 
-std::string quoted(std::string_view text) {
-    if (text.find_first_of(",\"\r\n") == std::string_view::npos) return std::string(text);
+/// A text on one line, so that a file of n cases has n + 1 lines.
+std::string oneLine(std::string_view text) {
+    std::string out;
+    for (const auto line : splitLines(text)) {
+        if (!out.empty() && !line.empty()) out += ' ';
+        out += trimmed(line);
+    }
+    return out;
+}
+
+std::string quoted(const std::string& text) {
+    if (text.find_first_of(",\"") == std::string::npos) return text;
     std::string out = "\"";
     for (const char c : text) {
         if (c == '"') out += '"';
@@ -154,9 +164,9 @@ std::string csvHeader() {
 }
 
 std::string csvRow(const CaseOutcome& outcome) {
-    std::string row = quoted(outcome.file);
+    std::string row = quoted(oneLine(outcome.file));
     row += outcome.run ? ",true," : ",false,";
-    row += quoted(outcome.message);
+    row += quoted(oneLine(outcome.message));
     if (!outcome.run) {
         row += ",,";
         row.append(columnCount() + 2, ',');
@@ -166,7 +176,7 @@ std::string csvRow(const CaseOutcome& outcome) {
     const project::ProjectCase& current = *outcome.current;
     const engine::AnalysisResults& results = outcome.run->results;
     row += ',';
-    row += quoted(current.Title);
+    row += quoted(oneLine(current.Title));
     row += ',' + generalNumber(current.Units);
     project::visitInputFields(current.Input,
                               [&](const char*, project::FieldKind, const auto& field) {
@@ -181,7 +191,7 @@ std::string csvRow(const CaseOutcome& outcome) {
         appendCells(row, field, results.NumberPillars);
     });
     row += ',' + flagList(outcome.run->warnings) + ',';
-    row += quoted(outcome.run->warnings.WarningSummary);
+    row += quoted(oneLine(outcome.run->warnings.WarningSummary));
     return row + "\r\n";
 }
 
