@@ -265,6 +265,17 @@ void appendDescriptionLine(std::string& out, std::string_view line) {
     out += line;
 }
 
+/// A title that fits its one line: every line break, and what else would end it, is a blank.
+std::string onOneLine(std::string_view title) {
+    std::string out;
+    for (std::size_t at = 0; at < title.size(); ++at) {
+        if (title.substr(at, LineBreak.size()) == LineBreak) continue; // the LF becomes the blank
+        const char c = title[at];
+        out += c == '\r' || c == '\n' || c == '\0' ? ' ' : c;
+    }
+    return out;
+}
+
 std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
     std::optional<Fault> fault;
     const auto check = [&](const std::string& name, auto value, Form, int) {
@@ -398,8 +409,7 @@ Result<std::string> writeCaseText(ProjectCase& from) {
     const auto lines = splitLines(from.Description).size();
     from.DescriptionLines = static_cast<std::int16_t>(
         std::min<std::size_t>(lines, std::numeric_limits<std::int16_t>::max()));
-    for (char& c : from.Title)
-        if (c == '\r' || c == '\n' || c == '\0') c = ' ';
+    from.Title = onOneLine(from.Title);
     from.FileVersion = CurrentLevel;
 
     std::string out;

@@ -73,6 +73,23 @@ struct ProjectCase {
     bool operator==(const ProjectCase&) const = default;
 };
 
+/// The case that a program has open, held twice: the project copy is what was last read, saved or
+/// accepted, and what a save writes; the working copy is what a trial run computes from, so that it
+/// changes nothing of the project.
+struct OpenCase {
+    ProjectCase Project;
+    ProjectInput Working;
+
+    /// After every read, and when the parameter form opens.
+    void copyProjectToWorking() { Working = Project.Input; }
+    /// The case of a trial run: the working inputs with the case-level values of the project.
+    ProjectCase workingCase() const {
+        ProjectCase trial = Project;
+        trial.Input = Working;
+        return trial;
+    }
+};
+
 /// Makes `current` a new case: every parameter at its default in the unit system of the case, no
 /// title and no description. `Reserved` keeps its value.
 /// Given: units     the unit system to take, or a negative number to keep that of the case
