@@ -3,10 +3,8 @@
 
 #include "base/TemporaryFolder.h"
 #include "base/text.h"
-#include "project/inputFields.h"
 
 #include <limits>
-#include <type_traits>
 
 using namespace telvo;
 using namespace telvo::project;
@@ -52,19 +50,11 @@ ProjectCase sample() {
             "Untitled"};
 }
 
-/// What a record held before a reading; nothing in it is as in the file.
+/// What a record held before a reading; no item of it is as in the file.
 ProjectCase before() {
-    ProjectCase held{{}, English, "before", "held", 1, 0, "held.TLV"};
-    int next = 400;
-    visitInputFields(held.Input, [&](auto, auto, auto& field) {
-        if constexpr (std::is_arithmetic_v<std::remove_reference_t<decltype(field)>>)
-            field = static_cast<std::remove_reference_t<decltype(field)>>(next++);
-        else
-            for (double& element : field)
-                element = next++;
-    });
+    ProjectCase held = newCase(English);
     held.Input.NumberEntries = 10;
-    held.Input.Anal = 1;
+    held.Title = held.Description = held.FileName = "held";
     return held;
 }
 
@@ -86,13 +76,18 @@ std::string text(std::size_t lines = Count, std::string_view item = "-",
     return out;
 }
 
-std::vector<std::string> linesOf(ProjectCase record) {
-    const auto written = writeCaseText(record);
-    std::vector<std::string> lines;
-    if (written)
-        for (const auto line : splitLines(*written))
-            lines.emplace_back(line);
-    return lines;
+/// Whether the numbers of a record are those of the file where `read` says so, else as held before.
+template <typename Predicate>
+void expectNumbers(ProjectCase record, std::string_view label, Predicate read) {
+    ProjectCase held = before();
+    const std::string now = *writeCaseText(record);
+    const std::string then = *writeCaseText(held);
+    const auto lines = splitLines(now);
+    const auto old = splitLines(then);
+    for (std::size_t i = FirstNumber; i < Count; ++i)
+        EXPECT_EQ(lines[lines.size() - Count + i],
+                  read(i) ? std::string_view(Lines[i].line) : old[old.size() - Count + i])
+            << label << ": " << Lines[i].item;
 }
 
 std::string x(std::size_t n) {
@@ -112,7 +107,7 @@ TEST(CaseFile, IsWrittenByteForByteAndReadBackWhole) {
     ProjectCase read = before();
     const auto reading = readCaseText(*written, "a.TLV", read);
     EXPECT_TRUE(reading.accepted && !reading.fault);
-    read.FileName = "Untitled";
+    read.FileName = sample().FileName;
     EXPECT_EQ(read, sample());
 }
 
@@ -120,24 +115,11 @@ TEST(CaseFile, ItemsThatALevelLacksKeepWhatTheyHeld) {
     const std::pair<int, const char*> levels[] = {
         {53, "TELVO_602"}, {52, "TELVO_601"}, {51, "TELVO_501"}, {50, "TELVO_500"}};
     for (const auto& [level, tag] : levels) {
-        const ProjectInput held = before().Input;
-        ProjectInput expected = sample().Input;
-        if (level < 51) expected.Reserved = held.Reserved;
-        if (level < 52) expected.ArchFactor = held.ArchFactor;
-        if (level < 53) {
-            expected.Arch = held.Arch;
-            expected.RowA = held.RowA;
-            expected.RowB = held.RowB;
-            expected.RowC = held.RowC;
-            expected.RowD = held.RowD;
-            expected.WidthC = held.WidthC;
-            expected.WidthD = held.WidthD;
-        }
         ProjectCase read = before();
         const auto reading = readCaseText(text(Count, "", tag, level), "a.TLV", read);
         EXPECT_TRUE(reading.accepted && !reading.fault) << tag;
-        EXPECT_EQ(read.Input, expected) << tag;
         EXPECT_EQ(read.FileVersion, level) << tag;
+        expectNumbers(read, tag, [&, since = level](auto i) { return Lines[i].level <= since; });
     }
 }
 
@@ -157,72 +139,56 @@ TEST(CaseFile, FilesWithoutMarkersHaveFiveLinesOfDescription) {
 TEST(CaseFile, TagAndEncodingAreRecognised) {
     std::string windows = text();
     windows.replace(windows.find("\xC3\xB6"), 2, "\xF6");
-    const struct {
-        const char* label;
-        std::string bytes;
-        bool accepted;
-    } rows[] = {{"byte-order mark", "\xEF\xBB\xBF" + text(), true},
-                {"item ends at a comma", text(Count, "", "TELVO_602,rest of the line"), true},
-                {"line feeds alone", text(Count, "-", "", 53, "\n"), true},
-                {"Windows-1252", windows, true},
-                {"no last line break", text().substr(0, text().size() - 2), true},
-                {"more lines behind", text() + "extra\r\n\r\n", true},
-                {"unknown level", text(Count, "", "TELVO_603"), false},
-                {"longer tag", text(Count, "", "TELVO_6021"), false},
-                {"small letters", text(Count, "", "telvo_602"), false},
-                {"empty", "", false},
-                {"NUL bytes", std::string(64, '\0'), false}};
+    // clang-format off
+    const struct { const char* label; std::string bytes; bool accepted; } rows[] = {
+        {"byte-order mark", "\xEF\xBB\xBF" + text(), true}, {"Windows-1252", windows, true},
+        {"item ends at a comma", text(Count, "", "TELVO_602,rest of the line"), true},
+        {"line feeds alone", text(Count, "-", "", 53, "\n"), true},
+        {"no last line break", text().substr(0, text().size() - 2), true},
+        {"more lines behind", text() + "extra\r\n\r\n", true}, {"empty", "", false},
+        {"unknown level", text(Count, "", "TELVO_603"), false},
+        {"longer tag", text(Count, "", "TELVO_6021"), false},
+        {"small letters", text(Count, "", "telvo_602"), false},
+        {"NUL bytes", std::string(64, '\0'), false}};
+    // clang-format on
     for (const auto& row : rows) {
         ProjectCase read = before();
         const auto reading = readCaseText(row.bytes, "a.TLV", read);
         EXPECT_EQ(reading.accepted, row.accepted) << row.label;
-        EXPECT_EQ(reading.fault.has_value(), !row.accepted) << row.label;
-        if (!row.accepted) {
-            EXPECT_EQ(reading.fault->message.find("Invalid file format"), 0U) << row.label;
-            EXPECT_EQ(reading.fault->where, "a.TLV, line 1") << row.label;
-        } else {
-            read.FileName = "Untitled";
-        }
-        EXPECT_EQ(read, row.accepted ? sample() : before()) << row.label;
+        const std::string fault = reading.fault ? faultText(*reading.fault) : "";
+        EXPECT_EQ(fault.substr(0, 34), row.accepted ? "" : "a.TLV, line 1: Invalid file format")
+            << row.label;
+        EXPECT_EQ(read.FileName, "held") << row.label;
+        ProjectCase expected = row.accepted ? sample() : before();
+        expected.FileName = "held";
+        EXPECT_EQ(read, expected) << row.label << ": an unknown tag changes nothing";
     }
 }
 
 TEST(CaseFile, EndingTooEarlyKeepsTheItemsReadSoFar) {
-    const auto held = linesOf(before());
     for (std::size_t cut = 1; cut < Count; ++cut) {
         ProjectCase read = before();
         const auto reading = readCaseText(text(cut), "a.TLV", read);
         ASSERT_TRUE(reading.accepted && reading.fault) << cut;
-        EXPECT_EQ(faultText(*reading.fault), "a.TLV, line " + std::to_string(cut + 1) + ": " +
-                                                 Lines[cut].item +
-                                                 ": the file ends before this item");
-        const auto kept = linesOf(read);
-        for (std::size_t i = FirstNumber; i < Count; ++i)
-            EXPECT_EQ(kept[kept.size() - Count + i],
-                      i < cut ? Lines[i].line : held[held.size() - Count + i])
-                << "cut after " << cut << " lines: " << Lines[i].item;
+        const std::string line = "a.TLV, line " + std::to_string(cut + 1) + ": ";
+        EXPECT_EQ(faultText(*reading.fault),
+                  line + Lines[cut].item + ": the file ends before this item");
+        expectNumbers(read, line, [&](auto i) { return i < cut; });
     }
 }
 
 TEST(CaseFile, DamageNamesFileLineAndItem) {
-    const struct {
-        const char* item;
-        std::string line, message;
-    } rows[] = {{"Units", "metric", "\"metric\" is not a number"},
-                {"DepthCover", "deep", "\"deep\" is not a number"},
-                {"EntryWidth", "", "not a number"},
-                {"XcutSpacing", "18,5", "decimal comma"},
-                {"XcutAngle", "60 degrees", "not a number alone"},
-                {"CoalStrength", "1e999", "too large"},
-                {"WidthC", "1e39", "too large"},
-                {"Reserved", " 70000", "outside -32768 to 32767"},
-                {"Anal", " 1.5", "not a whole number"},
-                {"NumberEntries", "-1", "-1 is outside 0 to 10"},
-                {"NumberEntries", " 11", "11 is outside 0 to 10"},
-                {"XcutCenters(4)", std::string("74\0", 3), "NUL"},
-                {"Title", std::string("a\0b", 3), "NUL"},
-                {"Description", std::string(65536, 'x'), "longer than 65535"},
-                {"ArchFactor", std::string(1'000'000, ' ') + "1", "longer than 65535"}};
+    // clang-format off
+    const struct { const char* item; std::string line, message; } rows[] = {
+        {"Units", "metric", "\"metric\" is not a number"}, {"EntryWidth", "", "not a number"},
+        {"DepthCover", "deep", "\"deep\" is not a number"}, {"XcutSpacing", "18,5", "decimal comma"},
+        {"XcutAngle", "60 degrees", "not a number alone"}, {"CoalStrength", "1e999", "too large"},
+        {"WidthC", "1e39", "too large"}, {"Reserved", " 70000", "outside -32768 to 32767"},
+        {"Anal", " 1.5", "not a whole number"}, {"NumberEntries", "-1", "-1 is outside 0 to 10"},
+        {"NumberEntries", " 11", "11 is outside 0 to 10"}, {"Title", std::string("a\0b", 3), "NUL"},
+        {"XcutCenters(4)", std::string("74\0", 3), "NUL"}, {"Description", x(65536), "longer than"},
+        {"ArchFactor", std::string(1'000'000, ' ') + "1", "longer than 65535"}};
+    // clang-format on
     for (const auto& row : rows) {
         const std::size_t index = indexOf(row.item);
         ProjectCase read = before();
@@ -249,15 +215,14 @@ TEST(CaseFile, ValuesOutsideTheirRangeAreBroughtBack) {
         EXPECT_EQ(read.Units, row.units) << row.line;
         EXPECT_EQ(read.Input.Anal, row.anal) << row.line;
     }
-    // No entry at all becomes one entry, without a distance in the file.
+    // No entry at all becomes one entry, which has no distance in the file.
     ProjectCase record = sample();
     record.Input.NumberEntries = 0;
-    const auto lines = linesOf(record);
-    ASSERT_EQ(lines.size(), Count - 9);
-    EXPECT_EQ(lines[indexOf("NumberEntries")], " 1");
     std::string bytes = *writeCaseText(record);
     EXPECT_EQ(record.Input.NumberEntries, 1);
-    bytes.replace(bytes.find("\r\n 1\r\n6.2\r\n"), 4, "\r\n 0");
+    const auto at = bytes.find("\r\n100.1\r\n 1\r\n6.2\r\n");
+    ASSERT_NE(at, std::string::npos);
+    bytes[at + 10] = '0';
     ProjectCase read = before();
     EXPECT_FALSE(readCaseText(bytes, "a.TLV", read).fault);
     EXPECT_EQ(read.Input.NumberEntries, 1);
@@ -265,32 +230,28 @@ TEST(CaseFile, ValuesOutsideTheirRangeAreBroughtBack) {
 }
 
 TEST(CaseFile, DescriptionIsBrokenColumnForColumn) {
-    const std::string umlaut = "\xC3\xB6";
-    std::string umlauts;
-    for (int i = 0; i < 61; ++i)
-        umlauts += umlaut;
+    std::string umlauts = "\xC3\xB6";
+    for (int i = 0; i < 6; ++i)
+        umlauts += umlauts; // 64 of them
     const std::string nl = "\r\n";
-    const struct {
-        const char* label;
-        std::string typed, saved;
-    } rows[] = {
+    // clang-format off
+    const struct { const char* label; std::string typed, saved; } rows[] = {
         {"60 columns stay, blanks or not", x(49) + " " + x(10), x(49) + " " + x(10)},
         {"blank in column 60", x(59) + " " + x(10), x(59) + " " + nl + x(10)},
         {"blank in column 59", x(58) + " " + x(10), x(58) + " " + nl + x(10)},
         {"blank in column 40", x(39) + " " + x(30), x(39) + " " + nl + x(30)},
         {"blank in column 39 is too early", x(38) + " " + x(31), x(38) + " " + x(21) + nl + x(10)},
-        {"the last blank counts", x(44) + " " + x(4) + " " + x(20),
-         x(44) + " " + x(4) + " " + nl + x(20)},
+        {"last blank", x(44) + " " + x(4) + " " + x(20), x(44) + " " + x(4) + " " + nl + x(20)},
         {"no blank", x(121), x(60) + nl + x(60) + nl + x(1)},
         {"a rest below 60 is split too", x(105) + " " + x(5), x(60) + nl + x(45) + " " + nl + x(5)},
         {"blanks around do not count", "   " + x(58) + "  ", "   " + x(58) + "  "},
         {"but take columns", "  " + x(61), "  " + x(58) + nl + x(3)},
-        {"blank lines go", "\r\na\r\n \r\n\r\nb\r\n", "a\r\nb"},
+        {"blank lines go", "\r\na\r\n \r\n\r\nb\nc\rd\r\n", "a\r\nb\r\nc\r\nd"},
         {"only blank lines", " \r\n\r\n", ""},
-        {"any line break", "a\nb\rc", "a\r\nb\r\nc"},
         {"end marker", "a\n##EndDesc##\nb", "a\r\n ##EndDesc##\r\nb"},
         {"start marker", "##StartDesc##", " ##StartDesc##"},
-        {"characters, not bytes", umlauts, umlauts.substr(2) + nl + umlaut}};
+        {"characters, not bytes", umlauts, umlauts.substr(0, 120) + nl + umlauts.substr(120)}};
+    // clang-format on
     for (const auto& row : rows) {
         EXPECT_EQ(normalisedDescription(row.typed), row.saved) << row.label;
         EXPECT_EQ(normalisedDescription(row.saved), row.saved) << row.label << ", saved again";

@@ -17,117 +17,171 @@ ProjectInput sound() {
             1,   30,  30};
 }
 
-template <typename Values>
+/// One refusal: how it comes about in the form's texts and in a record (null: not there).
 struct Row {
     const char* control;
-    void (*spoil)(Values&);
+    void (*text)(ParameterTexts&);
+    void (*field)(ProjectInput&);
     const char* message;
 };
-#define SET(control, value) [](auto& in) { in.control = value; }
-#define TEXT(control, text) #control, SET(control, text)
-#define FIELD(field, value) "txt" #field, SET(field, value)
-#define DISTANCE(i, value) "txtXcutCenters_" #i, SET(XcutCenters[i], value)
-#define DISTANCE_TEXT(i, text) "txtXcutCenters_" #i, SET(txtXcutCenters[i], text)
+#define SET(name, value) [](auto& in) { in.name = value; }
+#define BOTH(name, value) "txt" #name, SET(txt##name, #value), SET(name, value)
+#define FORM(name, text) "txt" #name, SET(txt##name, text), nullptr
+#define RECORD(name, value) "txt" #name, nullptr, SET(name, value)
+#define DISTANCE_TEXT(i, text) "txtXcutCenters_" #i, SET(txtXcutCenters[i], text), nullptr
+#define DISTANCE(i, value) "txtXcutCenters_" #i, nullptr, SET(XcutCenters[i], value)
 
-const char* const CutBesideRowA =
-    "Cannot take slab cut from first side barrier when Row A pillars are left";
-const char* const CutBesideRowB =
-    "Cannot take slab cut from second side barrier when Row B pillars are left";
-
-// Both tables stand in the order of the check. The second side's Row B hangs on the first gob.
+// In the order of both checks; what the two word or bound differently stands apart.
 // clang-format off
-const Row<ParameterTexts> Acceptance[] = {
-    {TEXT(txtEntryHeight, "0"), "Invalid entry height"},
-    {TEXT(txtDepthCover, "deep"), "Invalid depth of cover"},
-    {TEXT(txtXcutAngle, " "), "Crosscut Angle: Blank field not allowed"},
-    {TEXT(txtXcutAngle, " 0 "), "Crosscut Angle: Value '0' is outside input range\nValid range is: 30-90"},
-    {TEXT(txtXcutAngle, "90.1"), "Crosscut Angle: Value '90.1' is outside input range\nValid range is: 30-90"},
-    {TEXT(txtEntryWidth, "-1"), "Invalid entry width"},
-    {TEXT(txtXcutSpacing, "20"), "Invalid crosscut spacing"},
-    {TEXT(txtCoalStrength, "0"), "Invalid in situ coal strength"},
-    {TEXT(txtUnitWeight, ""), "Invalid overburden unit weight"},
-    {TEXT(txtBreadthAMZ, "0"), "Invalid breadth of AMZ"},
-    {TEXT(txtArchFactor, "0.2"), "Invalid Arch Factor"},
-    {TEXT(txtArchFactor, "1.001"), "Invalid Arch Factor"},
-    {TEXT(txtWidthC, "0"), "Invalid Pillar Width for Row C"},
-    {TEXT(txtWidthD, "-1"), "Invalid Pillar Width for Row D"},
-    {"txtSlabcutFirstGob", [](auto& in) { in.chkRowA = true; in.txtSlabcutFirstGob = "1"; }, CutBesideRowA},
-    {"txtSlabcutSecondGob", [](auto& in) { in.chkRowB = true; in.txtSlabcutSecondGob = "1"; }, CutBesideRowB},
-    {TEXT(txtExtentActiveGob, "-1"), "Invalid extent of active gob"},
-    {TEXT(txtAbutmentAngleActiveGob, "-1"), "Invalid abutment angle of active gob"},
-    {TEXT(txtAbutmentAngleActiveGob, "91"), "Invalid abutment angle of active gob"},
-    {TEXT(txtExtentFirstGob, "-1"), "Invalid extent of first gob"},
-    {TEXT(txtAbutmentAngleFirstGob, "-1"), "Invalid abutment angle of first gob"},
-    {TEXT(txtAbutmentAngleFirstGob, "91"), "Invalid abutment angle of first gob"},
-    {TEXT(txtBarrierFirstGob, "-1"), "Invalid extent of barrier of first gob"},
-    {TEXT(txtSlabcutFirstGob, "-1"), "Invalid extent of slab cut in barrier of first gob"},
-    {TEXT(txtSlabcutFirstGob, "100.5"), "Invalid extent of slab cut in barrier of first gob"},
-    {TEXT(txtExtentSecondGob, "-1"), "Invalid extent of second gob"},
-    {TEXT(txtAbutmentAngleSecondGob, "-1"), "Invalid abutment angle of second gob"},
-    {TEXT(txtAbutmentAngleSecondGob, "91"), "Invalid abutment angle of second gob"},
-    {TEXT(txtBarrierSecondGob, "-1"), "Invalid extent of barrier of second gob"},
-    {TEXT(txtSlabcutSecondGob, "-1"), "Invalid extent of slab cut in barrier of second gob"},
-    {TEXT(txtSlabcutSecondGob, "100.5"), "Invalid extent of slab cut in barrier of second gob"},
+const Row Rows[] = {
+    {BOTH(EntryHeight, 0), "Invalid entry height"},
+    {BOTH(DepthCover, -1), "Invalid depth of cover"},
+    {FORM(XcutAngle, " "), "Crosscut Angle: Blank field not allowed"},
+    {FORM(XcutAngle, " 0 "), "Crosscut Angle: Value '0' is outside input range\nValid range is: 30-90"},
+    {FORM(XcutAngle, "91"), "Crosscut Angle: Value '91' is outside input range\nValid range is: 30-90"},
+    {RECORD(XcutAngle, -1), "Invalid crosscut angle"},
+    {RECORD(XcutAngle, 91), "Invalid crosscut angle"},
+    {BOTH(EntryWidth, 0), "Invalid entry width"},
+    {BOTH(XcutSpacing, 0), "Invalid crosscut spacing"},
+    {FORM(XcutSpacing, "20"), "Invalid crosscut spacing"},
+    {FORM(CoalStrength, "hard"), "Invalid in situ coal strength"},
+    {FORM(UnitWeight, ""), "Invalid overburden unit weight"},
+    {RECORD(CoalStrength, 0), "Invalid coal strength"},
+    {BOTH(BreadthAMZ, 0), "Invalid breadth of AMZ"},
+    {RECORD(UnitWeight, 0), "Invalid unit weight"},
+    {FORM(ArchFactor, "0.2"), "Invalid Arch Factor"},
+    {FORM(ArchFactor, "1.001"), "Invalid Arch Factor"},
+    {RECORD(ArchFactor, -0.01F), "Invalid Arch Percent"},
+    {RECORD(ArchFactor, 1.01F), "Invalid Arch Percent"},
+    {BOTH(WidthC, 0), "Invalid Pillar Width for Row C"},
+    {BOTH(WidthD, 0), "Invalid Pillar Width for Row D"},
+    {"txtSlabcutFirstGob", SET(chkRowA, true), SET(RowA, 1),
+     "Cannot take slab cut from first side barrier when Row A pillars are left"},
+    {"txtSlabcutSecondGob", SET(chkRowB, true), SET(RowB, 1),
+     "Cannot take slab cut from second side barrier when Row B pillars are left"},
+    {BOTH(ExtentActiveGob, -1), "Invalid extent of active gob"},
+    {BOTH(AbutmentAngleActiveGob, -1), "Invalid abutment angle of active gob"},
+    {BOTH(AbutmentAngleActiveGob, 91), "Invalid abutment angle of active gob"},
+    {BOTH(ExtentFirstGob, -1), "Invalid extent of first gob"},
+    {BOTH(AbutmentAngleFirstGob, -1), "Invalid abutment angle of first gob"},
+    {BOTH(AbutmentAngleFirstGob, 91), "Invalid abutment angle of first gob"},
+    {BOTH(BarrierFirstGob, -1), "Invalid extent of barrier of first gob"},
+    {BOTH(SlabcutFirstGob, 100.5), "Invalid extent of slab cut in barrier of first gob"},
+    {BOTH(ExtentSecondGob, -1), "Invalid extent of second gob"},
+    {BOTH(AbutmentAngleSecondGob, -1), "Invalid abutment angle of second gob"},
+    {BOTH(AbutmentAngleSecondGob, 91), "Invalid abutment angle of second gob"},
+    {BOTH(BarrierSecondGob, -1), "Invalid extent of barrier of second gob"},
+    {BOTH(SlabcutSecondGob, 100.5), "Invalid extent of slab cut in barrier of second gob"},
     {DISTANCE_TEXT(2, "20"), "Entry spacing should be more than Entry Width"},
-    {DISTANCE_TEXT(4, "0"), "Invalid entry spacing"}};
-
-const Row<ProjectInput> BeforeAnalysis[] = {
-    {FIELD(EntryHeight, 0), "Invalid entry height"},
-    {FIELD(DepthCover, -1), "Invalid depth of cover"},
-    {FIELD(XcutAngle, -1), "Invalid crosscut angle"},
-    {FIELD(XcutAngle, 91), "Invalid crosscut angle"},
-    {FIELD(EntryWidth, 0), "Invalid entry width"},
-    {FIELD(XcutSpacing, 0), "Invalid crosscut spacing"},
-    {FIELD(CoalStrength, 0), "Invalid coal strength"},
-    {FIELD(BreadthAMZ, 0), "Invalid breadth of AMZ"},
-    {FIELD(UnitWeight, 0), "Invalid unit weight"},
-    {FIELD(ArchFactor, -0.01F), "Invalid Arch Percent"},
-    {FIELD(ArchFactor, 1.01F), "Invalid Arch Percent"},
-    {FIELD(WidthC, 0), "Invalid Pillar Width for Row C"},
-    {FIELD(WidthD, 0), "Invalid Pillar Width for Row D"},
-    {"txtSlabcutFirstGob", SET(RowA, 1), CutBesideRowA},
-    {"txtSlabcutSecondGob", SET(RowB, 1), CutBesideRowB},
-    {FIELD(ExtentActiveGob, -1), "Invalid extent of active gob"},
-    {FIELD(AbutmentAngleActiveGob, -1), "Invalid abutment angle of active gob"},
-    {FIELD(AbutmentAngleActiveGob, 91), "Invalid abutment angle of active gob"},
-    {FIELD(ExtentFirstGob, -1), "Invalid extent of first gob"},
-    {FIELD(AbutmentAngleFirstGob, -1), "Invalid abutment angle of first gob"},
-    {FIELD(AbutmentAngleFirstGob, 91), "Invalid abutment angle of first gob"},
-    {FIELD(BarrierFirstGob, -1), "Invalid extent of barrier of first gob"},
-    {FIELD(SlabcutFirstGob, 100.5), "Invalid extent of slab cut in barrier of first gob"},
-    {FIELD(ExtentSecondGob, -1), "Invalid extent of second gob"},
-    {FIELD(AbutmentAngleSecondGob, -1), "Invalid abutment angle of second gob"},
-    {FIELD(AbutmentAngleSecondGob, 91), "Invalid abutment angle of second gob"},
-    {FIELD(BarrierSecondGob, -1), "Invalid extent of barrier of second gob"},
-    {FIELD(SlabcutSecondGob, 100.5), "Invalid extent of slab cut in barrier of second gob"},
+    {DISTANCE_TEXT(4, "0"), "Invalid entry spacing"},
     {DISTANCE(2, -1), "Invalid center-to-center distance #2"},
     {DISTANCE(4, 0), "Invalid center-to-center distance #4"}};
+
+/// Cases beside the table: in use or not, on the limit or beyond it. "" is accepted.
+const struct { const char* label; void (*text)(ParameterTexts&); const char* message; } FormLimits[] = {
+    {"angle 30", SET(txtXcutAngle, "30"), ""}, {"angle 90", SET(txtXcutAngle, "90"), ""},
+    {"arch 0.28", SET(txtArchFactor, "0.28"), ""}, {"arch 1", SET(txtArchFactor, "1"), ""},
+    {"unit typed", SET(txtEntryHeight, "6 ft"), ""}, {"slab = barrier", SET(txtSlabcutFirstGob, "100"), ""},
+    {"slab below 0", SET(txtSlabcutSecondGob, "-1"), "Invalid extent of slab cut in barrier of second gob"},
+    {"row C not left", [](auto& in) { in.chkRowC = false; in.txtWidthC = "0"; }, ""},
+    {"no entries", [](auto& in) { in.txtNumberEntries = "0"; in.txtXcutCenters[1] = "0"; }, ""},
+    {"second gob not in use", [](auto& in) { in.optAnal = 2; in.txtExtentSecondGob = "-1"; }, ""},
+    {"row B with one side gob", [](auto& in) { in.optAnal = 2; in.chkRowB = true; },
+     "Cannot take slab cut from second side barrier when Row B pillars are left"},
+    {"no side gob in use", [](auto& in) { in.optAnal = 1; in.chkRowB = true;
+        in.txtAbutmentAngleFirstGob = in.txtAbutmentAngleSecondGob = "91"; in.txtBarrierFirstGob = "-1"; }, ""}};
+
+const struct { const char* label; void (*field)(ProjectInput&); const char* message; } AnalysisLimits[] = {
+    {"angle 0", SET(XcutAngle, 0), ""}, {"arch 0.2", SET(ArchFactor, 0.2F), ""}, {"arch 0", SET(ArchFactor, 0), ""},
+    {"slab = barrier", SET(SlabcutSecondGob, 100), ""}, {"spacing below the width", SET(XcutSpacing, 1), ""},
+    {"slab below 0", SET(SlabcutFirstGob, -1), "Invalid extent of slab cut in barrier of first gob"},
+    {"negative gobs not in use", [](auto& in) { in.Anal = 1; in.ExtentFirstGob = in.AbutmentAngleFirstGob = -1;
+        in.BarrierFirstGob = in.SlabcutFirstGob = in.ExtentSecondGob = in.AbutmentAngleSecondGob = -1;
+        in.BarrierSecondGob = in.SlabcutSecondGob = -1; in.RowA = in.RowB = 1; }, ""},
+    {"angle 91, not in use", [](auto& in) { in.Anal = 0; in.AbutmentAngleFirstGob = 91; },
+     "Invalid abutment angle of first gob"},
+    {"second angle 91, not in use", [](auto& in) { in.Anal = 2; in.AbutmentAngleSecondGob = 91; },
+     "Invalid abutment angle of second gob"},
+    {"slab above barrier, not in use", [](auto& in) { in.Anal = 0; in.SlabcutSecondGob = 101; },
+     "Invalid extent of slab cut in barrier of second gob"},
+    {"row B with one side gob", [](auto& in) { in.Anal = 2; in.RowB = 1; },
+     "Cannot take slab cut from second side barrier when Row B pillars are left"}};
 // clang-format on
 
-/// Every row alone is refused with its message; with the later rows spoilt as well it still wins.
-template <typename Values, std::size_t Size, typename Check>
-void expectRefusals(const Row<Values> (&rows)[Size], const Values& good, Check check) {
-    EXPECT_FALSE(check(good));
-    Values cumulative = good;
-    for (std::size_t i = Size; i-- > 0;) {
-        Values alone = good;
-        rows[i].spoil(alone);
-        rows[i].spoil(cumulative);
+/// Every row alone is refused by its control; with all later rows spoilt as well it still wins.
+template <typename Values, typename Check>
+void expectRefusals(const Values& sound, void (*Row::*spoil)(Values&), Check check) {
+    EXPECT_FALSE(check(sound));
+    Values cumulative = sound;
+    for (auto row = std::rbegin(Rows); row != std::rend(Rows); ++row) {
+        if (!((*row).*spoil)) continue;
+        Values alone = sound;
+        ((*row).*spoil)(alone);
+        ((*row).*spoil)(cumulative);
         for (const Values& values : {alone, cumulative}) {
             const auto refusal = check(values);
-            ASSERT_TRUE(refusal) << rows[i].message;
-            EXPECT_EQ(refusal->message, rows[i].message);
-            EXPECT_EQ(refusal->control, rows[i].control) << rows[i].message;
+            ASSERT_TRUE(refusal) << row->message;
+            EXPECT_EQ(refusal->message, row->message);
+            EXPECT_EQ(refusal->control, row->control) << row->message;
         }
     }
 }
 
 } // namespace
 
-TEST(Checks, AcceptanceRefusesInItsOrder) {
-    expectRefusals(Acceptance, textsFromInput(sound()), checkAcceptance);
+TEST(Checks, FormAndAnalysisRefuseInTheirOrder) {
+    expectRefusals(textsFromInput(sound()), &Row::text, checkAcceptance);
+    expectRefusals(sound(), &Row::field, checkBeforeAnalysis);
 }
 
-TEST(Checks, AnalysisRefusesInItsOrder) {
-    expectRefusals(BeforeAnalysis, sound(), checkBeforeAnalysis);
+TEST(Checks, LimitsAreAcceptedAndGobsOutOfUsePass) {
+    for (const auto& row : FormLimits) {
+        ParameterTexts texts = textsFromInput(sound());
+        row.text(texts);
+        const auto refusal = checkAcceptance(texts);
+        EXPECT_EQ(refusal ? refusal->message : "", row.message) << row.label;
+    }
+    for (const auto& row : AnalysisLimits) {
+        ProjectInput input = sound();
+        row.field(input);
+        const auto refusal = checkBeforeAnalysis(input);
+        EXPECT_EQ(refusal ? refusal->message : "", row.message) << row.label;
+    }
+    const telvo::Refusal range{"Value 'x' is outside input range\nValid range is: 0.28-1",
+                               "Range Error", "box"};
+    EXPECT_EQ(checkRange(" x ", 0.28, 1, "", "box"), range);
+}
+
+TEST(Checks, TextsBecomeARecordByTheLeadingNumber) {
+    EXPECT_EQ(inputFromTexts({}, textsFromInput(sound())), sound());
+    ProjectInput base = sound();
+    base.Reserved = 7;
+    ParameterTexts texts;
+    texts.txtNumberEntries = "2.5"; // half to even: 2
+    texts.txtXcutCenters[1] = "55.5 ft";
+    const ProjectInput read = inputFromTexts(base, texts);
+    EXPECT_EQ(read.NumberEntries, 2);
+    EXPECT_EQ(read.XcutCenters[1], 55.5);
+    EXPECT_EQ(read.XcutCenters[2], 70) << "beyond the last entry";
+    EXPECT_EQ(read.Reserved, 7);
+    EXPECT_EQ(read.DepthCover, 0);
+}
+
+TEST(Advisories, ComeWhereAValueLeavesTheDataBase) {
+    constexpr auto left = AdvisoryTrigger::FocusLeft;
+    // clang-format off
+    const struct { AdvisoryTrigger trigger; const char* control; double value; std::int16_t units; std::string_view text; } rows[] = {
+        {left, "txtCoalStrength", 900, English, ""}, {left, "txtCoalStrength", 900.001, English, CoalStrengthAdvisory},
+        {left, "txtCoalStrength", 6.21, Metric, ""}, {left, "txtCoalStrength", 900 / 145.0377, Metric, CoalStrengthAdvisory},
+        {left, "txtUnitWeight", 162, English, ""}, {left, "txtUnitWeight", 25.45, English, UnitWeightAdvisory},
+        {left, "txtUnitWeight", 25.45, Metric, ""}, {left, "txtUnitWeight", 25.4465, Metric, UnitWeightAdvisory},
+        {left, "txtAbutmentAngleActiveGob", 21, Metric, ""}, {left, "txtAbutmentAngleActiveGob", 20, Metric, AbutmentAngleAdvisory},
+        {left, "txtAbutmentAngleFirstGob", 90, English, AbutmentAngleAdvisory}, {left, "txtAbutmentAngleSecondGob", 0, English, AbutmentAngleAdvisory},
+        {left, "txtDepthCover", 1, English, ""}, {AdvisoryTrigger::Cleared, "chkAMZ", 0, English, AMZAdvisory},
+        {AdvisoryTrigger::Cleared, "chkArch", 0, English, ArchAdvisory}, {AdvisoryTrigger::Cleared, "chkRowA", 0, English, ""},
+        {AdvisoryTrigger::AnalSelected, "optAnal", 2, English, ""}, {AdvisoryTrigger::AnalSelected, "optAnal", 3, English, TwoSideGobsAdvisory}};
+    // clang-format on
+    for (const auto& row : rows)
+        EXPECT_EQ(advisory(row.trigger, row.control, row.value, row.units).value_or(""), row.text)
+            << row.control << " " << row.value;
 }
