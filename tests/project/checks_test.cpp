@@ -77,35 +77,38 @@ const Row Rows[] = {
     {DISTANCE(2, -1), "Invalid center-to-center distance #2"},
     {DISTANCE(4, 0), "Invalid center-to-center distance #4"}};
 
-/// Cases beside the table: in use or not, on the limit or beyond it. "" is accepted.
-const struct { const char* label; void (*text)(ParameterTexts&); const char* message; } FormLimits[] = {
-    {"angle 30", SET(txtXcutAngle, "30"), ""}, {"angle 90", SET(txtXcutAngle, "90"), ""},
-    {"arch 0.28", SET(txtArchFactor, "0.28"), ""}, {"arch 1", SET(txtArchFactor, "1"), ""},
-    {"unit typed", SET(txtEntryHeight, "6 ft"), ""}, {"slab = barrier", SET(txtSlabcutFirstGob, "100"), ""},
-    {"slab below 0", SET(txtSlabcutSecondGob, "-1"), "Invalid extent of slab cut in barrier of second gob"},
-    {"row C not left", [](auto& in) { in.chkRowC = false; in.txtWidthC = "0"; }, ""},
-    {"no entries", [](auto& in) { in.txtNumberEntries = "0"; in.txtXcutCenters[1] = "0"; }, ""},
-    {"second gob not in use", [](auto& in) { in.optAnal = 2; in.txtExtentSecondGob = "-1"; }, ""},
-    {"row B with one side gob", [](auto& in) { in.optAnal = 2; in.chkRowB = true; },
-     "Cannot take slab cut from second side barrier when Row B pillars are left"},
-    {"no side gob in use", [](auto& in) { in.optAnal = 1; in.chkRowB = true;
-        in.txtAbutmentAngleFirstGob = in.txtAbutmentAngleSecondGob = "91"; in.txtBarrierFirstGob = "-1"; }, ""}};
-
-const struct { const char* label; void (*field)(ProjectInput&); const char* message; } AnalysisLimits[] = {
-    {"angle 0", SET(XcutAngle, 0), ""}, {"arch 0.2", SET(ArchFactor, 0.2F), ""}, {"arch 0", SET(ArchFactor, 0), ""},
-    {"slab = barrier", SET(SlabcutSecondGob, 100), ""}, {"spacing below the width", SET(XcutSpacing, 1), ""},
-    {"slab below 0", SET(SlabcutFirstGob, -1), "Invalid extent of slab cut in barrier of first gob"},
-    {"negative gobs not in use", [](auto& in) { in.Anal = 1; in.ExtentFirstGob = in.AbutmentAngleFirstGob = -1;
-        in.BarrierFirstGob = in.SlabcutFirstGob = in.ExtentSecondGob = in.AbutmentAngleSecondGob = -1;
-        in.BarrierSecondGob = in.SlabcutSecondGob = -1; in.RowA = in.RowB = 1; }, ""},
-    {"angle 91, not in use", [](auto& in) { in.Anal = 0; in.AbutmentAngleFirstGob = 91; },
-     "Invalid abutment angle of first gob"},
-    {"second angle 91, not in use", [](auto& in) { in.Anal = 2; in.AbutmentAngleSecondGob = 91; },
-     "Invalid abutment angle of second gob"},
-    {"slab above barrier, not in use", [](auto& in) { in.Anal = 0; in.SlabcutSecondGob = 101; },
+/// Cases beside that table, by a label: in use or not, on a limit or beyond it. "" is accepted.
+const Row Limits[] = {
+    {"angle 30", SET(txtXcutAngle, "30"), SET(XcutAngle, 0), ""},
+    {"angle 90", SET(txtXcutAngle, "90"), SET(XcutAngle, 90), ""},
+    {"arch factor, lowest", SET(txtArchFactor, "0.28"), SET(ArchFactor, 0), ""},
+    {"arch factor, highest", SET(txtArchFactor, "1"), SET(ArchFactor, 1), ""},
+    {"arch factor 0.2", nullptr, SET(ArchFactor, 0.2F), ""},
+    {"spacing below the width", nullptr, SET(XcutSpacing, 1), ""},
+    {"unit typed", SET(txtEntryHeight, "6 ft"), nullptr, ""},
+    {"no entries", [](auto& in) { in.txtNumberEntries = in.txtXcutCenters[1] = "0"; }, nullptr, ""},
+    {"slab = barrier", SET(txtSlabcutFirstGob, "100"), SET(SlabcutFirstGob, 100), ""},
+    {"slab below 0", SET(txtSlabcutSecondGob, "-1"), SET(SlabcutSecondGob, -1),
      "Invalid extent of slab cut in barrier of second gob"},
-    {"row B with one side gob", [](auto& in) { in.Anal = 2; in.RowB = 1; },
-     "Cannot take slab cut from second side barrier when Row B pillars are left"}};
+    {"row C not left", [](auto& in) { in.chkRowC = false; in.txtWidthC = "0"; },
+     [](auto& in) { in.RowC = 0; in.WidthC = 0; }, ""},
+    {"row B with one side gob", [](auto& in) { in.optAnal = 2; in.chkRowB = true; },
+     [](auto& in) { in.Anal = 2; in.RowB = 1; },
+     "Cannot take slab cut from second side barrier when Row B pillars are left"},
+    {"second gob not in use", [](auto& in) { in.optAnal = 2; in.txtExtentSecondGob = "-1"; },
+     [](auto& in) { in.Anal = 2; in.ExtentSecondGob = -1; }, ""},
+    {"no side gob in use, values below 0 or too large",
+     [](auto& in) { in.optAnal = 1; in.txtAbutmentAngleFirstGob = "91"; in.txtSlabcutFirstGob = "101";
+                    in.txtBarrierSecondGob = in.txtExtentFirstGob = "-1"; in.chkRowA = true; },
+     [](auto& in) { in.Anal = 1; in.ExtentFirstGob = in.AbutmentAngleFirstGob = -1; in.RowA = in.RowB = 1;
+                    in.BarrierFirstGob = in.SlabcutFirstGob = in.ExtentSecondGob = -1;
+                    in.AbutmentAngleSecondGob = in.BarrierSecondGob = in.SlabcutSecondGob = -1; }, ""},
+    {"first angle 91, not in use", nullptr, [](auto& in) { in.Anal = 0; in.AbutmentAngleFirstGob = 91; },
+     "Invalid abutment angle of first gob"},
+    {"second angle 91, not in use", nullptr, [](auto& in) { in.Anal = 2; in.AbutmentAngleSecondGob = 91; },
+     "Invalid abutment angle of second gob"},
+    {"slab above barrier, not in use", nullptr, [](auto& in) { in.Anal = 0; in.SlabcutSecondGob = 101; },
+     "Invalid extent of slab cut in barrier of second gob"}};
 // clang-format on
 
 /// Every row alone is refused by its control; with all later rows spoilt as well it still wins.
@@ -135,17 +138,15 @@ TEST(Checks, FormAndAnalysisRefuseInTheirOrder) {
 }
 
 TEST(Checks, LimitsAreAcceptedAndGobsOutOfUsePass) {
-    for (const auto& row : FormLimits) {
-        ParameterTexts texts = textsFromInput(sound());
-        row.text(texts);
-        const auto refusal = checkAcceptance(texts);
-        EXPECT_EQ(refusal ? refusal->message : "", row.message) << row.label;
-    }
-    for (const auto& row : AnalysisLimits) {
-        ProjectInput input = sound();
-        row.field(input);
-        const auto refusal = checkBeforeAnalysis(input);
-        EXPECT_EQ(refusal ? refusal->message : "", row.message) << row.label;
+    const auto expect = [](const Row& row, auto values, auto spoil, auto check) {
+        if (!spoil) return;
+        spoil(values);
+        const auto refusal = check(values);
+        EXPECT_EQ(refusal ? refusal->message : "", row.message) << row.control;
+    };
+    for (const auto& row : Limits) {
+        expect(row, textsFromInput(sound()), row.text, checkAcceptance);
+        expect(row, sound(), row.field, checkBeforeAnalysis);
     }
     const telvo::Refusal range{"Value 'x' is outside input range\nValid range is: 0.28-1",
                                "Range Error", "box"};
@@ -154,32 +155,38 @@ TEST(Checks, LimitsAreAcceptedAndGobsOutOfUsePass) {
 
 TEST(Checks, TextsBecomeARecordByTheLeadingNumber) {
     EXPECT_EQ(inputFromTexts({}, textsFromInput(sound())), sound());
-    ProjectInput base = sound();
-    base.Reserved = 7;
-    ParameterTexts texts;
+    ParameterTexts texts = textsFromInput(sound());
     texts.txtNumberEntries = "2.5"; // half to even: 2
     texts.txtXcutCenters[1] = "55.5 ft";
-    const ProjectInput read = inputFromTexts(base, texts);
-    EXPECT_EQ(read.NumberEntries, 2);
-    EXPECT_EQ(read.XcutCenters[1], 55.5);
-    EXPECT_EQ(read.XcutCenters[2], 70) << "beyond the last entry";
-    EXPECT_EQ(read.Reserved, 7);
-    EXPECT_EQ(read.DepthCover, 0);
+    texts.txtXcutCenters[2] = "1"; // beyond the last entry: not read
+    texts.txtDepthCover = "deep";
+    ProjectInput expected = sound();
+    expected.NumberEntries = 2;
+    expected.XcutCenters[1] = 55.5;
+    expected.DepthCover = 0;
+    EXPECT_EQ(inputFromTexts(sound(), texts), expected);
 }
 
 TEST(Advisories, ComeWhereAValueLeavesTheDataBase) {
     constexpr auto left = AdvisoryTrigger::FocusLeft;
     // clang-format off
-    const struct { AdvisoryTrigger trigger; const char* control; double value; std::int16_t units; std::string_view text; } rows[] = {
-        {left, "txtCoalStrength", 900, English, ""}, {left, "txtCoalStrength", 900.001, English, CoalStrengthAdvisory},
-        {left, "txtCoalStrength", 6.21, Metric, ""}, {left, "txtCoalStrength", 900 / 145.0377, Metric, CoalStrengthAdvisory},
-        {left, "txtUnitWeight", 162, English, ""}, {left, "txtUnitWeight", 25.45, English, UnitWeightAdvisory},
-        {left, "txtUnitWeight", 25.45, Metric, ""}, {left, "txtUnitWeight", 25.4465, Metric, UnitWeightAdvisory},
-        {left, "txtAbutmentAngleActiveGob", 21, Metric, ""}, {left, "txtAbutmentAngleActiveGob", 20, Metric, AbutmentAngleAdvisory},
-        {left, "txtAbutmentAngleFirstGob", 90, English, AbutmentAngleAdvisory}, {left, "txtAbutmentAngleSecondGob", 0, English, AbutmentAngleAdvisory},
-        {left, "txtDepthCover", 1, English, ""}, {AdvisoryTrigger::Cleared, "chkAMZ", 0, English, AMZAdvisory},
-        {AdvisoryTrigger::Cleared, "chkArch", 0, English, ArchAdvisory}, {AdvisoryTrigger::Cleared, "chkRowA", 0, English, ""},
-        {AdvisoryTrigger::AnalSelected, "optAnal", 2, English, ""}, {AdvisoryTrigger::AnalSelected, "optAnal", 3, English, TwoSideGobsAdvisory}};
+    const struct { AdvisoryTrigger trigger; const char* control; double value; std::int16_t units;
+                   std::string_view text; } rows[] = {
+        {left, "txtCoalStrength", 900, English, ""}, {left, "txtCoalStrength", 6.21, Metric, ""},
+        {left, "txtCoalStrength", 900.001, English, CoalStrengthAdvisory},
+        {left, "txtCoalStrength", 900 / 145.0377, Metric, CoalStrengthAdvisory},
+        {left, "txtUnitWeight", 162, English, ""}, {left, "txtUnitWeight", 25.45, Metric, ""},
+        {left, "txtUnitWeight", 25.45, English, UnitWeightAdvisory},
+        {left, "txtUnitWeight", 25.4465, Metric, UnitWeightAdvisory},
+        {left, "txtAbutmentAngleActiveGob", 21, Metric, ""}, {left, "txtDepthCover", 1, English, ""},
+        {left, "txtAbutmentAngleActiveGob", 20, Metric, AbutmentAngleAdvisory},
+        {left, "txtAbutmentAngleFirstGob", 90, English, AbutmentAngleAdvisory},
+        {left, "txtAbutmentAngleSecondGob", 0, English, AbutmentAngleAdvisory},
+        {AdvisoryTrigger::Cleared, "chkAMZ", 0, English, AMZAdvisory},
+        {AdvisoryTrigger::Cleared, "chkArch", 0, English, ArchAdvisory},
+        {AdvisoryTrigger::Cleared, "chkRowA", 0, English, ""},
+        {AdvisoryTrigger::AnalSelected, "optAnal", 2, English, ""},
+        {AdvisoryTrigger::AnalSelected, "optAnal", 3, English, TwoSideGobsAdvisory}};
     // clang-format on
     for (const auto& row : rows)
         EXPECT_EQ(advisory(row.trigger, row.control, row.value, row.units).value_or(""), row.text)

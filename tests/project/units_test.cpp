@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
 using namespace telvo::project;
 
@@ -91,12 +92,13 @@ TEST(Conversion, RoundsHalfToEvenAndRefusesWhatOverflows) {
 }
 
 TEST(UnitLabels, OddPairsOfTheTable) {
-    EXPECT_EQ(unitLabel(English, Quantity::Tons), " (tons)");
-    EXPECT_EQ(unitLabel(Metric, Quantity::Tons), " (tn)");
-    EXPECT_EQ(unitLabel(English, Quantity::FeetOrCentimetres), " (ft)");
-    EXPECT_EQ(unitLabel(Metric, Quantity::FeetOrCentimetres), " (cm)");
-    EXPECT_EQ(unitLabel(English, Quantity::TonsPerFootOrMeganewtonsPerMetre), " (tons/ft)");
-    EXPECT_EQ(unitLabel(Metric, Quantity::TonsPerFootOrMeganewtonsPerMetre), " (MN/m)");
+    const std::tuple<Quantity, const char*, const char*> rows[] = {
+        {Quantity::Tons, " (tons)", " (tn)"},
+        {Quantity::FeetOrCentimetres, " (ft)", " (cm)"},
+        {Quantity::TonsPerFootOrMeganewtonsPerMetre, " (tons/ft)", " (MN/m)"}};
+    for (const auto& [quantity, english, metric] : rows)
+        EXPECT_TRUE(unitLabel(0, quantity) == english && unitLabel(1, quantity) == metric)
+            << metric;
     EXPECT_EQ(unitLabel(2, Quantity::Length), "");
 }
 
@@ -109,20 +111,16 @@ TEST(AutomaticAMZ, IsFiveTimesTheRootOfTheDepthInFeet) {
 }
 
 TEST(FormArchFactor, FollowsTheLogarithmBetweenItsLimits) {
-    const struct {
-        const char* label;
-        float W, H;
-        std::int16_t units;
-        float factor;
-    } rows[] = {{"1 - 0.28 ln 2 = 0.8059", 500, 1000, English, 0.81F},
-                {"H - 80 = W: 1 - 0.28 ln 1.16 = 0.9584", 500, 580, English, 0.96F},
-                {"H - 80 below W", 500, 579, English, 1},
-                {"80 m, not 80 ft: ln 1.79 would give 0.84", 100, 179, Metric, 1},
-                {"1 - 0.28 ln 1.81 = 0.8339", 100, 181, Metric, 0.83F},
-                {"1 - 0.28 ln 12.5 = 0.2928", 100, 1250, English, 0.29F},
-                {"1 - 0.28 ln 20 = 0.1612 is below the floor", 100, 2000, English, 0.28F},
-                {"depth below 25 ft", 1, 24, English, 1},
-                {"no width", 0, 1000, Metric, 1}};
+    // clang-format off
+    const struct { const char* label; float W, H; std::int16_t units; float factor; } rows[] = {
+        {"1 - 0.28 ln 2 = 0.8059", 500, 1000, English, 0.81F}, {"no width", 0, 1000, Metric, 1},
+        {"H - 80 = W: 1 - 0.28 ln 1.16 = 0.9584", 500, 580, English, 0.96F},
+        {"H - 80 below W", 500, 579, English, 1}, {"depth below 25 ft", 1, 24, English, 1},
+        {"80 m, not 80 ft: ln 1.79 would give 0.84", 100, 179, Metric, 1},
+        {"1 - 0.28 ln 1.81 = 0.8339", 100, 181, Metric, 0.83F},
+        {"1 - 0.28 ln 12.5 = 0.2928", 100, 1250, English, 0.29F},
+        {"1 - 0.28 ln 20 = 0.1612 is below the floor", 100, 2000, English, 0.28F}};
+    // clang-format on
     for (const auto& row : rows)
         EXPECT_EQ(formArchFactor(row.W, row.H, row.units), row.factor) << row.label;
 }
