@@ -225,11 +225,12 @@ TEST(CaseFile, DescriptionIsBrokenColumnForColumn) {
     std::string umlauts = "\xC3\xB6";
     for (int i = 0; i < 6; ++i)
         umlauts += umlauts; // 64 of them
+    const std::string o49 = umlauts.substr(0, 98);
     const std::string nl = "\r\n";
     // clang-format off
     const struct { const char* label; std::string typed, saved; } rows[] = {
-        {"60 columns stay, blanks or not", x(49) + " " + x(10), x(49) + " " + x(10)},
-        {"blank in column 60", x(59) + " " + x(10), x(59) + " " + nl + x(10)},
+        {"60 characters stay, blanks or not", o49 + " " + x(10), o49 + " " + x(10)},
+        {"blanks in columns 50 and 60", x(49) + " " + x(9) + " " + x(8), x(49) + " " + x(9) + " " + nl + x(8)},
         {"blank in column 59", x(58) + " " + x(10), x(58) + " " + nl + x(10)},
         {"blank in column 40", x(39) + " " + x(30), x(39) + " " + nl + x(30)},
         {"blank in column 39 is too early", x(38) + " " + x(31), x(38) + " " + x(21) + nl + x(10)},
