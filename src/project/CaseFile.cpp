@@ -276,6 +276,12 @@ std::string onOneLine(std::string_view title) {
     return out;
 }
 
+/// Text of a form or another program as UTF-8; bytes that are none are taken for Windows-1252, as
+/// the reader would take the whole file.
+std::string asUtf8(const std::string& text) {
+    return isValidUtf8(text) ? text : utf8FromWindows1252(text);
+}
+
 std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
     std::optional<Fault> fault;
     const auto check = [&](const std::string& name, auto value, Form, int) {
@@ -287,8 +293,6 @@ std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
         return Fault{std::to_string(in.NumberEntries) + " is outside 0 to " +
                          std::to_string(MaxEntries),
                      "NumberEntries"};
-    if (from.Title.size() > MaxLineBytes)
-        return Fault{"the title is too long for a case file", "Title"};
     visitItemsBeforeCount(in, check);
     for (int i = 1; i < in.NumberEntries; ++i)
         check(distanceName(i), in.XcutCenters[i], Form::Number, 0);
@@ -333,7 +337,7 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
         if (level >= sinceLevel) reader.number(item, field);
     };
     reader.number("Units", into.Units);
-    if (into.Units < English || into.Units > Metric) into.Units = English;
+    if (reader.good() && (into.Units < English || into.Units > Metric)) into.Units = English;
     if (std::string title = reader.text("Title"); reader.good()) into.Title = std::move(title);
     if (reader.good()) {
         if (level >= 50)
@@ -346,7 +350,7 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
     for (int i = 1; reader.good() && i < into.Input.NumberEntries; ++i)
         reader.number(distanceName(i), into.Input.XcutCenters[i]);
     visitItemsAfterDistances(into.Input, number);
-    into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
+    if (reader.good()) into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
     return reader.fault();
 }
 
@@ -378,11 +382,13 @@ CaseReading readCaseFile(const std::string& path, ProjectCase& into) {
 
 std::string normalisedDescription(std::string_view description) {
     constexpr std::size_t longest = 60;
+    std::string text(description);
+    std::replace(text.begin(), text.end(), '\0', ' ');
     std::string out;
-    for (std::string_view line : splitLines(description)) {
-        const auto text = trimmed(line);
-        if (text.empty()) continue;
-        if (characterCount(text) <= longest) {
+    for (std::string_view line : splitLines(text)) {
+        const auto words = trimmed(line);
+        if (words.empty()) continue;
+        if (characterCount(words) <= longest) {
             appendDescriptionLine(out, line);
             continue;
         }
@@ -397,19 +403,24 @@ std::string normalisedDescription(std::string_view description) {
             at += piece;
         }
     }
-    for (char& c : out)
-        if (c == '\0') c = ' ';
     return out;
 }
 
 Result<std::string> writeCaseText(ProjectCase& from) {
     if (auto fault = faultOfUnreadableValue(from)) return *fault;
     if (from.Input.NumberEntries == 0) from.Input.NumberEntries = 1;
-    from.Description = normalisedDescription(from.Description);
-    const auto lines = splitLines(from.Description).size();
+    from.Units = from.Units == English ? English : Metric;
+    from.Title = onOneLine(asUtf8(from.Title));
+    from.Description = normalisedDescription(asUtf8(from.Description));
+    const auto lines = splitLines(from.Description);
     from.DescriptionLines = static_cast<std::int16_t>(
-        std::min<std::size_t>(lines, std::numeric_limits<std::int16_t>::max()));
-    from.Title = onOneLine(from.Title);
+        std::min<std::size_t>(lines.size(), std::numeric_limits<std::int16_t>::max()));
+    if (from.Title.size() > MaxLineBytes)
+        return Fault{"the title is too long for a case file", "Title"};
+    // Only blanks can make a line that long: words are broken after 60 characters.
+    if (std::any_of(lines.begin(), lines.end(),
+                    [](std::string_view line) { return line.size() > MaxLineBytes; }))
+        return Fault{"a line is too long for a case file", "Description"};
     from.FileVersion = CurrentLevel;
 
     std::string out;
