@@ -46,6 +46,10 @@ Result<AtomicFile> AtomicFile::create(const std::string& path) {
     file.m_target = followLinks(pathFromUtf8(path));
 
     struct stat old {};
+    if (::lstat(file.m_target.c_str(), &old) == 0 && S_ISLNK(old.st_mode)) {
+        errno = ELOOP;
+        return file.fault("");
+    }
     const bool exists = ::stat(file.m_target.c_str(), &old) == 0;
     if (exists && S_ISDIR(old.st_mode)) return Fault{"cannot be written: it is a directory", path};
     if (exists && !S_ISREG(old.st_mode)) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -59,10 +60,10 @@ Result<std::string> readFile(const std::string& path) {
         bytes.resize(had + step);
         const std::size_t got = std::fread(bytes.data() + had, 1, step, input.get());
         bytes.resize(had + got);
-        if (got < step) break;
         if (bytes.size() > MaxFileBytes)
             return Fault{"is larger than " + std::to_string(MaxFileBytes >> 20) + " MB", path};
-        step = bytes.size();
+        if (got < step) break;
+        step = std::min(bytes.size(), MaxFileBytes + 1 - bytes.size());
     }
     if (std::ferror(input.get())) return readFault(path, errno);
     return bytes;

@@ -1,29 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/driver.h"
 
-#include "base/numbers.h"
 #include "engine/faults.h"
 #include "engine/geometry.h"
 #include "engine/loading.h"
+#include "engine/quantities.h"
 #include "engine/strength.h"
 #include "engine/transfer.h"
-#include "project/checks.h"
-
-#include <algorithm>
-#include <cmath>
 
 namespace telvo::engine {
 
 namespace {
-
-double abutmentAngle(double degrees) {
-    return degrees < 90 ? degrees * RadiansPerDegree : SteepestAbutmentAngle;
-}
-
-/// A flag of the record as the engine holds it; only 1 means that a row is left.
-double rowFlag(std::int16_t flag) {
-    return flag == 1 ? 1.0 : 0.0;
-}
 
 /// The inputs of one pass: development knows no active gob and no slab cuts.
 WorkingInputs forPass(const WorkingInputs& prepared, int pass) {
@@ -74,14 +61,15 @@ void remnants(const WorkingInputs& in, AnalysisResults& r) {
     }
 }
 
-std::optional<Fault> barriers(const WorkingInputs& in, AnalysisResults& r) {
+std::optional<Stop> barriers(const WorkingInputs& in, AnalysisResults& r) {
     const int p = in.Pass;
     for (const int k : {FirstSide, SecondSide})
         barrierCapacity(in, k, r);
     for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
         if (in.BarrierWidth[k] == 0) continue; // no barrier, nothing that could be handed on
         barrierLoads(in, k, r);
-        if (r.BarrierLoad[p][k] == 0) return zeroBarrierLoad(in, k);
+        if (r.BarrierLoad[p][k] == 0)
+            return Stop{"BarrierSF", p, k, "the load on the barrier is 0"};
         r.BarrierSF[p][k] = r.BarrierCapacity[k] / r.BarrierLoad[p][k];
         r.LTRANSBAR[p][k] = barrierTransfer(r.BarrierSF[p][k], r.BarrierSideAbutmentLoad[p][k] +
                                                                    r.BarrierArchLoad[p][k]);
@@ -90,7 +78,7 @@ std::optional<Fault> barriers(const WorkingInputs& in, AnalysisResults& r) {
 }
 
 /// One pass of the core computation; the order of its stages is that of this function.
-std::optional<Fault> computePass(const WorkingInputs& in, AnalysisResults& r) {
+std::optional<Stop> computePass(const WorkingInputs& in, AnalysisResults& r) {
     r.RemnantSF = {};
 
     panelGeometry(in, r);
@@ -100,6 +88,7 @@ std::optional<Fault> computePass(const WorkingInputs& in, AnalysisResults& r) {
     const double loadedArea = in.AnalysisCase == ActiveGob ? r.ActiveArea : r.AMZArea;
     r.TributaryLoadAMZ = in.Gamma * in.H * loadedArea;
     r.AbutmentExtent = abutmentExtent(in.H, in.Units);
+    if (r.AbutmentExtent == 0) return Stop{"AbutmentExtent", 0, 0, "it is 0"};
     r.RFactorFront = rFactor(r.AbutmentExtent, in.B);
     for (int k = FirstSide; k <= in.AnalysisCase; ++k)
         r.RFactorSide[k] = sideRFactor(in, k, r.AbutmentExtent);
@@ -109,10 +98,11 @@ std::optional<Fault> computePass(const WorkingInputs& in, AnalysisResults& r) {
         bleederRow(in, k, r);
     sideAbutments(in, r);
     remnants(in, r);
-    if (auto fault = barriers(in, r)) return fault;
+    if (auto stop = barriers(in, r)) return stop;
 
     cumulativeAMZLoads(in.Pass, r);
-    if (r.AMZLoad[in.Pass][in.AnalysisCase] == 0) return zeroAMZLoad(in);
+    if (r.AMZLoad[in.Pass][in.AnalysisCase] == 0)
+        return Stop{"TELVOSF", in.Pass, 0, "the load on the AMZ is 0"};
     r.TELVOSF[in.Pass] = panelStabilityFactor(r, in.Pass);
     plotStresses(in, r);
     return std::nullopt;
@@ -120,71 +110,42 @@ std::optional<Fault> computePass(const WorkingInputs& in, AnalysisResults& r) {
 
 } // namespace
 
-int analysisCase(int anal, int previousAnalysisCase) {
-    if (anal == 4) return OneSideGob;
-    return anal >= 0 && anal <= 3 ? anal + 1 : previousAnalysisCase;
-}
-
-std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput& input,
-                                                     std::int16_t units, int previousAnalysisCase) {
-    WorkingInputs in;
-    in.Source = input;
-    in.Units = units;
-    in.h = input.EntryHeight;
-    in.H = input.DepthCover;
-    in.Sc = input.XcutSpacing;
-    in.Theta = input.XcutAngle * RadiansPerDegree;
-    in.SinTheta = std::sin(in.Theta);
-    in.Gamma = input.UnitWeight;
-    in.S1 = input.CoalStrength * (units == project::English ? 144 : 1000);
-    in.We = input.EntryWidth;
-    in.PillarLengthAlong = input.XcutSpacing - input.EntryWidth;
-    in.B = input.BreadthAMZ;
-    in.NumberEntries = input.NumberEntries;
-    in.NumberPillars = std::clamp(input.NumberEntries - 1, 0, MaxPillars);
-    for (int i = 1; i <= in.NumberPillars; ++i) {
-        in.EntryCenter[i] = input.XcutCenters[i];
-        in.PillarGrossWidth[i] = in.EntryCenter[i] - in.We;
-        in.PanelWidth += in.EntryCenter[i];
-    }
-    in.GobExtent = {{input.ExtentActiveGob, input.ExtentFirstGob, input.ExtentSecondGob}};
-    in.AbutmentAngle = {{abutmentAngle(input.AbutmentAngleActiveGob),
-                         abutmentAngle(input.AbutmentAngleFirstGob),
-                         abutmentAngle(input.AbutmentAngleSecondGob)}};
-    for (int gob = 1; gob <= 3; ++gob)
-        in.AbutmentTangent[gob] = std::tan(in.AbutmentAngle[gob]);
-    in.BarrierWidth = {{input.BarrierFirstGob, input.BarrierSecondGob}};
-    in.Slabcut = {{input.SlabcutFirstGob, input.SlabcutSecondGob}};
-    in.RowLeft = {
-        {rowFlag(input.RowA), rowFlag(input.RowB), rowFlag(input.RowC), rowFlag(input.RowD)}};
-    in.BleederWidth = {{input.WidthC, input.WidthD}};
-    in.ArchAutomatic = input.Arch != 0;
-    in.ArchFactorInput = input.ArchFactor;
-    in.AnalysisCase = analysisCase(input.Anal, previousAnalysisCase);
-    if (auto refused = project::checkBeforeAnalysis(input)) return *refused;
-    return in;
+std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& r) {
+    r = AnalysisResults{};
+    r.AnalysisCase = prepared.AnalysisCase;
+    r.NumberPillars = prepared.NumberPillars;
+    r.ArchFactor = pressureArchFactor(prepared);
+    for (const int pass : {Development, Retreat})
+        if (auto stop = computePass(forPass(prepared, pass), r)) return stop;
+    return unboundedQuantity(r);
 }
 
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {
     if (auto fault = impossibleInput(prepared)) return *fault;
     Result<AnalysisResults> run{AnalysisResults{}};
-    AnalysisResults& r = run.value();
-    r.AnalysisCase = prepared.AnalysisCase;
-    r.NumberPillars = prepared.NumberPillars;
-    r.ArchFactor = pressureArchFactor(prepared);
-    for (const int pass : {Development, Retreat})
-        if (auto fault = computePass(forPass(prepared, pass), r)) return *fault;
-    if (auto fault = unboundedQuantity(prepared, r)) return *fault;
+    if (const auto stop = computePasses(prepared, run.value())) return faultOf(*stop, prepared);
     return run;
 }
 
 std::vector<std::string_view> analysisNotes(const AnalysisResults& results) {
-    const auto negative = [](const PerSide& sides) {
-        return sides[FirstSide] < 0 || sides[SecondSide] < 0;
+    const auto anyNegative = [](const auto& field) {
+        bool negative = false;
+        visitNumbers(field, [&](double value) { negative = negative || value < 0; });
+        return negative;
     };
-    if (std::none_of(results.FrontOnRemnant.begin(), results.FrontOnRemnant.end(), negative))
-        return {};
-    return {"Front abutment over the remnant is negative; check the slab cuts"};
+    std::vector<std::string_view> notes;
+    if (anyNegative(results.FrontOnRemnant))
+        notes.push_back("Front abutment over the remnant is negative; check the slab cuts");
+    if (results.AbutmentLoadAMZ[Retreat][Front] < 0)
+        notes.push_back("Front abutment load on the AMZ is negative; check the slab cuts and the "
+                        "extent of the active gob");
+    if (anyNegative(results.SlabCornerLoad))
+        notes.push_back("Front abutment over a slab cut is negative; check the slab cuts and the "
+                        "abutment angle of the active gob");
+    if (anyNegative(results.BleederStrength))
+        notes.push_back("Strength of the bleeder pillars is negative; check the widths of rows C "
+                        "and D");
+    return notes;
 }
 
 } // namespace telvo::engine

@@ -3,15 +3,21 @@
 
 #include "base/Result.h"
 #include "engine/AnalysisResults.h"
+#include "engine/faults.h"
 #include "engine/WorkingInputs.h"
 #include "project/ProjectInput.h"
 
+#include <optional>
 #include <string_view>
 #include <variant>
 #include <vector>
 
 /// The run of one case: prepare and validate, then compute a development and a retreat pass.
 namespace telvo::engine {
+
+/// The inputs of a record in the engine's units, unchecked.
+WorkingInputs workingInputs(const project::ProjectInput& input, std::int16_t units,
+                            int previousAnalysisCase);
 
 /// Fills the working inputs and runs the check before analysis.
 /// Given: units                 unit system of the case
@@ -24,6 +30,10 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
 /// Loading condition 1 to 4 of an `Anal`; 4 is analysed as 3, any other value outside 0 to 3 keeps
 /// the previous one.
 int analysisCase(int anal, int previousAnalysisCase);
+
+/// Both passes over inputs that no check has seen; the driver and the search for the cause of a
+/// stop share it. Returned: what stopped it, or nothing.
+std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& results);
 
 /// Computes both passes.
 /// Faults: a computation that cannot finish, with the quantity and the input that causes it.

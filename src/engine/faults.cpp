@@ -2,12 +2,17 @@
 #include "engine/faults.h"
 
 #include "base/numbers.h"
+#include "engine/driver.h"
 #include "engine/geometry.h"
 #include "engine/quantities.h"
+#include "project/inputFields.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 namespace telvo::engine {
 
@@ -34,7 +39,8 @@ std::optional<Fault> impossibleGeometry(const WorkingInputs& in) {
                              "the panel has fewer than two entries");
     const double sine = in.SinTheta;
     const double length = (in.Sc - in.We / sine) * sine;
-    if (length < 0)
+    // What is 0 may come out a rounding error below it; that is no negative pillar.
+    if (length < -1e-12 * in.Sc)
         return Fault{"Invalid Pillar Dimensions: PillarLength is " + generalNumber(length, 6) +
                          ", the crosscut spacing leaves no pillar beside the entry width",
                      "XcutSpacing"};
@@ -83,47 +89,69 @@ std::optional<Fault> impossibleGobs(const WorkingInputs& in) {
     return std::nullopt;
 }
 
-struct NamedInput {
-    const char* name;
-    double value;
-};
-
-/// The input farthest from the sizes that panels have, by powers of ten; it is what drives a
-/// quantity out of its range.
-NamedInput mostExtremeInput(const WorkingInputs& in) {
-    const project::ProjectInput& s = in.Source;
-    const std::array<NamedInput, 18> inputs = {
-        {{"EntryHeight", s.EntryHeight},
-         {"DepthCover", s.DepthCover},
-         {"EntryWidth", s.EntryWidth},
-         {"XcutSpacing", s.XcutSpacing},
-         {"XcutAngle", s.XcutAngle},
-         {"XcutCenters", in.PanelWidth},
-         {"CoalStrength", s.CoalStrength},
-         {"UnitWeight", s.UnitWeight},
-         {"BreadthAMZ", s.BreadthAMZ},
-         {"ExtentActiveGob", s.ExtentActiveGob},
-         {"ExtentFirstGob", s.ExtentFirstGob},
-         {"BarrierFirstGob", s.BarrierFirstGob},
-         {"ExtentSecondGob", s.ExtentSecondGob},
-         {"BarrierSecondGob", s.BarrierSecondGob},
-         {"AbutmentAngleActiveGob", s.AbutmentAngleActiveGob},
-         {"WidthC", s.WidthC},
-         {"WidthD", s.WidthD},
-         {"ArchFactor", s.ArchFactor}}};
-    const auto distance = [](double value) {
-        return value == 0 ? 0 : std::abs(std::log10(std::abs(value) / 30));
-    };
-    NamedInput farthest = inputs.front();
-    for (const NamedInput& input : inputs)
-        if (distance(input.value) > distance(farthest.value)) farthest = input;
-    return farthest;
+double commonValue(project::FieldKind kind) {
+    switch (kind) {
+    case project::FieldKind::Angle:
+        return 45;
+    case project::FieldKind::Number:
+        return 1; // the arch factor
+    default:
+        return 30;
+    }
 }
 
-Fault outOfRange(const WorkingInputs& in, const std::string& quantity, const std::string& what) {
-    const NamedInput input = mostExtremeInput(in);
-    return cannotCompute(quantity, input.name,
-                         what + " with " + input.name + " = " + generalNumber(input.value, 10));
+/// Calls visit(name, common value, field) for every size of a record.
+template <typename Input, typename Visit>
+void visitSizes(Input& input, Visit&& visit) {
+    project::visitInputFields(input, [&](const char* name, project::FieldKind kind, auto& field) {
+        using Field = std::remove_cvref_t<decltype(field)>;
+        if constexpr (std::is_floating_point_v<Field>) {
+            visit(std::string(name), commonValue(kind), field);
+        } else if constexpr (!std::is_integral_v<Field>) {
+            for (int i = 1; i < input.NumberEntries; ++i)
+                visit(std::string(name) + "(" + std::to_string(i) + ")", commonValue(kind),
+                      field[i]);
+        }
+    });
+}
+
+double powersOfTenFrom(double value, double common) {
+    return value == 0 ? 0 : std::abs(std::log10(std::abs(value) / common));
+}
+
+struct Candidate {
+    std::string name;
+    double value;
+    double distance;
+};
+
+std::vector<Candidate> inputsByDistance(const project::ProjectInput& input) {
+    std::vector<Candidate> candidates;
+    visitSizes(input, [&](const std::string& name, double common, auto value) {
+        candidates.push_back({name, value, powersOfTenFrom(value, common)});
+    });
+    std::stable_sort(
+        candidates.begin(), candidates.end(),
+        [](const Candidate& a, const Candidate& b) { return a.distance > b.distance; });
+    return candidates;
+}
+
+/// Whether the stop goes away when one input has a common value.
+bool curedBy(const Stop& stop, const WorkingInputs& in, const std::string& candidate) {
+    project::ProjectInput changed = in.Source;
+    visitSizes(changed, [&](const std::string& name, double common, auto& field) {
+        if (name == candidate) field = static_cast<std::remove_cvref_t<decltype(field)>>(common);
+    });
+    AnalysisResults results;
+    const auto again = computePasses(workingInputs(changed, in.Units, in.AnalysisCase), results);
+    return !again || again->quantity != stop.quantity;
+}
+
+Candidate causeOf(const Stop& stop, const WorkingInputs& in) {
+    const std::vector<Candidate> candidates = inputsByDistance(in.Source);
+    for (const Candidate& candidate : candidates)
+        if (curedBy(stop, in, candidate.name)) return candidate;
+    return candidates.front(); // no single input explains it
 }
 
 } // namespace
@@ -131,34 +159,37 @@ Fault outOfRange(const WorkingInputs& in, const std::string& quantity, const std
 std::optional<Fault> impossibleInput(const WorkingInputs& prepared) {
     // The arch factor's panel width is held in single precision and goes into no result.
     if (prepared.ArchAutomatic && !std::isfinite(static_cast<float>(prepared.PanelWidth)))
-        return outOfRange(prepared, "ArchFactor", "the panel width is beyond single precision");
+        return cannotCompute("ArchFactor", "XcutCenters",
+                             "the panel width is beyond single precision");
     if (auto fault = impossibleGeometry(prepared)) return fault;
     if (auto fault = impossibleGobs(prepared)) return fault;
     return impossibleRows(prepared);
 }
 
-Fault zeroAMZLoad(const WorkingInputs& in) {
-    const std::string quantity = "TELVOSF (" + passName(in.Pass) + ")";
-    if (!in.ArchAutomatic && in.ArchFactorInput == 0)
-        return cannotCompute(quantity, "ArchFactor",
-                             "the load on the AMZ is 0 with a pressure arch factor of 0");
-    return outOfRange(in, quantity, "the load on the AMZ is 0");
-}
-
-Fault zeroBarrierLoad(const WorkingInputs& in, int k) {
-    return outOfRange(in, "BarrierSF (" + passName(in.Pass) + ", " + sideName(k) + ")",
-                      "the load on the barrier is 0");
-}
-
-std::optional<Fault> unboundedQuantity(const WorkingInputs& in, const AnalysisResults& r) {
+std::optional<Stop> unboundedQuantity(const AnalysisResults& r) {
     const char* unbounded = nullptr;
-    visitQuantities(r, [&](const char* name, Kind, const auto& field) {
-        bool finite = true;
-        visitNumbers(field, [&](const auto& value) { finite = finite & std::isfinite(value); });
-        if (!finite && !unbounded) unbounded = name;
+    visitQuantities(r, [&](const char* name, Kind kind, const auto& field) {
+        bool bounded = true;
+        const double limit = static_cast<double>(std::numeric_limits<float>::max());
+        if (kind == Kind::Factor)
+            visitNumbers(field,
+                         [&](double value) { bounded = bounded & (std::abs(value) <= limit); });
+        else
+            visitNumbers(field, [&](auto value) { bounded = bounded & std::isfinite(value); });
+        if (!bounded && !unbounded) unbounded = name;
     });
     if (!unbounded) return std::nullopt;
-    return outOfRange(in, unbounded, "its value is beyond the range of its type");
+    return Stop{unbounded, 0, 0, "its value is beyond the range of its type"};
+}
+
+Fault faultOf(const Stop& stop, const WorkingInputs& in) {
+    std::string quantity = stop.quantity;
+    if (stop.pass != 0) quantity += " (" + passName(stop.pass) + ")";
+    if (stop.side != 0) quantity += " of the " + sideName(stop.side);
+    const Candidate cause = causeOf(stop, in);
+    return cannotCompute(quantity, cause.name,
+                         stop.what + " with " + cause.name + " = " +
+                             generalNumber(cause.value, 10));
 }
 
 } // namespace telvo::engine

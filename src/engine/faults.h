@@ -6,6 +6,7 @@
 #include "engine/WorkingInputs.h"
 
 #include <optional>
+#include <string>
 
 /// What stops a computation that cannot finish. Each message names the quantity and the input that
 /// causes the stop; `where` is the name of that input.
@@ -15,13 +16,20 @@ namespace telvo::engine {
 /// fixed order; the first one found is told.
 std::optional<Fault> impossibleInput(const WorkingInputs& prepared);
 
-/// The load on the active mining zone came out as 0 and there is no stability factor.
-Fault zeroAMZLoad(const WorkingInputs& in);
+/// A quantity that came out without a usable value.
+struct Stop {
+    std::string quantity;
+    int pass = 0; ///< 0 where the quantity has no pass
+    int side = 0; ///< 0 where it has no side
+    std::string what;
+};
 
-/// The load on barrier k came out as 0 and there is no stability factor.
-Fault zeroBarrierLoad(const WorkingInputs& in, int k);
+/// The first quantity that left the range of its type. Stability factors have to fit single
+/// precision, in which they are shown.
+std::optional<Stop> unboundedQuantity(const AnalysisResults& r);
 
-/// The first quantity that left the range of its type, with the input farthest from common values.
-std::optional<Fault> unboundedQuantity(const WorkingInputs& in, const AnalysisResults& r);
+/// The message of a stop. Its cause is the input that, set to a common value, lets the quantity be
+/// computed; inputs farthest from common values are tried first.
+Fault faultOf(const Stop& stop, const WorkingInputs& in);
 
 } // namespace telvo::engine

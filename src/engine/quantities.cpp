@@ -18,6 +18,7 @@ std::string_view unitName(Kind kind, std::int16_t units) {
         return english ? "lb/ft" : "kN/m";
     case Kind::Stress:
         return english ? "psf" : "kPa";
+    case Kind::Factor:
     case Kind::Number:
         break;
     }

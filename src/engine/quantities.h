@@ -9,7 +9,7 @@
 namespace telvo::engine {
 
 /// What a quantity measures; with the unit system it tells the unit.
-enum class Kind { Number, Length, Area, Force, ForcePerLength, Stress };
+enum class Kind { Number, Factor, Length, Area, Force, ForcePerLength, Stress };
 
 /// Unit of a kind in the engine: "ft", "lb/ft", "psf", "m", "kN/m", "kPa"; "" for plain numbers.
 std::string_view unitName(Kind kind, std::int16_t units);
@@ -56,7 +56,7 @@ constexpr void visitQuantities(Results& r, Visit&& visit) {
     visit("RemnantStrength", Kind::Stress, r.RemnantStrength);
     visit("RemnantCapacity", Kind::Force, r.RemnantCapacity);
     visit("RemnantTotalCapacity", Kind::Force, r.RemnantTotalCapacity);
-    visit("RemnantSF", Kind::Number, r.RemnantSF);
+    visit("RemnantSF", Kind::Factor, r.RemnantSF);
     visit("LFBAR", Kind::Force, r.LFBAR);
     visit("BarrierFrontTransfer", Kind::Force, r.BarrierFrontTransfer);
     visit("LTRANSREM", Kind::Force, r.LTRANSREM);
@@ -65,9 +65,9 @@ constexpr void visitQuantities(Results& r, Visit&& visit) {
     visit("BarrierSideAbutmentLoad", Kind::Force, r.BarrierSideAbutmentLoad);
     visit("BarrierArchLoad", Kind::Force, r.BarrierArchLoad);
     visit("BarrierLoad", Kind::Force, r.BarrierLoad);
-    visit("BarrierSF", Kind::Number, r.BarrierSF);
+    visit("BarrierSF", Kind::Factor, r.BarrierSF);
     visit("AMZLoad", Kind::Force, r.AMZLoad);
-    visit("TELVOSF", Kind::Number, r.TELVOSF);
+    visit("TELVOSF", Kind::Factor, r.TELVOSF);
     visit("BarrierTributaryStress", Kind::Stress, r.BarrierTributaryStress);
     visit("BarrierFrontStress", Kind::Stress, r.BarrierFrontStress);
     visit("BarrierSideStress", Kind::Stress, r.BarrierSideStress);

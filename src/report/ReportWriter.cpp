@@ -43,7 +43,8 @@ std::string WrapText(std::string_view text, int width) {
     if (width <= 20) return std::string(text);
     const auto columns = static_cast<std::size_t>(width);
     std::string out;
-    while (characterCount(text) > columns) {
+    // Only the next line is looked at: the rest may be very long.
+    while (characterOffset(text, columns) < text.size()) {
         // The break is the last blank at or before the column `width`; it stays on neither line.
         const auto limit = characterOffset(text, columns - 1);
         const auto blank = text.rfind(' ', limit);
@@ -57,21 +58,25 @@ std::string WrapText(std::string_view text, int width) {
 }
 
 std::string cutLongWords(std::string_view text, int width) {
-    const auto longest = static_cast<std::size_t>(width - 1);
+    const auto columns = static_cast<std::size_t>(width);
+    // A word needs a blank behind it within the line; only one that ends the text can fill the
+    // line.
+    std::size_t uncut = text.rfind(' ') + 1; // 0 without a blank
+    if (characterOffset(text.substr(uncut), columns) < text.size() - uncut) uncut = text.size();
     std::string out;
     std::size_t inWord = 0;
-    for (std::size_t at = 0; at < text.size();) {
+    for (std::size_t at = 0; at < uncut;) {
         const auto length = std::max<std::size_t>(1, characterOffset(text.substr(at, 5), 1));
         if (text[at] == ' ') {
             inWord = 0;
-        } else if (++inWord > longest) {
+        } else if (++inWord == columns) {
             out += ' ';
             inWord = 1;
         }
         out += text.substr(at, length);
         at += length;
     }
-    return out;
+    return out.append(text.substr(std::min(uncut, text.size())));
 }
 
 float RoundSF(double factor, int RoundTELVOSF) {
@@ -79,8 +84,11 @@ float RoundSF(double factor, int RoundTELVOSF) {
     switch (RoundTELVOSF) {
     case 0:
         return static_cast<float>(roundHalfEven2(single));
-    case 2:
-        return std::trunc(single * 100.0F) / 100.0F;
+    case 2: {
+        // A factor that large has no decimals to cut.
+        const float hundredths = single * 100.0F;
+        return std::isfinite(hundredths) ? std::trunc(hundredths) / 100.0F : single;
+    }
     default:
         return single;
     }

@@ -13,7 +13,7 @@ struct ReportOptions {
     int RoundTELVOSF = 0;       // 0 two decimals half to even, 2 truncated, else unchanged
     int OutputStrGradUnits = 1; // forces of English cases: 1 tons, else pounds. The key's name
                                 // speaks of stress gradients; it governs forces all the same.
-    int OutputStrUnits = 0; // stresses of English cases: 0 psi, else psf
+    int OutputStrUnits = 0;     // stresses of English cases: 0 psi, else psf
 };
 
 inline constexpr int LastReportPage = 5;

@@ -405,12 +405,10 @@ std::optional<LeavePillar> bleederRow(const ReportSource& source, char row) {
     const AnalysisResults& r = source.results;
     if ((row == 'C' ? in.RowC : in.RowD) != 1) return std::nullopt;
     const int k = row == 'C' ? FirstSide : SecondSide;
-    return LeavePillar{row,
-                       r.BleederStrength[k],
-                       r.BleederCapacity[k],
-                       r.BleederLoad[k],
-                       r.AbutmentHalfWidth * r.BleederExcess[k] / in.XcutSpacing,
-                       true};
+    return LeavePillar{
+        row, r.BleederStrength[k], r.BleederCapacity[k], r.BleederLoad[k],
+        // A side that takes no part has no remnant to lend to.
+        k <= r.AnalysisCase ? r.AbutmentHalfWidth * r.BleederExcess[k] / in.XcutSpacing : 0, true};
 }
 
 std::vector<LeavePillar> leavePillars(const ReportSource& source, const ReportUnits& units) {
