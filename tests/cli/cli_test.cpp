@@ -32,6 +32,11 @@ string without(string text, char c) {
     return text;
 }
 
+string trim(string text) {
+    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
+    return text.erase(text.find_last_not_of(' ') + 1);
+}
+
 struct Ran {
     int status;
     string out, err;
@@ -77,58 +82,24 @@ class Cli : public testing::Test {
     fs::path m_folder;
 };
 
-TEST_F(Cli, ExitStatusIsTheWorstOfAllCases) {
-    const struct {
-        const char* arguments;
-        int status;
-        const char* said; // on standard error
-    } rows[] = {
-        {"report plain.TLV", 0, ""},
-        {"report refused.TLV", 1, "telvo-cli: refused.TLV: Invalid depth of cover\n"},
-        {"report plain.TLV refused.TLV", 1, "refused.TLV: Invalid depth of cover"},
-        {"results plain.TLV refused.TLV gobs.TLV", 1, "refused.TLV: Invalid depth of cover"},
-        {"report damaged.TLV", 3, "damaged.TLV, line 7"},
-        {"results refused.TLV damaged.TLV plain.TLV", 3, "damaged.TLV, line 7"},
-        {"check missing.TLV", 3, ""},
-        {"report missing.TLV plain.TLV", 3, "missing.TLV"},
-        {"report .", 3, "directory"},
-        {"convert missing.TLV -o x.TLV", 3, "missing.TLV"},
-        {"save damaged.TLV -o x.TLV", 3, "damaged.TLV"},
-        {"report plain.TLV -o nowhere/x.txt", 3, "nowhere/x.txt"},
-        {"report plain.TLV > /dev/full", 3, "could not be written"},
-        {"results gobs.TLV --format csv > /dev/full", 3, "could not be written"},
-        {"check plain.TLV > /dev/full", 3, "could not be written"},
-        {"", 2, ""},
-        {"dance", 2, ""},
-        {"report", 2, ""},
-        {"report plain.TLV --page 6", 2, "page"},
-        {"report plain.TLV --loud", 2, "--loud"},
-        {"report plain.TLV --force-units stones", 2, "stones"},
-        {"report - -", 2, "-"},
-        {"results plain.TLV --format xml", 2, "xml"},
-        {"results plain.TLV --round-sf 3", 2, "3"},
-        {"new x.TLV --units furlongs", 2, "furlongs"},
-        {"save plain.TLV", 2, "--output"},
-        {"--version", 0, ""},
-    };
-    for (const auto& row : rows) {
-        const Ran ran = run(row.arguments);
-        EXPECT_EQ(ran.status, row.status) << row.arguments << "\n" << ran.err;
-        EXPECT_NE(ran.err.find(row.said), string::npos) << row.arguments << "\n" << ran.err;
-        EXPECT_EQ(ran.err.empty(), row.status == 0 || string(row.arguments) == "check missing.TLV")
-            << row.arguments << "\n"
-            << ran.err;
+TEST_F(Cli, ArgumentsLeadToStatusOutputAndComplaint) {
+    std::ifstream table(TELVO_CLI_TESTS_DIR "/calls.txt");
+    int rows = 0;
+    for (string line; std::getline(table, line);) {
+        if (line[0] == '#') continue;
+        ++rows;
+        std::istringstream cells(line);
+        string arguments, status, out, err;
+        std::getline(std::getline(std::getline(cells, arguments, ';'), status, ';'), out, ';');
+        std::getline(cells, err);
+        const Ran ran = run(arguments);
+        EXPECT_EQ(ran.status, std::stoi(status)) << line << "\n" << ran.err;
+        EXPECT_NE(ran.out.find(trim(out)), string::npos) << line << "\n" << ran.out;
+        EXPECT_NE(ran.err.find(trim(err)), string::npos) << line << "\n" << ran.err;
+        EXPECT_EQ(ran.err.empty(), trim(err).empty()) << line << "\n" << ran.err;
     }
-    EXPECT_FALSE(fs::exists(m_folder / "x.TLV"));
-}
-
-TEST_F(Cli, HelpOfEveryCommandShowsAnExample) {
-    for (const string command : {"report", "results", "check", "new", "convert", "save"}) {
-        const Ran ran = run(command + " --help");
-        EXPECT_EQ(ran.status, 0);
-        EXPECT_NE(ran.out.find("Example:\n  telvo-cli " + command + " "), string::npos) << ran.out;
-    }
-    EXPECT_TRUE(run("--version").out.starts_with("telvo-cli "));
+    EXPECT_GE(rows, 40);
+    EXPECT_FALSE(fs::exists(m_folder / "x.TLV") || fs::exists(m_folder / "none.txt"));
 }
 
 TEST_F(Cli, ReportHasLineFeedsOnTheTerminalAndCrLfInAFile) {
@@ -144,23 +115,8 @@ TEST_F(Cli, ReportHasLineFeedsOnTheTerminalAndCrLfInAFile) {
     EXPECT_EQ(std::count(file.begin(), file.end(), '\r'),
               std::count(file.begin(), file.end(), '\n'));
 
-    const Ran page = run("report gobs.TLV --page 3");
-    EXPECT_TRUE(page.out.starts_with("[PILLAR PARAMETERS]\n\n"));
-    EXPECT_NE(shown.out.find(page.out), string::npos);
-    EXPECT_EQ(page.out.find("[BARRIER"), string::npos);
-
     const Ran input = run("report -", read("plain.TLV"));
     EXPECT_EQ(replaced(input.out, "standard input", "plain.TLV"), run("report plain.TLV").out);
-}
-
-TEST_F(Cli, ReportSettingsChangeUnitsAndRounding) {
-    const string usual = run("report gobs.TLV --page 3").out;
-    EXPECT_NE(usual.find("(psi)        (tons)"), string::npos);
-    const Ran other = run("report gobs.TLV --page 3 --force-units lbs --stress-units psf");
-    EXPECT_NE(other.out.find("(psf)         (lbs)"), string::npos) << other.out;
-    // The factor of the plain case is 4.465248...: 4.47 to two decimals, 4.46 cut.
-    EXPECT_NE(run("report plain.TLV --page 1").out.find("...  4.47\n"), string::npos);
-    EXPECT_NE(run("report plain.TLV --page 1 --round-sf 2").out.find("...  4.46\n"), string::npos);
 }
 
 TEST_F(Cli, AReportNeverReplacesACase) {
@@ -169,8 +125,6 @@ TEST_F(Cli, AReportNeverReplacesACase) {
     EXPECT_EQ(ran.status, 3);
     EXPECT_NE(ran.err.find("gobs.TLV"), string::npos);
     EXPECT_EQ(read("gobs.TLV"), before);
-    EXPECT_EQ(run("report refused.TLV -o none.txt").status, 1);
-    EXPECT_FALSE(fs::exists(m_folder / "none.txt"));
 }
 
 TEST_F(Cli, CheckSaysOneLinePerCase) {
@@ -202,29 +156,34 @@ string digits(string text) {
     return text.erase(text.find_last_not_of('0') + 1);
 }
 
-/// Compares numbers under the same keys; `single` allows for quantities held in single precision.
+/// Compares every number; one that `expected` leaves out is 0, as beyond the loaded pillars of a
+/// side. `single` allows for quantities held in single precision.
 void expectSame(json_object* actual, json_object* expected, const string& path, bool single) {
-    if (json_object_is_type(expected, json_type_object)) {
-        ASSERT_EQ(json_object_object_length(actual), json_object_object_length(expected)) << path;
-        json_object_object_foreach(expected, key, value) {
+    if (json_object_is_type(actual, json_type_object)) {
+        if (expected) {
+            json_object_object_foreach(expected, wanted, found) {
+                EXPECT_TRUE(json_object_object_get_ex(actual, wanted, &found)) << path << wanted;
+            }
+        }
+        json_object_object_foreach(actual, key, value) {
             const string name = key;
-            expectSame(json_object_object_get(actual, key), value, path + "." + name,
+            expectSame(value, json_object_object_get(expected, key), path + "." + name,
                        single || name == "AMZLoad" || name == "TELVOSF" || name == "ArchFactor" ||
                            name == "TributaryStress");
         }
-    } else if (json_object_is_type(expected, json_type_array)) {
-        ASSERT_EQ(json_object_array_length(actual), json_object_array_length(expected)) << path;
-        for (std::size_t i = 0; i < json_object_array_length(expected); ++i)
-            expectSame(json_object_array_get_idx(actual, i), json_object_array_get_idx(expected, i),
+    } else if (json_object_is_type(actual, json_type_array)) {
+        const std::size_t wanted = expected ? json_object_array_length(expected) : 0;
+        EXPECT_GE(json_object_array_length(actual), wanted) << path;
+        for (std::size_t i = 0; i < json_object_array_length(actual); ++i)
+            expectSame(json_object_array_get_idx(actual, i),
+                       i < wanted ? json_object_array_get_idx(expected, i) : nullptr,
                        path + "." + std::to_string(i + 1), single);
     } else {
+        const double number = json_object_get_double(actual);
         const double value = json_object_get_double(expected);
-        EXPECT_NEAR(json_object_get_double(actual), value,
-                    (single ? 2e-7 : 1e-9) * std::max(1.0, std::abs(value)))
-            << path;
+        EXPECT_NEAR(number, value, (single ? 2e-7 : 1e-9) * std::max(1.0, std::abs(value))) << path;
         char shortest[40];
-        const auto end =
-            std::to_chars(shortest, shortest + sizeof shortest, json_object_get_double(actual)).ptr;
+        const auto end = std::to_chars(shortest, shortest + sizeof shortest, number).ptr;
         EXPECT_EQ(digits(json_object_get_string(actual)), digits(string(shortest, end))) << path;
     }
 }
@@ -248,6 +207,8 @@ TEST_F(Cli, JsonResultsAreTheIndependentOnes) {
         const string file = json_object_get_string(at(want, {"file"}));
         EXPECT_EQ(json_object_get_string(at(got, {"file"})), folder + file);
         EXPECT_TRUE(json_object_get_boolean(at(got, {"valid"})));
+        EXPECT_EQ(json_object_array_length(at(got, {"results", "PillarArea"})),
+                  json_object_array_length(at(want, {"results", "PillarArea"})));
         expectSame(at(got, {"results"}), at(want, {"results"}), file, false);
         EXPECT_TRUE(json_object_equal(at(got, {"warnings", "flags"}), at(want, {"flags"}))) << file;
         EXPECT_TRUE(json_object_equal(at(got, {"warnings", "summary"}), at(want, {"summary"})));
@@ -323,13 +284,6 @@ TEST_F(Cli, CsvHasOneRowPerCaseUnderOneHeader) {
     EXPECT_EQ(cell(2, "PanelWidth (ft|m)"), "");
     EXPECT_EQ(cell(4, "warnings.flags"), "2 7 9 13");
     EXPECT_EQ(cell(5, "valid"), "false");
-}
-
-TEST_F(Cli, TextResultsNameTheUnits) {
-    EXPECT_NE(run("results plain.TLV").out.find("PillarAreaAMZ"), string::npos);
-    const Ran metric = run("results metric.TLV refused.TLV");
-    EXPECT_NE(metric.out.find(" kPa\n"), string::npos);
-    EXPECT_EQ(metric.out.find(" psf\n"), string::npos);
 }
 
 TEST_F(Cli, WritersOverwriteOnlyWhenForced) {

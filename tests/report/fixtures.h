@@ -1,55 +1,117 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/numbers.h"
 #include "base/text.h"
-#include "engine/AnalysisResults.h"
-#include "project/ProjectInput.h"
+#include "project/inputFields.h"
+#include "report/sections.h"
 
+#include <gtest/gtest.h>
+
+#include <sstream>
 #include <string>
-#include <string_view>
-#include <vector>
 
-namespace telvo::report::testing {
+namespace telvo::report {
 
-/// A six-entry panel whose inputs depart from no default: 80 ft centers, entries 20 ft wide and 6
-/// ft high, 500 ft deep; in metric 24 m, 6 m, 2 m and 150 m.
-inline project::ProjectCase plainCase(std::int16_t units = project::English) {
-    const bool english = units == project::English;
-    project::ProjectCase made = project::newCase(units);
-    project::ProjectInput& in = made.Input;
-    in.EntryHeight = english ? 6 : 2;
-    in.DepthCover = english ? 500 : 150;
-    in.EntryWidth = english ? 20 : 6;
-    in.XcutSpacing = english ? 90 : 27;
-    in.NumberEntries = 6;
-    for (int i = 1; i <= 5; ++i)
-        in.XcutCenters[i] = english ? 80 : 24;
-    in.CoalStrength = english ? 900 : 6.21;
-    in.UnitWeight = english ? 162 : 25.45;
-    return made;
-}
-
-/// Results of that panel under a loading condition, strong enough for every limit.
-inline engine::AnalysisResults plainResults(int analysisCase, std::int16_t units = 0) {
+/// A six-entry panel that departs from no default and is strong enough for every limit.
+struct Panel {
+    project::ProjectCase current;
     engine::AnalysisResults r;
-    r.AnalysisCase = analysisCase;
-    r.NumberPillars = 5;
-    r.PanelWidth = units == project::English ? 400 : 120;
-    r.TELVOSF = {{2.5, 2.25}};
-    return r;
+    ReportOptions options;
+
+    Panel() { makePlain(project::English); }
+
+    /// 80 ft centers, entries 20 ft wide and 6 ft high, 500 ft deep; metric 24 m, 6 m, 2 m, 150 m.
+    void makePlain(std::int16_t units) {
+        const bool english = units == project::English;
+        current = project::newCase(units);
+        project::ProjectInput& in = current.Input;
+        in.EntryHeight = english ? 6 : 2;
+        in.DepthCover = english ? 500 : 150;
+        in.EntryWidth = english ? 20 : 6;
+        in.XcutSpacing = english ? 90 : 27;
+        in.NumberEntries = 6;
+        in.XcutCenters = {{80, 80, 80, 80, 80}};
+        in.CoalStrength = english ? 900 : 6.21;
+        in.UnitWeight = english ? 162 : 25.45;
+        in.BarrierFirstGob = 100;
+        r.NumberPillars = 5;
+        r.PanelWidth = english ? 400 : 120;
+        r.TELVOSF = {{2.5, 2.25}};
+        r.BarrierSF[1] = r.BarrierSF[2] = {{5, 5}};
+    }
+
+    /// Applies "name=value name=value ...": inputs, results and settings by their names; "Metric=1"
+    /// first makes the plain metric panel, "BarrierSF.24" is that of pass 2 and side 4.
+    void apply(const std::string& settings) {
+        std::istringstream items(settings);
+        for (std::string item; items >> item;) {
+            const auto sign = item.find('=');
+            ASSERT_TRUE(sign != std::string::npos &&
+                        set(item.substr(0, sign), leadingValue(item.substr(sign + 1))))
+                << item;
+        }
+    }
+
+    Warnings warnings() const { return assessWarnings(current, r, options); }
+    ReportPages pages() const { return writeReport({current, r, options, "build"}, warnings()); }
+
+  private:
+    bool set(const std::string& name, double value) {
+        bool found = true;
+        const auto whole = static_cast<std::int16_t>(value);
+        if (name == "Metric")
+            makePlain(project::Metric);
+        else if (name == "Units")
+            current.Units = whole;
+        else if (name == "AnalysisCase")
+            r.AnalysisCase = whole;
+        else if (name == "PanelWidth")
+            r.PanelWidth = value;
+        else if (name == "TELVOSF")
+            r.TELVOSF = {{value, value}};
+        else if (name == "TELVOSF.2")
+            r.TELVOSF[2] = value;
+        else if (name == "BarrierSF")
+            r.BarrierSF[1][3] = r.BarrierSF[2][3] = value;
+        else if (name.starts_with("BarrierSF."))
+            r.BarrierSF[name[10] - '0'][name[11] - '0'] = value;
+        else if (name == "LFBAR.24")
+            r.LFBAR[2][4] = value;
+        else if (name == "RoundTELVOSF")
+            options.RoundTELVOSF = whole;
+        else if (name == "OutputStrGradUnits")
+            options.OutputStrGradUnits = whole;
+        else if (name == "OutputStrUnits")
+            options.OutputStrUnits = whole;
+        else
+            found = false;
+        project::visitInputFields(current.Input,
+                                  [&](const char* field, project::FieldKind, auto& into) {
+                                      using Field = std::remove_reference_t<decltype(into)>;
+                                      if constexpr (std::is_arithmetic_v<Field>)
+                                          if (name == field)
+                                              into = static_cast<Field>(value), found = true;
+                                  });
+        return found;
+    }
+};
+
+/// Cells of a line of a test table, without the blanks around them.
+inline std::vector<std::string> cells(const std::string& line, char separator) {
+    std::vector<std::string> found;
+    std::istringstream parts(line + separator);
+    for (std::string part; std::getline(parts, part, separator);)
+        found.emplace_back(trimmed(part));
+    return found;
 }
 
 /// A text written with line feeds, as the report has it.
-inline std::string withCrLf(std::string_view text) {
+inline std::string withCrLf(const std::string& text) {
     std::string out;
     for (const char c : text)
         out += c == '\n' ? std::string(LineBreak) : std::string(1, c);
     return out;
 }
 
-inline std::string withLineFeeds(std::string text) {
-    std::erase(text, '\r');
-    return text;
-}
-
-} // namespace telvo::report::testing
+} // namespace telvo::report

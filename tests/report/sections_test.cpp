@@ -9,15 +9,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <filesystem>
-#include <map>
+#include <fstream>
 #include <string>
 
 namespace telvo::report {
 namespace {
 
-using namespace testing;
 using std::string;
 
 constexpr double ton = 2000; // lb
@@ -25,16 +23,21 @@ constexpr double psi = 144;  // psf
 
 /// A panel with every table of the report in it. Loads of a side tell their place by their digits:
 /// quantity.pass-side, so 6.21E+06 tons is quantity 6 of pass 2 on the first side.
-struct FullPanel {
-    project::ProjectCase current = plainCase();
-    engine::AnalysisResults r = plainResults(4);
-
+struct FullPanel : Panel {
     FullPanel() {
+        current.Title = "North mains";
+        current.Description = "A first line that is longer than seventy columns and so has to be "
+                              "broken.\r\nA second one.";
         project::ProjectInput& in = current.Input;
+        in.BreadthAMZ = 1000.0 / 3;
+        in.ArchFactor = 0.82F;
+        in.Arch = 0;
+        in.WidthC = 55.1F;
         in.ExtentActiveGob = 600;
         in.BarrierFirstGob = 120;
         in.BarrierSecondGob = 110;
         in.RowA = in.RowB = in.RowC = 1;
+        r.AnalysisCase = 4;
         r.AMZBreadth = 112.25;
         r.AMZArea = 44800;
         r.ExtractionRatioAMZ = 0.4167;
@@ -84,13 +87,10 @@ struct FullPanel {
         r.RemnantTotalCapacity = {{2.1e6 * ton, 2.2e6 * ton}};
         r.RemnantSF = {{1.234, 0.456}};
     }
-    ReportPages pages(ReportOptions options = {}) const {
-        return writeReport({current, r, options, "build"}, assessWarnings(current, r, options));
-    }
 };
 
-/// Pages 1 to 5 of that panel, written by hand from the columns' right edges. Row A: 162 pcf x 500
-/// ft x 81 ft x 90 ft = 590,490,000 lb = 2.95E+05 tons, excess 1.1E6 - 295245 = 804755 tons; row B
+/// All pages of that panel, written by hand from the columns' right edges. Row A: 162 pcf x 500 ft
+/// x 81 ft x 90 ft = 590,490,000 lb = 2.95E+05 tons, excess 1.1E6 - 295245 = 804755 tons; row B
 /// with 85 ft: 309825 and 1.5E6 - 309825 = 1190175 tons. Depth to width: 500 / 400 = 1.25,
 /// shown 1.3.
 TEST(Sections, ValuesStandUnderTheirHeaderWords) {
@@ -100,181 +100,47 @@ TEST(Sections, ValuesStandUnderTheirHeaderWords) {
     const engine::AnalysisResults before = panel.r;
     const ReportPages pages = panel.pages();
     string all;
-    for (std::size_t i = 1; i < pages.size(); ++i)
+    for (std::size_t i = 0; i < pages.size(); ++i)
         all += "=== page " + std::to_string(i) + "\r\n" + pages[i];
     EXPECT_EQ(all, withCrLf(*expected));
     EXPECT_EQ(panel.r, before) << "the units of the report leaked into the results";
 }
 
-TEST(Sections, ForcesAndStressesFollowTheSettings) {
-    const struct {
-        const char* label;
-        std::int16_t units;
-        ReportOptions options;
-        string pillar, total, front, rowA; // rowA: tributary load of 590,490,000 lb
-    } rows[] = {
-        {"tons, psi",
-         0,
-         {0, 1, 0},
-         "1001.00      1.10E+06",
-         "7.62E+06 (tons)",
-         " (tons/ft)",
-         "2.95E+05"},
-        {"tons, psf",
-         0,
-         {0, 1, 1},
-         "144144.00      1.10E+06",
-         "7.62E+06 (tons)",
-         " (tons/ft)",
-         "2.95E+05"},
-        {"lbs, psi",
-         0,
-         {0, 0, 0},
-         "1001.00      2.20E+09",
-         "1.52E+10 (lbs)",
-         " (lbs/ft)",
-         "5.90E+08"},
-        {"lbs, psf",
-         0,
-         {0, 2, 5},
-         "144144.00      2.20E+09",
-         "1.52E+10 (lbs)",
-         " (lbs/ft)",
-         "5.90E+08"},
-        {"metric stays",
-         1,
-         {0, 1, 0},
-         "144144.00      2.20E+09",
-         "1.52E+10 (kN)",
-         " (kN/m)",
-         "5.90E+08"},
-    };
-    for (const auto& row : rows) {
-        FullPanel panel;
-        panel.current.Units = row.units;
-        const ReportPages pages = panel.pages(row.options);
-        EXPECT_NE(pages[3].find("   " + row.pillar), string::npos) << row.label << pages[3];
-        EXPECT_NE(pages[3].find(row.total + "\r\n"), string::npos) << row.label;
-        EXPECT_NE(pages[2].find(row.front + "\r\n"), string::npos) << row.label;
-        EXPECT_NE(pages[5].find("    " + row.rowA), string::npos) << row.label;
-    }
-}
-
-/// Lines of a text that are not empty, joined by "|" and with leaders of dots cut to one.
+/// The lines of a page that are not empty, each ended by "|", leaders and blanks cut to one.
 string outline(const string& page) {
     string out;
     for (const auto line : splitLines(page))
         if (!line.empty()) out += string(line) + "|";
-    out.erase(std::unique(out.begin(), out.end(),
-                          [](char a, char b) { return a == b && (a == '.' || a == ' '); }),
-              out.end());
+    const auto same = [](char a, char b) { return a == b && (a == '.' || a == ' '); };
+    out.erase(std::unique(out.begin(), out.end(), same), out.end());
     return out;
 }
 
-TEST(Sections, ShowWhatTheLoadingConditionHas) {
-    const string dev = "[TELVO STABILITY FACTORS]|Development. 2.50|";
-    const string barriers = "[BARRIER PILLAR STABILITY FACTORS]|";
-    const struct {
-        const char* label;
-        int LC;
-        double extent, first, second;
-        string factors;
-        int passes, barrierTables; // of pages 2 and 4
-    } rows[] = {
-        {"development", 1, 600, 120, 110, dev, 1, 0},
-        {"active gob", 2, 600, 120, 110, dev + "Retreat. 2.25|", 2, 0},
-        {"active gob of extent 0", 2, 0, 120, 110, dev, 1, 0},
-        {"one side gob", 3, 600, 120, 110,
-         dev +
-             "*Development loading includes one side gob.|Retreat. 2.25|"
-             "*Retreat loading includes one side gob.|" +
-             barriers + "[FIRST SIDE GOB BARRIER]|Development. 1.11|Retreat. 1.21|",
-         2, 2},
-        {"one side gob, extent 0", 3, 0, 120, 110,
-         dev + "*Development loading includes one side gob.|" + barriers +
-             "[FIRST SIDE GOB BARRIER]|Development. 1.11|",
-         1, 1},
-        {"second barrier alone", 4, 0, 0, 110,
-         dev + "*Development loading includes two side gobs.|" + barriers +
-             "[SECOND SIDE GOB BARRIER]|Development. 1.12|",
-         1, 1},
-        {"only the other side has one", 3, 0, 0, 110,
-         dev + "*Development loading includes one side gob.|" + barriers, 1, 0},
-    };
-    for (const auto& row : rows) {
+TEST(Sections, ShowWhatCaseAndSettingsAskFor) {
+    std::ifstream table(TELVO_REPORT_TESTS_DIR "/page_lines.txt");
+    int rows = 0;
+    for (string line; std::getline(table, line);) {
+        if (line[0] == '#') continue;
+        ++rows;
+        const auto row = cells(line, ';'); // label, settings, page, relation, text
         FullPanel panel;
-        panel.r.AnalysisCase = row.LC;
-        panel.current.Input.ExtentActiveGob = row.extent;
-        panel.current.Input.BarrierFirstGob = row.first;
-        panel.current.Input.BarrierSecondGob = row.second;
-        const ReportPages pages = panel.pages();
-        const string factors = outline(pages[1]);
-        EXPECT_EQ(factors.substr(0, factors.find("[WARNINGS]")), row.factors) << row.label;
-        EXPECT_EQ(pages[2].find("Development       Retreat") != string::npos, row.passes == 2)
-            << row.label;
-        int tables = 0;
-        for (const auto line : splitLines(pages[4]))
-            tables += line.starts_with("LTRANSBAR ");
-        EXPECT_EQ(tables, row.barrierTables) << row.label;
-        EXPECT_EQ(pages[4] == "[BARRIER PILLAR PARAMETERS]\r\n\r\n***none***\r\n",
-                  row.barrierTables == 0)
-            << row.label;
+        panel.apply(row[1]);
+        const string page = outline(panel.pages()[static_cast<std::size_t>(row[2][0] - '0')]);
+        const bool has = page.find(row[4]) != string::npos;
+        EXPECT_TRUE(row[3] == "is"       ? page == row[4]
+                    : row[3] == "begins" ? page.starts_with(row[4])
+                    : row[3] == "ends"   ? page.ends_with(row[4])
+                    : row[3] == "lacks"  ? !has
+                                         : has)
+            << line << "\n"
+            << page;
     }
+    EXPECT_GE(rows, 35);
 }
 
-TEST(Sections, RemnantsAndLeavePillarsSayNone) {
-    const string title = "[REMNANT PILLAR AND LEAVE PILLAR PARAMETERS]|";
-    const struct {
-        const char* label;
-        int LC;
-        std::int16_t rows;
-        double secondLoad;
-        bool remnants, leave;
-    } rows[] = {{"both", 4, 1, 1, true, true},
-                {"leave only", 2, 1, 1, false, true},
-                {"remnant only", 4, 0, 1, true, false},
-                {"neither", 1, 0, 1, false, false},
-                {"no load on one", 4, 0, 0, true, false}};
-    for (const auto& row : rows) {
-        FullPanel panel;
-        panel.r.AnalysisCase = row.LC;
-        project::ProjectInput& in = panel.current.Input;
-        in.RowA = in.RowB = in.RowC = row.rows;
-        panel.r.LFBAR[2][4] = row.secondLoad * ton;
-        const string page = outline(panel.pages()[5]);
-        if (!row.remnants && !row.leave) {
-            EXPECT_EQ(page, title + "***none***|") << row.label;
-            continue;
-        }
-        const auto has = [&](const char* text) { return page.find(text) != string::npos; };
-        EXPECT_EQ(has("- DATA]|***none***|"), !row.remnants) << row.label;
-        EXPECT_EQ(has("[LEAVE PILLAR PARAMETERS]|***none***|"), !row.leave) << row.label;
-        EXPECT_EQ(has("|Second "), row.remnants && row.secondLoad > 0) << row.label;
-        EXPECT_TRUE(page.ends_with("|*Adjusted for effective length of the remnant barrier.|"));
-    }
-}
-
-TEST(InputEcho, ShowsInputsAsTheFilesDo) {
-    FullPanel panel;
-    panel.current.Input.DepthCover = 1000.0 / 3;
-    panel.current.Input.ArchFactor = 0.82F;
-    panel.current.Input.WidthC = 55.1F;
-    panel.current.Input.Arch = 0;
-    const string page = "\r\n" + panel.pages()[0];
-    for (const string& line :
-         {DotLeader("Depth of Cover", 50) + "333.3333333 (ft)",
-          DotLeader("Number of Entries", 50) + "         6",
-          DotLeader("Center to Center Distance #5", 50) + "        85 (ft)",
-          DotLeader("Pressure Arch Factor", 50) + "      0.82",
-          DotLeader("Width of pillars in row 'C'", 50) + "      55.1 (ft)",
-          DotLeader("Abutment Angle of Second Gob", 50) + "        21 (deg)",
-          DotLeader("Leave pillar Row 'C' in place", 50) + "       yes",
-          DotLeader("Leave pillar Row 'D' in place", 50) + "        no",
-          DotLeader("Loading Condition", 50) + "ONE ACTIVE SECTION AND TWO SIDE GOBS",
-          string("AMZ set automatically"), string("Pressure Arch Factor set manualy"),
-          string("Units: ft, in, lbs, psi, pcf"), string("TELVO module build: build")})
-        EXPECT_NE(page.find("\r\n" + line + "\r\n"), string::npos) << line;
-    EXPECT_EQ(page.find("Distance #6"), string::npos);
+string withoutReturns(string text) {
+    std::erase(text, '\r');
+    return text;
 }
 
 TEST(InputEcho, NoUserTextBreaksTheReport) {
@@ -286,7 +152,7 @@ TEST(InputEcho, NoUserTextBreaksTheReport) {
     EXPECT_EQ(std::count(page.begin(), page.end(), 'Q'), 300);
     EXPECT_EQ(std::count(page.begin(), page.end(), 'q'), 140);
     EXPECT_EQ(page.find("\n[WARNINGS]"), string::npos);
-    EXPECT_EQ(withCrLf(withLineFeeds(page)), page) << "a line break that is not CR LF";
+    EXPECT_EQ(withCrLf(withoutReturns(page)), page) << "a line break that is not CR LF";
     EXPECT_EQ(std::count_if(page.begin(), page.end(),
                             [](char c) { return (c >= 0 && c < ' ') || c == '\x7F'; }),
               2 * std::count(page.begin(), page.end(), '\n'))
@@ -307,23 +173,6 @@ app::CaseRun runFile(const std::filesystem::path& file, const string& name) {
     return {};
 }
 
-/// Checks that the rows of a page's tables of loads add up to TOTAL, within the digits shown.
-void expectSums(const string& page, const string& label) {
-    std::map<std::size_t, double> sums; // by column
-    for (const auto part : splitLines(page)) {
-        const string line(part);
-        if (line.starts_with("LTRANSBAR")) continue; // below the total
-        if (line.starts_with("Tributary Area")) sums.clear();
-        for (auto at = line.find("E+"); at != string::npos; at = line.find("E+", at + 1)) {
-            const double value = std::stod(line.substr(at - 5));
-            if (!line.starts_with("TOTAL"))
-                sums[at] += value;
-            else
-                EXPECT_NEAR(sums[at], value, 0.02 * std::abs(value)) << label << line;
-        }
-    }
-}
-
 TEST(Reports, OfTheIndependentCasesAreWellFormed) {
     std::size_t cases = 0;
     for (const auto& entry : std::filesystem::directory_iterator(TELVO_CASES_DIR "/verification")) {
@@ -336,8 +185,7 @@ TEST(Reports, OfTheIndependentCasesAreWellFormed) {
             const string label = entry.path().stem().string() + ", page " + std::to_string(i);
             const string end = i == 1 ? "\r\n\r\n" : "\r\n";
             EXPECT_TRUE(page.ends_with(end) && !page.ends_with("\r\n" + end)) << label;
-            EXPECT_EQ(withCrLf(withLineFeeds(page)), page) << label;
-            if (i == 2 || i == 4) expectSums(page, label);
+            EXPECT_EQ(withCrLf(withoutReturns(page)), page) << label;
         }
     }
     EXPECT_EQ(cases, 42U);
