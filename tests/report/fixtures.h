@@ -8,8 +8,11 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <sstream>
 #include <string>
+#include <type_traits>
+#include <vector>
 
 namespace telvo::report {
 
@@ -58,34 +61,23 @@ struct Panel {
 
   private:
     bool set(const std::string& name, double value) {
-        bool found = true;
         const auto whole = static_cast<std::int16_t>(value);
-        if (name == "Metric")
-            makePlain(project::Metric);
-        else if (name == "Units")
-            current.Units = whole;
-        else if (name == "AnalysisCase")
-            r.AnalysisCase = whole;
-        else if (name == "PanelWidth")
-            r.PanelWidth = value;
-        else if (name == "TELVOSF")
-            r.TELVOSF = {{value, value}};
-        else if (name == "TELVOSF.2")
-            r.TELVOSF[2] = value;
-        else if (name == "BarrierSF")
-            r.BarrierSF[1][3] = r.BarrierSF[2][3] = value;
-        else if (name.starts_with("BarrierSF."))
-            r.BarrierSF[name[10] - '0'][name[11] - '0'] = value;
-        else if (name == "LFBAR.24")
-            r.LFBAR[2][4] = value;
-        else if (name == "RoundTELVOSF")
-            options.RoundTELVOSF = whole;
-        else if (name == "OutputStrGradUnits")
-            options.OutputStrGradUnits = whole;
-        else if (name == "OutputStrUnits")
-            options.OutputStrUnits = whole;
-        else
-            found = false;
+        const std::map<std::string, double*> results = {
+            {"PanelWidth", &r.PanelWidth},        {"TELVOSF.2", &r.TELVOSF[2]},
+            {"BarrierSF.13", &r.BarrierSF[1][3]}, {"BarrierSF.23", &r.BarrierSF[2][3]},
+            {"BarrierSF.24", &r.BarrierSF[2][4]}, {"LFBAR.24", &r.LFBAR[2][4]}};
+        const std::map<std::string, int*> modes = {
+            {"AnalysisCase", &r.AnalysisCase},
+            {"RoundTELVOSF", &options.RoundTELVOSF},
+            {"OutputStrGradUnits", &options.OutputStrGradUnits},
+            {"OutputStrUnits", &options.OutputStrUnits}};
+        if (name == "Metric") return makePlain(whole), true;
+        if (name == "Units") return current.Units = whole, true;
+        if (name == "TELVOSF") return r.TELVOSF = {{value, value}}, true;
+        if (name == "BarrierSF") return r.BarrierSF[1][3] = r.BarrierSF[2][3] = value, true;
+        if (results.contains(name)) return *results.at(name) = value, true;
+        if (modes.contains(name)) return *modes.at(name) = whole, true;
+        bool found = false;
         project::visitInputFields(current.Input,
                                   [&](const char* field, project::FieldKind, auto& into) {
                                       using Field = std::remove_reference_t<decltype(into)>;
