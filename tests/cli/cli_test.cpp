@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Runs the console program as a user does: arguments in, texts, files and exit status out.
+
+#include <gtest/gtest.h>
+#include <json-c/json.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using std::string;
+
+string readAll(const fs::path& file) {
+    std::ostringstream bytes;
+    bytes << std::ifstream(file, std::ios::binary).rdbuf();
+    return bytes.str();
+}
+
+string without(string text, char c) {
+    std::erase(text, c);
+    return text;
+}
+
+string trim(string text) {
+    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
+    return text.erase(text.find_last_not_of(' ') + 1);
+}
+
+struct Ran {
+    int status;
+    string out, err;
+};
+
+/// A folder of its own with a few cases: plain.TLV (English, level 53), gobs.TLV (two side gobs),
+/// metric.TLV, old.TLV (level 50), refused.TLV (depth 0) and damaged.TLV (text for a number).
+class Cli : public testing::Test {
+  protected:
+    void SetUp() override {
+        string folder = testing::TempDir() + "telvo_cli_XXXXXX";
+        ASSERT_TRUE(mkdtemp(folder.data()));
+        m_folder = folder;
+        copy("dev-plain.TLV", "plain.TLV");
+        copy("rand-lc4.TLV", "gobs.TLV");
+        copy("metric-305.TLV", "metric.TLV");
+        copy("rand-lc4-level50.TLV", "old.TLV");
+        const string plain = read("plain.TLV");
+        write("refused.TLV", replaced(plain, "\n500\r", "\n0\r"));
+        write("damaged.TLV", replaced(plain, "\n500\r", "\ndeep\r"));
+    }
+    void TearDown() override { fs::remove_all(m_folder); }
+
+    /// Runs the program in the folder with arguments as the shell reads them.
+    Ran run(const string& arguments, const string& input = "") {
+        write("stdin", input);
+        const string command = "cd '" + m_folder.string() +
+                               "' && '" TELVO_CLI "' <stdin 2>stderr " +
+                               (arguments.find('>') == string::npos ? ">stdout " : "") + arguments;
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("stdout"), read("stderr")};
+    }
+    string read(const string& file) const { return readAll(m_folder / file); }
+    void write(const string& file, const string& bytes) const {
+        std::ofstream(m_folder / file, std::ios::binary) << bytes;
+    }
+    void copy(const string& from, const string& to) const {
+        fs::copy_file(fs::path(TELVO_CASES_DIR) / "verification" / from, m_folder / to);
+    }
+    static string replaced(string text, const string& what, const string& by) {
+        return text.replace(text.find(what), what.size(), by);
+    }
+    fs::path m_folder;
+};
+
+TEST_F(Cli, ArgumentsLeadToStatusOutputAndComplaint) {
+    std::ifstream table(TELVO_CLI_TESTS_DIR "/calls.txt");
+    int rows = 0;
+    for (string line; std::getline(table, line);) {
+        if (line[0] == '#') continue;
+        ++rows;
+        std::istringstream cells(line);
+        string arguments, status, out, err;
+        std::getline(std::getline(std::getline(cells, arguments, ';'), status, ';'), out, ';');
+        std::getline(cells, err);
+        const Ran ran = run(arguments);
+        EXPECT_EQ(ran.status, std::stoi(status)) << line << "\n" << ran.err;
+        EXPECT_NE(ran.out.find(trim(out)), string::npos) << line << "\n" << ran.out;
+        EXPECT_NE(ran.err.find(trim(err)), string::npos) << line << "\n" << ran.err;
+        EXPECT_EQ(ran.err.empty(), trim(err).empty()) << line << "\n" << ran.err;
+    }
+    EXPECT_GE(rows, 40);
+    EXPECT_FALSE(fs::exists(m_folder / "x.TLV") || fs::exists(m_folder / "none.txt"));
+}
+
+TEST_F(Cli, ReportHasLineFeedsOnTheTerminalAndCrLfInAFile) {
+    const Ran shown = run("report plain.TLV gobs.TLV");
+    EXPECT_EQ(shown.out.find('\r'), string::npos);
+    EXPECT_NE(shown.out.find("Project File: plain.TLV\n"), string::npos);
+    EXPECT_NE(shown.out.find("Project File: gobs.TLV\n"), string::npos);
+
+    const Ran written = run("report plain.TLV gobs.TLV -o out.txt");
+    EXPECT_EQ(written.out, "");
+    const string file = read("out.txt");
+    EXPECT_EQ(without(file, '\r'), shown.out);
+    EXPECT_EQ(std::count(file.begin(), file.end(), '\r'),
+              std::count(file.begin(), file.end(), '\n'));
+
+    const Ran input = run("report -", read("plain.TLV"));
+    EXPECT_EQ(replaced(input.out, "standard input", "plain.TLV"), run("report plain.TLV").out);
+}
+
+TEST_F(Cli, AReportNeverReplacesACase) {
+    const string before = read("gobs.TLV");
+    const Ran ran = run("report plain.TLV -o gobs.TLV");
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_NE(ran.err.find("gobs.TLV"), string::npos);
+    EXPECT_EQ(read("gobs.TLV"), before);
+}
+
+TEST_F(Cli, CheckSaysOneLinePerCase) {
+    EXPECT_EQ(run("check plain.TLV").out, "OK\n");
+    const Ran several = run("check gobs.TLV refused.TLV missing.TLV metric.TLV");
+    EXPECT_TRUE(several.out.starts_with("gobs.TLV: OK\nrefused.TLV: Invalid depth of cover\n"));
+    EXPECT_TRUE(several.out.ends_with("\nmetric.TLV: OK\n"));
+    EXPECT_NE(several.out.find("missing.TLV"), string::npos);
+    EXPECT_EQ(std::count(several.out.begin(), several.out.end(), '\n'), 4) << several.out;
+}
+
+using Values = std::map<string, string>;
+
+/// The leaves of a JSON text by their paths, elements of arrays counted from 1.
+void flatten(json_object* node, const string& path, Values& into) {
+    if (json_object_is_type(node, json_type_object)) {
+        json_object_object_foreach(node, key, value) {
+            flatten(value, path.empty() ? key : path + "." + key, into);
+        }
+    } else if (json_object_is_type(node, json_type_array)) {
+        into[path + ".count"] = std::to_string(json_object_array_length(node));
+        for (std::size_t i = 0; i < json_object_array_length(node); ++i)
+            flatten(json_object_array_get_idx(node, i), path + "." + std::to_string(i + 1), into);
+    } else {
+        into[path] = node ? json_object_get_string(node) : "null";
+    }
+}
+
+/// The objects of a JSON array, flattened.
+std::vector<Values> objects(const string& text) {
+    const std::unique_ptr<json_object, int (*)(json_object*)> array(
+        json_tokener_parse(text.c_str()), json_object_put);
+    std::vector<Values> found(array ? json_object_array_length(array.get()) : 0);
+    for (std::size_t i = 0; i < found.size(); ++i)
+        flatten(json_object_array_get_idx(array.get(), i), "", found[i]);
+    return found;
+}
+
+/// Significant digits of a number's text.
+string digits(string text) {
+    text.erase(std::min(text.find_first_of("eE"), text.size()));
+    std::erase_if(text, [](char c) { return c == '-' || c == '.'; });
+    text.erase(0, text.find_first_not_of('0'));
+    return text.erase(text.find_last_not_of('0') + 1);
+}
+
+// Tolerances: 1e-9, to which the independent calculations agree; 2e-7 for what is held in single
+// precision. They leave out the zeros of pillars and sides that a side gob does not load.
+TEST_F(Cli, JsonResultsAreTheIndependentOnesInTheShortestForm) {
+    const string folder = TELVO_CASES_DIR "/verification/";
+    std::vector<Values> expected = objects(readAll(folder + "expected.json"));
+    string files;
+    for (Values& want : expected)
+        files += " '" + folder + want["file"] + "'";
+    const Ran ran = run("results --format json" + files);
+    ASSERT_EQ(ran.status, 0) << ran.err;
+    std::vector<Values> actual = objects(ran.out);
+    ASSERT_EQ(actual.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        Values& want = expected[i];
+        const string file = want["file"];
+        EXPECT_EQ(actual[i]["file"], folder + file);
+        EXPECT_EQ(actual[i]["valid"], "true");
+        EXPECT_EQ(actual[i]["warnings.summary"], want["summary"]) << file;
+        for (const auto& [path, text] : want) {
+            if (path.starts_with("flags")) {
+                EXPECT_EQ(actual[i]["warnings." + path], text) << file;
+            } else if (path.starts_with("results.")) {
+                EXPECT_TRUE(actual[i].contains(path)) << path;
+            }
+        }
+        for (const auto& [path, text] : actual[i]) {
+            if (!path.starts_with("results.") || path.ends_with("count")) continue;
+            const double number = std::stod(text);
+            const double value = want.contains(path) ? std::stod(want[path]) : 0;
+            const bool single = path.find("AMZLoad") == 8 || path.find("TELVOSF") == 8 ||
+                                path.find("ArchFactor") == 8 || path.find("TributaryStress") == 8;
+            EXPECT_NEAR(number, value, (single ? 2e-7 : 1e-9) * std::max(1.0, std::abs(value)))
+                << file << path;
+            char shortest[40];
+            const auto end = std::to_chars(shortest, shortest + sizeof shortest, number).ptr;
+            EXPECT_EQ(digits(text), digits(string(shortest, end))) << file << path;
+        }
+    }
+}
+
+TEST_F(Cli, JsonKeepsInputsAsWrittenAndRefusedCases) {
+    write("plain.TLV", replaced(replaced(read("plain.TLV"), " 0.94", " 0.82"),
+                                "Verification: dev-plain", "Seam \"A\" \xE9, \\ <1>"));
+    const Ran ran = run("results plain.TLV refused.TLV missing.TLV --format json");
+    EXPECT_EQ(ran.status, 3);
+    std::vector<Values> cases = objects(ran.out);
+    ASSERT_EQ(cases.size(), 3U) << ran.out;
+    EXPECT_EQ(cases[0]["inputs.ArchFactor"], "0.82");
+    EXPECT_EQ(cases[0]["inputs.Title"], "Seam \"A\" \xC3\xA9, \\ <1>");
+    EXPECT_EQ(cases[0]["inputs.XcutCenters.count"], "5");
+    EXPECT_EQ(cases[0]["units.results.PillarStrength"], "psf");
+    EXPECT_EQ(cases[0]["message"], "");
+    EXPECT_EQ(cases[1]["message"], "Invalid depth of cover");
+    EXPECT_EQ(cases[2]["message"], "Requested File not found: missing.TLV");
+    for (Values& bad : {std::ref(cases[1]), std::ref(cases[2])}) {
+        EXPECT_EQ(bad["valid"], "false");
+        EXPECT_EQ(bad["results"], "null");
+        EXPECT_EQ(bad["warnings"], "null");
+    }
+}
+
+/// Rows and cells of a CSV text.
+std::vector<std::vector<string>> csvRows(const string& text) {
+    std::vector<std::vector<string>> rows(1, {""});
+    bool quoted = false;
+    for (const char c : text) {
+        if (c == '"') {
+            // A doubled quote inside a quoted cell closes and opens it again.
+            if (!quoted && !rows.back().back().empty()) rows.back().back() += '"';
+            quoted = !quoted;
+        } else if (c == ',' && !quoted) {
+            rows.back().emplace_back();
+        } else if (c == '\n' && !quoted) {
+            rows.push_back({""});
+        } else if (c != '\r') {
+            rows.back().back() += c;
+        }
+    }
+    rows.pop_back();
+    return rows;
+}
+
+TEST_F(Cli, CsvHasOneRowPerCaseUnderOneHeader) {
+    write("plain.TLV", replaced(read("plain.TLV"), "Verification: ", "North, \"Main\", "));
+    const Ran ran = run("results plain.TLV refused.TLV gobs.TLV old.TLV missing.TLV --format csv");
+    EXPECT_EQ(ran.status, 3);
+    const auto rows = csvRows(ran.out);
+    ASSERT_EQ(rows.size(), 6U);
+    const auto cell = [&](std::size_t row, const string& column) {
+        const auto found = std::find(rows[0].begin(), rows[0].end(), column);
+        EXPECT_NE(found, rows[0].end()) << column;
+        return found == rows[0].end() ? "" : rows[row][std::size_t(found - rows[0].begin())];
+    };
+    for (const auto& row : rows)
+        ASSERT_EQ(row.size(), rows[0].size()) << row[0];
+    EXPECT_EQ(cell(1, "Title"), "North, \"Main\", dev-plain");
+    EXPECT_EQ(cell(1, "PanelWidth (ft|m)"), "400"); // five spacings of 80 ft
+    EXPECT_EQ(cell(1, "PillarArea.5 (ft2|m2)"), "4200");
+    EXPECT_EQ(cell(1, "PillarArea.6 (ft2|m2)"), "");
+    EXPECT_EQ(cell(1, "warnings.flags"), "15");
+    EXPECT_EQ(cell(2, "message"), "Invalid depth of cover");
+    EXPECT_EQ(cell(2, "PanelWidth (ft|m)"), "");
+    EXPECT_EQ(cell(4, "warnings.flags"), "2 7 9 13");
+    EXPECT_EQ(cell(5, "valid"), "false");
+}
+
+TEST_F(Cli, WritersOverwriteOnlyWhenForced) {
+    for (const string command :
+         {"new made.TLV", "save old.TLV -o made.TLV", "convert plain.TLV -o made.TLV"}) {
+        fs::remove(m_folder / "made.TLV");
+        EXPECT_EQ(run(command).status, 0) << command;
+        EXPECT_TRUE(read("made.TLV").starts_with("TELVO_602\r\n")) << command;
+        write("made.TLV", "mine");
+        const Ran refused = run(command);
+        EXPECT_EQ(refused.status, 3) << command;
+        EXPECT_NE(refused.err.find("--force"), string::npos) << refused.err;
+        EXPECT_EQ(read("made.TLV"), "mine") << command;
+        EXPECT_EQ(run(command + " --force").status, 0) << command;
+        EXPECT_TRUE(read("made.TLV").starts_with("TELVO_602\r\n")) << command;
+    }
+}
+
+TEST_F(Cli, SavedAndConvertedCasesCarryTheInputsOver) {
+    EXPECT_EQ(run("save old.TLV -o current.TLV").status, 0);
+    const auto results = [&](const string& file) {
+        const string text = run("results " + file + " --format json").out;
+        return text.substr(text.find("\"results\""));
+    };
+    EXPECT_TRUE(read("old.TLV").starts_with("TELVO_500"));
+    EXPECT_EQ(results("current.TLV"), results("old.TLV"));
+
+    // 500 ft / 3.280839895 = 152.4 m; 305 m x 3.280839895 = 1000.66 ft (to two decimals).
+    EXPECT_EQ(run("convert plain.TLV -o m.TLV").status, 0);
+    EXPECT_NE(run("report m.TLV --page 0").out.find("     152.4 (m)\n"), string::npos);
+    EXPECT_EQ(run("convert metric.TLV -o e.TLV").status, 0);
+    EXPECT_NE(run("report e.TLV --page 0").out.find("   1000.66 (ft)\n"), string::npos);
+    EXPECT_EQ(run("new n.TLV --units metric").status, 0);
+    EXPECT_TRUE(read("n.TLV").starts_with("TELVO_602\r\n 1\r\n"));
+}
+
+} // namespace
