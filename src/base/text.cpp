@@ -103,6 +103,10 @@ std::string utf8FromWindows1252(std::string_view bytes) {
     return out;
 }
 
+std::string asUtf8(std::string_view bytes) {
+    return isValidUtf8(bytes) ? std::string(bytes) : utf8FromWindows1252(bytes);
+}
+
 std::size_t characterCount(std::string_view utf8) {
     std::size_t count = 0;
     for (const char c : utf8)

@@ -23,6 +23,9 @@ bool isValidUtf8(std::string_view bytes);
 /// in that code page become the control character of the same number.
 std::string utf8FromWindows1252(std::string_view bytes);
 
+/// The text where it is valid UTF-8, else what it is in Windows-1252.
+std::string asUtf8(std::string_view bytes);
+
 /// Number of characters (code points) of a valid UTF-8 text; columns are counted in these.
 std::size_t characterCount(std::string_view utf8);
 

@@ -15,6 +15,9 @@ namespace telvo::cli {
 
 namespace {
 
+/// As a file to write, "-" is standard output.
+constexpr std::string_view StandardOutput = "-";
+
 void raise(ExitStatus& status, ExitStatus other) {
     status = std::max(status, other);
 }
@@ -76,6 +79,15 @@ bool mayWrite(const std::string& target, bool force) {
 }
 
 int saveAs(project::ProjectCase current, const std::string& target, bool force) {
+    if (target == StandardOutput) {
+        const auto text = project::writeCaseText(current);
+        if (!text) {
+            complain(faultText(text.fault()));
+            return FileTrouble;
+        }
+        print(*text);
+        return finishOutput();
+    }
     if (!mayWrite(target, force)) return FileTrouble;
     const Status saved = project::saveCaseFile(current, target);
     if (saved) return AllGood;
@@ -106,7 +118,8 @@ std::string versionText() {
 
 int runReport(const ReportRequest& request) {
     if (readsInputTwice(request.files)) return WrongUsage;
-    if (!request.target.empty() && isCaseFile(request.target)) {
+    const bool toTerminal = request.target.empty() || request.target == StandardOutput;
+    if (!toTerminal && isCaseFile(request.target)) {
         complain(request.target + ": is a case file; a report is not written over it");
         return FileTrouble;
     }
@@ -122,16 +135,15 @@ int runReport(const ReportRequest& request) {
             continue;
         }
         tellNotes(outcome);
-        if (any && !request.page && !text.ends_with("\r\n\r\n")) text += "\r\n";
+        if (any && !request.page) text += "\r\n"; // parts this report from the one before
         text += joinedPages(outcome.run->pages, request.page);
         any = true;
-        if (request.target.empty()) {
+        if (toTerminal) {
             print(withLineFeeds(std::move(text)));
             text.clear();
-            if (!request.page) text = "\r\n"; // parts this report from the next one
         }
     }
-    if (request.target.empty())
+    if (toTerminal)
         raise(status, finishOutput());
     else if (any)
         raise(status, static_cast<ExitStatus>(writeOrComplain(request.target, text)));

@@ -28,7 +28,8 @@ void addCases(CLI::App& command, std::vector<std::string>& files) {
 
 void addTarget(CLI::App& command, SaveRequest& request) {
     command.add_option("CASE", request.source, "case file; - reads standard input")->required();
-    command.add_option("-o,--output", request.target, "file to write")->required();
+    command.add_option("-o,--output", request.target, "file to write; - is standard output")
+        ->required();
     command.add_flag("--force", request.force, "overwrite an existing file");
 }
 
@@ -107,7 +108,7 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? AllGood : WrongUsage;
+        return app.exit(error) == 0 ? finishOutput() : WrongUsage; // help and version end here
     }
     if (*reportCommand) return runReport(report);
     if (*resultsCommand) return runResults(results);

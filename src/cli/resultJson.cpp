@@ -2,6 +2,7 @@
 #include "cli/resultFormats.h"
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "cli/resultNames.h"
 #include "engine/quantities.h"
 #include "project/inputFields.h"
@@ -128,9 +129,9 @@ Json unitsJson(std::int16_t units) {
 
 std::string resultJson(const CaseOutcome& outcome) {
     Json out = object();
-    add(out, "file", text(outcome.file));
+    add(out, "file", text(asUtf8(outcome.file)));
     add(out, "valid", Json(json_object_new_boolean(outcome.run.has_value())));
-    add(out, "message", text(outcome.message));
+    add(out, "message", text(asUtf8(outcome.message)));
     add(out, "inputs", outcome.current ? inputsJson(*outcome.current) : nullptr);
     add(out, "results", outcome.run ? resultsJson(outcome.run->results) : nullptr);
     add(out, "warnings", outcome.run ? warningsJson(outcome.run->warnings) : nullptr);

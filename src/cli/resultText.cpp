@@ -45,7 +45,7 @@ std::string oneLine(std::string_view text) {
 }
 
 std::string quoted(const std::string& text) {
-    if (text.find_first_of(",\"") == std::string::npos) return text;
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
     std::string out = "\"";
     for (const char c : text) {
         if (c == '"') out += '"';
@@ -164,9 +164,9 @@ std::string csvHeader() {
 }
 
 std::string csvRow(const CaseOutcome& outcome) {
-    std::string row = quoted(oneLine(outcome.file));
+    std::string row = quoted(asUtf8(outcome.file));
     row += outcome.run ? ",true," : ",false,";
-    row += quoted(oneLine(outcome.message));
+    row += quoted(asUtf8(outcome.message));
     if (!outcome.run) {
         row += ",,";
         row.append(columnCount() + 2, ',');
@@ -176,7 +176,7 @@ std::string csvRow(const CaseOutcome& outcome) {
     const project::ProjectCase& current = *outcome.current;
     const engine::AnalysisResults& results = outcome.run->results;
     row += ',';
-    row += quoted(oneLine(current.Title));
+    row += quoted(withoutControls(current.Title));
     row += ',' + generalNumber(current.Units);
     project::visitInputFields(current.Input,
                               [&](const char*, project::FieldKind, const auto& field) {

@@ -102,7 +102,8 @@ std::optional<Stop> computePass(const WorkingInputs& in, AnalysisResults& r) {
 
     cumulativeAMZLoads(in.Pass, r);
     if (r.AMZLoad[in.Pass][in.AnalysisCase] == 0)
-        return Stop{"TELVOSF", in.Pass, 0, "the load on the AMZ is 0"};
+        return Stop{"TELVOSF", in.Pass, 0, "the load on the AMZ is 0",
+                    !in.ArchAutomatic && in.ArchFactorInput == 0 ? "ArchFactor" : ""};
     r.TELVOSF[in.Pass] = panelStabilityFactor(r, in.Pass);
     plotStresses(in, r);
     return std::nullopt;
@@ -136,9 +137,13 @@ std::vector<std::string_view> analysisNotes(const AnalysisResults& results) {
     std::vector<std::string_view> notes;
     if (anyNegative(results.FrontOnRemnant))
         notes.push_back("Front abutment over the remnant is negative; check the slab cuts");
+    // Slab cuts take from the front load of the AMZ what an active gob may never have brought.
     if (results.AbutmentLoadAMZ[Retreat][Front] < 0)
-        notes.push_back("Front abutment load on the AMZ is negative; check the slab cuts and the "
-                        "extent of the active gob");
+        notes.push_back(results.FrontAbutmentLoad > 0
+                            ? "Front abutment load on the AMZ is negative; check the slab cuts and "
+                              "the extent of the active gob"
+                            : "Slab cuts without an active gob: no retreat factor is shown, yet "
+                              "the warnings count it; check the extent of the active gob");
     if (anyNegative(results.SlabCornerLoad))
         notes.push_back("Front abutment over a slab cut is negative; check the slab cuts and the "
                         "abutment angle of the active gob");

@@ -150,7 +150,8 @@ bool curedBy(const Stop& stop, const WorkingInputs& in, const std::string& candi
 Candidate causeOf(const Stop& stop, const WorkingInputs& in) {
     const std::vector<Candidate> candidates = inputsByDistance(in.Source);
     for (const Candidate& candidate : candidates)
-        if (curedBy(stop, in, candidate.name)) return candidate;
+        if (stop.cause.empty() ? curedBy(stop, in, candidate.name) : candidate.name == stop.cause)
+            return candidate;
     return candidates.front(); // no single input explains it
 }
 

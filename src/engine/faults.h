@@ -22,6 +22,7 @@ struct Stop {
     int pass = 0; ///< 0 where the quantity has no pass
     int side = 0; ///< 0 where it has no side
     std::string what;
+    std::string cause = {}; ///< the input that causes it, where that is known
 };
 
 /// The first quantity that left the range of its type. Stability factors have to fit single

@@ -276,12 +276,6 @@ std::string onOneLine(std::string_view title) {
     return out;
 }
 
-/// Text of a form or another program as UTF-8; bytes that are none are taken for Windows-1252, as
-/// the reader would take the whole file.
-std::string asUtf8(const std::string& text) {
-    return isValidUtf8(text) ? text : utf8FromWindows1252(text);
-}
-
 std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
     std::optional<Fault> fault;
     const auto check = [&](const std::string& name, auto value, Form, int) {

@@ -127,7 +127,7 @@ TEST(Invariant, MetricVersionHasTheSameResults) {
             distance *= m;
         input.CoalStrength *= 144 * kN / (m * m) / 1000, input.UnitWeight *= kN / (m * m * m);
         expectSame(english, computed(input, Metric), [](Kind kind) {
-            const double factors[] = {1, m, m * m, kN, kN / m, kN / (m * m)}; // by Kind
+            const double factors[] = {1, 1, m, m * m, kN, kN / m, kN / (m * m)}; // by Kind
             return factors[static_cast<std::size_t>(kind)];
         });
         if (HasFailure()) return;

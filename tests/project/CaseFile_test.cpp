@@ -254,7 +254,7 @@ TEST(CaseFile, DescriptionIsBrokenColumnForColumn) {
         ProjectCase read = sample();
         EXPECT_FALSE(readCaseText(*writeCaseText(record), "a.TLV", read).fault) << row.label;
         EXPECT_EQ(read, record) << row.label << ": the record is as it is read back";
-        EXPECT_EQ(read.Title, "two  lines");
+        EXPECT_EQ(read.Title, "two lines");
     }
 }
 
