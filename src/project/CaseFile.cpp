@@ -344,7 +344,7 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
     for (int i = 1; reader.good() && i < into.Input.NumberEntries; ++i)
         reader.number(distanceName(i), into.Input.XcutCenters[i]);
     visitItemsAfterDistances(into.Input, number);
-    if (reader.good()) into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
+    into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
     return reader.fault();
 }
 
