@@ -9,7 +9,6 @@
 
 #include <json-c/json.h>
 
-#include <algorithm>
 #include <memory>
 
 namespace telvo::cli {
@@ -73,7 +72,7 @@ Json inputsJson(const project::ProjectCase& current) {
     add(inputs, "Title", text(current.Title));
     add(inputs, "Description", text(current.Description));
     add(inputs, "FileVersion", number(current.FileVersion));
-    const int distances = std::clamp(current.Input.NumberEntries - 1, 0, engine::MaxPillars);
+    const int distances = project::distanceCount(current.Input);
     project::visitInputFields(
         current.Input, [&](const char* name, project::FieldKind, const auto& field) {
             using Field = std::remove_cvref_t<decltype(field)>;

@@ -7,8 +7,6 @@
 #include "engine/quantities.h"
 #include "project/inputFields.h"
 
-#include <algorithm>
-
 namespace telvo::cli {
 
 namespace {
@@ -27,11 +25,6 @@ void flatten(const std::string& path, const Field& field, int pillars, Visit&& v
     } else {
         visit(path, field);
     }
-}
-
-/// Number of distances, and so of pillars, that a record speaks of.
-int distances(const project::ProjectInput& in) {
-    return std::clamp(in.NumberEntries - 1, 0, engine::MaxPillars);
 }
 
 /// A text on one line, so that a file of n cases has n + 1 lines.
@@ -135,7 +128,7 @@ std::string resultText(const CaseOutcome& outcome) {
     line("Units", generalNumber(current.Units), "");
     project::visitInputFields(
         current.Input, [&](const char* name, project::FieldKind kind, const auto& field) {
-            flatten("inputs." + std::string(name), field, distances(current.Input),
+            flatten("inputs." + std::string(name), field, project::distanceCount(current.Input),
                     [&](const std::string& path, auto value) {
                         line(path, generalNumber(value), project::fieldUnit(kind, current.Units));
                     });
@@ -178,14 +171,14 @@ std::string csvRow(const CaseOutcome& outcome) {
     row += ',';
     row += quoted(withoutControls(current.Title));
     row += ',' + generalNumber(current.Units);
-    project::visitInputFields(current.Input,
-                              [&](const char*, project::FieldKind, const auto& field) {
-                                  using Field = std::remove_cvref_t<decltype(field)>;
-                                  if constexpr (std::is_same_v<Field, float>)
-                                      row += ',' + generalNumber(field);
-                                  else
-                                      appendCells(row, field, distances(current.Input));
-                              });
+    project::visitInputFields(
+        current.Input, [&](const char*, project::FieldKind, const auto& field) {
+            using Field = std::remove_cvref_t<decltype(field)>;
+            if constexpr (std::is_same_v<Field, float>)
+                row += ',' + generalNumber(field);
+            else
+                appendCells(row, field, project::distanceCount(current.Input));
+        });
     row += ',' + generalNumber(results.AnalysisCase);
     engine::visitQuantities(results, [&](const char*, engine::Kind, const auto& field) {
         appendCells(row, field, results.NumberPillars);

@@ -37,10 +37,10 @@ std::optional<Fault> impossibleGeometry(const WorkingInputs& in) {
     if (in.NumberPillars < 1)
         return cannotCompute("ExtractionRatioAMZ", "NumberEntries",
                              "the panel has fewer than two entries");
-    const double sine = in.SinTheta;
-    const double length = (in.Sc - in.We / sine) * sine;
-    // What is 0 may come out a rounding error below it; that is no negative pillar.
-    if (length < -1e-12 * in.Sc)
+    if (in.NumberEntries > project::MaxEntries)
+        return cannotCompute("PanelWidth", "NumberEntries", "the panel has more than ten entries");
+    const double length = pillarLength(in);
+    if (length < 0)
         return Fault{"Invalid Pillar Dimensions: PillarLength is " + generalNumber(length, 6) +
                          ", the crosscut spacing leaves no pillar beside the entry width",
                      "XcutSpacing"};
@@ -108,7 +108,7 @@ void visitSizes(Input& input, Visit&& visit) {
         if constexpr (std::is_floating_point_v<Field>) {
             visit(std::string(name), commonValue(kind), field);
         } else if constexpr (!std::is_integral_v<Field>) {
-            for (int i = 1; i < input.NumberEntries; ++i)
+            for (int i = 1; i <= project::distanceCount(input); ++i)
                 visit(std::string(name) + "(" + std::to_string(i) + ")", commonValue(kind),
                       field[i]);
         }

@@ -3,12 +3,18 @@
 
 namespace telvo::engine {
 
+double pillarLength(const WorkingInputs& in) {
+    const double length = (in.Sc - in.We / in.SinTheta) * in.SinTheta;
+    const double rounding = 1e-12 * in.Sc;
+    return length < 0 && length > -rounding ? 0 : length;
+}
+
 void panelGeometry(const WorkingInputs& in, AnalysisResults& r) {
     const double sine = in.SinTheta;
     r.PanelWidth = in.PanelWidth;
     r.AMZBreadth = in.B;
     r.AMZArea = in.B * in.PanelWidth;
-    r.PillarLength = (in.Sc - in.We / sine) * sine;
+    r.PillarLength = pillarLength(in);
 
     double areas = 0;
     for (int i = 1; i <= in.NumberPillars; ++i) {

@@ -6,6 +6,11 @@
 
 namespace telvo::engine {
 
+/// Pillar extent square to the entries: (Sc - We / sin Theta) sin Theta; ft | m.
+/// Notes: what is 0 may come out a rounding error below it and is returned as 0; a length that is
+///        really negative stays so.
+double pillarLength(const WorkingInputs& in);
+
 /// Panel geometry: area of the active mining zone, pillar length, widths, areas, extraction ratio
 /// and the minimum and maximum dimension of every pillar.
 /// Notes: 1) a pillar no longer than its gross width (tie included) takes its length as minimum.

@@ -3,7 +3,6 @@
 
 #include "project/checks.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace telvo::engine {
@@ -42,7 +41,7 @@ WorkingInputs workingInputs(const project::ProjectInput& input, std::int16_t uni
     in.PillarLengthAlong = input.XcutSpacing - input.EntryWidth;
     in.B = input.BreadthAMZ;
     in.NumberEntries = input.NumberEntries;
-    in.NumberPillars = std::clamp(input.NumberEntries - 1, 0, MaxPillars);
+    in.NumberPillars = project::distanceCount(input);
     for (int i = 1; i <= in.NumberPillars; ++i) {
         in.EntryCenter[i] = input.XcutCenters[i];
         in.PillarGrossWidth[i] = in.EntryCenter[i] - in.We;

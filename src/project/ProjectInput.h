@@ -3,6 +3,7 @@
 
 #include "base/IndexedArray.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -59,6 +60,11 @@ struct ProjectInput {
 
     bool operator==(const ProjectInput&) const = default;
 };
+
+/// Number of center-to-center distances of a record, which is its number of pillars: 0 to 9.
+constexpr int distanceCount(const ProjectInput& in) {
+    return std::clamp(in.NumberEntries - 1, 0, MaxEntries - 1);
+}
 
 /// One case: the parameters and the values that are kept beside them in the same file.
 struct ProjectCase {

@@ -185,11 +185,6 @@ std::string distanceControl(int i) {
     return "txtXcutCenters_" + std::to_string(i);
 }
 
-/// Number of distances that the record or form speaks of; the arrays hold 9.
-int distanceCount(std::int16_t numberEntries) {
-    return std::min<int>(numberEntries - 1, 9);
-}
-
 float singleValue(std::string_view text) {
     const double value = leadingValue(text);
     return std::abs(value) > static_cast<double>(std::numeric_limits<float>::max())
@@ -255,7 +250,7 @@ ProjectInput inputFromTexts(const ProjectInput& base, const ParameterTexts& text
     in.EntryWidth = leadingValue(texts.txtEntryWidth);
     in.XcutSpacing = leadingValue(texts.txtXcutSpacing);
     in.NumberEntries = leadingInteger(texts.txtNumberEntries);
-    for (int i = 1; i <= distanceCount(in.NumberEntries); ++i)
+    for (int i = 1; i <= distanceCount(in); ++i)
         in.XcutCenters[i] = leadingValue(texts.txtXcutCenters[i]);
     in.CoalStrength = leadingValue(texts.txtCoalStrength);
     in.UnitWeight = leadingValue(texts.txtUnitWeight);
@@ -289,7 +284,7 @@ std::optional<Refusal> checkAcceptance(const ParameterTexts& texts) {
     if (auto refused = checkRange(texts.txtXcutAngle, 30, 90, "Crosscut Angle", "txtXcutAngle"))
         return refused;
     if (auto refused = firstRefusal(AcceptanceAfterAngle, values)) return refused;
-    for (int i = 1; i <= distanceCount(values.in.NumberEntries); ++i) {
+    for (int i = 1; i <= distanceCount(values.in); ++i) {
         if (!(values.in.XcutCenters[i] > 0))
             return refusal("Invalid entry spacing", RangeError, distanceControl(i));
         if (!(values.in.XcutCenters[i] > values.in.EntryWidth))
@@ -301,7 +296,7 @@ std::optional<Refusal> checkAcceptance(const ParameterTexts& texts) {
 
 std::optional<Refusal> checkBeforeAnalysis(const ProjectInput& input) {
     if (auto refused = firstRefusal(BeforeAnalysis, input)) return refused;
-    for (int i = 1; i <= distanceCount(input.NumberEntries); ++i)
+    for (int i = 1; i <= distanceCount(input); ++i)
         if (!(input.XcutCenters[i] > 0))
             return refusal("Invalid center-to-center distance #" + std::to_string(i), RangeError,
                            distanceControl(i));

@@ -61,7 +61,7 @@ void developmentGeometry(EchoPage& page, const ProjectInput& in) {
     page.length("Entry Width", in.EntryWidth);
     page.text("Number of Entries", generalNumber(in.NumberEntries));
     page.length("Crosscut Spacing", in.XcutSpacing);
-    for (int i = 1; i < in.NumberEntries; ++i)
+    for (int i = 1; i <= project::distanceCount(in); ++i)
         page.length("Center to Center Distance #" + std::to_string(i), in.XcutCenters[i]);
     page.line();
 }

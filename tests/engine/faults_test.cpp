@@ -53,6 +53,13 @@ TEST(Fault, NamesTheQuantityAndTheInputAndLeavesNoResult) {
         {"height", 0, [](In in) { in.EntryHeight = 1e-310; }, "PillarStrength", "EntryHeight"},
         {"above single", 1, [](In in) { in.UnitWeight = 1e33; }, "AMZLoad", "UnitWeight"},
         {"below single", 0, [](In in) { in.UnitWeight = 1e-60; }, "TELVOSF", "UnitWeight"},
+        {"two extremes", 2, [](In in) { in.CoalStrength = 1.7e308, in.BarrierSecondGob = 1e-310; },
+         "PillarStrength", "CoalStrength"},
+        {"eleven entries", 0,
+         [](In in) { in.NumberEntries = 11, in.XcutCenters.elements.fill(80); }, "PanelWidth",
+         "NumberEntries"},
+        {"length 0 but for rounding", 0,
+         [](In in) { in.XcutAngle = 30, in.XcutSpacing = 40, in.RowC = 0; }, "", ""},
         {"W", 0, [](In in) { in.XcutCenters[1] = 1e39, in.Arch = 1; }, "ArchFactor", "XcutCenters"},
     };
     for (const auto& row : rows) {

@@ -170,6 +170,33 @@ TEST(Boundary, NegativeFrontOverTheRemnantIsTakenOverAndNoted) {
     EXPECT_EQ(analysisNotes(r).size(), 1U);
 }
 
+TEST(Notes, TellOfLoadsAndStrengthsBelowZero) {
+    const struct {
+        const char* label;
+        void (*edit)(ProjectInput&);
+        std::string_view note;
+    } rows[] = {
+        // 2 ft of gob bring some 480 x 400 x 1 x 150 = 2.9e7 lb; the corner of an 80 ft slab cut
+        // takes
+        // (40 x 360 x 20 + 40 x 40 x 40 / 3) x 150 = 4.6e7 lb
+        {"small gob", [](ProjectInput& in) { in.ExtentActiveGob = 2, in.SlabcutFirstGob = 80; },
+         "Front abutment load on the AMZ is negative"},
+        {"no gob", [](ProjectInput& in) { in.ExtentActiveGob = 0, in.SlabcutFirstGob = 25; },
+         "Slab cuts without an active gob"},
+        // 0.64 + 0.54 w/h - 0.18 w^2/(h L) is below 0 beyond w = 3 L + 1.2 h
+        {"wide row", [](ProjectInput& in) { in.RowD = 1, in.WidthD = 400; },
+         "Strength of the bleeder pillars is negative"},
+    };
+    for (const auto& row : rows) {
+        auto input = panel400(3);
+        row.edit(input);
+        const auto notes = analysisNotes(computed(input));
+        EXPECT_TRUE(std::any_of(notes.begin(), notes.end(), [&](auto note) {
+            return note.starts_with(row.note);
+        })) << row.label;
+    }
+}
+
 TEST(FrontAbutment, WiderGobDoesNotCountWhereHalfTheLoadedWidthReachesHT) {
     WorkingInputs in = prepared(panel400(1));
     const double HT = in.H * std::tan(in.AbutmentAngle[1]);

@@ -241,6 +241,9 @@ TEST(CaseFile, DescriptionIsBrokenColumnForColumn) {
         {"but take columns", "  " + x(61), "  " + x(58) + nl + x(3)},
         {"blank lines go", "\r\na\r\n \r\n\r\nb\nc\rd\r\n", "a\r\nb\r\nc\r\nd"},
         {"only blank lines", " \r\n\r\n", ""},
+        {"a NUL is a blank", std::string("a\n\0\nb\0c", 7), "a\r\nb c"},
+        {"a piece of blanks goes", x(50) + std::string(80, ' ') + x(20),
+         x(50) + std::string(10, ' ') + nl + std::string(10, ' ') + x(20)},
         {"end marker", "a\n##EndDesc##\nb", "a\r\n ##EndDesc##\r\nb"},
         {"start marker", "##StartDesc##", " ##StartDesc##"},
         {"characters, not bytes", umlauts, umlauts.substr(0, 120) + nl + umlauts.substr(120)}};
@@ -258,6 +261,18 @@ TEST(CaseFile, DescriptionIsBrokenColumnForColumn) {
     }
 }
 
+TEST(CaseFile, ForeignBytesAndUnitsAreReadBackAsTheRecordHoldsThem) {
+    ProjectCase record = sample();
+    record.Title = "Grube \xFC"; // Windows-1252 beside UTF-8 would make the whole file Windows-1252
+    record.Description = "\xC3\xB6";
+    record.Units = 7; // metric, as every system but 0 is
+    ProjectCase read = sample();
+    EXPECT_FALSE(readCaseText(*writeCaseText(record), "a.TLV", read).fault);
+    EXPECT_EQ(read, record);
+    EXPECT_EQ(read.Title, "Grube \xC3\xBC");
+    EXPECT_EQ(read.Units, Metric);
+}
+
 TEST(CaseFile, SaveThatFailsLeavesRecordAndFileAlone) {
     const test::TemporaryFolder folder;
     const std::string path = folder.put("case.TLV", "old");
@@ -268,10 +283,13 @@ TEST(CaseFile, SaveThatFailsLeavesRecordAndFileAlone) {
     eleven.Input.NumberEntries = 11;
     ProjectCase endless = unsaved;
     endless.Input.WidthC = std::numeric_limits<float>::infinity();
+    ProjectCase tooLong = unsaved;
+    tooLong.Description = std::string(70000, ' ') + "x";
     const struct {
         ProjectCase record;
         std::string path, where;
     } rows[] = {{eleven, path, "NumberEntries"},
+                {tooLong, path, "Description"},
                 {endless, path, "WidthC"},
                 {unsaved, folder.root, folder.root},
                 {unsaved, folder.root + "no/case.TLV", folder.root + "no/case.TLV"}};

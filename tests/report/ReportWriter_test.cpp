@@ -89,6 +89,15 @@ TEST(WrapText, AfterCutLongWordsNoLineIsTooLongAndOnlyBlanksAreLost) {
     }
 }
 
+TEST(WrapText, WordThatFillsTheLineStaysWholeAtTheEnd) {
+    const string word(70, 'x');
+    EXPECT_EQ(cutLongWords(word, 70), word);
+    EXPECT_EQ(WrapText(cutLongWords("a " + word, 70), 70), "a\r\n" + word);
+    // With text behind it there is no blank within the line to break at.
+    EXPECT_EQ(WrapText(cutLongWords(word + " b", 70), 70), string(69, 'x') + "\r\nx b");
+    EXPECT_EQ(WrapText(cutLongWords(word + "x", 70), 70), string(69, 'x') + "\r\nxx");
+}
+
 TEST(RoundSF, NarrowsToSingleThenFollowsTheMode) {
     const struct {
         double factor;
