@@ -37,6 +37,8 @@ template <typename T>
 class [[nodiscard]] Result {
   public:
     Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
+    /// A value made in place, for large records that are filled afterwards.
+    explicit Result(std::in_place_t) : m_state(std::in_place_index<0>) {}
     Result(Fault fault) : m_state(std::in_place_index<1>, std::move(fault)) {}
 
     explicit operator bool() const { return m_state.index() == 0; }

@@ -112,7 +112,6 @@ std::optional<Stop> computePass(const WorkingInputs& in, AnalysisResults& r) {
 } // namespace
 
 std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& r) {
-    r = AnalysisResults{};
     r.AnalysisCase = prepared.AnalysisCase;
     r.NumberPillars = prepared.NumberPillars;
     r.ArchFactor = pressureArchFactor(prepared);
@@ -123,7 +122,7 @@ std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults
 
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {
     if (auto fault = impossibleInput(prepared)) return *fault;
-    Result<AnalysisResults> run{AnalysisResults{}};
+    Result<AnalysisResults> run{std::in_place};
     if (const auto stop = computePasses(prepared, run.value())) return faultOf(*stop, prepared);
     return run;
 }

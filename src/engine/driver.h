@@ -32,7 +32,7 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
 int analysisCase(int anal, int previousAnalysisCase);
 
 /// Both passes over inputs that no check has seen; the driver and the search for the cause of a
-/// stop share it. Returned: what stopped it, or nothing.
+/// stop share it. Takes fresh results. Returned: what stopped it, or nothing.
 std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& results);
 
 /// Computes both passes.
