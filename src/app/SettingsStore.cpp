@@ -1,0 +1,327 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/SettingsStore.h"
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <system_error>
+#include <utility>
+#include <variant>
+
+namespace telvo::app {
+
+namespace {
+
+using Field = std::variant<std::int16_t*, float*, std::string*>;
+
+struct Range {
+    std::int16_t low = std::numeric_limits<std::int16_t>::min();
+    std::int16_t high = std::numeric_limits<std::int16_t>::max();
+};
+constexpr Range AnyNumber = {};
+constexpr Range Switch = {0, 1};
+constexpr Range FontSwitch = {-1, 0};
+
+/// One key: where it stands, which value it holds, what an absent key reads as, and its range.
+struct Key {
+    std::string_view section;
+    std::string_view name;
+    Field (*field)(Settings&);
+    std::string_view readDefault = {};
+    Range range = AnyNumber;
+};
+
+#define FIELD(name) #name, [](Settings & s) -> Field { return &s.name; }
+#define ELEMENT(name, i) #name #i, [](Settings & s) -> Field { return &s.name[i]; }
+
+// In the order in which the sections are read. The order inside a section has no meaning to the
+// file.
+constexpr Key Keys[] = {
+    {"Settings", FIELD(DefaultUnits), "", Switch},
+    {"Settings", FIELD(DisplayHistoryWin), "", Switch},
+    {"Settings", FIELD(MaxDisplaySize), "", {4096, 16384}},
+    {"Settings", FIELD(DisplayFontName)},
+    {"Settings", FIELD(DisplayFontSize), "", {7, 24}},
+    {"Settings", FIELD(DisplayFontBold), "", FontSwitch},
+    {"Settings", FIELD(DisplayFontItalic), "", FontSwitch},
+    {"Settings", FIELD(KeepFileNames), "", Switch},
+    {"Settings", FIELD(ShowDisclaim), "", Switch},
+    {"Settings", FIELD(MaxMainMenu), "", Switch},
+    {"Settings", FIELD(EnableMainMenuToolbar), "", Switch},
+    {"Settings", FIELD(ShortRecentFiles), "", Switch},
+    {"Settings", FIELD(LoadLastInputFile), "", Switch},
+    {"Settings", FIELD(RemindAnnualUpdates), "", Switch},
+    {"Settings", FIELD(CopyExampleFiles), "1", Switch},
+    {"Settings", FIELD(ExternalEditor)},
+    {"Settings", FIELD(DataPath)},
+    {"Settings", FIELD(FileExtension)},
+    {"TextBrowse", FIELD(BrowseFontName)},
+    {"TextBrowse", FIELD(BrowseFontSize), "", {7, 24}},
+    {"TextBrowse", FIELD(BrowseFontBold), "", FontSwitch},
+    {"TextBrowse", FIELD(BrowseFontItalic), "", FontSwitch},
+    {"TextBrowse", FIELD(BrowseDefaultFilter)},
+    {"TextBrowse", FIELD(BrowseUseNotepad), "", Switch},
+    {"Graph", FIELD(GraphSetParams), "", Switch},
+    {"Graph", FIELD(GridStyle), "", {0, 3}},
+    {"Graph", FIELD(GraphStyle), "", {1, 3}},
+    {"Graph", FIELD(CurveLegend), "", Switch},
+    // Also read as "SymbolSize " with a trailing blank: names are compared trimmed.
+    {"Graph", FIELD(SymbolSize), "", {3, 20}},
+    {"Graph", FIELD(GraphUnits), "", Switch},
+    {"Graph", FIELD(GraphTitle)},
+    {"Graph", ELEMENT(XAxisTitle, 0)},
+    {"Graph", ELEMENT(XAxisTitle, 1)},
+    {"Graph", ELEMENT(XAxisTitle, 2)},
+    {"Graph", ELEMENT(XAxisTitle, 3)},
+    {"Graph", ELEMENT(XAxisTitle, 4)},
+    {"Graph", ELEMENT(XAxisTitle, 5)},
+    {"Graph", ELEMENT(YAxisTitle, 0)},
+    {"Graph", ELEMENT(YAxisTitle, 1)},
+    {"TELVOOptions", FIELD(OutputStrUnits), "", Switch},
+    {"TELVOOptions", FIELD(OutputStrGradUnits), "", Switch},
+    {"TELVOOptions", FIELD(ShowInputScreenOnLoad), "", Switch},
+    {"TELVOOptions", FIELD(IssueWarningCancel), "1", Switch},
+    {"TELVOOptions", FIELD(ViewChildWindow), "1", Switch},
+    {"TELVOOptions", FIELD(PrintModuleHeader), "1", Switch},
+    {"TELVOOptions", FIELD(PlotEntryDims), "1", Switch},
+    {"TELVOOptions", FIELD(PlotXcutDims), "1", Switch},
+    {"TELVOOptions", FIELD(PlotSingleXcutDims), "1", Switch},
+    {"TELVOOptions", FIELD(PlotGobExtLoose), "1", Switch},
+    {"TELVOOptions", FIELD(PlotGobDims), "1", Switch},
+    {"TELVOOptions", FIELD(PlotRangeMin), "100", {0, 150}},
+    {"TELVOOptions", FIELD(PlotRangeMax), "150", {0, 150}},
+    {"TELVOOptions", FIELD(PrintPlotReminder), "1", Switch},
+    {"TELVOOptions", FIELD(AskOfficeInstall), "1", Switch},
+    {"TELVOOptions", FIELD(RoundTELVOSF), "0", {0, 2}},
+};
+
+#undef FIELD
+#undef ELEMENT
+
+constexpr Range RecentFileCount = {0, 4};
+
+/// Text of a key, its read default when it is absent or empty.
+std::string readText(const IniFile& file, std::string_view section, std::string_view name,
+                     std::string_view readDefault = {}) {
+    std::string text = file.value(section, name).value_or("");
+    return text.empty() ? std::string(readDefault) : text;
+}
+
+void readField(const Field& field, const std::string& text, Range range) {
+    if (auto* const* whole = std::get_if<std::int16_t*>(&field))
+        **whole = ClampSetting(leadingInteger(text), range.low, range.high);
+    else if (auto* const* single = std::get_if<float*>(&field))
+        **single = ClampSetting(leadingValue(text), range.low, range.high);
+    else
+        *std::get<std::string*>(field) = text;
+}
+
+std::string fieldText(const Field& field) {
+    if (auto* const* whole = std::get_if<std::int16_t*>(&field)) return generalNumber(**whole);
+    if (auto* const* single = std::get_if<float*>(&field)) return generalNumber(**single);
+    return *std::get<std::string*>(field);
+}
+
+struct Section {
+    SettingsSaveMode mode;
+    std::string_view name;
+};
+// In the order in which a save of all sections writes them.
+constexpr Section Sections[] = {{SettingsSaveMode::Settings, "Settings"},
+                                {SettingsSaveMode::FileMenu, "FileMenu"},
+                                {SettingsSaveMode::TextBrowse, "TextBrowse"},
+                                {SettingsSaveMode::Graph, "Graph"},
+                                {SettingsSaveMode::TELVOOptions, "TELVOOptions"}};
+
+std::string slotKey(std::string_view name, std::size_t slot) {
+    return std::string(name) + std::to_string(slot + 1);
+}
+
+void writeRecentFiles(IniFile& file, Settings& settings) {
+    // The count is written as it is and put into its range only then.
+    file.set("FileMenu", "MaxLastFiles", generalNumber(settings.MaxLastFiles));
+    settings.MaxLastFiles =
+        ClampSetting(settings.MaxLastFiles, RecentFileCount.low, RecentFileCount.high);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(settings.MaxLastFiles); ++i) {
+        const RecentFile& recent = settings.RecentFiles[i];
+        file.set("FileMenu", slotKey("LastFile", i), recent.LastFile);
+        file.set("FileMenu", slotKey("LastFileMode", i), generalNumber(recent.LastFileMode));
+        file.set("FileMenu", slotKey("LastFileLong", i), recent.LastFileLong);
+    }
+}
+
+/// The file as it is now; a missing one is empty.
+Result<IniFile> contentOf(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::exists(pathFromUtf8(path), error)) return IniFile();
+    const auto bytes = readFile(path);
+    if (!bytes) return bytes.fault();
+    return IniFile(*bytes);
+}
+
+bool endsInSeparator(std::string_view path) {
+    return path.ends_with('/') ||
+           path.ends_with(static_cast<char>(std::filesystem::path::preferred_separator));
+}
+
+std::string asFolder(std::string_view path) {
+    std::string folder(trimmed(path));
+    if (!endsInSeparator(folder))
+        folder += static_cast<char>(std::filesystem::path::preferred_separator);
+    return folder;
+}
+
+bool isFolder(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_directory(pathFromUtf8(path), error);
+}
+
+} // namespace
+
+std::int16_t ClampSetting(double value, std::int16_t low, std::int16_t high) {
+    if (value < low || value > high) value = low;
+    return static_cast<std::int16_t>(std::nearbyint(value));
+}
+
+SettingsStore::SettingsStore(std::string path, SettingsSurroundings surroundings,
+                             Messages& messages)
+    : m_path(std::move(path)), m_surroundings(std::move(surroundings)), m_messages(messages) {
+    m_values.DisplayFontName = m_surroundings.DefaultFont;
+    m_values.BrowseFontName = m_surroundings.DefaultFont;
+    m_values.ExternalEditor = m_surroundings.ExternalEditor;
+    m_values.DataPath = m_surroundings.DataFolder;
+    m_values.GraphTitle = m_surroundings.ProgramTitle;
+}
+
+bool SettingsStore::checkVersion() {
+    std::error_code error;
+    const auto file = pathFromUtf8(m_path);
+    if (std::filesystem::exists(file, error)) {
+        const auto content = contentOf(m_path);
+        if (content && content->value("Version", "INIFileVersion") == SettingsVersion) return false;
+        // The settings of another build are not carried over.
+        std::filesystem::remove(file, error);
+    }
+    IniFile fresh;
+    fresh.set("Version", "INIFileVersion", SettingsVersion);
+    (void)write(fresh); // a data folder that cannot be written leaves the program without a file
+    (void)SaveSettings(SettingsSaveMode::All);
+    return true;
+}
+
+void SettingsStore::loadSection(const IniFile& file, std::string_view section) {
+    for (const Key& key : Keys)
+        if (key.section == section)
+            readField(key.field(m_values), readText(file, section, key.name, key.readDefault),
+                      key.range);
+}
+
+void SettingsStore::loadRecentFiles(const IniFile& file) {
+    m_values.MaxLastFiles = ClampSetting(leadingInteger(readText(file, "FileMenu", "MaxLastFiles")),
+                                         RecentFileCount.low, RecentFileCount.high);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(m_values.MaxLastFiles); ++i) {
+        RecentFile& recent = m_values.RecentFiles[i];
+        recent.LastFile = readText(file, "FileMenu", slotKey("LastFile", i));
+        recent.LastFileMode =
+            leadingInteger(readText(file, "FileMenu", slotKey("LastFileMode", i)));
+        recent.LastFileLong = readText(file, "FileMenu", slotKey("LastFileLong", i));
+    }
+}
+
+void SettingsStore::settleDataPath() {
+    std::string& path = m_values.DataPath;
+    if (path.empty() || path == "0") {
+        path = m_surroundings.DataFolder;
+        return;
+    }
+    path = asFolder(path);
+    if (!isFolder(path)) path = m_surroundings.DataFolder;
+}
+
+void SettingsStore::LoadSettings() {
+    const auto content = contentOf(m_path);
+    const IniFile file = content ? *content : IniFile();
+    loadSection(file, "Settings");
+    if (m_values.DisplayFontName.empty()) m_values.DisplayFontName = m_surroundings.DefaultFont;
+    settleDataPath();
+    // An empty extension is kept; "0" is what older files hold for none.
+    if (m_values.FileExtension == "0") m_values.FileExtension = BuiltInExtension;
+    loadRecentFiles(file);
+    loadSection(file, "TextBrowse");
+    if (m_values.BrowseFontName.empty()) m_values.BrowseFontName = m_surroundings.DefaultFont;
+    loadSection(file, "Graph");
+    loadSection(file, "TELVOOptions");
+    if (m_values.PlotRangeMin == m_values.PlotRangeMax) {
+        m_values.PlotRangeMin = 50;
+        m_values.PlotRangeMax = 150;
+        (void)SaveSettings(SettingsSaveMode::TELVOOptions);
+    }
+}
+
+Status SettingsStore::SaveSettings(SettingsSaveMode mode) {
+    m_messages.history("Saving default settings to file: " + m_path);
+    auto file = contentOf(m_path);
+    if (!file) return file.fault(); // what cannot be read now would be lost by a write
+    for (const Section& section : Sections) {
+        if (mode != SettingsSaveMode::All && mode != section.mode) continue;
+        if (section.mode == SettingsSaveMode::FileMenu) writeRecentFiles(*file, m_values);
+        for (const Key& key : Keys)
+            if (key.section == section.name)
+                file->set(key.section, key.name, fieldText(key.field(m_values)));
+    }
+    return write(*file);
+}
+
+Status SettingsStore::write(const IniFile& file) const {
+    return writeFile(m_path, file.text());
+}
+
+bool updateRecentFiles(Settings& settings, const RecentFile& file) {
+    if (settings.KeepFileNames == 0) return false;
+    const auto first = settings.RecentFiles.begin();
+    const auto used = first + std::clamp<std::int16_t>(settings.MaxLastFiles, 0, 4);
+    auto slot = std::find_if(first, used, [&](const RecentFile& recent) {
+        return recent.LastFileLong == file.LastFileLong;
+    });
+    if (slot == used) {
+        if (settings.MaxLastFiles < 4) ++settings.MaxLastFiles;
+        slot = first + settings.MaxLastFiles - 1; // a free slot, or the oldest one
+    }
+    std::rotate(first, slot, slot + 1);
+    *first = file;
+    return true;
+}
+
+std::string recentFileCaption(const Settings& settings, int slot) {
+    if (slot < 1 || slot > std::min<int>(settings.MaxLastFiles, 4)) return {};
+    const RecentFile& recent = settings.RecentFiles[static_cast<std::size_t>(slot - 1)];
+    if (recent.LastFile.empty()) return {};
+    return settings.ShortRecentFiles == 1 ? recent.LastFile : recent.LastFileLong;
+}
+
+std::optional<Refusal> checkSettings(const SettingsTexts& texts) {
+    constexpr double low = 4096;
+    constexpr double high = 16384;
+    if (!isFolder(asFolder(texts.DataPath)))
+        return Refusal{"Invalid Path for Data Files", "Error", "DataPath"};
+    const auto size = trimmed(texts.MaxDisplaySize);
+    if (size.empty()) return Refusal{"Blank field not allowed", "Range Error", "MaxDisplaySize"};
+    const double value = leadingValue(size);
+    if (value < low || value > high)
+        return Refusal{"Value '" + std::string(size) +
+                           "' is outside input range\nValid range is: " + generalNumber(low) + "-" +
+                           generalNumber(high),
+                       "Range Error", "MaxDisplaySize"};
+    const auto valid = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); };
+    const auto extension = trimmed(texts.FileExtension);
+    if (!std::all_of(extension.begin(), extension.end(), valid))
+        return Refusal{"Invalid character in file extension", "Invalid Character", "FileExtension"};
+    return std::nullopt;
+}
+
+} // namespace telvo::app

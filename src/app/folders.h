@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Messages.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace telvo::app {
+
+/// The folders of a run, full paths that end in the separator of the system.
+struct Folders {
+    std::string InstallFolder;
+    std::string DataFolder;             // <documents>/MyBODRA/
+    std::string TempDataFolder;         // <documents>/MyBODRA/Temp/
+    std::vector<std::string> fallbacks; ///< history lines about folders that could not be had
+};
+
+/// What the system says of itself.
+struct SystemFolders {
+    std::string program;                  ///< folder of the program file
+    std::optional<std::string> documents; ///< the user's documents folder
+    std::optional<std::string> desktop;   ///< taken when there is no documents folder
+};
+
+/// Resolves the folders and creates what is missing. A folder that cannot be created falls back to
+/// the install folder, as both do when the system names neither documents nor desktop.
+Folders resolveFolders(const SystemFolders& system);
+
+/// Copies a text file line by line, every line ended by CR LF.
+/// Returned: whether the copy stands; a missing source is told.
+bool copyTextFile(const std::string& from, const std::string& to, Messages& messages);
+
+/// Copies the example cases that are missing from the data folder. A file that is there is never
+/// touched; names that begin with "." are passed over, and an error goes on with the next name.
+void copyExampleFiles(const Folders& folders, Messages& messages);
+
+} // namespace telvo::app

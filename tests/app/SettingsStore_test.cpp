@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/SettingsStore.h"
+
+#include "base/TemporaryFolder.h"
+#include "RecordedMessages.h"
+
+#include <gtest/gtest.h>
+
+namespace telvo::app {
+namespace {
+
+const std::string Stamp = "[Version]\r\nINIFileVersion=050817\r\n";
+
+struct Store {
+    test::TemporaryFolder folder;
+    test::RecordedMessages messages;
+    std::string data = folder.root;
+    std::string path = folder.root + "TELVO.INI";
+
+    SettingsStore open() { return {path, {data, "Arial", "xdg-open", "TELVO"}, messages}; }
+    /// The values after a start on a file with these lines.
+    Settings loaded(const std::string& lines) {
+        folder.put("TELVO.INI", Stamp + lines);
+        SettingsStore store = open();
+        EXPECT_FALSE(store.checkVersion());
+        store.LoadSettings();
+        return store.values();
+    }
+    std::string file() { return folder.content("TELVO.INI"); }
+};
+
+TEST(SettingsStore, FreshFileHoldsTheInitialValuesAndTheNextStartPutsThemInRange) {
+    Store s;
+    SettingsStore store = s.open();
+    const Settings initial = store.values();
+    EXPECT_TRUE(store.checkVersion());
+    EXPECT_NE(s.file().find("[Settings]\r\nDefaultUnits=0\r\n"), std::string::npos);
+    EXPECT_NE(s.file().find("MaxDisplaySize=2048\r\n"), std::string::npos);
+    EXPECT_NE(s.file().find("PlotRangeMin=50\r\n"), std::string::npos);
+    EXPECT_EQ(s.messages.lines.back(), "Saving default settings to file: " + s.path);
+    store.LoadSettings();
+    Settings expected = initial;
+    expected.MaxDisplaySize = 4096;
+    EXPECT_EQ(store.values(), expected);
+}
+
+TEST(SettingsStore, FileOfAnotherBuildIsReplacedWhole) {
+    Store s;
+    s.folder.put("TELVO.INI", "[Version]\r\nINIFileVersion=050816\r\n[Own]\r\nmine=1\r\n");
+    EXPECT_TRUE(s.open().checkVersion());
+    EXPECT_EQ(s.file().find("mine"), std::string::npos);
+    EXPECT_TRUE(s.file().starts_with(Stamp));
+}
+
+TEST(SettingsStore, ValuesAreReadWithTheirDefaultsAndRanges) {
+    Store s;
+    const struct {
+        const char *label, *lines;
+        double (*value)(const Settings&);
+        double expected;
+    } rows[] = {
+#define VALUE(name) [](const Settings& v) -> double { return v.name; }
+        {"absent switch", "", VALUE(DisplayHistoryWin), 0},
+        {"absent with a read default", "", VALUE(CopyExampleFiles), 1},
+        {"font flag out of range", "[Settings]\nDisplayFontBold=1\n", VALUE(DisplayFontBold), -1},
+        {"above", "[Graph]\nSymbolSize=25\n", VALUE(SymbolSize), 3},
+        {"below", "[Graph]\nGraphStyle=0\n", VALUE(GraphStyle), 1},
+        {"recent count", "[FileMenu]\nMaxLastFiles=9\n", VALUE(MaxLastFiles), 0},
+        {"half to even", "[TELVOOptions]\nPlotRangeMin=12.5\n", VALUE(PlotRangeMin), 12},
+        {"half to even, up", "[TELVOOptions]\nPlotRangeMin=13.5\n", VALUE(PlotRangeMin), 14},
+        {"range absent", "", VALUE(PlotRangeMin), 100},
+        {"range degenerate", "[TELVOOptions]\nPlotRangeMin=80\nPlotRangeMax=80\n",
+         VALUE(PlotRangeMin), 50},
+        {"beyond 16 bits", "[Settings]\nMaxDisplaySize=99999\n", VALUE(MaxDisplaySize), 4096},
+        {"no number", "[Graph]\nGridStyle=many\n", VALUE(GridStyle), 0},
+        {"names without case and blanks", " [graph] \n symbolsize =7\nSymbolSize=9\n",
+         VALUE(SymbolSize), 7},
+        {"trailing blank in the key", "[Graph]\nSymbolSize =8\n", VALUE(SymbolSize), 8},
+        {"a comment is no key", "[Graph]\n;SymbolSize=8\n", VALUE(SymbolSize), 3},
+#undef VALUE
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(row.value(s.loaded(row.lines)), row.expected) << row.label;
+}
+
+TEST(SettingsStore, TextsAndFoldersAreSettled) {
+    Store s;
+    const std::string below = s.folder.root + "cases";
+    std::filesystem::create_directory(below);
+    const struct {
+        const char* label;
+        std::string lines;
+        std::string Settings::*value;
+        std::string expected;
+    } rows[] = {
+        {"no font", "", &Settings::DisplayFontName, "Arial"},
+        {"no extension stays", "[Settings]\nFileExtension=\n", &Settings::FileExtension, ""},
+        {"0 is the built-in one", "[Settings]\nFileExtension=0\n", &Settings::FileExtension, "TLV"},
+        {"data path 0", "[Settings]\nDataPath=0\n", &Settings::DataPath, s.data},
+        {"missing folder", "[Settings]\nDataPath=" + below + "/no\n", &Settings::DataPath, s.data},
+        {"separator added", "[Settings]\nDataPath= " + below + "\n", &Settings::DataPath,
+         below + static_cast<char>(std::filesystem::path::preferred_separator)},
+        {"255 characters", "[Graph]\nGraphTitle=" + std::string(300, 'x') + "\n",
+         &Settings::GraphTitle, std::string(255, 'x')},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(s.loaded(row.lines).*row.value, row.expected) << row.label;
+}
+
+TEST(SettingsStore, SaveTouchesItsSectionAloneAndKeepsForeignLines) {
+    Store s;
+    const std::string before = Stamp + "; mine\r\n[Graph]\r\nSymbolSize=9\r\nOther=1\r\nno key\r\n"
+                                       "[FileMenu]\r\nLastFile4=old\r\n";
+    s.folder.put("TELVO.INI", before);
+    SettingsStore store = s.open();
+    store.values().MaxLastFiles = 1;
+    store.values().RecentFiles[0] = {"a.TLV", 1, "/cases/a.TLV"};
+    ASSERT_TRUE(store.SaveSettings(SettingsSaveMode::FileMenu));
+    EXPECT_EQ(s.file(), before + "MaxLastFiles=1\r\nLastFile1=a.TLV\r\nLastFileMode1=1\r\n"
+                                 "LastFileLong1=/cases/a.TLV\r\n");
+    store.values().MaxLastFiles = 9; // written once as it is, then put in range
+    ASSERT_TRUE(store.SaveSettings(SettingsSaveMode::FileMenu));
+    EXPECT_NE(s.file().find("MaxLastFiles=9\r\n"), std::string::npos);
+    EXPECT_EQ(store.values().MaxLastFiles, 0);
+}
+
+TEST(SettingsStore, SavedAndLoadedValuesAreTheSame) {
+    Store s;
+    SettingsStore store = s.open();
+    store.checkVersion();
+    Settings& v = store.values();
+    v.MaxDisplaySize = 8192, v.DisplayFontSize = 12, v.DisplayFontBold = -1;
+    v.PlotRangeMin = 20, v.XAxisTitle[5] = "Breite = 2", v.YAxisTitle[1] = "\xC3\x9C";
+    v.ExternalEditor = "my editor", v.RoundTELVOSF = 2;
+    for (int i = 1; i <= 3; ++i)
+        updateRecentFiles(v, {"n" + std::to_string(i), 0, "/n" + std::to_string(i)});
+    const Settings saved = v;
+    ASSERT_TRUE(store.SaveSettings(SettingsSaveMode::All));
+    SettingsStore again = s.open();
+    EXPECT_FALSE(again.checkVersion());
+    again.LoadSettings();
+    EXPECT_EQ(again.values(), saved);
+}
+
+TEST(RecentFiles, TheLatestComesFirstAndTheFifthDropsOut) {
+    Settings v;
+    const auto names = [&] {
+        std::string out;
+        for (int slot = 1; slot <= 4; ++slot)
+            out += recentFileCaption(v, slot);
+        return out;
+    };
+    const auto open = [&](std::string name) { return updateRecentFiles(v, {name, 0, "/" + name}); };
+    for (const char* name : {"a", "b", "c", "d"})
+        EXPECT_TRUE(open(name));
+    EXPECT_EQ(names(), "/d/c/b/a");
+    open("b"); // stood in slot 3
+    EXPECT_EQ(names(), "/b/d/c/a");
+    open("e");
+    EXPECT_EQ(names(), "/e/b/d/c");
+    EXPECT_EQ(v.MaxLastFiles, 4);
+    v.ShortRecentFiles = 1;
+    EXPECT_EQ(names(), "ebdc");
+    v.KeepFileNames = 0;
+    EXPECT_FALSE(open("f"));
+    EXPECT_EQ(names(), "ebdc");
+}
+
+TEST(CheckSettings, RefusesInTheOrderOfTheDialog) {
+    const test::TemporaryFolder folder;
+    const struct {
+        SettingsTexts texts;
+        std::string message;
+    } rows[] = {
+        {{folder.root, "4096", "TLV"}, ""},
+        {{folder.root, "16384", " "}, ""},
+        {{folder.root + "no", "", "tlv"}, "Invalid Path for Data Files"},
+        {{folder.root, " ", "tlv"}, "Blank field not allowed"},
+        {{folder.root, "2048", "tlv"},
+         "Value '2048' is outside input range\nValid range is: 4096-16384"},
+        {{folder.root, "5000", "tlv"}, "Invalid character in file extension"},
+        {{folder.root, "5000", "T.L"}, "Invalid character in file extension"},
+    };
+    for (const auto& row : rows) {
+        const auto refused = checkSettings(row.texts);
+        EXPECT_EQ(refused ? refused->message : "", row.message);
+    }
+}
+
+} // namespace
+} // namespace telvo::app
