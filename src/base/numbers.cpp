@@ -22,7 +22,7 @@ bool isBlank(char c) {
 
 /// Decimal digits d1 d2 d3 ... of |value| with value = d1.d2d3... x 10^exponent.
 struct Decimal {
-    std::array<char, 32> digits{};
+    std::array<char, 32> digits; // the first `count` are set
     int count = 0;
     int exponent = 0;
     bool negative = false;
@@ -39,10 +39,15 @@ Decimal takeApart(const char* first, const char* last) {
         decimal.negative = true;
         ++first;
     }
-    for (; first != last && *first != 'e'; ++first)
-        if (*first != '.') decimal.digits[static_cast<std::size_t>(decimal.count++)] = *first;
-    assert(first != last);
-    ++first; // 'e'
+    const char* const exponent = std::find(first, last, 'e');
+    assert(exponent != last);
+    decimal.digits[0] = *first;
+    decimal.count = 1;
+    if (first + 1 != exponent) { // ".ddd"
+        std::copy(first + 2, exponent, decimal.digits.begin() + 1);
+        decimal.count = static_cast<int>(exponent - first) - 1;
+    }
+    first = exponent + 1;
     if (*first == '+') ++first;
     std::from_chars(first, last, decimal.exponent);
     return decimal;

@@ -105,7 +105,8 @@ std::optional<Stop> computePass(const WorkingInputs& in, AnalysisResults& r) {
         return Stop{"TELVOSF", in.Pass, 0, "the load on the AMZ is 0",
                     !in.ArchAutomatic && in.ArchFactorInput == 0 ? "ArchFactor" : ""};
     r.TELVOSF[in.Pass] = panelStabilityFactor(r, in.Pass);
-    plotStresses(in, r);
+    // They have no pass of their own: the retreat pass would overwrite those of development.
+    if (in.Pass == Retreat) plotStresses(in, r);
     return std::nullopt;
 }
 
@@ -121,9 +122,11 @@ std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults
 }
 
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {
-    if (auto fault = impossibleInput(prepared)) return *fault;
-    Result<AnalysisResults> run{std::in_place};
-    if (const auto stop = computePasses(prepared, run.value())) return faultOf(*stop, prepared);
+    Result<AnalysisResults> run{std::in_place}; // the one that is returned, so never copied
+    if (auto fault = impossibleInput(prepared))
+        run = *fault;
+    else if (const auto stop = computePasses(prepared, run.value()))
+        run = faultOf(*stop, prepared);
     return run;
 }
 

@@ -49,6 +49,8 @@ float RoundSF(double factor, int RoundTELVOSF);
 /// One page under construction.
 class PageWriter {
   public:
+    PageWriter() { m_text.reserve(4096); } // most pages fit
+
     /// A line and its line break.
     void line(std::string_view text = {});
     /// "[title]" and a blank line under it.
