@@ -8,22 +8,15 @@
 #include "project/CaseFile.h"
 #include "project/checks.h"
 #include "project/units.h"
+#include "require.h"
 
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
 
 using namespace telvo;
 
 namespace {
-
-void require(bool kept, const char* promise) {
-    if (kept) return;
-    std::fprintf(stderr, "broken promise: %s\n", promise);
-    std::abort();
-}
 
 void writeAndReadAgain(project::ProjectCase current) {
     const auto text = project::writeCaseText(current);

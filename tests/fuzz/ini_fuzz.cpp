@@ -4,22 +4,11 @@
 
 #include "base/IniFile.h"
 #include "base/text.h"
+#include "require.h"
 
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 
 using namespace telvo;
-
-namespace {
-
-void require(bool kept, const char* promise) {
-    if (kept) return;
-    std::fprintf(stderr, "broken promise: %s\n", promise);
-    std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
