@@ -203,7 +203,8 @@ bool SettingsStore::checkVersion() {
     const auto file = pathFromUtf8(m_path);
     if (std::filesystem::exists(file, error)) {
         const auto content = contentOf(m_path);
-        if (content && content->value("Version", "INIFileVersion") == SettingsVersion) return false;
+        if (!content) return false; // what cannot be read may be worth keeping
+        if (content->value("Version", "INIFileVersion") == SettingsVersion) return false;
         // The settings of another build are not carried over.
         std::filesystem::remove(file, error);
     }

@@ -116,7 +116,8 @@ class SettingsStore {
     const std::string& path() const { return m_path; }
 
     /// Version check at start-up: a missing file is created with initial values, a file of another
-    /// build is deleted first. Returned: whether the file is new.
+    /// build is deleted first, one that cannot be read is left alone. Returned: whether the file is
+    /// new.
     bool checkVersion();
 
     /// Reads all sections. Missing keys and texts that are no number become the read default or 0;

@@ -64,7 +64,7 @@ bool isCaseFile(const std::string& path) {
     return bytes && project::hasCaseTag(*bytes);
 }
 
-int writeOrComplain(const std::string& path, std::string_view bytes) {
+ExitStatus writeOrComplain(const std::string& path, std::string_view bytes) {
     const Status written = writeFile(path, bytes);
     if (written) return AllGood;
     complain(faultText(written.fault()));
@@ -146,7 +146,7 @@ int runReport(const ReportRequest& request) {
     if (toTerminal)
         raise(status, finishOutput());
     else if (any)
-        raise(status, static_cast<ExitStatus>(writeOrComplain(request.target, text)));
+        raise(status, writeOrComplain(request.target, text));
     return status;
 }
 

@@ -311,8 +311,9 @@ std::string systemBytes(std::string utf8) {
                               static_cast<int>(bytes.size()), nullptr, &lost);
     if (got <= 0 || lost) return utf8;
     bytes.resize(static_cast<std::size_t>(got));
-    // Bytes that happen to be valid UTF-8 would be read back as other characters.
-    return bytes == utf8 || !isValidUtf8(bytes) ? bytes : utf8;
+    // Only what the reader turns into the same text again: it takes bytes that happen to be valid
+    // UTF-8 as such, and all others for Windows-1252, whatever the code page here.
+    return asUtf8(bytes) == utf8 ? bytes : utf8;
 #else
     return utf8;
 #endif

@@ -52,6 +52,15 @@ TEST(SettingsStore, FileOfAnotherBuildIsReplacedWhole) {
     EXPECT_TRUE(s.file().starts_with(Stamp));
 }
 
+TEST(SettingsStore, WhatCannotBeReadIsLeftAlone) {
+    Store s;
+    std::filesystem::create_directory(s.path);
+    SettingsStore store = s.open();
+    EXPECT_FALSE(store.checkVersion());
+    EXPECT_FALSE(store.SaveSettings(SettingsSaveMode::All));
+    EXPECT_TRUE(std::filesystem::is_directory(s.path));
+}
+
 TEST(SettingsStore, ValuesAreReadWithTheirDefaultsAndRanges) {
     Store s;
     const struct {
