@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/ui/Form.h"
+
+#include "base/ui/qtText.h"
+#include "base/ui/WindowPlaces.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace telvo::ui {
+
+Form::Form(const QString& name, std::string_view prefix, const QString& helpTopic,
+           const FormServices& services, QWidget* parent)
+    : QDialog(parent), m_prefix(prefix), m_helpTopic(helpTopic), m_services(services) {
+    setObjectName(name);
+    // The window is called after its prefix without the colon.
+    setWindowTitle(toQt(prefix.substr(0, prefix.find_last_of(':'))));
+}
+
+Answer Form::ask(std::string_view text, Buttons buttons, Answer preset, std::string_view kind) {
+    return messages().ask(text, buttons, preset, std::string(m_prefix).append(kind));
+}
+
+void Form::tell(std::string_view text, std::string_view kind) {
+    ask(text, Buttons::Ok, Answer::Ok, kind);
+}
+
+void Form::refuse(const Refusal& refusal) {
+    const QString control = toQt(refusal.control);
+    showControl(control);
+    tell(refusal.message, refusal.title);
+    showControl(control); // the box took the focus
+}
+
+void Form::showControl(const QString& name) {
+    auto* control = findChild<QWidget*>(name);
+    if (!control) return;
+    for (QWidget* page = control; page != this; page = page->parentWidget())
+        if (auto* stack = page->parentWidget() ? page->parentWidget()->parentWidget() : nullptr)
+            if (auto* tabs = qobject_cast<QTabWidget*>(stack)) tabs->setCurrentWidget(page);
+    control->setFocus(Qt::OtherFocusReason);
+}
+
+QDialogButtonBox* Form::makeButtons() {
+    auto* box = new QDialogButtonBox(this);
+    auto* picture =
+        addButton(*box, "cmdScreenshot", tr("Copy &Picture"), QDialogButtonBox::ResetRole);
+    picture->setToolTip(tr("Copies a picture of this dialog to the clipboard"));
+    connect(picture, &QPushButton::clicked, this, &Form::copyPicture);
+    auto* helpButton = addButton(*box, "cmdHelp", tr("&Help"), QDialogButtonBox::HelpRole);
+    connect(helpButton, &QPushButton::clicked, this, &Form::help);
+    return box;
+}
+
+QPushButton* Form::addButton(QDialogButtonBox& box, const QString& name, const QString& caption,
+                             QDialogButtonBox::ButtonRole role) {
+    auto* button = box.addButton(caption, role);
+    button->setObjectName(name);
+    button->setAccessibleName(QString(caption).remove('&'));
+    button->setAutoDefault(role == QDialogButtonBox::AcceptRole);
+    button->setDefault(role == QDialogButtonBox::AcceptRole);
+    return button;
+}
+
+void Form::done(int result) {
+    if (m_services.places && isVisible()) m_services.places->save(*this);
+    QDialog::done(result);
+}
+
+void Form::showEvent(QShowEvent* event) {
+    if (m_services.places && !m_placed) m_services.places->restore(*this);
+    m_placed = true;
+    QDialog::showEvent(event);
+}
+
+void Form::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F1)
+        help();
+    else
+        QDialog::keyPressEvent(event);
+}
+
+void Form::copyPicture() {
+    QApplication::clipboard()->setPixmap(grab());
+    messages().status("Screenshot of dialog copied to clipboard");
+}
+
+void Form::help() {
+    if (m_services.showHelp) m_services.showHelp(m_helpTopic);
+}
+
+} // namespace telvo::ui

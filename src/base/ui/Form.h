@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Messages.h"
+#include "base/Result.h"
+
+#include <functional>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <string_view>
+
+namespace telvo::ui {
+
+class WindowPlaces;
+
+/// What every form is handed.
+struct FormServices {
+    Messages& messages;
+    std::function<void(const QString& topic)> showHelp;
+    WindowPlaces* places = nullptr; ///< nullptr: sizes are not remembered
+};
+
+/// A dialog of the program: object name, remembered size, help on F1, messages under its title, a
+/// button that copies its picture.
+class Form : public QDialog {
+    Q_OBJECT
+  public:
+    /// Given: name       object name, such as "frmSet"
+    ///        prefix     what its messages' titles begin with, such as "Settings: "
+    ///        helpTopic  file of the help topic, such as "Settings.htm"
+    Form(const QString& name, std::string_view prefix, const QString& helpTopic,
+         const FormServices& services, QWidget* parent = nullptr);
+
+    void done(int result) override;
+
+  protected:
+    Messages& messages() const { return m_services.messages; }
+    const FormServices& services() const { return m_services; }
+
+    /// Asks with the form's prefix in front of the kind of message.
+    Answer ask(std::string_view text, Buttons buttons, Answer preset, std::string_view kind);
+    void tell(std::string_view text, std::string_view kind);
+    /// Shows why an input is refused: message, then its control with the tab it lies on.
+    void refuse(const Refusal& refusal);
+    /// Brings the tab of a control to the front and gives it the focus.
+    void showControl(const QString& name);
+
+    /// A row of buttons with cmdHelp and cmdScreenshot; forms add their own with addButton().
+    QDialogButtonBox* makeButtons();
+    QPushButton* addButton(QDialogButtonBox& box, const QString& name, const QString& caption,
+                           QDialogButtonBox::ButtonRole role);
+
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void copyPicture();
+    void help();
+
+    std::string_view m_prefix;
+    QString m_helpTopic;
+    FormServices m_services;
+    bool m_placed = false;
+};
+
+} // namespace telvo::ui
