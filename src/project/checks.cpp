@@ -57,6 +57,22 @@ std::optional<Refusal> firstRefusal(const std::array<Row<Values>, Count>& rows,
     return std::nullopt;
 }
 
+/// Every refusal of a check; of several of one control the first.
+void collect(std::vector<Refusal>& found, std::optional<Refusal> refused) {
+    if (!refused) return;
+    const bool known = std::any_of(found.begin(), found.end(), [&](const Refusal& other) {
+        return other.control == refused->control;
+    });
+    if (!known) found.push_back(*std::move(refused));
+}
+
+template <typename Values, std::size_t Count>
+void collectRefusals(std::vector<Refusal>& found, const std::array<Row<Values>, Count>& rows,
+                     const Values& values) {
+    for (const auto& row : rows)
+        if (row.refused(values)) collect(found, refusal(row.message, row.title, row.control));
+}
+
 using F = const FormValues&;
 
 constexpr std::array<Row<FormValues>, 2> AcceptanceBeforeAngle = {{
@@ -278,19 +294,53 @@ ProjectInput inputFromTexts(const ProjectInput& base, const ParameterTexts& text
     return in;
 }
 
+namespace {
+
+std::optional<Refusal> checkAngle(const ParameterTexts& texts) {
+    return checkRange(texts.txtXcutAngle, 30, 90, "Crosscut Angle", "txtXcutAngle");
+}
+
+std::optional<Refusal> checkDistance(const ProjectInput& in, int i) {
+    if (!(in.XcutCenters[i] > 0))
+        return refusal("Invalid entry spacing", RangeError, distanceControl(i));
+    if (!(in.XcutCenters[i] > in.EntryWidth))
+        return refusal("Entry spacing should be more than Entry Width", LogicError,
+                       distanceControl(i));
+    return std::nullopt;
+}
+
+} // namespace
+
 std::optional<Refusal> checkAcceptance(const ParameterTexts& texts) {
     const FormValues values(texts);
     if (auto refused = firstRefusal(AcceptanceBeforeAngle, values)) return refused;
-    if (auto refused = checkRange(texts.txtXcutAngle, 30, 90, "Crosscut Angle", "txtXcutAngle"))
-        return refused;
+    if (auto refused = checkAngle(texts)) return refused;
     if (auto refused = firstRefusal(AcceptanceAfterAngle, values)) return refused;
-    for (int i = 1; i <= distanceCount(values.in); ++i) {
-        if (!(values.in.XcutCenters[i] > 0))
-            return refusal("Invalid entry spacing", RangeError, distanceControl(i));
-        if (!(values.in.XcutCenters[i] > values.in.EntryWidth))
-            return refusal("Entry spacing should be more than Entry Width", LogicError,
-                           distanceControl(i));
-    }
+    for (int i = 1; i <= distanceCount(values.in); ++i)
+        if (auto refused = checkDistance(values.in, i)) return refused;
+    return std::nullopt;
+}
+
+std::vector<Refusal> acceptanceRefusals(const ParameterTexts& texts) {
+    const FormValues values(texts);
+    std::vector<Refusal> found;
+    collectRefusals(found, AcceptanceBeforeAngle, values);
+    collect(found, checkAngle(texts));
+    collectRefusals(found, AcceptanceAfterAngle, values);
+    for (int i = 1; i <= distanceCount(values.in); ++i)
+        collect(found, checkDistance(values.in, i));
+    return found;
+}
+
+std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, std::string_view control) {
+    if (control == "chkRowA" && leadingValue(texts.txtSlabcutFirstGob) > 0)
+        return refusal("Cannot leave Row A pillars when a slab cut is taken from the first side "
+                       "barrier",
+                       LogicError, control);
+    if (control == "chkRowB" && leadingValue(texts.txtSlabcutSecondGob) > 0)
+        return refusal("Cannot leave Row B pillars when a slab cut is taken from the second side "
+                       "barrier",
+                       LogicError, control);
     return std::nullopt;
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The three moments at which input is checked. A refusal names the control that failed.
 namespace telvo::project {
@@ -51,6 +52,13 @@ ProjectInput inputFromTexts(const ProjectInput& base, const ParameterTexts& text
 /// A distance box is named with its element, "txtXcutCenters_3".
 /// The form and the analysis check differ on purpose; see checkBeforeAnalysis().
 std::optional<Refusal> checkAcceptance(const ParameterTexts& texts);
+
+/// All refusals of that check at once, at most one per control, in the order of the check; for
+/// marking fields while they are typed.
+std::vector<Refusal> acceptanceRefusals(const ParameterTexts& texts);
+
+/// Check of a row's box when it is set: a row beside a barrier with a slab cut cannot be left.
+std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, std::string_view control);
 
 /// Check of the working copy before any computation.
 std::optional<Refusal> checkBeforeAnalysis(const ProjectInput& input);

@@ -1,0 +1,257 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ProjectSession.h"
+
+#include "base/files.h"
+#include "base/titles.h"
+#include "project/CaseFile.h"
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace telvo::app {
+
+namespace {
+
+constexpr std::string_view Untitled = "Untitled";
+constexpr std::int16_t ProjectFileMode = 0;
+
+std::string withoutFolder(const std::string& path) {
+    return utf8FromPath(pathFromUtf8(path).filename());
+}
+
+std::string quoted(const std::string& path) {
+    return '"' + path + '"';
+}
+
+} // namespace
+
+ProjectSession::ProjectSession(SettingsStore& settings, Messages& messages, FileDialogs& dialogs)
+    : m_settings(settings), m_messages(messages), m_dialogs(dialogs) {
+    m_open.Project = project::newCase(m_settings.values().DefaultUnits);
+    m_open.copyProjectToWorking();
+}
+
+std::string ProjectSession::displayName() const {
+    return withoutFolder(project().FileName);
+}
+
+std::string ProjectSession::windowTitle() const {
+    return displayName() + (m_saved ? "" : "*");
+}
+
+void ProjectSession::changed() {
+    if (onChange) onChange();
+}
+
+void ProjectSession::FileNew() {
+    project::newCase(m_open.Project, m_settings.values().DefaultUnits, true);
+    m_open.copyProjectToWorking();
+    m_saved = m_empty = true;
+    m_named = false;
+    m_onDisk.reset();
+    m_messages.history("New project");
+    m_messages.status("File initialized. Use Edit-Project Parameters to enter data");
+    changed();
+}
+
+bool ProjectSession::LoadProjFile(const std::string& path) {
+    m_messages.status("Opening: " + path);
+    m_messages.history("Opening: " + path);
+    auto bytes = readFile(path);
+    if (!bytes) {
+        const Fault& fault = bytes.fault();
+        // A missing file is named by its message already.
+        const bool named = fault.message.find(path) != std::string::npos;
+        m_messages.tell(named ? fault.message : faultText(fault));
+        m_messages.status("File not opened");
+        return false;
+    }
+    project::ProjectCase record = project();
+    const project::CaseReading reading = project::readCaseText(*bytes, path, record);
+    if (!reading.accepted) {
+        m_messages.tell((reading.fault ? reading.fault->message : "Invalid file format") + '\n' +
+                        path);
+        m_messages.status("File not opened");
+        return false;
+    }
+    m_empty = false;
+    if (reading.fault) {
+        // What was read is kept, but under no name: a save cannot replace the damaged file.
+        record.FileName = Untitled;
+        m_open.Project = std::move(record);
+        m_saved = m_named = false;
+        m_onDisk.reset();
+        m_messages.tell(faultText(*reading.fault) +
+                        "\nThe items before it were read. The case is untitled.");
+        m_messages.status("File read in part");
+        changed();
+        return false;
+    }
+    record.FileName = path;
+    m_open.Project = std::move(record);
+    m_open.copyProjectToWorking();
+    m_saved = m_named = true;
+    m_onDisk = std::move(*bytes);
+    if (project().FileVersion < project::CurrentLevel)
+        m_messages.history("The file is of an older level; items that are not in it keep their "
+                           "previous values");
+    m_messages.status("File opened: " + displayName());
+    if (updateRecentFiles(m_settings.values(), {displayName(), ProjectFileMode, path}))
+        (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
+    changed();
+    return true;
+}
+
+std::string ProjectSession::fileFilter() const {
+    const std::string& extension = m_settings.values().FileExtension;
+    return extension + " Files (*." + extension + ")";
+}
+
+std::optional<std::string> ProjectSession::askSavePath() {
+    const bool hasFolder = pathFromUtf8(project().FileName).has_parent_path();
+    const std::string proposal =
+        hasFolder ? project().FileName : m_settings.values().DataPath + project().FileName;
+    return m_dialogs.saveFile("Save Project As", proposal, {fileFilter(), "All Files (*.*)"},
+                              m_settings.values().FileExtension);
+}
+
+bool ProjectSession::changedOnDisk(const std::string& path) const {
+    if (!m_onDisk || path != project().FileName) return false;
+    std::error_code error;
+    if (!std::filesystem::exists(pathFromUtf8(path), error)) return false; // a save brings it back
+    const auto bytes = readFile(path);
+    return !bytes || *bytes != *m_onDisk;
+}
+
+bool ProjectSession::FileMenuSave(bool saveAs) {
+    std::string path = project().FileName;
+    if (saveAs || !m_named) {
+        const auto chosen = askSavePath();
+        if (!chosen) {
+            m_messages.status("File not saved");
+            return false;
+        }
+        path = *chosen;
+    }
+    if (changedOnDisk(path) &&
+        m_messages.ask("The file was changed on disk since it was read: " + path +
+                           "\nReplace it with the case in the program?",
+                       Buttons::YesNo, Answer::No, {}) != Answer::Yes) {
+        m_messages.status("File not saved");
+        return false;
+    }
+    return saveTo(path);
+}
+
+bool ProjectSession::saveTo(const std::string& path) {
+    m_messages.status("Saving: " + path);
+    if (const Status saved = project::saveCaseFile(m_open.Project, path); !saved) {
+        m_messages.tell("The file was not saved. " + faultText(saved.fault()));
+        m_messages.status("File not saved");
+        return false;
+    }
+    m_saved = m_named = true;
+    m_empty = false;
+    auto bytes = readFile(path);
+    m_onDisk = bytes ? std::optional(std::move(*bytes)) : std::nullopt;
+    m_messages.history("File saved: " + path);
+    m_messages.status("File saved: " + displayName());
+    if (updateRecentFiles(m_settings.values(), {displayName(), ProjectFileMode, path}))
+        (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
+    changed();
+    return true;
+}
+
+bool ProjectSession::settleUnsaved() {
+    if (m_saved) return true;
+    const Answer answer = m_messages.ask("Save changes to: " + project().FileName + "?",
+                                         Buttons::YesNo, Answer::No, {});
+    return answer == Answer::Yes ? FileMenuSave(false) : answer == Answer::No;
+}
+
+bool ProjectSession::newCommand() {
+    if (!settleUnsaved()) return false;
+    FileNew();
+    return true;
+}
+
+bool ProjectSession::openCommand() {
+    const auto path = m_dialogs.openFile("Open Project File", m_settings.values().DataPath,
+                                         {fileFilter(), "All Files (*.*)"});
+    return path && settleUnsaved() && LoadProjFile(*path);
+}
+
+bool ProjectSession::openRecent(int slot) {
+    if (slot < 1 || slot > 4) return false;
+    const std::string path =
+        m_settings.values().RecentFiles[static_cast<std::size_t>(slot - 1)].LastFileLong;
+    return !path.empty() && settleUnsaved() && LoadProjFile(path);
+}
+
+bool ProjectSession::mayClose() {
+    if (m_saved) return true;
+    switch (m_messages.ask("Save changes to: " + project().FileName + "?", Buttons::YesNoCancel,
+                           Answer::Yes, {})) {
+    case Answer::Yes:
+        return FileMenuSave(false);
+    case Answer::No:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool ProjectSession::acceptParameters(const project::ProjectInput& values) {
+    const bool modified = values != project().Input;
+    m_open.Project.Input = values;
+    m_open.copyProjectToWorking();
+    m_empty = false;
+    if (modified) m_saved = false;
+    changed();
+    return modified;
+}
+
+bool ProjectSession::acceptDescription(std::string_view title, std::string_view description) {
+    const bool modified = title != project().Title || description != project().Description;
+    m_open.Project.Title = title;
+    m_open.Project.Description = description;
+    if (modified) m_saved = false;
+    changed();
+    return modified;
+}
+
+void ProjectSession::acceptConverted(project::ProjectCase converted) {
+    m_open.Project = std::move(converted);
+    m_open.copyProjectToWorking();
+    m_saved = m_named = false;
+    m_onDisk.reset();
+    m_messages.history("Case converted to " +
+                       std::string(project().Units == project::English ? "English" : "metric") +
+                       " units: " + displayName());
+    changed();
+}
+
+void ProjectSession::acceptRecovered(project::ProjectCase recovered) {
+    m_open.Project = std::move(recovered);
+    m_open.copyProjectToWorking();
+    m_saved = m_named = m_empty = false;
+    m_onDisk.reset();
+    m_messages.history("Unsaved case recovered: " + quoted(project().FileName));
+    m_messages.status("Unsaved case recovered");
+    changed();
+}
+
+RunOutcome ProjectSession::run(const project::ProjectCase& current, bool writePages) {
+    const Settings& settings = m_settings.values();
+    RunOptions options;
+    options.report = {settings.RoundTELVOSF, settings.OutputStrGradUnits, settings.OutputStrUnits};
+    options.writePages = writePages;
+    options.previousAnalysisCase = m_previousAnalysisCase;
+    RunOutcome outcome = runCase(current, options);
+    if (const auto* done = std::get_if<CaseRun>(&outcome); done && writePages)
+        m_previousAnalysisCase = done->results.AnalysisCase;
+    return outcome;
+}
+
+} // namespace telvo::app

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/caseRun.h"
+#include "app/SettingsStore.h"
+#include "base/FileDialogs.h"
+#include "base/Messages.h"
+#include "project/ProjectInput.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace telvo::app {
+
+/// The case that the desktop program has open, and the commands that open, save and replace it.
+/// Nothing of the user's is lost: what is unsaved is asked for before it goes, a failed save keeps
+/// the case unsaved, a damaged file is opened under no name, and a file that changed on disk since
+/// it was read is not overwritten unasked.
+class ProjectSession {
+  public:
+    ProjectSession(SettingsStore& settings, Messages& messages, FileDialogs& dialogs);
+
+    /// Called after every change of the case, its name or its saved state.
+    std::function<void()> onChange;
+
+    const project::ProjectCase& project() const { return m_open.Project; }
+    project::OpenCase& open() { return m_open; }
+    bool isSaved() const { return m_saved; }
+    bool isEmpty() const { return m_empty; }
+    /// File name without its folder.
+    std::string displayName() const;
+    /// Name in the title of the main window: with "*" when there are unsaved changes.
+    std::string windowTitle() const;
+
+    /// A new untitled case in the default units, without a question.
+    void FileNew();
+    /// Opens a file without a question. What does not open leaves the case and its name; a damaged
+    /// file opens as far as it could be read, untitled and unsaved.
+    bool LoadProjFile(const std::string& path);
+    /// Saves under the case's name, or, when it has none yet or `saveAs` is set, under one that is
+    /// asked for.
+    bool FileMenuSave(bool saveAs);
+
+    // The menu's commands: they ask about unsaved changes before these go.
+    bool newCommand();
+    bool openCommand();
+    /// A slot of the recent-files list, 1 to 4.
+    bool openRecent(int slot);
+    /// Query step of the shutdown: whether the window may close.
+    bool mayClose();
+
+    /// OK of the parameter form. Returned: whether the values differ from those of the project.
+    bool acceptParameters(const project::ProjectInput& values);
+    /// OK of the description form.
+    bool acceptDescription(std::string_view title, std::string_view description);
+    /// The case converted to the other unit system, under its new name, to be saved as.
+    void acceptConverted(project::ProjectCase converted);
+    /// A case that was kept when the program ended unexpectedly; it is unsaved and the first save
+    /// asks for its name.
+    void acceptRecovered(project::ProjectCase recovered);
+
+    /// A run with the report options of the settings; it remembers the loading condition.
+    RunOutcome run(const project::ProjectCase& current, bool writePages = true);
+
+  private:
+    /// Asks about unsaved changes. Returned: whether the command may go on.
+    bool settleUnsaved();
+    std::optional<std::string> askSavePath();
+    bool changedOnDisk(const std::string& path) const;
+    bool saveTo(const std::string& path);
+    void changed();
+    std::string fileFilter() const;
+
+    SettingsStore& m_settings;
+    Messages& m_messages;
+    FileDialogs& m_dialogs;
+    project::OpenCase m_open;
+    bool m_saved = true;
+    bool m_empty = true;
+    bool m_named = false;                ///< the name is that of a file which a save may replace
+    std::optional<std::string> m_onDisk; ///< the bytes of that file as last read or written
+    int m_previousAnalysisCase = 1;
+};
+
+} // namespace telvo::app

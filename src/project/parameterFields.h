@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "project/checks.h"
+#include "project/inputFields.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace telvo::project {
+
+/// Tabs of the parameter form, in the order of the input echo.
+enum class ParameterTab { DevelopmentGeometry, DefaultParameters, RetreatMining };
+
+/// One numeric text box of the parameter form.
+struct ParameterField {
+    std::string_view control; ///< its name
+    std::string ParameterTexts::*text;
+    ParameterTab tab;
+    std::string_view group; ///< frame on that tab
+    std::string_view label;
+    FieldKind kind;
+    std::string_view valid; ///< what the acceptance check wants
+};
+
+/// The text boxes in tab order, apart from the number of entries and the distances.
+std::span<const ParameterField> parameterFields();
+
+/// What the acceptance check wants of a center-to-center distance.
+inline constexpr std::string_view DistanceValid = "above the entry width";
+
+} // namespace telvo::project

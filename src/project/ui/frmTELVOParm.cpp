@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "project/ui/frmTELVOParm.h"
+
+#include "base/numbers.h"
+#include "base/titles.h"
+#include "base/ui/qtText.h"
+#include "base/ui/WindowPlaces.h"
+#include "project/advisories.h"
+#include "project/automatic.h"
+#include "project/parameterFields.h"
+
+#include <algorithm>
+#include <QApplication>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QSplitter>
+#include <set>
+#include <utility>
+
+namespace telvo::project::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+
+namespace {
+
+std::string distanceName(int i) {
+    return "txtXcutCenters_" + std::to_string(i);
+}
+
+bool haveEqualDistances(const ProjectInput& in) {
+    const int count = distanceCount(in);
+    if (count < 2 || !(in.XcutCenters[1] > 0)) return false;
+    for (int i = 2; i <= count; ++i)
+        if (in.XcutCenters[i] != in.XcutCenters[1]) return false;
+    return true;
+}
+
+} // namespace
+
+frmTELVOParm::frmTELVOParm(OpenCase& open, bool confirmCancel, ParameterActions actions,
+                           const telvo::ui::FormServices& services, QWidget* parent)
+    : Form("frmTELVOParm", titles::ProjectParameters, "ProjectInputParameters.htm", services,
+           parent),
+      m_open(open), m_actions(std::move(actions)), m_confirmCancel(confirmCancel) {
+    build();
+    m_open.copyProjectToWorking();
+    fill(m_open.Working);
+    connect(qApp, &QApplication::focusChanged, this, &frmTELVOParm::focusMoved);
+    Timer1.setSingleShot(true);
+    connect(&Timer1, &QTimer::timeout, this, [this] {
+        showFigures();
+        if (m_actions.makePicture) (void)m_picture.draw(trialCase());
+    });
+    messages().status("Editing Project Parameters");
+}
+
+frmTELVOParm::~frmTELVOParm() = default;
+
+void frmTELVOParm::showEvent(QShowEvent* event) {
+    Form::showEvent(event);
+    if (services().places) services().places->restore(*m_splitter);
+    box("txtEntryHeight").setFocus(Qt::OtherFocusReason);
+    Timer1.start(0);
+}
+
+void frmTELVOParm::fill(const ProjectInput& input) {
+    m_filling = true;
+    const ParameterTexts shown = textsFromInput(input);
+    for (const ParameterField& field : parameterFields())
+        box(std::string(field.control)).setText(toQt(shown.*field.text));
+    for (int i = 1; i < MaxEntries; ++i)
+        box(distanceName(i)).setText(toQt(shown.txtXcutCenters[i]));
+    m_entryCount->setText(toQt(shown.txtNumberEntries));
+    m_entries->setCurrentText(toQt(shown.txtNumberEntries));
+    check("chkAMZ").setChecked(shown.chkAMZ);
+    check("chkArch").setChecked(shown.chkArch);
+    check("chkRowA").setChecked(shown.chkRowA);
+    check("chkRowB").setChecked(shown.chkRowB);
+    check("chkRowC").setChecked(shown.chkRowC);
+    check("chkRowD").setChecked(shown.chkRowD);
+    check("chkEqual").setChecked(haveEqualDistances(input));
+    m_anal->button(shown.optAnal)->setChecked(true);
+    refresh();
+    m_filling = false;
+}
+
+ParameterTexts frmTELVOParm::texts() const {
+    ParameterTexts shown;
+    for (const ParameterField& field : parameterFields())
+        shown.*field.text = fromQt(box(std::string(field.control)).text());
+    for (int i = 1; i < MaxEntries; ++i)
+        shown.txtXcutCenters[i] = fromQt(box(distanceName(i)).text());
+    shown.txtNumberEntries = fromQt(m_entryCount->text());
+    shown.chkAMZ = check("chkAMZ").isChecked();
+    shown.chkArch = check("chkArch").isChecked();
+    shown.optAnal = static_cast<std::int16_t>(m_anal->checkedId());
+    shown.chkRowA = check("chkRowA").isChecked();
+    shown.chkRowB = check("chkRowB").isChecked();
+    shown.chkRowC = check("chkRowC").isChecked();
+    shown.chkRowD = check("chkRowD").isChecked();
+    return shown;
+}
+
+ProjectInput frmTELVOParm::values() const {
+    return inputFromTexts(m_open.Project.Input, texts());
+}
+
+ProjectCase frmTELVOParm::trialCase() {
+    m_open.Working = values();
+    return m_open.workingCase();
+}
+
+QCheckBox& frmTELVOParm::check(const char* name) const {
+    return *m_checks.at(name);
+}
+
+void frmTELVOParm::userEdited() {
+    if (m_filling) return;
+    m_filling = true; // what follows from the edit is no edit of its own
+    refresh();
+    m_filling = false;
+    showFigures();
+    Q_EMIT edited();
+}
+
+void frmTELVOParm::refresh() {
+    enableControls();
+    copyEqualSpacing();
+    showAutomaticValues();
+    markRefusals();
+}
+
+void frmTELVOParm::enableControls() {
+    box("txtBreadthAMZ").setEnabled(!check("chkAMZ").isChecked());
+    box("txtArchFactor").setEnabled(!check("chkArch").isChecked());
+    box("txtWidthC").setEnabled(check("chkRowC").isChecked());
+    box("txtWidthD").setEnabled(check("chkRowD").isChecked());
+    const int distances = std::clamp(leadingInteger(fromQt(m_entryCount->text())) - 1, 0, 9);
+    for (int i = 1; i < MaxEntries; ++i) {
+        const bool shown = i <= distances;
+        box(distanceName(i)).setVisible(shown);
+        findChild<QLabel*>(QStringLiteral("Label23_") + toQt(std::to_string(i)))->setVisible(shown);
+        box(distanceName(i)).setEnabled(i == 1 || !check("chkEqual").isChecked());
+    }
+}
+
+void frmTELVOParm::copyEqualSpacing() {
+    if (!check("chkEqual").isChecked()) return;
+    const int distances = distanceCount(values());
+    for (int i = 2; i <= distances; ++i)
+        box(distanceName(i)).setText(box(distanceName(1)).text());
+}
+
+void frmTELVOParm::showAutomaticValues() {
+    const ProjectInput in = values();
+    const std::int16_t units = m_open.Project.Units;
+    if (check("chkAMZ").isChecked())
+        if (const auto breadth = automaticAMZBreadth(in.DepthCover, units))
+            box("txtBreadthAMZ").setText(toQt(generalNumber(*breadth)));
+    if (!check("chkArch").isChecked()) return;
+    double width = 0;
+    for (int i = 1; i <= distanceCount(in); ++i)
+        width += in.XcutCenters[i];
+    const auto W = static_cast<float>(width);
+    const auto H = static_cast<float>(in.DepthCover);
+    if (W > 0 && H > 0) // while a value is being typed the factor waits
+        box("txtArchFactor").setText(toQt(generalNumber(formArchFactor(W, H, units))));
+}
+
+void frmTELVOParm::markRefusals() {
+    const std::vector<Refusal> refusals = acceptanceRefusals(texts());
+    for (auto& [name, edit] : m_boxes) {
+        const auto refused =
+            std::find_if(refusals.begin(), refusals.end(),
+                         [&, &control = name](const Refusal& r) { return r.control == control; });
+        telvo::ui::markRefused(*edit,
+                               refused == refusals.end() ? QString() : toQt(refused->message));
+    }
+}
+
+void frmTELVOParm::showFigures() {
+    if (!m_actions.figures) return;
+    ProjectCase shown = m_open.Project;
+    shown.Input = values();
+    const LiveFigures figures = m_actions.figures(shown);
+    const auto show = [this](const char* name, const std::string& text) {
+        m_figures.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
+    };
+    show("lblPanelWidth", figures.PanelWidth);
+    show("lblDevelopmentSF", figures.DevelopmentSF);
+    show("lblRetreatSF", figures.RetreatSF);
+    show("lblBarrierSF", figures.BarrierSF);
+}
+
+void frmTELVOParm::rowToggled(QCheckBox& row) {
+    if (m_filling) return;
+    if (row.isChecked())
+        if (const auto refused = checkLeavingRow(texts(), fromQt(row.objectName()))) {
+            tell(refused->message, refused->title);
+            row.setChecked(false);
+            return;
+        }
+    userEdited();
+}
+
+void frmTELVOParm::focusMoved(QWidget* old, QWidget* now) {
+    if (m_filling || m_advising || !old || !now || !isVisible() || old == now) return;
+    if (!isAncestorOf(old) || !isAncestorOf(now)) return;
+    m_pendingAdvisory.clear();
+    // Who gives up or asks for help is not held up.
+    static const std::set<QString> freeOfAdvice = {"cmdCancel", "cmdHelp"};
+    if (freeOfAdvice.contains(now->objectName()) || !qobject_cast<NumberEdit*>(old)) return;
+    m_pendingAdvisory = fromQt(old->objectName());
+    // A box in the middle of a mouse press would swallow the release.
+    QTimer::singleShot(0, this, &frmTELVOParm::showPendingAdvisory);
+}
+
+void frmTELVOParm::showPendingAdvisory() {
+    if (m_pendingAdvisory.empty()) return;
+    if (QApplication::mouseButtons() != Qt::NoButton) {
+        QTimer::singleShot(20, this, &frmTELVOParm::showPendingAdvisory);
+        return;
+    }
+    const std::string control = std::exchange(m_pendingAdvisory, {});
+    const auto edit = m_boxes.find(control);
+    if (edit != m_boxes.end())
+        showAdvisory(advisory(AdvisoryTrigger::FocusLeft, control, edit->second->value(),
+                              m_open.Project.Units));
+}
+
+void frmTELVOParm::showAdvisory(std::optional<std::string_view> text) {
+    if (!text || m_filling || m_advising) return;
+    m_advising = true;
+    tell("Warning: " + std::string(*text), titles::RangeWarning);
+    m_advising = false;
+}
+
+void frmTELVOParm::results() {
+    showPendingAdvisory();
+    if (!m_actions.results) return;
+    if (const auto refused = m_actions.results(trialCase())) refuse(*refused);
+}
+
+void frmTELVOParm::view() {
+    showPendingAdvisory();
+    if (!m_picture.draw) return;
+    if (const auto refused = m_picture.draw(trialCase())) tell(refused->message, refused->title);
+}
+
+void frmTELVOParm::copyPicture() {
+    if (!m_picture.image) return;
+    QApplication::clipboard()->setImage(m_picture.image());
+    messages().status("Panel layout copied to clipboard");
+}
+
+void frmTELVOParm::accept() {
+    showPendingAdvisory();
+    if (const auto refused = checkAcceptance(texts())) {
+        refuse(*refused);
+        return;
+    }
+    m_accepted = true;
+    const ProjectInput accepted = values();
+    m_modified = m_actions.accept && m_actions.accept(accepted);
+    m_open.Working = accepted;
+    Form::accept();
+}
+
+void frmTELVOParm::reject() {
+    m_pendingAdvisory.clear();
+    if (m_confirmCancel && ask("Changes in Input Data will be discarded. Proceed?", Buttons::YesNo,
+                               Answer::No, titles::Message) != Answer::Yes)
+        return;
+    Form::reject();
+}
+
+void frmTELVOParm::done(int result) {
+    if (services().places) services().places->save(*m_splitter);
+    const char* outcome =
+        m_modified ? "Project Parameters Modified" : "Project Parameters Not Modified";
+    messages().history(outcome);
+    messages().status(outcome);
+    Form::done(result);
+}
+
+} // namespace telvo::project::ui

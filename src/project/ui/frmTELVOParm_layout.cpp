@@ -1,0 +1,403 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The controls of the parameter form and where they lie; what they do is in frmTELVOParm.cpp.
+#include "base/ui/qtText.h"
+#include "project/advisories.h"
+#include "project/parameterFields.h"
+#include "project/ui/frmTELVOParm.h"
+#include "project/units.h"
+
+#include <algorithm>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSplitter>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace telvo::project::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+
+namespace {
+
+/// "ONE ACTIVE RETREAT SECTION" as a caption.
+QString sentenceCase(std::string_view name) {
+    const QString text = toQt(name);
+    return text.left(1) + text.mid(1).toLower();
+}
+
+QGridLayout* gridOf(QGroupBox& group) {
+    return qobject_cast<QGridLayout*>(group.layout());
+}
+
+/// Adds a caption and its box in the next row of a frame.
+void addRow(QGroupBox& group, const QString& caption, QWidget* field) {
+    auto* grid = gridOf(group);
+    const int row = grid->rowCount();
+    auto* label = new QLabel(caption, &group);
+    label->setBuddy(field);
+    grid->addWidget(label, row, 0);
+    grid->addWidget(field, row, 1);
+}
+
+QString labelWithUnit(const QString& label, const QString& unit) {
+    return unit.isEmpty() ? label : label + QStringLiteral(" (") + unit + ')';
+}
+
+int boxWidth(const QWidget& box) {
+    return box.fontMetrics().horizontalAdvance(QStringLiteral("00000000000"));
+}
+
+} // namespace
+
+void frmTELVOParm::build() {
+    auto* layout = new QVBoxLayout(this);
+    m_splitter = new QSplitter(Qt::Horizontal, this);
+    m_splitter->setObjectName("splParameters");
+    m_splitter->setChildrenCollapsible(false);
+    m_tabs = new QTabWidget(m_splitter);
+    m_tabs->setObjectName("SSTab1");
+    m_tabs->addTab(developmentTab(), tr("Development &Geometry"));
+    m_tabs->addTab(defaultsTab(), tr("Default &Parameters"));
+    m_tabs->addTab(retreatTab(), tr("Retreat &Mining"));
+    m_splitter->addWidget(m_tabs);
+    m_splitter->addWidget(sidePanel());
+    m_splitter->setStretchFactor(1, 1);
+    layout->addWidget(m_splitter, 1);
+    layout->addWidget(buttonRow());
+    setWindowTitle(windowTitle() + QStringLiteral(": ") +
+                   toQt(m_open.Project.FileName).section('/', -1));
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    setTabOrders();
+
+    for (auto& [name, edit] : m_boxes) {
+        connect(edit, &QLineEdit::textChanged, this, &frmTELVOParm::userEdited);
+        connect(edit, &NumberEdit::characterRefused, this,
+                [this](const QString& message) { tell(fromQt(message), "Invalid Character"); });
+    }
+}
+
+NumberEdit* frmTELVOParm::addNumber(const std::string& name, const QString& caption,
+                                    const QString& unit, const QString& valid) {
+    auto* edit = new NumberEdit(toQt(name), this);
+    edit->setAccessibleName(caption);
+    edit->setMinimumWidth(boxWidth(*edit));
+    edit->setMaximumWidth(2 * boxWidth(*edit));
+    edit->setToolTip(labelWithUnit(caption, unit) + QStringLiteral("\n") +
+                     tr("Valid: %1").arg(valid));
+    m_boxes[name] = edit;
+    return edit;
+}
+
+QGroupBox* frmTELVOParm::fieldGroup(int tab, const std::string& name) {
+    auto* group = new QGroupBox(toQt(name), this);
+    auto* grid = new QGridLayout(group);
+    grid->setColumnStretch(0, 1);
+    for (const ParameterField& field : parameterFields()) {
+        if (static_cast<int>(field.tab) != tab || field.group != name) continue;
+        // Angles are lettered as in the report.
+        const QString unit = field.kind == FieldKind::Angle
+                                 ? QStringLiteral("deg")
+                                 : toQt(fieldUnit(field.kind, m_open.Project.Units));
+        const QString label = toQt(field.label);
+        const QString full = tab == static_cast<int>(ParameterTab::RetreatMining)
+                                 ? label + QStringLiteral(", ") + toQt(name)
+                                 : label;
+        auto* edit = addNumber(std::string(field.control), full, unit, toQt(field.valid));
+        addRow(*group, labelWithUnit(label, unit), edit);
+    }
+    return group;
+}
+
+QCheckBox* frmTELVOParm::addCheck(QGroupBox& group, const char* name, const QString& caption,
+                                  const QString& tip) {
+    auto* box = new QCheckBox(caption, &group);
+    box->setObjectName(name);
+    box->setAccessibleName(QString(caption).remove('&'));
+    box->setToolTip(tip);
+    m_checks[name] = box;
+    auto* grid = gridOf(group);
+    grid->addWidget(box, grid->rowCount(), 0, 1, 2);
+    return box;
+}
+
+QWidget* frmTELVOParm::developmentTab() {
+    auto* page = new QWidget(this);
+    auto* layout = new QVBoxLayout(page);
+    auto* entries = fieldGroup(0, "Entries and Crosscuts");
+
+    m_entries = new QComboBox(entries);
+    m_entries->setObjectName("Combo1");
+    m_entries->setAccessibleName(tr("Choose the number of entries"));
+    m_entries->setToolTip(tr("Number of entries, 2 to 10"));
+    for (int i = 2; i <= MaxEntries; ++i)
+        m_entries->addItem(toQt(std::to_string(i)));
+    m_entryCount = new QLineEdit(entries);
+    m_entryCount->setObjectName("txtNumberEntries");
+    m_entryCount->setAccessibleName(tr("Number of Entries"));
+    m_entryCount->setToolTip(tr("Number of entries of the case; choose another one beside it"));
+    m_entryCount->setReadOnly(true);
+    m_entryCount->setFocusPolicy(Qt::NoFocus);
+    m_entryCount->setAlignment(Qt::AlignRight);
+    m_entryCount->setMaximumWidth(m_entryCount->fontMetrics().horizontalAdvance("00000"));
+    connect(m_entries, &QComboBox::activated, this, [this] {
+        m_entryCount->setText(m_entries->currentText());
+        userEdited();
+    });
+    auto* pair = new QWidget(entries);
+    auto* pairLayout = new QHBoxLayout(pair);
+    pairLayout->setContentsMargins({});
+    pairLayout->addWidget(m_entryCount);
+    pairLayout->addWidget(m_entries, 1);
+    auto* grid = gridOf(*entries);
+    auto* label = new QLabel(tr("&Number of Entries"), entries);
+    label->setBuddy(m_entries);
+    grid->addWidget(label, grid->rowCount(), 0);
+    grid->addWidget(pair, grid->rowCount() - 1, 1);
+
+    layout->addWidget(entries);
+    layout->addWidget(distancesGroup());
+    layout->addStretch(1);
+    return page;
+}
+
+QGroupBox* frmTELVOParm::distancesGroup() {
+    const QString unit = toQt(fieldUnit(FieldKind::Length, m_open.Project.Units));
+    auto* group = new QGroupBox(labelWithUnit(tr("Center to Center Distances"), unit), this);
+    auto* grid = new QGridLayout(group);
+    auto* equal = addCheck(*group, "chkEqual", tr("E&qual entry spacing"),
+                           tr("All distances are that of the first two entries"));
+    grid->addWidget(equal, 0, 0, 1, 6);
+    connect(equal, &QCheckBox::toggled, this, &frmTELVOParm::userEdited);
+    constexpr int perRow = 3;
+    for (int i = 1; i < MaxEntries; ++i) {
+        const QString number = toQt(std::to_string(i));
+        auto* edit =
+            addNumber("txtXcutCenters_" + std::to_string(i),
+                      tr("Center to Center Distance #%1").arg(number), unit, toQt(DistanceValid));
+        auto* label = new QLabel(QStringLiteral("#") + number, group);
+        label->setObjectName(QStringLiteral("Label23_") + number);
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        label->setBuddy(edit);
+        const int row = 1 + (i - 1) / perRow;
+        const int column = 2 * ((i - 1) % perRow);
+        grid->addWidget(label, row, column);
+        grid->addWidget(edit, row, column + 1);
+        grid->setColumnStretch(column + 1, 1);
+    }
+    return group;
+}
+
+QWidget* frmTELVOParm::defaultsTab() {
+    auto* page = new QWidget(this);
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(fieldGroup(1, "Rock"));
+    auto* zone = fieldGroup(1, "Active Mining Zone");
+    auto* AMZ = addCheck(*zone, "chkAMZ", tr("Set the breadth &automatically"),
+                         tr("5 times the square root of the depth of cover, in feet"));
+    auto* arch = fieldGroup(1, "Pressure Arch");
+    auto* factor = addCheck(*arch, "chkArch", tr("Set the &factor automatically"),
+                            tr("From the depth of cover and the panel width"));
+    layout->addWidget(zone);
+    layout->addWidget(arch);
+    layout->addStretch(1);
+    // The user's click, not the filling of the form, owes an advisory.
+    const auto automatic = [this](QCheckBox* check) {
+        connect(check, &QCheckBox::toggled, this, [this, check](bool on) {
+            if (m_filling) return;
+            userEdited();
+            if (!on)
+                showAdvisory(advisory(AdvisoryTrigger::Cleared, fromQt(check->objectName()), 0,
+                                      m_open.Project.Units));
+        });
+    };
+    automatic(AMZ);
+    automatic(factor);
+    return page;
+}
+
+QGroupBox* frmTELVOParm::loadingGroup() {
+    auto* group = new QGroupBox(tr("Loading Condition"), this);
+    auto* layout = new QVBoxLayout(group);
+    m_anal = new QButtonGroup(this);
+    m_anal->setObjectName("optAnal");
+    for (int anal = 0; anal <= 3; ++anal) {
+        auto* option = new QRadioButton(sentenceCase(LoadingConditionNames[anal]), group);
+        option->setObjectName(QStringLiteral("optAnal_") + toQt(std::to_string(anal)));
+        option->setAccessibleName(option->text());
+        option->setToolTip(tr("The gobs that the analysis counts with; the boxes of the others are "
+                              "kept but not used"));
+        m_anal->addButton(option, anal);
+        layout->addWidget(option);
+    }
+    connect(m_anal, &QButtonGroup::idToggled, this, [this](int anal, bool on) {
+        if (!on || m_filling) return;
+        userEdited();
+        showAdvisory(
+            advisory(AdvisoryTrigger::AnalSelected, "optAnal", anal, m_open.Project.Units));
+    });
+    return group;
+}
+
+QWidget* frmTELVOParm::retreatTab() {
+    auto* page = new QWidget(this);
+    auto* layout = new QGridLayout(page);
+    auto* active = fieldGroup(2, "Active Gob");
+    auto* first = fieldGroup(2, "First Gob");
+    auto* second = fieldGroup(2, "Second Gob");
+    const struct {
+        QGroupBox* group;
+        const char* name;
+        char row;
+    } rows[] = {{active, "chkRowA", 'A'},
+                {active, "chkRowB", 'B'},
+                {first, "chkRowC", 'C'},
+                {second, "chkRowD", 'D'}};
+    for (const auto& row : rows) {
+        auto* leave = addCheck(*row.group, row.name,
+                               tr("Leave pillar Row '&%1' in place").arg(QChar(row.row)),
+                               tr("Row %1 of pillars is left standing").arg(QChar(row.row)));
+        connect(leave, &QCheckBox::toggled, this, [this, leave] { rowToggled(*leave); });
+    }
+    // The width of a bleeder row stands below its box.
+    for (const auto& [group, name] : {std::pair{first, "txtWidthC"}, {second, "txtWidthD"}}) {
+        auto* grid = gridOf(*group);
+        QWidget* width = m_boxes.at(name);
+        auto* label = grid->itemAtPosition(grid->rowCount() - 2, 0)->widget();
+        grid->addWidget(label, grid->rowCount(), 0);
+        grid->addWidget(width, grid->rowCount() - 1, 1);
+    }
+    layout->addWidget(loadingGroup(), 0, 0);
+    layout->addWidget(active, 0, 1);
+    layout->addWidget(first, 1, 0);
+    layout->addWidget(second, 1, 1);
+    layout->setRowStretch(2, 1);
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(1, 1);
+    return page;
+}
+
+QWidget* frmTELVOParm::sidePanel() {
+    auto* panel = new QWidget(this);
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins({});
+    auto* figures = new QGroupBox(tr("With these values"), panel);
+    auto* form = new QFormLayout(figures);
+    const QString unit = toQt(fieldUnit(FieldKind::Length, m_open.Project.Units));
+    const struct {
+        const char* name;
+        QString caption;
+        QString tip;
+    } rows[] = {
+        {"lblPanelWidth", labelWithUnit(tr("Panel Width"), unit),
+         tr("Sum of the center to center distances")},
+        {"lblDevelopmentSF", tr("Stability Factor, Development"), tr("As the report prints it")},
+        {"lblRetreatSF", tr("Stability Factor, Retreat"), tr("As the report prints it")},
+        {"lblBarrierSF", tr("Governing Barrier Stability Factor"),
+         tr("The lowest of the barriers in use, development and retreat")}};
+    for (const auto& row : rows) {
+        auto* value = new QLabel(QStringLiteral("\u2013"), figures);
+        value->setObjectName(row.name);
+        value->setAccessibleName(row.caption);
+        value->setToolTip(row.tip);
+        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        m_figures[row.name] = value;
+        form->addRow(row.caption, value);
+    }
+    layout->addWidget(figures);
+    if (m_actions.makePicture) {
+        m_picture = m_actions.makePicture(panel);
+        m_picture.widget->setObjectName("Picture1");
+        m_picture.widget->setAccessibleName(tr("Panel layout"));
+        m_picture.widget->setMinimumSize(240, 200);
+        layout->addWidget(m_picture.widget, 1);
+    }
+    return panel;
+}
+
+QWidget* frmTELVOParm::buttonRow() {
+    auto* buttons = makeButtons();
+    addButton(*buttons, "cmdOK", tr("OK"), QDialogButtonBox::AcceptRole)
+        ->setToolTip(tr("Checks the values and takes them into the case"));
+    addButton(*buttons, "cmdCancel", tr("Cancel"), QDialogButtonBox::RejectRole)
+        ->setToolTip(tr("Closes the form and leaves the case as it was"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmTELVOParm::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &frmTELVOParm::reject);
+    const auto action = [&](const char* name, const QString& caption, const QString& tip,
+                            void (frmTELVOParm::*slot)()) {
+        auto* button = addButton(*buttons, name, caption, QDialogButtonBox::ActionRole);
+        button->setToolTip(tip);
+        connect(button, &QPushButton::clicked, this, slot);
+    };
+    action("cmdResults", tr("&Results"), tr("Runs the analysis on these values; the case stays"),
+           &frmTELVOParm::results);
+    if (m_actions.makePicture) {
+        action("cmdView", tr("&View"), tr("Draws the panel layout of these values"),
+               &frmTELVOParm::view);
+        action("cmdCopyClip", tr("&Copy Layout"), tr("Copies the panel layout to the clipboard"),
+               &frmTELVOParm::copyPicture);
+    }
+    return buttons;
+}
+
+void frmTELVOParm::setTabOrders() {
+    static constexpr const char* order[] = {"txtEntryHeight",
+                                            "txtDepthCover",
+                                            "txtXcutAngle",
+                                            "txtEntryWidth",
+                                            "txtXcutSpacing",
+                                            "Combo1",
+                                            "chkEqual",
+                                            "txtXcutCenters_1",
+                                            "txtXcutCenters_2",
+                                            "txtXcutCenters_3",
+                                            "txtXcutCenters_4",
+                                            "txtXcutCenters_5",
+                                            "txtXcutCenters_6",
+                                            "txtXcutCenters_7",
+                                            "txtXcutCenters_8",
+                                            "txtXcutCenters_9",
+                                            "txtCoalStrength",
+                                            "txtUnitWeight",
+                                            "txtBreadthAMZ",
+                                            "chkAMZ",
+                                            "txtArchFactor",
+                                            "chkArch",
+                                            "optAnal_0",
+                                            "optAnal_1",
+                                            "optAnal_2",
+                                            "optAnal_3",
+                                            "txtExtentActiveGob",
+                                            "txtAbutmentAngleActiveGob",
+                                            "chkRowA",
+                                            "chkRowB",
+                                            "txtExtentFirstGob",
+                                            "txtAbutmentAngleFirstGob",
+                                            "txtBarrierFirstGob",
+                                            "txtSlabcutFirstGob",
+                                            "chkRowC",
+                                            "txtWidthC",
+                                            "txtExtentSecondGob",
+                                            "txtAbutmentAngleSecondGob",
+                                            "txtBarrierSecondGob",
+                                            "txtSlabcutSecondGob",
+                                            "chkRowD",
+                                            "txtWidthD"};
+    QWidget* previous = m_tabs;
+    for (const char* name : order) {
+        auto* next = findChild<QWidget*>(name);
+        setTabOrder(previous, next);
+        previous = next;
+    }
+}
+
+} // namespace telvo::project::ui
