@@ -2,8 +2,10 @@
 #include "app/ProjectSession.h"
 
 #include "base/files.h"
-#include "base/titles.h"
+#include "base/numbers.h"
+#include "engine/driver.h"
 #include "project/CaseFile.h"
+#include "report/keyFigures.h"
 
 #include <filesystem>
 #include <system_error>
@@ -242,16 +244,39 @@ void ProjectSession::acceptRecovered(project::ProjectCase recovered) {
     changed();
 }
 
-RunOutcome ProjectSession::run(const project::ProjectCase& current, bool writePages) {
+RunOptions ProjectSession::runOptions() const {
     const Settings& settings = m_settings.values();
     RunOptions options;
     options.report = {settings.RoundTELVOSF, settings.OutputStrGradUnits, settings.OutputStrUnits};
-    options.writePages = writePages;
     options.previousAnalysisCase = m_previousAnalysisCase;
-    RunOutcome outcome = runCase(current, options);
-    if (const auto* done = std::get_if<CaseRun>(&outcome); done && writePages)
+    return options;
+}
+
+RunOutcome ProjectSession::run(const project::ProjectCase& current) {
+    RunOutcome outcome = runCase(current, runOptions());
+    if (const auto* done = std::get_if<CaseRun>(&outcome))
         m_previousAnalysisCase = done->results.AnalysisCase;
     return outcome;
+}
+
+project::KeyFigures ProjectSession::figures(const project::ProjectCase& current) const {
+    RunOptions options = runOptions();
+    options.writePages = false;
+    const RunOutcome outcome = runCase(current, options);
+    if (const auto* done = std::get_if<CaseRun>(&outcome))
+        return report::keyFigures({current, done->results, options.report, ModuleBuild});
+    project::KeyFigures figures;
+    double width = 0; // known before anything else is
+    for (int i = 1; i <= project::distanceCount(current.Input); ++i)
+        width += current.Input.XcutCenters[i];
+    if (width > 0) figures.PanelWidth = generalNumber(width, 10);
+    return figures;
+}
+
+std::string ProjectSession::inputEcho() const {
+    engine::AnalysisResults results;
+    results.AnalysisCase = engine::analysisCase(project().Input.Anal, m_previousAnalysisCase);
+    return report::inputEchoPage({project(), results, runOptions().report, ModuleBuild});
 }
 
 } // namespace telvo::app

@@ -5,6 +5,7 @@
 #include "app/SettingsStore.h"
 #include "base/FileDialogs.h"
 #include "base/Messages.h"
+#include "project/KeyFigures.h"
 #include "project/ProjectInput.h"
 
 #include <functional>
@@ -62,9 +63,15 @@ class ProjectSession {
     void acceptRecovered(project::ProjectCase recovered);
 
     /// A run with the report options of the settings; it remembers the loading condition.
-    RunOutcome run(const project::ProjectCase& current, bool writePages = true);
+    RunOutcome run(const project::ProjectCase& current);
+    /// The figures of a case without a run's traces; the panel width alone where it cannot be
+    /// computed.
+    project::KeyFigures figures(const project::ProjectCase& current) const;
+    /// Page 0 of the project, which needs no run.
+    std::string inputEcho() const;
 
   private:
+    RunOptions runOptions() const;
     /// Asks about unsaved changes. Returned: whether the command may go on.
     bool settleUnsaved();
     std::optional<std::string> askSavePath();

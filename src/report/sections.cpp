@@ -46,21 +46,6 @@ double barrierWidth(const ProjectInput& in, int k) {
     return k == FirstSide ? in.BarrierFirstGob : in.BarrierSecondGob;
 }
 
-/// Sides that take part in the loading condition and have a barrier.
-std::vector<int> barrierSides(const ReportSource& source) {
-    std::vector<int> sides;
-    for (int k = FirstSide; k <= source.results.AnalysisCase; ++k)
-        if (barrierWidth(source.current.Input, k) != 0) sides.push_back(k);
-    return sides;
-}
-
-/// Last pass that is shown: there is no retreat without an active gob.
-int lastPass(const ReportSource& source) {
-    const bool retreat =
-        source.results.AnalysisCase >= ActiveGob && source.current.Input.ExtentActiveGob != 0;
-    return retreat ? Retreat : Development;
-}
-
 /// A unit label in parentheses without its leading blank, as it stands under a column header.
 std::string_view columnUnit(std::string_view label) {
     return trimmed(label);
@@ -71,6 +56,23 @@ std::string force(double value) {
 }
 
 } // namespace
+
+std::vector<int> barrierSides(const ReportSource& source) {
+    std::vector<int> sides;
+    for (int k = FirstSide; k <= source.results.AnalysisCase; ++k)
+        if (barrierWidth(source.current.Input, k) != 0) sides.push_back(k);
+    return sides;
+}
+
+int lastPass(const ReportSource& source) {
+    const bool retreat =
+        source.results.AnalysisCase >= ActiveGob && source.current.Input.ExtentActiveGob != 0;
+    return retreat ? Retreat : Development;
+}
+
+std::string factorText(double factor, const ReportOptions& options) {
+    return formatPattern(RoundSF(factor, options.RoundTELVOSF), FactorPattern);
+}
 
 ReportUnits fixReportUnits(AnalysisResults& copy, std::int16_t units,
                            const ReportOptions& options) {
@@ -106,8 +108,7 @@ namespace {
 std::string factorLine(std::string_view label, double factor, const ReportOptions& options) {
     constexpr int leader = 45;
     constexpr int width = 6;
-    return DotLeader(label, leader) +
-           AlignValue(formatPattern(RoundSF(factor, options.RoundTELVOSF), FactorPattern), width);
+    return DotLeader(label, leader) + AlignValue(factorText(factor, options), width);
 }
 
 } // namespace

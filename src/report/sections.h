@@ -8,6 +8,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The six pages, one function each. Header lines, labels and footnotes are fixed texts; the values
 /// are right-aligned under their header words.
@@ -33,6 +34,13 @@ struct ReportSource {
     ReportOptions options;
     std::string_view build; ///< build of the module, for page 0
 };
+
+/// Sides (3, 4) that take part in the loading condition and have a barrier.
+std::vector<int> barrierSides(const ReportSource& source);
+/// Last pass that is shown: there is no retreat without an active gob.
+int lastPass(const ReportSource& source);
+/// A stability factor as the report prints it, rounded, without leading blanks.
+std::string factorText(double factor, const ReportOptions& options);
 
 std::string inputEchoPage(const ReportSource& source);
 std::string stabilityFactorPage(const ReportSource& source, const Warnings& warnings);

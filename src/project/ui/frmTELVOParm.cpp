@@ -186,7 +186,7 @@ void frmTELVOParm::showFigures() {
     if (!m_actions.figures) return;
     ProjectCase shown = m_open.Project;
     shown.Input = values();
-    const LiveFigures figures = m_actions.figures(shown);
+    const KeyFigures figures = m_actions.figures(shown);
     const auto show = [this](const char* name, const std::string& text) {
         m_figures.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
     };

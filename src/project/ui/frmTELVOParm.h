@@ -5,6 +5,7 @@
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "project/checks.h"
+#include "project/KeyFigures.h"
 #include "project/ProjectInput.h"
 
 #include <functional>
@@ -28,12 +29,6 @@ namespace telvo::project::ui {
 
 using telvo::ui::NumberEdit;
 
-/// What the form shows of the values on screen beside its boxes; empty texts where a figure cannot
-/// be computed.
-struct LiveFigures {
-    std::string PanelWidth, DevelopmentSF, RetreatSF, BarrierSF;
-};
-
 /// The picture of the panel layout, as the plotting side makes it.
 struct LayoutPicture {
     QWidget* widget = nullptr;
@@ -50,7 +45,7 @@ struct ParameterActions {
     /// refuses.
     std::function<std::optional<Refusal>(const ProjectCase&)> results;
     /// The figures of a case, silently.
-    std::function<LiveFigures(const ProjectCase&)> figures;
+    std::function<KeyFigures(const ProjectCase&)> figures;
     std::function<LayoutPicture(QWidget* parent)> makePicture;
 };
 

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "project/KeyFigures.h"
+#include "report/sections.h"
+
+namespace telvo::report {
+
+/// The key figures of a run, rounded as its report prints them.
+project::KeyFigures keyFigures(const ReportSource& source);
+
+} // namespace telvo::report
