@@ -58,7 +58,10 @@ frmTELVOParm::frmTELVOParm(OpenCase& open, bool confirmCancel, ParameterActions 
     messages().status("Editing Project Parameters");
 }
 
-frmTELVOParm::~frmTELVOParm() = default;
+frmTELVOParm::~frmTELVOParm() {
+    // The focus moves once more while the boxes are taken down.
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 void frmTELVOParm::showEvent(QShowEvent* event) {
     Form::showEvent(event);

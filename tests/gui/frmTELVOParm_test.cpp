@@ -1,0 +1,341 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "project/ui/frmTELVOParm.h"
+
+#include "app/caseRun.h"
+#include "GuiTest.h"
+#include "project/advisories.h"
+#include "project/CaseFile.h"
+
+#include <memory>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTabWidget>
+
+using namespace telvo;
+using namespace telvo::test;
+using project::ui::frmTELVOParm;
+
+namespace {
+
+constexpr std::string_view Discard =
+    "Project Parameters: Message: Changes in Input Data will be discarded. Proceed?";
+
+/// The form on an open case, with what its buttons hand out.
+struct OpenForm {
+    explicit OpenForm(project::ProjectCase current, bool confirmCancel = true) {
+        open.Project = std::move(current);
+        form = std::make_unique<frmTELVOParm>(
+            open, confirmCancel,
+            project::ui::ParameterActions{
+                [this](const project::ProjectInput& values) {
+                    const bool modified = values != open.Project.Input;
+                    open.Project.Input = values;
+                    ++accepted;
+                    return modified;
+                },
+                [this](const project::ProjectCase& trial) -> std::optional<Refusal> {
+                    trials.push_back(trial.Input);
+                    auto outcome = app::runCase(trial);
+                    if (auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
+                    return std::nullopt;
+                },
+                {},
+                {}},
+            ui::FormServices{messages, {}});
+        show(*form);
+    }
+    QString text(const char* name) { return control<QLineEdit>(*form, name).text(); }
+    int tab() { return control<QTabWidget>(*form, "SSTab1").currentIndex(); }
+    void chooseEntries(const char* count) {
+        auto& list = control<QComboBox>(*form, "Combo1");
+        list.setFocus();
+        list.setCurrentText(count);
+        Q_EMIT list.activated(list.currentIndex());
+    }
+
+    RecordedMessages messages;
+    project::OpenCase open;
+    std::vector<project::ProjectInput> trials;
+    int accepted = 0;
+    std::unique_ptr<frmTELVOParm> form;
+};
+
+/// A case that every check accepts and no advisory concerns.
+project::ProjectCase goodCase(std::int16_t units = project::English) {
+    project::ProjectCase current = project::newCase(units);
+    auto& in = current.Input;
+    in.EntryHeight = 6;
+    in.DepthCover = 1000;
+    in.EntryWidth = 20;
+    in.XcutSpacing = 90;
+    in.NumberEntries = 4;
+    in.XcutCenters[1] = in.XcutCenters[2] = in.XcutCenters[3] = 80;
+    in.BreadthAMZ = 158;
+    in.ArchFactor = 0.60F;
+    return current;
+}
+
+} // namespace
+
+class ParameterFormTest : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void opensOnTheProjectAndTakesItBackUnchanged();
+    void typedValuesReachTheProjectOnOk();
+    void everyRefusalShowsItsTabAndControl_data();
+    void everyRefusalShowsItsTabAndControl();
+    void automaticValuesFollowTheTyping();
+    void equalSpacingFollowsTheFirstDistanceAndTheCount();
+    void rowsAndSlabCutsExcludeEachOther();
+    void advisoriesComeOncePerLeave();
+    void cancelAsksWhenItIsToAsk();
+    void resultsComputeFromTheWorkingCopyAlone();
+    void everyControlIsNamedAndExplained();
+};
+
+void ParameterFormTest::opensOnTheProjectAndTakesItBackUnchanged() {
+    OpenForm f(goodCase());
+    QCOMPARE(f.messages.lastStatus(), "Editing Project Parameters");
+    QCOMPARE(f.text("txtArchFactor"), "0.6");
+    QVERIFY(control<QCheckBox>(*f.form, "chkEqual").isChecked());
+    QVERIFY(control(*f.form, "txtXcutCenters_3").isVisible());
+    QVERIFY(!control(*f.form, "txtXcutCenters_4").isVisible());
+    QVERIFY(!control(*f.form, "txtBreadthAMZ").isEnabled());
+    click(*f.form, "cmdOK");
+    QCOMPARE(f.accepted, 1);
+    QCOMPARE(f.messages.lastStatus(), "Project Parameters Not Modified");
+    QVERIFY(f.open.Project.Input == goodCase().Input);
+    QVERIFY(f.messages.asked.empty());
+}
+
+void ParameterFormTest::typedValuesReachTheProjectOnOk() {
+    OpenForm f(goodCase());
+    f.chooseEntries("5");
+    click(*f.form, "chkEqual"); // off
+    type(*f.form, "txtXcutCenters_4", "72,5");
+    type(*f.form, "txtXcutAngle", "60");
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex(2);
+    click(*f.form, "optAnal_2");
+    type(*f.form, "txtBarrierFirstGob", "150");
+    click(*f.form, "chkRowC");
+    type(*f.form, "txtWidthC", "55.5");
+    QTest::keyClick(f.form.get(), Qt::Key_Return); // OK is the default button
+    const auto& in = f.open.Project.Input;
+    QCOMPARE(in.NumberEntries, std::int16_t{5});
+    QCOMPARE(in.XcutCenters[4], 72.5);
+    QCOMPARE(in.XcutAngle, 60.0);
+    QCOMPARE(in.Anal, std::int16_t{2});
+    QCOMPARE(in.BarrierFirstGob, 150.0);
+    QCOMPARE(in.RowC, std::int16_t{1});
+    QCOMPARE(in.WidthC, 55.5F);
+    QVERIFY(f.open.Working == in);
+    QCOMPARE(f.messages.lastStatus(), "Project Parameters Modified");
+}
+
+void ParameterFormTest::everyRefusalShowsItsTabAndControl_data() {
+    QTest::addColumn<int>("anal");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("message");
+    const auto row = [](int anal, const char* name, const char* text, int tab,
+                        const char* message) {
+        QTest::newRow(name) << anal << QString(name) << QString(text) << tab << QString(message);
+    };
+    row(0, "txtEntryHeight", "0", 0, "Invalid entry height");
+    row(0, "txtDepthCover", "", 0, "Invalid depth of cover");
+    row(0, "txtXcutAngle", "29.9", 0,
+        "Crosscut Angle: Value '29.9' is outside input range Valid range is: 30-90");
+    row(0, "txtEntryWidth", "-1", 0, "Invalid entry width");
+    row(0, "txtXcutSpacing", "20", 0, "Invalid crosscut spacing");
+    row(0, "txtXcutCenters_2", "20", 0, "Entry spacing should be more than Entry Width");
+    row(0, "txtCoalStrength", "0", 1, "Invalid in situ coal strength");
+    row(0, "txtUnitWeight", "0", 1, "Invalid overburden unit weight");
+    row(0, "txtBreadthAMZ", "0", 1, "Invalid breadth of AMZ");
+    row(0, "txtArchFactor", "0.27", 1, "Invalid Arch Factor");
+    row(0, "txtWidthC", "0", 2, "Invalid Pillar Width for Row C");
+    row(0, "txtExtentActiveGob", "-1", 2, "Invalid extent of active gob");
+    row(1, "txtAbutmentAngleActiveGob", "91", 2, "Invalid abutment angle of active gob");
+    row(2, "txtSlabcutFirstGob", "1", 2, "Invalid extent of slab cut in barrier of first gob");
+    row(3, "txtBarrierSecondGob", "-1", 2, "Invalid extent of barrier of second gob");
+}
+
+void ParameterFormTest::everyRefusalShowsItsTabAndControl() {
+    QFETCH(int, anal);
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    QFETCH(int, tab);
+    QFETCH(QString, message);
+    project::ProjectCase current = goodCase();
+    current.Input.Anal = static_cast<std::int16_t>(anal);
+    current.Input.AMZ = current.Input.Arch = 0;
+    if (name == "txtWidthC") current.Input.RowC = 1;
+    OpenForm f(current);
+    click(*f.form, "chkEqual");
+    auto& box = control<QLineEdit>(*f.form, name.toUtf8());
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex(tab);
+    typeInto(box, text);
+    // Marked while it is typed, with the message as its tool tip.
+    QVERIFY(message.startsWith(box.toolTip().left(20)));
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex((tab + 1) % 3);
+    QTest::qWait(1);
+    f.messages.asked.clear();
+    f.form->accept();
+    QCOMPARE(QString::fromStdString(f.messages.asked.back()).section(": ", 2).replace('\n', ' '),
+             message);
+    QCOMPARE(f.tab(), tab);
+    QVERIFY(box.hasFocus());
+    QVERIFY(f.form->isVisible());
+    QCOMPARE(f.accepted, 0);
+}
+
+void ParameterFormTest::automaticValuesFollowTheTyping() {
+    OpenForm f(goodCase());
+    type(*f.form, "txtDepthCover", "500");
+    QCOMPARE(f.text("txtBreadthAMZ"), "112");  // 5 sqrt(500) = 111.8
+    QCOMPARE(f.text("txtArchFactor"), "0.79"); // 1 - 0.28 ln(500 / 240) = 0.7945
+    type(*f.form, "txtDepthCover", "");
+    QCOMPARE(f.text("txtArchFactor"), "0.79"); // waits for a depth
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex(1);
+    click(*f.form, "chkArch");
+    QCOMPARE(f.messages.asked.back(),
+             "Project Parameters: Range Warning: Warning: " + std::string(project::ArchAdvisory));
+    QVERIFY(control(*f.form, "txtArchFactor").isEnabled());
+    type(*f.form, "txtArchFactor", "0.9");
+    click(*f.form, "chkArch");
+    type(*f.form, "txtDepthCover", "500");
+    QCOMPARE(f.text("txtArchFactor"), "0.79");
+
+    // 300 m with 75 m of panel: 5 sqrt(984.25) ft = 47.8 m.
+    project::ProjectCase metric = goodCase(project::Metric);
+    metric.Input.DepthCover = 300;
+    OpenForm m(metric);
+    QCOMPARE(m.text("txtBreadthAMZ"), "48");
+}
+
+void ParameterFormTest::equalSpacingFollowsTheFirstDistanceAndTheCount() {
+    OpenForm f(goodCase());
+    QVERIFY(!control(*f.form, "txtXcutCenters_2").isEnabled());
+    type(*f.form, "txtXcutCenters_1", "100");
+    QCOMPARE(f.text("txtXcutCenters_3"), "100");
+    f.chooseEntries("6");
+    QCOMPARE(f.text("txtNumberEntries"), "6");
+    QCOMPARE(f.text("txtXcutCenters_5"), "100");
+    QVERIFY(control(*f.form, "txtXcutCenters_5").isVisible());
+    click(*f.form, "chkEqual");
+    QVERIFY(control(*f.form, "txtXcutCenters_5").isEnabled());
+    f.chooseEntries("2");
+    QVERIFY(!control(*f.form, "txtXcutCenters_2").isVisible());
+
+    project::ProjectCase uneven = goodCase();
+    uneven.Input.XcutCenters[3] = 70;
+    QVERIFY(!control<QCheckBox>(*OpenForm(uneven).form, "chkEqual").isChecked());
+}
+
+void ParameterFormTest::rowsAndSlabCutsExcludeEachOther() {
+    project::ProjectCase current = goodCase();
+    current.Input.Anal = 2;
+    current.Input.BarrierFirstGob = 100;
+    current.Input.SlabcutFirstGob = 40;
+    OpenForm f(current);
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex(2);
+    click(*f.form, "chkRowA");
+    QCOMPARE(f.messages.asked.back(),
+             "Project Parameters: Logic Error: Cannot leave Row A pillars when a slab cut is taken "
+             "from the first side barrier");
+    QVERIFY(!control<QCheckBox>(*f.form, "chkRowA").isChecked());
+    click(*f.form, "chkRowB");
+    QVERIFY(control<QCheckBox>(*f.form, "chkRowB").isChecked());
+    QCOMPARE(f.messages.asked.size(), std::size_t{1});
+}
+
+void ParameterFormTest::advisoriesComeOncePerLeave() {
+    OpenForm f(goodCase());
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex(1);
+    type(*f.form, "txtCoalStrength", "850");
+    QVERIFY(f.messages.asked.empty());
+    QTest::keyClick(&control(*f.form, "txtCoalStrength"), Qt::Key_Tab);
+    QTRY_COMPARE(f.messages.asked.size(), std::size_t{1});
+    QCOMPARE(f.messages.asked[0], "Project Parameters: Range Warning: Warning: " +
+                                      std::string(project::CoalStrengthAdvisory));
+    QTest::qWait(50);
+    QCOMPARE(f.messages.asked.size(), std::size_t{1});
+    // Never on the way to Cancel or Help.
+    control(*f.form, "txtCoalStrength").setFocus();
+    control(*f.form, "cmdHelp").setFocus();
+    QTest::qWait(50);
+    QCOMPARE(f.messages.asked.size(), std::size_t{1});
+    // Choosing the loading condition of two side gobs; but not when the form opens on it.
+    control<QTabWidget>(*f.form, "SSTab1").setCurrentIndex(2);
+    click(*f.form, "optAnal_3");
+    QCOMPARE(f.messages.asked.back(), "Project Parameters: Range Warning: Warning: " +
+                                          std::string(project::TwoSideGobsAdvisory));
+    project::ProjectCase two = goodCase();
+    two.Input.Anal = 3;
+    QVERIFY(OpenForm(two).messages.asked.empty());
+
+    // The metric defaults of a new case differ from the rounded figures of the data base.
+    OpenForm m(project::newCase(project::Metric));
+    control<QTabWidget>(*m.form, "SSTab1").setCurrentIndex(1);
+    control(*m.form, "txtUnitWeight").setFocus();
+    QTest::keyClick(&control(*m.form, "txtUnitWeight"), Qt::Key_Tab);
+    QTRY_COMPARE(m.messages.asked.size(), std::size_t{1});
+}
+
+void ParameterFormTest::cancelAsksWhenItIsToAsk() {
+    OpenForm f(goodCase());
+    type(*f.form, "txtEntryHeight", "7");
+    click(*f.form, "cmdCancel"); // answered No
+    QCOMPARE(f.messages.asked.back(), Discard);
+    QVERIFY(f.form->isVisible());
+    QTest::keyClick(f.form.get(), Qt::Key_Escape);
+    f.form->close();
+    QCOMPARE(f.messages.asked.size(), std::size_t{3});
+    QVERIFY(f.form->isVisible());
+    f.messages.answers = {Answer::Yes};
+    f.form->close();
+    QVERIFY(!f.form->isVisible());
+    QCOMPARE(f.messages.lastStatus(), "Project Parameters Not Modified");
+    QVERIFY(f.open.Project.Input == goodCase().Input);
+
+    OpenForm quiet(goodCase(), false);
+    click(*quiet.form, "cmdCancel");
+    QVERIFY(!quiet.form->isVisible() && quiet.messages.asked.empty());
+}
+
+void ParameterFormTest::resultsComputeFromTheWorkingCopyAlone() {
+    OpenForm f(goodCase());
+    type(*f.form, "txtEntryHeight", "7");
+    click(*f.form, "cmdResults");
+    QCOMPARE(f.trials.size(), std::size_t{1});
+    QCOMPARE(f.trials[0].EntryHeight, 7.0);
+    QCOMPARE(f.open.Working.EntryHeight, 7.0);
+    QCOMPARE(f.open.Project.Input.EntryHeight, 6.0);
+    type(*f.form, "txtEntryWidth", "0");
+    click(*f.form, "cmdResults");
+    QCOMPARE(f.messages.asked.back(), "Project Parameters: Range Error: Invalid entry width");
+    QVERIFY(control(*f.form, "txtEntryWidth").hasFocus());
+}
+
+void ParameterFormTest::everyControlIsNamedAndExplained() {
+    OpenForm f(goodCase());
+    for (auto* widget : f.form->findChildren<QWidget*>()) {
+        if (widget->focusPolicy() == Qt::NoFocus || widget->objectName().startsWith("qt_") ||
+            qobject_cast<QTabWidget*>(widget) || widget->objectName().isEmpty())
+            continue;
+        QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
+    }
+    for (auto* edit : f.form->findChildren<ui::NumberEdit*>())
+        QVERIFY2(edit->toolTip().contains("Valid: "), qPrintable(edit->objectName()));
+    type(*f.form, "txtEntryHeight", "6x");
+    QCOMPARE(f.messages.asked.back(),
+             "Project Parameters: Invalid Character: 'x' is not a character of a number");
+    QCOMPARE(f.text("txtEntryHeight"), "6");
+}
+
+QTEST_MAIN(ParameterFormTest)
+#include "frmTELVOParm_test.moc"
