@@ -47,7 +47,7 @@ void Form::showControl(const QString& name) {
 QDialogButtonBox* Form::makeButtons() {
     auto* box = new QDialogButtonBox(this);
     auto* picture =
-        addButton(*box, "cmdScreenshot", tr("Copy &Picture"), QDialogButtonBox::ResetRole);
+        addButton(*box, "cmdScreenshot", tr("Copy &Screen"), QDialogButtonBox::ResetRole);
     picture->setToolTip(tr("Copies a picture of this dialog to the clipboard"));
     connect(picture, &QPushButton::clicked, this, &Form::copyPicture);
     auto* helpButton = addButton(*box, "cmdHelp", tr("&Help"), QDialogButtonBox::HelpRole);

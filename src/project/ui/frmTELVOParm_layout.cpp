@@ -78,6 +78,8 @@ void frmTELVOParm::build() {
                    toQt(m_open.Project.FileName).section('/', -1));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setTabOrders();
+    const QSize least = sizeHint(); // with room for the picture beside the boxes
+    resize(least.width() * 13 / 10, least.height() * 11 / 10);
 
     for (auto& [name, edit] : m_boxes) {
         connect(edit, &QLineEdit::textChanged, this, &frmTELVOParm::userEdited);
@@ -343,7 +345,7 @@ QWidget* frmTELVOParm::buttonRow() {
     if (m_actions.makePicture) {
         action("cmdView", tr("&View"), tr("Draws the panel layout of these values"),
                &frmTELVOParm::view);
-        action("cmdCopyClip", tr("&Copy Layout"), tr("Copies the panel layout to the clipboard"),
+        action("cmdCopyClip", tr("Copy &Layout"), tr("Copies the panel layout to the clipboard"),
                &frmTELVOParm::copyPicture);
     }
     return buttons;
