@@ -95,21 +95,6 @@ int saveAs(project::ProjectCase current, const std::string& target, bool force) 
     return FileTrouble;
 }
 
-/// The automatic arch factor compares depth and width in the unit of the case, so that a conversion
-/// can change it, and with it every load.
-void tellArchFactorChange(const std::string& file, const project::ProjectCase& before,
-                          const project::ProjectCase& after) {
-    const app::RunOptions options{.report = {}, .writePages = false, .previousAnalysisCase = 1};
-    const auto was = app::runCase(before, options);
-    const auto is = app::runCase(after, options);
-    const auto* wasRun = std::get_if<app::CaseRun>(&was);
-    const auto* isRun = std::get_if<app::CaseRun>(&is);
-    if (!wasRun || !isRun || wasRun->results.ArchFactor == isRun->results.ArchFactor) return;
-    complain(file + ": the pressure arch factor changes from " +
-             generalNumber(wasRun->results.ArchFactor) + " to " +
-             generalNumber(isRun->results.ArchFactor) + " by the conversion");
-}
-
 } // namespace
 
 std::string versionText() {
@@ -218,7 +203,8 @@ int runConvert(const SaveRequest& request) {
         return Refused;
     }
     const int status = saveAs(converted, request.target, request.force);
-    if (status == AllGood) tellArchFactorChange(outcome.file, *outcome.current, converted);
+    const auto remark = project::archFactorRemark(*outcome.current, converted);
+    if (status == AllGood && remark) complain(outcome.file + ": " + *remark);
     return status;
 }
 

@@ -236,7 +236,7 @@ bool breaksAt(std::u32string_view line, std::size_t column) {
 
 /// Columns of the first piece of a line that is too long, by the rule of the description.
 std::size_t firstPieceLength(std::u32string_view line) {
-    constexpr std::size_t widest = 60;
+    constexpr std::size_t widest = DescriptionColumns;
     constexpr std::size_t narrowest = 40;
     if (breaksAt(line, widest)) return widest;
     // The search runs on a rest shorter than 60 columns too and may split it once more; files have
@@ -376,14 +376,13 @@ CaseReading readCaseFile(const std::string& path, ProjectCase& into) {
 }
 
 std::string normalisedDescription(std::string_view description) {
-    constexpr std::size_t longest = 60;
     std::string text(description);
     std::replace(text.begin(), text.end(), '\0', ' ');
     std::string out;
     for (std::string_view line : splitLines(text)) {
         const auto words = trimmed(line);
         if (words.empty()) continue;
-        if (characterCount(words) <= longest) {
+        if (characterCount(words) <= DescriptionColumns) {
             appendDescriptionLine(out, line);
             continue;
         }

@@ -16,6 +16,9 @@ inline constexpr int CurrentLevel = 53;
 /// A longer line in a case file is taken for damage.
 inline constexpr std::size_t MaxLineBytes = 65535;
 
+/// A save breaks the lines of the description that are longer than this many characters.
+inline constexpr std::size_t DescriptionColumns = 60;
+
 /// What came of reading a case file.
 struct CaseReading {
     bool accepted = false; ///< the tag is known; otherwise nothing of the record was changed

@@ -2,9 +2,12 @@
 #include "project/units.h"
 
 #include "base/numbers.h"
+#include "project/automatic.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -41,6 +44,22 @@ class Converter {
     bool m_toEnglish;
     std::string m_failed;
 };
+
+/// The folder of a file name with its separator, empty where there is none.
+std::string_view folderOf(std::string_view fileName) {
+    return fileName.substr(0, fileName.find_last_of("/\\") + 1);
+}
+
+/// What the parameter form shows for the inputs of a case.
+float automaticArchFactor(const ProjectCase& current) {
+    const ProjectInput& in = current.Input;
+    double width = 0;
+    for (int i = 1; i <= distanceCount(in); ++i)
+        width += in.XcutCenters[i];
+    constexpr double most = std::numeric_limits<float>::max();
+    const auto single = [most](double x) { return static_cast<float>(std::clamp(x, -most, most)); };
+    return formArchFactor(single(width), single(in.DepthCover), current.Units);
+}
 
 } // namespace
 
@@ -84,11 +103,33 @@ Status convertCase(ProjectCase& current) {
 
     current.Input = in;
     current.Units = target;
-    const auto slash = current.FileName.find_last_of("/\\");
-    const std::string base =
-        slash == std::string::npos ? current.FileName : current.FileName.substr(slash + 1);
-    current.FileName = (target == English ? "English_" : "Metric_") + base;
+    current.FileName = (target == English ? "English_" : "Metric_") +
+                       current.FileName.substr(folderOf(current.FileName).size());
     return success();
+}
+
+Result<ProjectCase> convertedCase(const ProjectCase& current) {
+    ProjectCase converted = current;
+    if (const Status done = convertCase(converted); !done) return done.fault();
+    converted.FileName.insert(0, folderOf(current.FileName));
+    return converted;
+}
+
+const std::string_view ConversionRoundingNote =
+    "Every converted value is rounded to two decimals. Converting the case back does not restore "
+    "its exact values.";
+const std::string_view ConversionUntouchedNote =
+    "Angles, an entered pressure arch factor, the number of entries and all options stay as they "
+    "are.";
+
+std::optional<std::string> archFactorRemark(const ProjectCase& before, const ProjectCase& after) {
+    if (before.Input.Arch == 0 || after.Input.Arch == 0) return std::nullopt;
+    const float was = automaticArchFactor(before);
+    const float is = automaticArchFactor(after);
+    // A depth or width at the end of the number range has no factor in feet.
+    if (was == is || !std::isfinite(was) || !std::isfinite(is)) return std::nullopt;
+    return "The automatic pressure arch factor changes from " + generalNumber(was) + " to " +
+           generalNumber(is) + " by the conversion";
 }
 
 } // namespace telvo::project

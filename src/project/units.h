@@ -5,6 +5,8 @@
 #include "project/ProjectInput.h"
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 namespace telvo::project {
@@ -46,5 +48,20 @@ std::string_view unitSummary(std::int16_t units);
 /// followed by the name without its folder.
 /// Faults: a value that leaves the range of its type; the case is then unchanged.
 Status convertCase(ProjectCase& current);
+
+/// The case in the other unit system, to lie beside the original: what convertCase() makes of a
+/// copy, in the folder of the case.
+Result<ProjectCase> convertedCase(const ProjectCase& current);
+
+/// What a user has to know before a conversion.
+extern const std::string_view ConversionRoundingNote;
+extern const std::string_view ConversionUntouchedNote;
+
+/// Tells of an automatic pressure arch factor that is another one after a conversion, mostly
+/// because its margin between depth and panel width is 80 ft or 80 m; nothing where it stays or is
+/// entered. Notes: the factor is that of the parameter form. The rule of the analysis has the same
+/// margins
+///        and departs from it only where single precision tips a rounding.
+std::optional<std::string> archFactorRemark(const ProjectCase& before, const ProjectCase& after);
 
 } // namespace telvo::project

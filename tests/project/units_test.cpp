@@ -91,6 +91,39 @@ TEST(Conversion, RoundsHalfToEvenAndRefusesWhatOverflows) {
     EXPECT_EQ(huge, before);
 }
 
+TEST(Conversion, ACopyStaysInTheFolderOfTheCase) {
+    const char* rows[][2] = {{"folder/Deep.TLV", "folder/Metric_Deep.TLV"},
+                             {"C:\\cases\\Deep.TLV", "C:\\cases\\Metric_Deep.TLV"},
+                             {"/Deep.TLV", "/Metric_Deep.TLV"},
+                             {"Untitled", "Metric_Untitled"}};
+    for (const auto& [name, converted] : rows) {
+        ProjectCase current = newCase(English);
+        current.FileName = name;
+        EXPECT_EQ(convertedCase(current)->FileName, converted);
+        EXPECT_EQ(current.Units, English);
+    }
+}
+
+TEST(Conversion, TellsWhereTheMarginsDisagreeOnTheArchFactor) {
+    // Depth less width, here 600 - 400 = 200 ft, is more than 80 ft but less than 80 m.
+    ProjectCase current = newCase(English);
+    current.Input.NumberEntries = 3;
+    current.Input.XcutCenters[1] = current.Input.XcutCenters[2] = 200;
+    const auto remark = [&] { return archFactorRemark(current, *convertedCase(current)); };
+    current.Input.DepthCover = 600; // 1 - 0.28 ln 1.5 = 0.8865
+    EXPECT_EQ(remark(), "The automatic pressure arch factor changes from 0.89 to 1 by the "
+                        "conversion");
+    current.Input.Arch = 0;
+    EXPECT_EQ(remark(), std::nullopt) << "an entered factor stays";
+    current.Input.Arch = 1;
+    for (const double depth : {470.0, 800.0}) { // below and above both margins
+        current.Input.DepthCover = depth;
+        EXPECT_EQ(remark(), std::nullopt) << depth;
+    }
+    current.Input.DepthCover = current.Input.XcutCenters[1] = 1e300;
+    EXPECT_EQ(remark(), std::nullopt) << "no factor that is not a number";
+}
+
 TEST(UnitLabels, OddPairsOfTheTable) {
     const std::tuple<Quantity, const char*, const char*> rows[] = {
         {Quantity::Tons, " (tons)", " (tn)"},

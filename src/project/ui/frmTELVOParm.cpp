@@ -7,6 +7,7 @@
 #include "base/ui/WindowPlaces.h"
 #include "project/advisories.h"
 #include "project/automatic.h"
+#include "project/description.h"
 #include "project/parameterFields.h"
 
 #include <algorithm>
@@ -168,10 +169,12 @@ void frmTELVOParm::showAutomaticValues() {
     double width = 0;
     for (int i = 1; i <= distanceCount(in); ++i)
         width += in.XcutCenters[i];
-    const auto W = static_cast<float>(width);
-    const auto H = static_cast<float>(in.DepthCover);
-    if (W > 0 && H > 0) // while a value is being typed the factor waits
-        box("txtArchFactor").setText(toQt(generalNumber(formArchFactor(W, H, units))));
+    // While a value is being typed the factor waits; nothing mines beyond single precision.
+    constexpr double most = 1E30;
+    if (!(width > 0 && width < most && in.DepthCover > 0 && in.DepthCover < most)) return;
+    const float factor =
+        formArchFactor(static_cast<float>(width), static_cast<float>(in.DepthCover), units);
+    box("txtArchFactor").setText(toQt(generalNumber(factor)));
 }
 
 void frmTELVOParm::markRefusals() {
@@ -275,8 +278,8 @@ void frmTELVOParm::accept() {
 
 void frmTELVOParm::reject() {
     m_pendingAdvisory.clear();
-    if (m_confirmCancel && ask("Changes in Input Data will be discarded. Proceed?", Buttons::YesNo,
-                               Answer::No, titles::Message) != Answer::Yes)
+    if (m_confirmCancel &&
+        ask(DiscardQuestion, Buttons::YesNo, Answer::No, titles::Message) != Answer::Yes)
         return;
     Form::reject();
 }
