@@ -73,13 +73,11 @@ std::vector<Sheet> layOutSheets(std::span<const std::string> pages, const SheetH
     const auto columns = std::max<std::size_t>(size.columns, 1);
     std::vector<Sheet> sheets;
     for (const std::string& page : pages) {
-        auto lines = splitLines(page);
-        while (!lines.empty() && trimmed(lines.back()).empty())
-            lines.pop_back();
         std::size_t room = 0; // lines left on the sheet
-        for (const auto line : lines)
+        for (const auto line : splitLines(page))
             for (const auto piece : pieces(line, columns)) {
                 if (room == 0) {
+                    if (trimmed(piece).empty()) continue;
                     sheets.push_back(begunSheet(heading, sheets.size() + 1, columns));
                     const auto used = sheets.back().size();
                     room = size.lines > used ? size.lines - used : 1;

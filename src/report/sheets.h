@@ -31,7 +31,7 @@ using Sheet = std::vector<std::string>;
 inline constexpr int ReportColumns = 87;
 
 /// The sheets of some report pages. Every page begins a new sheet, and so does a line that no
-/// longer fits; sheets are numbered through. Blank lines that end a page are dropped.
+/// longer fits; sheets are numbered through. No sheet begins with a blank line.
 /// Notes: 1) a line wider than the sheet goes on in the next line;
 ///        2) a file name that is too long for the heading loses its middle there.
 std::vector<Sheet> layOutSheets(std::span<const std::string> pages, const SheetHeading& heading,

@@ -32,15 +32,15 @@ TEST(Sheets, HeadingNamesDateFileUnitsAndSheet) {
                                 "File Name: /mines/north.TLV", string(70, '-'), "", "second"}));
 }
 
-TEST(Sheets, ALineThatNoLongerFitsBeginsASheetAndBlankEndsDoNot) {
+TEST(Sheets, ALineThatNoLongerFitsBeginsASheetUnlessItIsBlank) {
     // Room for three lines under the heading.
-    const vector<string> pages = {"1\r\n2\r\n3\r\n", "a\r\n\r\nc\r\nd\r\n\r\n\r\n\r\n", "\r\n",
+    const vector<string> pages = {"1\r\n2\r\n3\r\n", "a\r\n\r\nc\r\n\r\nd\r\n\r\n", "\r\n",
                                   "x\r\ny\r\nz\r\n\r\n"};
     const auto sheets = layOutSheets(pages, Heading, {HeadingLines + 3, 87});
     ASSERT_EQ(sheets.size(), 4U);
     EXPECT_EQ(body(sheets[0]), (vector<string>{"1", "2", "3"}));
     EXPECT_EQ(body(sheets[1]), (vector<string>{"a", "", "c"}));
-    EXPECT_EQ(body(sheets[2]), (vector<string>{"d"}));
+    EXPECT_EQ(body(sheets[2]), (vector<string>{"d", ""}));
     EXPECT_EQ(body(sheets[3]), (vector<string>{"x", "y", "z"}));
     for (std::size_t i = 0; i < sheets.size(); ++i)
         EXPECT_TRUE(sheets[i][0].ends_with(" Page: " + std::to_string(i + 1))) << sheets[i][0];
