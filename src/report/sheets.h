@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+/// Report pages as they stand on printed sheets.
+namespace telvo::report {
+
+/// What is printed above every sheet.
+struct SheetHeading {
+    std::string FileName;             // of the case, with its folder
+    std::int16_t Units = 0;           // of the case: 0 English, 1 metric
+    std::string moduleBuild;          // empty: no module header
+    std::chrono::year_month_day date; // of printing
+};
+
+/// Room of one sheet, in lines and columns of its fixed-pitch font.
+struct SheetSize {
+    std::size_t lines = 60;
+    std::size_t columns = 87;
+};
+
+/// The lines of one sheet, its heading included.
+using Sheet = std::vector<std::string>;
+
+/// Columns of the widest line of a report; with as many, no table line is broken.
+inline constexpr int ReportColumns = 87;
+
+/// The sheets of some report pages. Every page begins a new sheet, and so does a line that no
+/// longer fits; sheets are numbered through. No sheet begins with a blank line.
+/// Notes: 1) a line wider than the sheet goes on in the next line;
+///        2) a file name that is too long for the heading loses its middle there.
+std::vector<Sheet> layOutSheets(std::span<const std::string> pages, const SheetHeading& heading,
+                                const SheetSize& size);
+
+/// A date as "m/d/yyyy", without leading zeros.
+std::string shortDate(const std::chrono::year_month_day& date);
+
+/// A file name without its folder, whichever way the folder is separated.
+std::string withoutFolder(const std::string& path);
+
+/// What the user is told when a print job came to nothing.
+/// Given: target  name of the printer or path of the file
+///        isFile  whether `target` is a file
+std::string printFault(const std::string& target, bool isFile);
+
+} // namespace telvo::report

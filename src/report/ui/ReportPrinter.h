@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Messages.h"
+#include "report/sheets.h"
+
+#include <memory>
+#include <QFont>
+#include <QString>
+#include <string>
+#include <vector>
+
+class QPrinter;
+class QWidget;
+
+namespace telvo::report::ui {
+
+class PrintDialogs;
+
+/// Report pages on their way to paper.
+struct PrintJob {
+    std::vector<std::string> pages; ///< lines ended by CR LF
+    SheetHeading heading;
+};
+
+/// Prints report pages and keeps the printer that was chosen for as long as the program runs.
+class ReportPrinter {
+  public:
+    ReportPrinter(Messages& messages, PrintDialogs& dialogs);
+    ~ReportPrinter();
+
+    /// Asks for the printer and prints. A printer or file that cannot be written is told.
+    /// Returned: false when nothing was printed.
+    bool print(const PrintJob& job, QWidget* parent, const QString& title);
+    /// Lets the user choose printer and orientation. Returned: false for Cancel.
+    bool setUp(QWidget* parent);
+
+    /// The printer of the session. It is made when it is first asked for, because the system's
+    /// printers are looked up then, which takes its time.
+    QPrinter& printer();
+
+  private:
+    void rememberPdfFolder();
+
+    Messages& m_messages;
+    PrintDialogs& m_dialogs;
+    std::unique_ptr<QPrinter> m_printer;
+    QString m_pdfFolder; ///< where the last PDF went; empty: none yet
+};
+
+/// Paints the sheets of a job for the paper of `printer`, one copy of them or as many as are set.
+/// Returned: false when the printer did not take them.
+bool paint(QPrinter& printer, const PrintJob& job, bool allCopies);
+
+/// The fixed-pitch font of this system, in which reports are shown and printed.
+QFont reportFont();
+
+} // namespace telvo::report::ui

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "report/ui/frmResTxtPlt.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/titles.h"
+#include "base/ui/frmPopUp.h"
+#include "base/ui/qtText.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QStyle>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace telvo::report::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+using telvo::ui::toQtLines;
+
+namespace {
+
+constexpr char HelpTopic[] = "InterpretationOfTELVOStabilityFactors.htm";
+constexpr std::size_t MessageBoxCharacters = 1024; // a longer text needs a window of its own
+constexpr int VisibleLines = 36;
+
+} // namespace
+
+frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& services,
+                           ReportPrinter& printer, QWidget* parent)
+    : Form("frmResTxtPlt", titles::Results, HelpTopic, services, parent), m_view(std::move(view)),
+      m_printer(printer) {
+    setWindowFlags(Qt::Window); // a window beside the main one, with all of its buttons
+    setWindowTitle(toQt(titles::Results) + toQt(withoutFolder(m_view.heading.FileName)));
+
+    m_text = new QPlainTextEdit(this);
+    m_text->setObjectName("RichTextBox1");
+    m_text->setAccessibleName(tr("Report page"));
+    m_text->setToolTip(tr("Select text and press Ctrl+C to copy a part of the page"));
+    m_text->setReadOnly(true);
+    m_text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_text->setTabChangesFocus(true);
+    m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_text->setFont(reportFont());
+
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(makePageRow());
+    layout->addWidget(m_text, 1);
+
+    auto* buttons = makeButtons();
+    // The help button that every form has carries this window's own name for it.
+    findChild<QPushButton*>("cmdHelp")->setObjectName("Command10");
+    if (m_view.viewPlots)
+        buttons->addButton(button("cmdViewPlots", tr("&View Plots"),
+                                  tr("Shows the plots of this run"), &frmResTxtPlt::viewPlots),
+                           QDialogButtonBox::ActionRole);
+    auto* close = addButton(*buttons, "Command1", tr("Cl&ose"), QDialogButtonBox::RejectRole);
+    close->setToolTip(tr("Closes this window (Esc)"));
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+    layout->addWidget(buttons);
+
+    // The widest line of a report is seen as a whole.
+    const QFontMetrics metrics(m_text->font());
+    const int frame = 2 * m_text->frameWidth() + m_text->verticalScrollBar()->sizeHint().width();
+    const int width = metrics.horizontalAdvance(QString(ReportColumns + 2, '0')) + frame +
+                      2 * static_cast<int>(m_text->document()->documentMargin());
+    m_text->setFocus();
+    m_text->setMinimumWidth(width / 2);
+    const QMargins margins = layout->contentsMargins();
+    resize(std::max(width + margins.left() + margins.right(), sizeHint().width()),
+           metrics.lineSpacing() * VisibleLines + sizeHint().height() / 2);
+    showPage();
+}
+
+QPushButton* frmResTxtPlt::button(const QString& name, const QString& caption,
+                                  const QString& toolTip, void (frmResTxtPlt::*action)()) {
+    auto* made = new QPushButton(caption, this);
+    made->setObjectName(name);
+    made->setAccessibleName(QString(caption).remove('&'));
+    made->setToolTip(toolTip);
+    made->setAutoDefault(false);
+    connect(made, &QPushButton::clicked, this, action);
+    return made;
+}
+
+QHBoxLayout* frmResTxtPlt::makePageRow() {
+    m_previous = button("Command5", tr("Pr&evious Page"),
+                        tr("Shows the page before (Ctrl+Page Up)"), &frmResTxtPlt::previousPage);
+    m_next = button("cmdNextPage", tr("&Next Page"), tr("Shows the page after (Ctrl+Page Down)"),
+                    &frmResTxtPlt::nextPage);
+    // The keys without Ctrl scroll the page that is shown.
+    makeShortcut(Qt::CTRL | Qt::Key_PageUp, m_previous);
+    makeShortcut(Qt::CTRL | Qt::Key_PageDown, m_next);
+    m_pageLabel = new QLabel(this);
+    m_pageLabel->setObjectName("lblPage");
+    m_pageLabel->setAccessibleName(tr("Page of the report"));
+    m_pageLabel->setToolTip(tr("Page 0 repeats the input, pages 1 to 5 are the results"));
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_previous);
+    row->addWidget(m_pageLabel);
+    row->addWidget(m_next);
+    row->addStretch(1);
+    row->addSpacing(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
+    row->addWidget(button("cmdCopyPage", tr("&Copy Page"),
+                          tr("Copies the page that is shown to the clipboard"),
+                          &frmResTxtPlt::copyPage));
+    row->addWidget(button("cmdCopyAll", tr("Copy &All"),
+                          tr("Copies all six pages to the clipboard"), &frmResTxtPlt::copyAll));
+    row->addWidget(button("Command3", tr("P&rint Page"), tr("Prints the page that is shown"),
+                          &frmResTxtPlt::printPage));
+    row->addWidget(
+        button("Command6", tr("Pr&int All"), tr("Prints all six pages"), &frmResTxtPlt::printAll));
+    row->addWidget(button("cmdPrinterSetup", tr("Printer Set&up"),
+                          tr("Chooses the printer and the orientation of the paper"),
+                          &frmResTxtPlt::setUpPrinter));
+    return row;
+}
+
+void frmResTxtPlt::makeShortcut(const QKeySequence& key, QPushButton* target) {
+    connect(new QShortcut(key, this), &QShortcut::activated, target, &QPushButton::click);
+}
+
+void frmResTxtPlt::load() {
+    showWarnings();
+    nextPage();
+    show();
+    messages().status("Results displayed");
+}
+
+void frmResTxtPlt::showWarnings() {
+    constexpr char title[] = "TELVO Warnings";
+    const std::string& text = m_view.WarningSummary;
+    if (text.empty()) return;
+    if (characterCount(text) <= MessageBoxCharacters)
+        messages().tell(text, title);
+    else
+        telvo::ui::frmPopUp(title, text, HelpTopic, services(), parentWidget()).exec();
+}
+
+void frmResTxtPlt::nextPage() {
+    if (m_page < LastReportPage) ++m_page;
+    showPage();
+}
+
+void frmResTxtPlt::previousPage() {
+    if (m_page > 0) --m_page;
+    showPage();
+}
+
+void frmResTxtPlt::showPage() {
+    const QWidget* pressed = focusWidget();
+    m_text->setPlainText(toQtLines(m_view.pages[static_cast<std::size_t>(m_page)]));
+    m_pageLabel->setText(tr("Page %1 of %2").arg(m_page).arg(LastReportPage));
+    m_next->setEnabled(m_page < LastReportPage);
+    m_previous->setEnabled(m_page > 0);
+    // A button that turns itself off must not leave the keyboard on a button of another kind.
+    if (pressed && !pressed->isEnabled()) m_text->setFocus();
+}
+
+void frmResTxtPlt::copyPage() {
+    copy(m_view.pages[static_cast<std::size_t>(m_page)]);
+    messages().status("Output page #" + generalNumber(m_page) + " copied to clipboard");
+}
+
+void frmResTxtPlt::copyAll() {
+    std::string all;
+    for (const std::string& page : m_view.pages)
+        all += page;
+    copy(all);
+    messages().status("Output copied to clipboard");
+}
+
+void frmResTxtPlt::copy(const std::string& text) {
+    QApplication::clipboard()->setText(toQtLines(text));
+}
+
+void frmResTxtPlt::printPage() {
+    messages().status("Current page printed");
+    print(std::span(m_view.pages).subspan(static_cast<std::size_t>(m_page), 1), tr("Print Page"));
+}
+
+void frmResTxtPlt::printAll() {
+    messages().status("All pages printed");
+    print(m_view.pages, tr("Print All Pages"));
+}
+
+// The status stands before the print dialog opens, and is replaced when nothing is printed.
+void frmResTxtPlt::print(std::span<const std::string> pages, const QString& title) {
+    if (!m_printer.print({{pages.begin(), pages.end()}, m_view.heading}, this, title))
+        messages().status("Printing aborted");
+    showPage();
+}
+
+void frmResTxtPlt::setUpPrinter() {
+    m_printer.setUp(this);
+}
+
+void frmResTxtPlt::viewPlots() {
+    m_view.viewPlots();
+}
+
+} // namespace telvo::report::ui

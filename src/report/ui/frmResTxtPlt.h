@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/ui/Form.h"
+#include "report/ReportWriter.h"
+#include "report/ui/ReportPrinter.h"
+
+#include <functional>
+#include <span>
+
+class QHBoxLayout;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace telvo::report::ui {
+
+/// What the results window shows of one run.
+struct ResultsView {
+    ReportPages pages;
+    std::string WarningSummary;      ///< depth and stability-factor warnings; may be empty
+    SheetHeading heading;            ///< case name, units, module header and date of printed sheets
+    std::function<void()> viewPlots; ///< empty: there is no such button
+};
+
+/// The results window: the six pages of a run one at a time, on paper and on the clipboard.
+class frmResTxtPlt : public telvo::ui::Form {
+    Q_OBJECT
+  public:
+    frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& services, ReportPrinter& printer,
+                 QWidget* parent = nullptr);
+
+    /// Puts the warnings before the user and then shows the window, not modal, on page 1.
+    void load();
+
+  private:
+    QPushButton* button(const QString& name, const QString& caption, const QString& toolTip,
+                        void (frmResTxtPlt::*action)());
+    QHBoxLayout* makePageRow();
+    void makeShortcut(const QKeySequence& key, QPushButton* target);
+    void nextPage();
+    void previousPage();
+    void showPage();
+    void copyPage();
+    void copyAll();
+    void printPage();
+    void printAll();
+    void setUpPrinter();
+    void viewPlots();
+    void showWarnings();
+    void copy(const std::string& text);
+    void print(std::span<const std::string> pages, const QString& title);
+
+    ResultsView m_view;
+    ReportPrinter& m_printer;
+    std::int16_t m_page = 0;
+    QLabel* m_pageLabel = nullptr;
+    QPushButton* m_next = nullptr;
+    QPushButton* m_previous = nullptr;
+    QPlainTextEdit* m_text = nullptr;
+};
+
+} // namespace telvo::report::ui
