@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "project/checks.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,6 +27,8 @@ struct Range {
 constexpr Range AnyNumber = {};
 constexpr Range Switch = {0, 1};
 constexpr Range FontSwitch = {-1, 0};
+constexpr Range HistorySize = {4096, 16384};
+constexpr Range PlotRange = {0, 150};
 
 /// One key: where it stands, which value it holds, what an absent key reads as, and its range.
 struct Key {
@@ -44,7 +47,7 @@ struct Key {
 constexpr Key Keys[] = {
     {"Settings", FIELD(DefaultUnits), "", Switch},
     {"Settings", FIELD(DisplayHistoryWin), "", Switch},
-    {"Settings", FIELD(MaxDisplaySize), "", {4096, 16384}},
+    {"Settings", FIELD(MaxDisplaySize), "", HistorySize},
     {"Settings", FIELD(DisplayFontName)},
     {"Settings", FIELD(DisplayFontSize), "", {7, 24}},
     {"Settings", FIELD(DisplayFontBold), "", FontSwitch},
@@ -93,8 +96,8 @@ constexpr Key Keys[] = {
     {"TELVOOptions", FIELD(PlotSingleXcutDims), "1", Switch},
     {"TELVOOptions", FIELD(PlotGobExtLoose), "1", Switch},
     {"TELVOOptions", FIELD(PlotGobDims), "1", Switch},
-    {"TELVOOptions", FIELD(PlotRangeMin), "100", {0, 150}},
-    {"TELVOOptions", FIELD(PlotRangeMax), "150", {0, 150}},
+    {"TELVOOptions", FIELD(PlotRangeMin), "100", PlotRange},
+    {"TELVOOptions", FIELD(PlotRangeMax), "150", PlotRange},
     {"TELVOOptions", FIELD(PrintPlotReminder), "1", Switch},
     {"TELVOOptions", FIELD(AskOfficeInstall), "1", Switch},
     {"TELVOOptions", FIELD(RoundTELVOSF), "0", {0, 2}},
@@ -305,24 +308,55 @@ std::string recentFileCaption(const Settings& settings, int slot) {
     return settings.ShortRecentFiles == 1 ? recent.LastFile : recent.LastFileLong;
 }
 
+SettingsTexts textsFromSettings(const Settings& settings) {
+    return {settings.DataPath,
+            generalNumber(ClampSetting(settings.MaxDisplaySize, HistorySize.low, HistorySize.high)),
+            settings.FileExtension};
+}
+
 std::optional<Refusal> checkSettings(const SettingsTexts& texts) {
-    constexpr double low = 4096;
-    constexpr double high = 16384;
-    if (!isFolder(asFolder(texts.DataPath)))
+    if (trimmed(texts.DataPath).empty() || !isFolder(asFolder(texts.DataPath)))
         return Refusal{"Invalid Path for Data Files", "Error", "DataPath"};
-    const auto size = trimmed(texts.MaxDisplaySize);
-    if (size.empty()) return Refusal{"Blank field not allowed", "Range Error", "MaxDisplaySize"};
-    const double value = leadingValue(size);
-    if (value < low || value > high)
-        return Refusal{"Value '" + std::string(size) +
-                           "' is outside input range\nValid range is: " + generalNumber(low) + "-" +
-                           generalNumber(high),
-                       "Range Error", "MaxDisplaySize"};
+    if (auto refused = project::checkRange(texts.MaxDisplaySize, HistorySize.low, HistorySize.high,
+                                           {}, "MaxDisplaySize"))
+        return refused;
+    return checkFileExtension(texts.FileExtension);
+}
+
+void acceptSettings(Settings& settings, const SettingsTexts& texts) {
+    settings.DataPath = asFolder(texts.DataPath);
+    settings.MaxDisplaySize = leadingInteger(texts.MaxDisplaySize);
+    settings.FileExtension = trimmed(texts.FileExtension);
+}
+
+std::optional<Refusal> checkFileExtension(std::string_view extension) {
     const auto valid = [](char c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); };
-    const auto extension = trimmed(texts.FileExtension);
-    if (!std::all_of(extension.begin(), extension.end(), valid))
+    const auto name = trimmed(extension);
+    if (!std::all_of(name.begin(), name.end(), valid))
         return Refusal{"Invalid character in file extension", "Invalid Character", "FileExtension"};
     return std::nullopt;
+}
+
+OptionsTexts textsFromOptions(const Settings& settings) {
+    return {generalNumber(settings.PlotRangeMin), generalNumber(settings.PlotRangeMax)};
+}
+
+std::optional<Refusal> checkOptions(const OptionsTexts& texts) {
+    if (auto refused = project::checkRange(texts.PlotRangeMin, PlotRange.low, PlotRange.high,
+                                           "Minimum of the graph range", "PlotRangeMin"))
+        return refused;
+    if (auto refused = project::checkRange(texts.PlotRangeMax, PlotRange.low, PlotRange.high,
+                                           "Maximum of the graph range", "PlotRangeMax"))
+        return refused;
+    if (leadingInteger(texts.PlotRangeMin) >= leadingInteger(texts.PlotRangeMax))
+        return Refusal{"Invalid Range settings. Check Options-> Output Options", "Range Error",
+                       "PlotRangeMin"};
+    return std::nullopt;
+}
+
+void acceptOptions(Settings& settings, const OptionsTexts& texts) {
+    settings.PlotRangeMin = leadingInteger(texts.PlotRangeMin);
+    settings.PlotRangeMax = leadingInteger(texts.PlotRangeMax);
 }
 
 } // namespace telvo::app

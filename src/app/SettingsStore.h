@@ -152,7 +152,25 @@ std::string recentFileCaption(const Settings& settings, int slot);
 struct SettingsTexts {
     std::string DataPath, MaxDisplaySize, FileExtension;
 };
+/// What the boxes show. A history size out of its range, as the initial one is, shows as the size
+/// that the next start would make of it.
+SettingsTexts textsFromSettings(const Settings& settings);
 /// The dialog's checks in their order; `control` names the setting that failed.
 std::optional<Refusal> checkSettings(const SettingsTexts& texts);
+/// Takes over texts that passed the checks: the data path ends in a separator, the size is a whole
+/// number, the extension is trimmed.
+void acceptSettings(Settings& settings, const SettingsTexts& texts);
+
+/// Capital letters and digits only; nothing at all is valid too.
+std::optional<Refusal> checkFileExtension(std::string_view extension);
+
+/// What the options dialog's boxes hold: the ends of the graph range in percent.
+struct OptionsTexts {
+    std::string PlotRangeMin, PlotRangeMax;
+};
+OptionsTexts textsFromOptions(const Settings& settings);
+/// Both ends lie in 0..150 and, rounded as they are kept, the lower one below the upper one.
+std::optional<Refusal> checkOptions(const OptionsTexts& texts);
+void acceptOptions(Settings& settings, const OptionsTexts& texts);
 
 } // namespace telvo::app

@@ -86,4 +86,12 @@ void copyExampleFiles(const Folders& folders, Messages& messages) {
     }
 }
 
+std::string copyExamplesNote(const std::string& DataFolder) {
+    return "When this option is enabled, every time the program runs, it will try to copy the "
+           "example files from the install directory to the " +
+           DataFolder +
+           " directory. The modified files will not be overridden, but missing files will be "
+           "replaced. ";
+}
+
 } // namespace telvo::app

@@ -36,4 +36,7 @@ bool copyTextFile(const std::string& from, const std::string& to, Messages& mess
 /// touched; names that begin with "." are passed over, and an error goes on with the next name.
 void copyExampleFiles(const Folders& folders, Messages& messages);
 
+/// What the settings dialog says about that copy.
+std::string copyExamplesNote(const std::string& DataFolder);
+
 } // namespace telvo::app

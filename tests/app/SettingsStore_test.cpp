@@ -184,6 +184,7 @@ TEST(CheckSettings, RefusesInTheOrderOfTheDialog) {
         {{folder.root, "4096", "TLV"}, ""},
         {{folder.root, "16384", " "}, ""},
         {{folder.root + "no", "", "tlv"}, "Invalid Path for Data Files"},
+        {{" ", "4096", "TLV"}, "Invalid Path for Data Files"},
         {{folder.root, " ", "tlv"}, "Blank field not allowed"},
         {{folder.root, "2048", "tlv"},
          "Value '2048' is outside input range\nValid range is: 4096-16384"},
@@ -193,6 +194,29 @@ TEST(CheckSettings, RefusesInTheOrderOfTheDialog) {
     for (const auto& row : rows) {
         const auto refused = checkSettings(row.texts);
         EXPECT_EQ(refused ? refused->message : "", row.message);
+    }
+}
+
+TEST(CheckOptions, RangeIsOrderedAsItIsKept) {
+    const std::string order = "Invalid Range settings. Check Options-> Output Options";
+    const std::string range = "' is outside input range\nValid range is: 0-150";
+    const struct {
+        OptionsTexts texts;
+        std::string message, control;
+    } rows[] = {
+        {{"0", "150"}, "", ""},
+        {{"12.4", "12.6"}, "", ""}, // kept as 12 and 13
+        {{"12.6", "13.4"}, order, "PlotRangeMin"},
+        {{"80", "80"}, order, "PlotRangeMin"},
+        {{"90", "80"}, order, "PlotRangeMin"},
+        {{"-1", ""}, "Minimum of the graph range: Value '-1" + range, "PlotRangeMin"},
+        {{"50", " "}, "Maximum of the graph range: Blank field not allowed", "PlotRangeMax"},
+        {{"50", "151"}, "Maximum of the graph range: Value '151" + range, "PlotRangeMax"},
+    };
+    for (const auto& row : rows) {
+        const auto refused = checkOptions(row.texts);
+        EXPECT_EQ(refused ? refused->message : "", row.message);
+        EXPECT_EQ(refused ? refused->control : "", row.control);
     }
 }
 
