@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "plot/Drawing.h"
+#include "plot/placement.h"
+
+#include <QPalette>
+#include <QRectF>
+
+class QPaintDevice;
+class QPainter;
+
+namespace telvo::ui {
+
+/// The palette of paper: what is printed, exported and copied is black on white in every theme.
+QPalette paperPalette();
+
+/// Where the parts of a drawing lie within its page: the caption above, the scale bar below.
+struct PageLayout {
+    plot::Box plan;
+    double em = 0; ///< height of a line of text
+    double captionTop = 0;
+    double barBottom = 0;
+};
+/// The layout for the painter's font and resolution.
+PageLayout pageLayout(const plot::Drawing& drawing, const QFont& font, const QPaintDevice* device,
+                      const QRectF& page);
+
+/// Paints a drawing into a page, fitted to scale or zoomed, with caption and scale bar. Texts keep
+/// the point size of the painter's font; colours follow the palette.
+void paintDrawing(const plot::Drawing& drawing, QPainter& painter, const QRectF& page,
+                  const QPalette& palette, const plot::Zoom& zoom = {});
+
+} // namespace telvo::ui
