@@ -105,16 +105,17 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
     return true;
 }
 
-std::string ProjectSession::fileFilter() const {
+std::vector<std::string> ProjectSession::fileFilters() const {
     const std::string& extension = m_settings.values().FileExtension;
-    return extension + " Files (*." + extension + ")";
+    if (extension.empty()) return {"All Files (*.*)"}; // project files have none then
+    return {extension + " Files (*." + extension + ")", "All Files (*.*)"};
 }
 
 std::optional<std::string> ProjectSession::askSavePath() {
     const bool hasFolder = pathFromUtf8(project().FileName).has_parent_path();
     const std::string proposal =
         hasFolder ? project().FileName : m_settings.values().DataPath + project().FileName;
-    return m_dialogs.saveFile("Save Project As", proposal, {fileFilter(), "All Files (*.*)"},
+    return m_dialogs.saveFile("Save Project As", proposal, fileFilters(),
                               m_settings.values().FileExtension);
 }
 
@@ -179,8 +180,8 @@ bool ProjectSession::newCommand() {
 }
 
 bool ProjectSession::openCommand() {
-    const auto path = m_dialogs.openFile("Open Project File", m_settings.values().DataPath,
-                                         {fileFilter(), "All Files (*.*)"});
+    const auto path =
+        m_dialogs.openFile("Open Project File", m_settings.values().DataPath, fileFilters());
     return path && settleUnsaved() && LoadProjFile(*path);
 }
 

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvo::app {
 
@@ -78,7 +79,7 @@ class ProjectSession {
     bool changedOnDisk(const std::string& path) const;
     bool saveTo(const std::string& path);
     void changed();
-    std::string fileFilter() const;
+    std::vector<std::string> fileFilters() const;
 
     SettingsStore& m_settings;
     Messages& m_messages;

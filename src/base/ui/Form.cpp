@@ -8,6 +8,7 @@
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QTabWidget>
 
 namespace telvo::ui {
@@ -71,8 +72,12 @@ void Form::done(int result) {
 }
 
 void Form::showEvent(QShowEvent* event) {
-    if (m_services.places && !m_placed) m_services.places->restore(*this);
-    m_placed = true;
+    if (!m_placed) {
+        if (m_services.places) m_services.places->restore(*this);
+        // Another screen, or a larger font, than when the size was remembered.
+        resize(size().boundedTo(screen()->availableSize()));
+        m_placed = true;
+    }
     QDialog::showEvent(event);
 }
 

@@ -28,6 +28,8 @@ using telvo::ui::toQt;
 
 namespace {
 
+constexpr int FiguresDelay = 50; // milliseconds: several keys of a fast typist are one change
+
 std::string distanceName(int i) {
     return "txtXcutCenters_" + std::to_string(i);
 }
@@ -52,10 +54,7 @@ frmTELVOParm::frmTELVOParm(OpenCase& open, bool confirmCancel, ParameterActions 
     fill(m_open.Working);
     connect(qApp, &QApplication::focusChanged, this, &frmTELVOParm::focusMoved);
     Timer1.setSingleShot(true);
-    connect(&Timer1, &QTimer::timeout, this, [this] {
-        showFigures();
-        if (m_actions.makePicture) (void)m_picture.draw(trialCase());
-    });
+    connect(&Timer1, &QTimer::timeout, this, &frmTELVOParm::showFigures);
     messages().status("Editing Project Parameters");
 }
 
@@ -127,7 +126,7 @@ void frmTELVOParm::userEdited() {
     m_filling = true; // what follows from the edit is no edit of its own
     refresh();
     m_filling = false;
-    showFigures();
+    Timer1.start(FiguresDelay);
     Q_EMIT edited();
 }
 
@@ -189,9 +188,11 @@ void frmTELVOParm::markRefusals() {
 }
 
 void frmTELVOParm::showFigures() {
-    if (!m_actions.figures) return;
     ProjectCase shown = m_open.Project;
     shown.Input = values();
+    // What cannot be drawn is said in the picture; the box comes with the View button alone.
+    if (m_picture.draw) (void)m_picture.draw(shown);
+    if (!m_actions.figures) return;
     const KeyFigures figures = m_actions.figures(shown);
     const auto show = [this](const char* name, const std::string& text) {
         m_figures.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));

@@ -78,8 +78,8 @@ void frmTELVOParm::build() {
                    toQt(m_open.Project.FileName).section('/', -1));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setTabOrders();
-    const QSize least = sizeHint(); // with room for the picture beside the boxes
-    resize(least.width() * 13 / 10, least.height() * 11 / 10);
+    const QSize boxes = m_tabs->sizeHint(); // and some room for the picture beside them
+    resize(boxes.width() * 2, boxes.height() * 13 / 10);
 
     for (auto& [name, edit] : m_boxes) {
         connect(edit, &QLineEdit::textChanged, this, &frmTELVOParm::userEdited);

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// What the desktop program's user waits for, on a real main window in a home of its own.
+#include "app/ui/frmMain.h"
+#include "app/ui/Program.h"
+#include "report/ui/PrintDialogs.h"
+
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace telvo;
+
+namespace {
+
+struct NoFiles : FileDialogs {
+    std::optional<std::string> openFile(std::string_view, std::string_view,
+                                        const std::vector<std::string>&) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> saveFile(std::string_view, std::string_view,
+                                        const std::vector<std::string>&,
+                                        std::string_view) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> chooseFolder(std::string_view, std::string_view) override {
+        return std::nullopt;
+    }
+};
+
+/// The running program with an example open.
+class Desk {
+  public:
+    Desk() {
+        QDir().mkpath(m_home.filePath("MyBODRA/Temp"));
+        QFile settings(m_home.filePath("MyBODRA/TELVO.INI"));
+        if (settings.open(QFile::WriteOnly))
+            settings.write("[Version]\nINIFileVersion=050817\n[Settings]\nDisplayHistoryWin=1\n"
+                           "EnableMainMenuToolbar=1\n");
+        const std::string home = m_home.path().toStdString();
+        program = std::make_unique<app::ui::Program>(
+            app::ui::Surroundings{{home, home, {}},
+                                  TELVO_EXAMPLES_DIR "/two-side-gobs.TLV",
+                                  std::chrono::year{2014} / 1 / 1,
+                                  [](auto, auto, Answer preset, auto) { return preset; },
+                                  m_files,
+                                  m_print});
+        program->start();
+        QApplication::processEvents();
+    }
+    QAction& action(const char* name) { return *program->window().findChild<QAction*>(name); }
+
+    std::unique_ptr<app::ui::Program> program;
+
+  private:
+    QTemporaryDir m_home;
+    NoFiles m_files;
+    report::ui::QtPrintDialogs m_print;
+};
+
+/// From the command to the painted report, the older results window going first.
+void pressResults(benchmark::State& state) {
+    Desk desk;
+    QAction& stabilityFactors = desk.action("mnuCalcItem_0");
+    for (auto _ : state) {
+        stabilityFactors.trigger();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(pressResults)->Unit(benchmark::kMillisecond);
+
+/// From the command to the painted parameter form.
+void openParameters(benchmark::State& state) {
+    Desk desk;
+    QAction& parameters = desk.action("mnuEditItem_1");
+    for (auto _ : state) {
+        parameters.trigger();
+        QApplication::processEvents();
+        state.PauseTiming();
+        for (QWidget* top : QApplication::topLevelWidgets())
+            if (top->objectName() == "frmTELVOParm") delete top;
+        desk.program->window().setBlockedBy(nullptr);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(openParameters)->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

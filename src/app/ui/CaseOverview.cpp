@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/CaseOverview.h"
+
+#include "app/ui/layoutPicture.h"
+#include "app/ui/Program.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/ui/qtText.h"
+#include "plot/ui/PlanView.h"
+#include "project/units.h"
+
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace telvo::app::ui {
+
+using telvo::ui::toQt;
+
+namespace {
+
+QLabel* plainLabel(const char* name, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return label;
+}
+
+} // namespace
+
+CaseOverview::CaseOverview(Program& program, QWidget* parent)
+    : QWidget(parent), m_program(program) {
+    setObjectName("caseOverview");
+    auto* layout = new QHBoxLayout(this);
+    auto* left = new QWidget(this);
+    auto* column = new QVBoxLayout(left);
+    column->setContentsMargins({});
+    m_title = plainLabel("lblTitle", left);
+    QFont large = m_title->font();
+    large.setPointSizeF(large.pointSizeF() * 1.3);
+    large.setBold(true);
+    m_title->setFont(large);
+    m_file = plainLabel("lblFile", left);
+    m_file->setForegroundRole(QPalette::PlaceholderText);
+    column->addWidget(m_title);
+    column->addWidget(m_file);
+    m_factBox = new QWidget(left);
+    auto* facts = new QFormLayout(m_factBox);
+    facts->setContentsMargins({});
+    facts->setLabelAlignment(Qt::AlignLeft);
+    const std::pair<const char*, QString> rows[] = {
+        {"lblLoading", tr("Loading condition")},
+        {"lblUnits", tr("Units")},
+        {"lblDepth", tr("Depth of cover")},
+        {"lblHeight", tr("Entry height")},
+        {"lblEntries", tr("Entries")},
+        {"lblWidth", tr("Panel width")},
+        {"lblDevelopmentSF", tr("Stability factor, development")},
+        {"lblRetreatSF", tr("Stability factor, retreat")},
+        {"lblBarrierSF", tr("Governing barrier stability factor")}};
+    for (const auto& [name, caption] : rows) {
+        auto* value = plainLabel(name, m_factBox);
+        value->setWordWrap(false);
+        value->setAccessibleName(caption);
+        m_facts[name] = value;
+        facts->addRow(caption, value);
+    }
+    column->addSpacing(fontMetrics().height() / 2);
+    column->addWidget(m_factBox);
+    column->addStretch(1);
+    layout->addWidget(left, 1);
+
+    m_plan = new telvo::ui::PlanView("picPlan", this);
+    m_plan->setAccessibleName(tr("Plan of the panel"));
+    m_plan->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
+    layout->addWidget(m_plan, 2);
+}
+
+void CaseOverview::showCase() {
+    const project::ProjectCase& current = m_program.session().project();
+    const bool empty = m_program.session().isEmpty();
+    const QString title = toQt(withoutControls(current.Title));
+    m_title->setText(empty ? tr("New case") : title.isEmpty() ? tr("(no title)") : title);
+    m_file->setText(empty ? tr("Enter the panel with Input, Project Parameters, or open a project "
+                               "file with File, Open.")
+                          : toQt(m_program.session().windowTitle()));
+    m_file->setToolTip(toQt(current.FileName));
+    m_factBox->setVisible(!empty);
+    m_plan->setVisible(!empty);
+    if (empty) return;
+    showFacts();
+    showPlan();
+}
+
+void CaseOverview::showFacts() {
+    const project::ProjectCase& current = m_program.session().project();
+    const project::ProjectInput& in = current.Input;
+    const std::string length(project::unitLabel(current.Units, project::Quantity::Length));
+    const project::KeyFigures figures = m_program.session().figures(current);
+    const auto show = [this](const char* name, const std::string& text) {
+        m_facts.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
+    };
+    show("lblLoading", std::string(project::LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)]));
+    show("lblUnits", std::string(project::unitSummary(current.Units)));
+    show("lblDepth", generalNumber(in.DepthCover, 10) + length);
+    show("lblHeight", generalNumber(in.EntryHeight, 10) + length);
+    show("lblEntries", generalNumber(in.NumberEntries));
+    show("lblWidth", figures.PanelWidth.empty() ? std::string() : figures.PanelWidth + length);
+    show("lblDevelopmentSF", figures.DevelopmentSF);
+    show("lblRetreatSF", figures.RetreatSF);
+    show("lblBarrierSF", figures.BarrierSF);
+}
+
+void CaseOverview::showPlan() {
+    (void)drawPlan(*m_plan, m_program.session().project(), m_program.settings());
+}
+
+} // namespace telvo::app::ui

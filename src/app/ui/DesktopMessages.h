@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/History.h"
+#include "base/Messages.h"
+
+#include <functional>
+#include <string>
+
+namespace telvo::app::ui {
+
+/// The message routine of the desktop program: the history line first, then the box. Lines that
+/// come before the main window wait in the history.
+class DesktopMessages : public Messages {
+  public:
+    /// Shows a box and returns the button pressed; tests put their own in its place.
+    using Box = std::function<Answer(std::string_view text, Buttons buttons, Answer preset,
+                                     std::string_view title)>;
+    explicit DesktopMessages(Box box);
+
+    Answer ask(std::string_view text, Buttons buttons, Answer preset,
+               std::string_view title) override;
+    void history(std::string_view line) override;
+    void status(std::string_view line) override;
+
+    History& lines() { return m_history; }
+    const std::string& lastStatus() const { return m_status; }
+
+    std::function<void(const std::string& line, std::size_t dropped)> onLine;
+    std::function<void(const std::string& status)> onStatus;
+
+    /// The box of the desktop.
+    static Answer showBox(std::string_view text, Buttons buttons, Answer preset,
+                          std::string_view title);
+
+  private:
+    Box m_box;
+    History m_history;
+    std::string m_status;
+};
+
+} // namespace telvo::app::ui

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/Program.h"
+
+#include "app/reminders.h"
+#include "app/ui/dialogs/frmDisclaimer.h"
+#include "app/ui/dialogs/frmUpdate.h"
+#include "app/ui/frmMain.h"
+#include "base/files.h"
+#include "base/titles.h"
+#include "base/ui/qtText.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <QCoreApplication>
+#include <QDate>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QStandardPaths>
+#include <QUrl>
+#include <utility>
+
+namespace telvo::app::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+
+namespace {
+
+constexpr std::string_view SettingsFile = "TELVO.INI";
+constexpr std::string_view WindowsFile = "TELVO-windows.ini";
+constexpr std::string_view HelpFile = "TELVO.CHM";
+
+/// The first of the four fonts that is installed, else the desktop's own.
+std::string defaultFont() {
+    const QStringList families = QFontDatabase::families();
+    for (const char* name : {"Arial", "Courier New", "System", "Terminal"})
+        if (families.contains(QLatin1String(name))) return name;
+    // Its family may be an alias such as "Sans Serif"; the installed one is meant.
+    return fromQt(QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).family());
+}
+
+std::string externalEditor() {
+#ifdef _WIN32
+    return "Notepad.exe";
+#else
+    return "xdg-open";
+#endif
+}
+
+bool holdsInstalledFiles(const QDir& folder) {
+    return !folder.entryList({"*.TLV", "TELVO.CHM", "TELVO.PDF"}, QDir::Files).isEmpty();
+}
+
+/// The program's folder when examples or help lie there, else the prefix's share.
+QString installFolder() {
+    const QDir program(QCoreApplication::applicationDirPath());
+    if (holdsInstalledFiles(program)) return program.path();
+    const QDir share(program.filePath("../share/telvo"));
+    return share.exists() ? QDir::cleanPath(share.path()) : program.path();
+}
+
+/// A folder of the desktop; a documents folder that the desktop names but nobody has used yet is
+/// made.
+std::optional<std::string> standardFolder(QStandardPaths::StandardLocation location) {
+    const QString path = QStandardPaths::writableLocation(location);
+    if (path.isEmpty() || !QDir(path).mkpath(".")) return std::nullopt;
+    return fromQt(QDir::toNativeSeparators(path));
+}
+
+/// The command line as one file name: quotes removed, and a relative name resolved before the
+/// current folder changes.
+std::string commandLineFile() {
+    const QString line = QCoreApplication::arguments().mid(1).join(' ').remove('"').trimmed();
+    if (line.isEmpty()) return {};
+    return fromQt(QDir::toNativeSeparators(QDir::cleanPath(QFileInfo(line).absoluteFilePath())));
+}
+
+} // namespace
+
+Surroundings Surroundings::ofDesktop(FileDialogs& files, report::ui::PrintDialogs& print) {
+    const QDate today = QDate::currentDate();
+    return {{fromQt(QDir::toNativeSeparators(installFolder())),
+             standardFolder(QStandardPaths::DocumentsLocation),
+             standardFolder(QStandardPaths::DesktopLocation)},
+            commandLineFile(),
+            std::chrono::year{today.year()} / static_cast<unsigned>(today.month()) /
+                static_cast<unsigned>(today.day()),
+            &DesktopMessages::showBox,
+            files,
+            print};
+}
+
+Program::Program(Surroundings surroundings)
+    : m_surroundings(std::move(surroundings)), m_messages(m_surroundings.box),
+      m_folders(resolveFolders(m_surroundings.system)),
+      m_settings(
+          m_folders.DataFolder + std::string(SettingsFile),
+          {m_folders.DataFolder, defaultFont(), externalEditor(), std::string(titles::Program)},
+          m_messages),
+      m_session(m_settings, m_messages, m_surroundings.fileDialogs),
+      m_printer(m_messages, m_surroundings.printDialogs),
+      m_places(m_folders.DataFolder + std::string(WindowsFile)),
+      m_recovery(m_folders.TempDataFolder, m_messages,
+                 [this]() -> std::optional<project::ProjectCase> {
+                     if (auto draft = m_window ? m_window->commands().draft() : std::nullopt)
+                         return draft;
+                     if (m_session.isSaved()) return std::nullopt;
+                     return m_session.project();
+                 }) {}
+
+Program::~Program() = default;
+
+void Program::start() {
+    for (const std::string& fallback : m_folders.fallbacks)
+        m_messages.history(fallback);
+    m_decimalSymbol.force();
+    m_settings.checkVersion();
+    m_settings.LoadSettings();
+    m_settings.values().RoundTELVOSF = 0; // rounding is chosen anew in every session
+    if (m_settings.values().CopyExampleFiles == 1) copyExampleFiles(m_folders, m_messages);
+    loadMainWindow();
+    m_session.FileNew();
+    m_window->show();
+    m_window->applyHistoryFont();
+    openFirstFiles();
+    m_recovery.offer(
+        [this](project::ProjectCase kept) { m_session.acceptRecovered(std::move(kept)); });
+}
+
+void Program::loadMainWindow() {
+    QDir::setCurrent(toQt(m_folders.InstallFolder));
+    m_window = std::make_unique<frmMain>(*this);
+    m_places.restore(*m_window);
+    if (m_settings.values().MaxMainMenu == 1)
+        m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
+    m_session.onChange = [this] {
+        m_window->showCase();
+        m_recovery.touch();
+    };
+    if (m_settings.values().ShowDisclaim == 1) frmDisclaimer(m_settings, formServices()).exec();
+    if (m_settings.values().RemindAnnualUpdates == 1 && isUpdateReminderDue(m_surroundings.today))
+        frmUpdate(m_settings, formServices()).exec();
+}
+
+void Program::openFirstFiles() {
+    const Settings& settings = m_settings.values();
+    if (settings.LoadLastInputFile == 1 && !settings.RecentFiles[0].LastFileLong.empty())
+        m_session.openRecent(1);
+    // A file of the command line comes after the last one used, so that it is the one left open.
+    if (!m_surroundings.commandLine.empty()) m_session.LoadProjFile(m_surroundings.commandLine);
+}
+
+void Program::shutDown() {
+    m_places.save(*m_window);
+    m_decimalSymbol.restore();
+    (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
+    m_recovery.discard();
+}
+
+telvo::ui::FormServices Program::formServices() {
+    return {m_messages, [this](const QString& topic) { showHelp(topic); }, &m_places};
+}
+
+void Program::showHelp(const QString& topic) {
+    m_messages.history("Help: " + (topic.isEmpty() ? std::string("Contents") : fromQt(topic)));
+    openDocument(m_folders.InstallFolder + std::string(HelpFile));
+}
+
+void Program::openDocument(const std::string& path) {
+    std::error_code error;
+    if (!std::filesystem::exists(pathFromUtf8(path), error))
+        m_messages.tell("Requested File not found: " + path);
+    else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(toQt(path))))
+        m_messages.tell("No program of this desktop opens " + path);
+}
+
+} // namespace telvo::app::ui

@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/commands.h"
+
+#include "app/association.h"
+#include "app/ui/dialogs/frmAbout.h"
+#include "app/ui/dialogs/frmDisclaimer.h"
+#include "app/ui/dialogs/frmSet.h"
+#include "app/ui/dialogs/frmTELVOOpts.h"
+#include "app/ui/dialogs/frmUpdate.h"
+#include "app/ui/frmMain.h"
+#include "app/ui/layoutPicture.h"
+#include "app/ui/Program.h"
+#include "base/files.h"
+#include "base/titles.h"
+#include "base/ui/qtText.h"
+#include "project/ui/frmConvert.h"
+#include "project/ui/frmTELVODesc.h"
+#include "project/ui/frmTELVOParm.h"
+#include "project/ui/frmUnits.h"
+#include "report/ui/frmPreview.h"
+
+#include <cstdlib>
+#include <QApplication>
+#include <QClipboard>
+#include <utility>
+
+namespace telvo::app::ui {
+
+using project::ui::frmConvert;
+using project::ui::frmTELVODesc;
+using project::ui::frmTELVOParm;
+using project::ui::frmUnits;
+using report::ui::frmPreview;
+using report::ui::frmResTxtPlt;
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+
+namespace {
+
+constexpr std::string_view PdfManual = "TELVO.PDF";
+
+} // namespace
+
+Commands::Commands(Program& program, frmMain& window) : m_program(program), m_window(window) {}
+
+Commands::~Commands() = default;
+
+// --- File
+
+void Commands::fileNew() {
+    if (!m_program.session().newCommand()) return;
+    if (m_program.settings().values().ShowInputScreenOnLoad == 1) editParameters();
+}
+
+void Commands::fileOpen() {
+    m_program.session().openCommand();
+}
+
+void Commands::fileSave(bool saveAs) {
+    m_program.session().FileMenuSave(saveAs);
+}
+
+void Commands::openRecent(int slot) {
+    m_program.session().openRecent(slot);
+}
+
+void Commands::printerSetup() {
+    if (m_program.printer().setUp(&m_window)) m_program.messages().status("Printer set up");
+}
+
+bool Commands::confirmEmpty() {
+    return !m_program.session().isEmpty() ||
+           m_program.messages().ask("Current file is empty. Continue?", Buttons::YesNo, Answer::No,
+                                    {}) == Answer::Yes;
+}
+
+report::ui::PrintJob Commands::inputEchoJob() const {
+    return {{m_program.session().inputEcho()}, sheetHeading()};
+}
+
+report::SheetHeading Commands::sheetHeading() const {
+    const project::ProjectCase& current = m_program.session().project();
+    const bool header = m_program.settings().values().PrintModuleHeader == 1;
+    return {current.FileName, current.Units, header ? std::string(ModuleBuild) : std::string(),
+            m_program.today()};
+}
+
+void Commands::print() {
+    if (!confirmEmpty()) return;
+    const bool printed = m_program.printer().print(inputEchoJob(), &m_window, "Print");
+    m_program.messages().history(printed ? "Input printed" : "Printing aborted");
+    m_program.messages().status(printed ? "Input printed" : "Printing aborted");
+}
+
+void Commands::preview() {
+    if (!confirmEmpty()) return;
+    m_program.messages().history("Print preview");
+    frmPreview(inputEchoJob(), m_program.formServices(), m_program.printer(), &m_window).exec();
+}
+
+// --- Input
+
+void Commands::editDescription() {
+    frmTELVODesc form(m_program.session().project(), m_program.formServices(), &m_window);
+    m_description = &form;
+    QObject::connect(&form, &frmTELVODesc::edited, &m_window,
+                     [this] { m_program.recovery().touch(); });
+    if (form.exec() == QDialog::Accepted)
+        m_program.session().acceptDescription(form.title(), form.description());
+    m_description.clear();
+    m_program.recovery().touch(); // a draft that was given up goes
+}
+
+void Commands::editParameters() {
+    project::ui::ParameterActions actions;
+    actions.accept = [this](const project::ProjectInput& values) {
+        return m_program.session().acceptParameters(values);
+    };
+    actions.results = [this](const project::ProjectCase& trial) { return showResults(trial); };
+    actions.figures = [this](const project::ProjectCase& trial) {
+        return m_program.session().figures(trial);
+    };
+    actions.makePicture = [this](QWidget* parent) {
+        return layoutPicture(m_program.settings(), parent);
+    };
+    auto* form = new frmTELVOParm(m_program.session().open(),
+                                  m_program.settings().values().IssueWarningCancel == 1,
+                                  std::move(actions), m_program.formServices(), &m_window);
+    form->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(form, &frmTELVOParm::edited, &m_window,
+                     [this] { m_program.recovery().touch(); });
+    QObject::connect(form, &QDialog::finished, &m_window, [this] {
+        m_parameters.clear();
+        m_window.setBlockedBy(nullptr);
+        m_program.recovery().touch();
+    });
+    m_parameters = form;
+    m_window.setBlockedBy(form);
+    form->show();
+}
+
+std::optional<project::ProjectCase> Commands::draft() const {
+    if (!m_parameters && !m_description) return std::nullopt;
+    project::ProjectCase draft = m_program.session().project();
+    if (m_parameters) draft.Input = m_parameters->values();
+    if (m_description) {
+        draft.Title = m_description->title();
+        draft.Description = m_description->description();
+    }
+    if (draft == m_program.session().project()) return std::nullopt;
+    return draft;
+}
+
+// --- Output
+
+void Commands::stabilityFactors() {
+    ProjectSession& session = m_program.session();
+    if (session.isEmpty()) {
+        m_program.messages().tell("Current file is empty");
+        return;
+    }
+    session.open().copyProjectToWorking();
+    if (const auto refused = showResults(session.open().workingCase()))
+        m_program.messages().tell(refused->message,
+                                  std::string(titles::ProjectParameters) + refused->title);
+}
+
+std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
+    DesktopMessages& messages = m_program.messages();
+    RunOutcome outcome = m_program.session().run(current);
+    if (auto* refused = std::get_if<Refusal>(&outcome)) {
+        messages.status("No stability factors: an input is refused");
+        return std::move(*refused);
+    }
+    if (const auto* fault = std::get_if<Fault>(&outcome)) {
+        messages.status("No stability factors: the analysis stopped");
+        messages.tell(faultText(*fault));
+        return std::nullopt;
+    }
+    auto& run = std::get<CaseRun>(outcome);
+    messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
+    messages.status("TELVO stability factors calculated");
+
+    closeResults();
+    // A window of its own when it is not to stay above the main window.
+    QWidget* parent = m_program.settings().values().ViewChildWindow == 1 ? &m_window : nullptr;
+    m_results =
+        new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, sheetHeading(), {}},
+                         m_program.formServices(), m_program.printer(), parent);
+    m_results->setAttribute(Qt::WA_DeleteOnClose);
+    m_results->load();
+    m_results->raise(); // also above a form that is open
+    m_results->activateWindow();
+    for (const std::string_view note : run.notes)
+        messages.tell(note, std::string(titles::Results).append(titles::Message));
+    return std::nullopt;
+}
+
+void Commands::closeResults() {
+    delete m_results.data();
+}
+
+// --- Utilities
+
+void Commands::settings() {
+    frmSet form(m_program.settings(), m_program.folders().DataFolder, m_program.fileDialogs(),
+                m_program.formServices(), &m_window);
+    QObject::connect(&form, &frmSet::settingsChanged, &m_window, [this] {
+        m_window.applySettings();
+        m_window.applyHistoryFont();
+    });
+    form.exec();
+}
+
+void Commands::options() {
+    frmTELVOOpts(m_program.settings(), fromQt(QCoreApplication::applicationFilePath()),
+                 userDataHome(std::getenv("XDG_DATA_HOME"), std::getenv("HOME")),
+                 m_program.formServices(), &m_window)
+        .exec();
+    m_window.showCase(); // factors are shown in the chosen rounding
+}
+
+void Commands::unitConversion() {
+    frmUnits(m_program.formServices(), &m_window).exec();
+}
+
+void Commands::fileConversion() {
+    ProjectSession& session = m_program.session();
+    if (session.isEmpty()) {
+        m_program.messages().tell("Current file is empty");
+        return;
+    }
+    if (!session.isSaved()) {
+        m_program.messages().tell("Save Current File before accessing this option");
+        return;
+    }
+    frmConvert form(session.project(), m_program.formServices(), &m_window);
+    if (form.exec() == QDialog::Accepted) session.acceptConverted(form.converted());
+}
+
+void Commands::copyHistory() {
+    QString text;
+    for (const std::string& line : m_program.messages().lines().lines())
+        text += toQt(line) + '\n';
+    QApplication::clipboard()->setText(text);
+    m_program.messages().status("History copied to clipboard");
+}
+
+// --- Help
+
+void Commands::helpContents() {
+    m_program.showHelp({});
+}
+
+void Commands::helpIndex() {
+    m_program.showHelp(QStringLiteral("Index"));
+}
+
+void Commands::helpPdf() {
+    m_program.openDocument(m_program.folders().InstallFolder + std::string(PdfManual));
+}
+
+void Commands::disclaimer() {
+    frmDisclaimer(m_program.settings(), m_program.formServices(), &m_window).exec();
+}
+
+void Commands::update() {
+    frmUpdate(m_program.settings(), m_program.formServices(), &m_window).exec();
+}
+
+void Commands::about() {
+    frmAbout(m_program.formServices(), &m_window).exec();
+}
+
+} // namespace telvo::app::ui

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "project/ProjectInput.h"
+#include "report/ui/frmResTxtPlt.h"
+
+#include <optional>
+#include <QPointer>
+#include <QString>
+#include <string>
+
+namespace telvo::project::ui {
+class frmTELVODesc;
+class frmTELVOParm;
+} // namespace telvo::project::ui
+
+namespace telvo::app::ui {
+
+class frmMain;
+class Program;
+
+/// What the menus, the toolbar and the forms' buttons do.
+class Commands {
+  public:
+    Commands(Program& program, frmMain& window);
+    ~Commands();
+
+    void fileNew();
+    void fileOpen();
+    void fileSave(bool saveAs);
+    void openRecent(int slot);
+    void printerSetup();
+    void print();
+    void preview();
+
+    void editDescription();
+    void editParameters();
+    void stabilityFactors();
+
+    void settings();
+    void options();
+    void unitConversion();
+    void fileConversion();
+    void copyHistory();
+
+    void helpContents();
+    void helpIndex();
+    void helpPdf();
+    void disclaimer();
+    void update();
+    void about();
+
+    /// Values of an open parameter or description form that have not been accepted yet.
+    std::optional<project::ProjectCase> draft() const;
+    void closeResults();
+
+  private:
+    bool confirmEmpty();
+    report::SheetHeading sheetHeading() const;
+    report::ui::PrintJob inputEchoJob() const;
+    /// Runs a case and shows its report. Returned: the input that a check refused.
+    std::optional<Refusal> showResults(const project::ProjectCase& current);
+
+    Program& m_program;
+    frmMain& m_window;
+    QPointer<project::ui::frmTELVOParm> m_parameters;
+    QPointer<project::ui::frmTELVODesc> m_description;
+    QPointer<report::ui::frmResTxtPlt> m_results;
+};
+
+} // namespace telvo::app::ui

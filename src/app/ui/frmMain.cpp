@@ -1,0 +1,334 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/frmMain.h"
+
+#include "app/ui/CaseOverview.h"
+#include "app/ui/dialogs/programIcon.h"
+#include "app/ui/icons.h"
+#include "app/ui/Program.h"
+#include "base/ui/qtText.h"
+
+#include <exception>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTextBlock>
+#include <QToolBar>
+
+namespace telvo::app::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+
+/// One menu item. Its index is its position in the menu, separators included.
+struct frmMain::Entry {
+    QString caption;               ///< empty: a separator
+    std::function<void()> command; ///< empty: not to be had yet, shown disabled
+    QString tip;
+    QKeySequence shortcut = {};
+};
+
+frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *this) {
+    setObjectName("frmMain");
+    setWindowIcon(programIcon());
+    buildMenus();
+    buildToolbar();
+    buildCentre();
+    m_status = new QLabel(this);
+    m_status->setObjectName("lblStatus");
+    m_status->setTextFormat(Qt::PlainText);
+    statusBar()->addWidget(m_status, 1);
+    resize(sizeHint().expandedTo(
+        {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42}));
+
+    DesktopMessages& messages = m_program.messages();
+    for (const std::string& line : messages.lines().lines())
+        addLine(line, 0); // what came before there was a window
+    messages.onLine = [this](const std::string& line, std::size_t dropped) {
+        addLine(line, dropped);
+    };
+    messages.onStatus = [this](const std::string& status) { m_status->setText(toQt(status)); };
+    applySettings();
+    showCase();
+}
+
+frmMain::~frmMain() {
+    m_program.messages().onLine = {};
+    m_program.messages().onStatus = {};
+}
+
+void frmMain::buildMenus() {
+    Commands& c = m_commands;
+    QMenu* file = addMenu(
+        "mnuFileItem", tr("&File"),
+        {{tr("&New"), [&c] { c.fileNew(); }, tr("Begin a new case"), QKeySequence::New},
+         {tr("&Open..."), [&c] { c.fileOpen(); }, tr("Open a project file"), QKeySequence::Open},
+         {tr("&Save "), [&c] { c.fileSave(false); }, tr("Save the case"), QKeySequence::Save},
+         {tr("Save &As..."), [&c] { c.fileSave(true); }, tr("Save the case under another name"),
+          QKeySequence("Ctrl+Shift+S")},
+         {},
+         {tr("&Import KORV Project..."), {}, tr("Not in this version yet")},
+         {},
+         {tr("Printer Set&up..."), [&c] { c.printerSetup(); },
+          tr("Choose the printer and the orientation")},
+         {tr("&Print"), [&c] { c.print(); }, tr("Print the input of the case"),
+          QKeySequence::Print},
+         {tr("Print Pre&view..."), [&c] { c.preview(); },
+          tr("Show the input of the case as it is printed")},
+         {},
+         {tr("&View Source Files..."), {}, tr("Not in this version yet")},
+         {},
+         {tr("E&xit"), [this] { close(); }, tr("End the program"), QKeySequence::Quit}});
+    m_recentSeparator = file->addSeparator();
+    for (int slot = 1; slot <= 4; ++slot) {
+        QAction* action = file->addAction(QString());
+        action->setObjectName(QStringLiteral("mnuFileArray_") + toQt(std::to_string(slot)));
+        action->setVisible(false);
+        connect(action, &QAction::triggered, this,
+                [this, slot] { dispatch([this, slot] { m_commands.openRecent(slot); }); });
+        m_recent.push_back(action);
+    }
+    addMenu("mnuEditItem", tr("&Input"),
+            {{tr("Project &Description..."), [&c] { c.editDescription(); },
+              tr("Title and description of the case"), QKeySequence("Ctrl+D")},
+             {tr("Project &Parameters..."), [&c] { c.editParameters(); },
+              tr("The parameters of the case"), QKeySequence("Ctrl+E")}});
+    QMenu* output = addMenu("mnuCalcItem", tr("&Output"),
+                            {{tr("Stability Factors..."), [&c] { c.stabilityFactors(); },
+                              tr("Run the analysis and show the report"), QKeySequence("F5")},
+                             {}});
+    auto* graph = output->addMenu(tr("Graph"));
+    graph->menuAction()->setObjectName("mnuCalcItem_2");
+    graph->setToolTipsVisible(true);
+    int kind = 0;
+    for (const char* caption : {"SF vs Entry Height", "SF vs Depth of Cover",
+                                "SF vs Crosscut Angle", "SF vs Crosscut Spacing",
+                                "SFBAR vs First Barrier Width", "SFBAR vs Second Barrier Width"}) {
+        QAction* action = graph->addAction(tr(caption));
+        action->setObjectName(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(kind++)));
+        action->setToolTip(tr("Not in this version yet"));
+    }
+    addMenu("mnuUtilItem", tr("&Utilities"),
+            {{tr("&Settings..."), [&c] { c.settings(); }, tr("Preferences of the program")},
+             {tr("&Options..."), [&c] { c.options(); }, tr("Options of input, output and plots")},
+             {tr("&Unit Conversion..."), [&c] { c.unitConversion(); },
+              tr("Convert values between units")},
+             {tr("&File Conversion..."), [&c] { c.fileConversion(); },
+              tr("Convert the case to the other unit system")},
+             {},
+             {tr("&Clear History Window"),
+              [this] {
+                  m_program.messages().lines().clear();
+                  txtMain->clear();
+              },
+              tr("Empty the history window")},
+             {tr("Close History &Window"), [this] { setHistoryShown(!txtMain->isVisibleTo(this)); },
+              tr("Hide the history window, or show it again")},
+             {tr("Co&py History Window"), [&c] { c.copyHistory(); },
+              tr("Copy the lines of the history window to the clipboard")}});
+    addMenu("mnuHelpItem", tr("&Help"),
+            {{tr("Help &Contents..."), [&c] { c.helpContents(); }, tr("Contents of the help"),
+              QKeySequence::HelpContents},
+             {tr("Help &Index..."), [&c] { c.helpIndex(); }, tr("Index of the help")},
+             {tr("Help in &PDF format..."), [&c] { c.helpPdf(); }, tr("The manual as a document")},
+             {},
+             {tr("&Resource Files..."), {}, tr("Not in this version yet")},
+             {},
+             {tr("&Disclaimer..."), [&c] { c.disclaimer(); }, tr("What the results are worth")},
+             {},
+             {tr("Program Updates..."), [&c] { c.update(); }, tr("Where updates are found")},
+             {},
+             {tr("&About the Program..."), [&c] { c.about(); }, tr("Version and licence")}});
+}
+
+QMenu* frmMain::addMenu(const char* name, const QString& caption,
+                        const std::vector<Entry>& entries) {
+    QMenu* menu = menuBar()->addMenu(caption);
+    menu->setToolTipsVisible(true);
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        const Entry& entry = entries[index];
+        if (entry.caption.isEmpty()) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* action = menu->addAction(entry.caption);
+        action->setObjectName(QLatin1String(name) + '_' + toQt(std::to_string(index)));
+        action->setToolTip(entry.tip);
+        action->setStatusTip({});
+        action->setShortcut(entry.shortcut);
+        action->setEnabled(static_cast<bool>(entry.command));
+        connect(action, &QAction::triggered, this,
+                [this, command = entry.command] { dispatch(command); });
+    }
+    return menu;
+}
+
+void frmMain::buildToolbar() {
+    m_toolbar = addToolBar(tr("Toolbar"));
+    m_toolbar->setObjectName("tlbMain");
+    m_toolbar->setMovable(false);
+    m_toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
+    m_toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    const struct {
+        const char* command;
+        Picture picture;
+        QString caption;
+    } buttons[] = {{"mnuFileItem_0", Picture::New, tr("New")},
+                   {"mnuFileItem_1", Picture::Open, tr("Open")},
+                   {"mnuFileItem_2", Picture::Save, tr("Save")},
+                   {"mnuFileItem_8", Picture::Print, tr("Print")},
+                   {"", Picture::New, {}},
+                   {"mnuEditItem_0", Picture::Description, tr("Description")},
+                   {"mnuEditItem_1", Picture::Parameters, tr("Parameters")},
+                   {"mnuCalcItem_0", Picture::Factors, tr("Stability Factors")},
+                   {"", Picture::New, {}},
+                   {"mnuHelpItem_0", Picture::Help, tr("Help")}};
+    for (const auto& button : buttons) {
+        if (*button.command == '\0') {
+            m_toolbar->addSeparator();
+            continue;
+        }
+        auto* action = findChild<QAction*>(button.command);
+        action->setIcon(pictureIcon(button.picture));
+        action->setIconText(button.caption);
+        m_toolbar->addAction(action);
+    }
+}
+
+void frmMain::buildCentre() {
+    m_splitter = new QSplitter(Qt::Vertical, this);
+    m_splitter->setObjectName("splMain");
+    m_splitter->setChildrenCollapsible(false);
+    m_overview = new CaseOverview(m_program, m_splitter);
+    txtMain = new QPlainTextEdit(m_splitter);
+    txtMain->setObjectName("txtMain");
+    txtMain->setAccessibleName(tr("History"));
+    txtMain->setToolTip(tr("Commands and messages of this session"));
+    txtMain->setReadOnly(true);
+    txtMain->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    txtMain->setUndoRedoEnabled(false);
+    m_splitter->addWidget(m_overview);
+    m_splitter->addWidget(txtMain);
+    m_splitter->setStretchFactor(0, 1);
+    m_splitter->setStretchFactor(1, 0); // a larger window is for the case
+    m_splitter->setSizes({1000, 9 * fontMetrics().height()});
+    setCentralWidget(m_splitter);
+    if (auto* places = m_program.formServices().places) places->restore(*m_splitter);
+}
+
+void frmMain::addLine(const std::string& line, std::size_t dropped) {
+    txtMain->appendPlainText(toQt(line));
+    if (dropped == 0) return;
+    QTextCursor oldest(txtMain->document());
+    oldest.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor, static_cast<int>(dropped));
+    oldest.removeSelectedText();
+}
+
+void frmMain::setHistoryShown(bool shown) {
+    txtMain->setVisible(shown);
+    findChild<QAction*>("mnuUtilItem_6")
+        ->setText(shown ? tr("Close History &Window") : tr("Restore History &Window"));
+}
+
+void frmMain::applySettings() {
+    const Settings& settings = m_program.settings().values();
+    setHistoryShown(settings.DisplayHistoryWin == 1);
+    m_toolbar->setVisible(settings.EnableMainMenuToolbar == 1);
+    const std::size_t dropped =
+        m_program.messages().lines().setCapacity(static_cast<std::size_t>(settings.MaxDisplaySize));
+    if (dropped > 0) {
+        txtMain->clear();
+        for (const std::string& line : m_program.messages().lines().lines())
+            addLine(line, 0);
+    }
+    showRecentFiles();
+}
+
+void frmMain::applyHistoryFont() {
+    const Settings& settings = m_program.settings().values();
+    const QString family = toQt(settings.DisplayFontName);
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    if (QFontDatabase::hasFamily(family))
+        font.setFamily(family);
+    else
+        m_program.messages().tell("Invalid font selection:" + settings.DisplayFontName);
+    font.setPointSizeF(static_cast<qreal>(settings.DisplayFontSize));
+    font.setBold(settings.DisplayFontBold != 0);
+    font.setItalic(settings.DisplayFontItalic != 0);
+    txtMain->setFont(font);
+}
+
+void frmMain::showRecentFiles() {
+    const Settings& settings = m_program.settings().values();
+    bool any = false;
+    for (int slot = 1; slot <= 4; ++slot) {
+        // With the list switched off the menu stays without it.
+        QString caption =
+            settings.KeepFileNames == 1 ? toQt(recentFileCaption(settings, slot)) : QString();
+        QAction* action = m_recent[static_cast<std::size_t>(slot - 1)];
+        action->setVisible(!caption.isEmpty());
+        any = any || !caption.isEmpty();
+        action->setText('&' + toQt(std::to_string(slot)) + ' ' + caption.replace('&', "&&"));
+    }
+    m_recentSeparator->setVisible(any);
+}
+
+void frmMain::SetGraphMenu() {
+    // The graphs are not to be had yet, whatever the case.
+    for (int kind = 0; kind < 6; ++kind)
+        findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(kind)))
+            ->setEnabled(false);
+}
+
+void frmMain::showCase() {
+    const ProjectSession& session = m_program.session();
+    setWindowTitle(toQt(session.windowTitle())); // the desktop adds the name of the program
+    m_overview->showCase();
+    showRecentFiles();
+    SetGraphMenu();
+}
+
+void frmMain::setBlockedBy(QWidget* form) {
+    m_blocker = form;
+    menuBar()->setEnabled(!form);
+    m_toolbar->setEnabled(!form);
+    centralWidget()->setEnabled(!form);
+}
+
+void frmMain::dispatch(const std::function<void()>& command) {
+    if (m_blocker) { // a shortcut came through
+        m_blocker->raise();
+        m_blocker->activateWindow();
+        return;
+    }
+    try {
+        command();
+    } catch (const std::exception& error) {
+        m_program.messages().tell("The command could not be finished: " +
+                                  std::string(error.what()));
+    }
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (m_blocker) {
+        m_blocker->raise();
+        m_blocker->activateWindow();
+        event->ignore();
+        return;
+    }
+    if (!m_program.session().mayClose()) {
+        event->ignore();
+        return;
+    }
+    m_commands.closeResults();
+    if (auto* places = m_program.formServices().places) places->save(*m_splitter);
+    m_program.shutDown();
+    event->accept();
+}
+
+} // namespace telvo::app::ui

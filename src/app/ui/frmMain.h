@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/ui/commands.h"
+
+#include <functional>
+#include <QMainWindow>
+#include <QPointer>
+#include <vector>
+
+class QLabel;
+class QPlainTextEdit;
+class QSplitter;
+class QToolBar;
+
+namespace telvo::app::ui {
+
+class CaseOverview;
+class Program;
+
+/// The main window: menus, toolbar, an overview of the open case, the history pane and the status
+/// line. What the menus do is in Commands.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+  public:
+    explicit frmMain(Program& program);
+    ~frmMain() override;
+
+    const Commands& commands() const { return m_commands; }
+
+    /// The case, its name or its saved state changed.
+    void showCase();
+    /// The settings changed: history pane, toolbar, recent files.
+    void applySettings();
+    /// Sets the font of the history pane; a font that is not there is told.
+    void applyHistoryFont();
+    /// While a form that edits the case is open the window takes no commands.
+    void setBlockedBy(QWidget* form);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    struct Entry; // one menu item
+    void buildMenus();
+    QMenu* addMenu(const char* name, const QString& caption, const std::vector<Entry>& entries);
+    void buildToolbar();
+    void buildCentre();
+    void showRecentFiles();
+    void SetGraphMenu();
+    void addLine(const std::string& line, std::size_t dropped);
+    void setHistoryShown(bool shown);
+    /// Runs a command; what it throws ends the command and not the program.
+    void dispatch(const std::function<void()>& command);
+
+    Program& m_program;
+    Commands m_commands;
+    QPointer<QWidget> m_blocker;
+    QToolBar* m_toolbar = nullptr;
+    QSplitter* m_splitter = nullptr;
+    CaseOverview* m_overview = nullptr;
+    QPlainTextEdit* txtMain = nullptr;
+    QLabel* m_status = nullptr;
+    std::vector<QAction*> m_recent;
+    QAction* m_recentSeparator = nullptr;
+    std::string m_font; ///< family last applied to the history pane
+};
+
+} // namespace telvo::app::ui

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/layoutPicture.h"
+
+#include "app/SettingsStore.h"
+#include "base/ui/qtText.h"
+#include "plot/panelPlan.h"
+#include "plot/ui/PlanView.h"
+
+#include <utility>
+
+namespace telvo::app::ui {
+
+std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::ProjectCase& current,
+                                const SettingsStore& settings) {
+    const Settings& s = settings.values();
+    auto plan = plot::panelPlan(current, {s.PlotEntryDims, s.PlotXcutDims, s.PlotSingleXcutDims,
+                                          s.PlotGobDims, s.PlotGobExtLoose});
+    if (auto* refused = std::get_if<Refusal>(&plan)) {
+        view.setMessage(telvo::ui::toQt(refused->message));
+        return std::move(*refused);
+    }
+    view.setDrawing(std::move(std::get<plot::Drawing>(plan)));
+    return std::nullopt;
+}
+
+project::ui::LayoutPicture layoutPicture(const SettingsStore& settings, QWidget* parent) {
+    auto* view = new telvo::ui::PlanView("Picture1", parent);
+    return {view,
+            [view, &settings](const project::ProjectCase& current) {
+                return drawPlan(*view, current, settings);
+            },
+            [view] { return view->image(2); }};
+}
+
+} // namespace telvo::app::ui

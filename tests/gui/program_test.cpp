@@ -1,0 +1,424 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/frmMain.h"
+#include "app/ui/Program.h"
+#include "GuiTest.h"
+#include "project/CaseFile.h"
+#include "report/ui/PrintDialogs.h"
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QToolBar>
+
+using namespace telvo;
+using namespace telvo::test;
+using app::ui::Program;
+
+namespace {
+
+struct NoPrinter : report::ui::PrintDialogs {
+    bool choosePrinter(QPrinter&, QWidget*, const QString&) override { return false; }
+    bool setUpPrinter(QPrinter&, QWidget*) override { return false; }
+};
+
+/// A home of its own, and the running program in it. Boxes are answered from a list; windows that
+/// wait for an answer are closed.
+struct Home {
+    QTemporaryDir folder;
+    RecordedDialogs dialogs;
+    NoPrinter printer;
+    std::vector<std::string> asked;
+    std::deque<Answer> answers;
+    std::vector<QString> modalWindows;
+    std::unique_ptr<Program> program;
+
+    std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
+    std::string data(const char* name) const { return path("Documents/MyBODRA/") + name; }
+    void put(const std::string& name, const std::string& bytes) const {
+        QDir().mkpath(folder.filePath("Documents/MyBODRA/Temp"));
+        std::ofstream(name, std::ios::binary) << bytes;
+    }
+
+    Home() {
+        QDir().mkpath(folder.filePath("Documents"));
+        QDir().mkpath(folder.filePath("install"));
+    }
+
+    Program& start(const std::string& commandLine = {},
+                   std::chrono::year_month_day today = std::chrono::year{2014} / 1 / 1) {
+        program.reset();
+        const app::SystemFolders system = {path("install"), path("Documents"), path("")};
+        app::ui::Surroundings around{
+            system,
+            commandLine,
+            today,
+            [this](std::string_view text, Buttons, Answer preset, std::string_view title) {
+                asked.push_back(std::string(title) + ": " + std::string(text));
+                if (answers.empty()) return preset;
+                const Answer answer = answers.front();
+                answers.pop_front();
+                return answer;
+            },
+            dialogs,
+            printer};
+        program = std::make_unique<Program>(std::move(around));
+        QTimer closer; // the disclaimer and the update reminder wait for their user
+        QObject::connect(&closer, &QTimer::timeout, [this] {
+            if (auto* waiting = QApplication::activeModalWidget()) {
+                modalWindows.push_back(waiting->objectName());
+                waiting->close();
+            }
+        });
+        closer.start(1);
+        program->start();
+        return *program;
+    }
+    /// Quits as the user does.
+    bool quit() { return program->window().close(); }
+
+    void trigger(const char* action) {
+        auto* found = program->window().findChild<QAction*>(action);
+        if (!found) qFatal("no action %s", action);
+        found->trigger();
+    }
+    template <typename Window>
+    Window* window(const char* name) {
+        for (QWidget* top : QApplication::topLevelWidgets())
+            if (top->objectName() == QLatin1String(name)) return static_cast<Window*>(top);
+        return nullptr;
+    }
+    std::string history() {
+        return control<QPlainTextEdit>(program->window(), "txtMain").toPlainText().toStdString();
+    }
+    std::string status() const { return program->messages().lastStatus(); }
+    bool wasAsked(const std::string& text) const {
+        return std::any_of(asked.begin(), asked.end(), [&](const std::string& one) {
+            return one.find(text) != std::string::npos;
+        });
+    }
+};
+
+std::string settingsWith(const std::string& lines) {
+    return "[Version]\r\nINIFileVersion=050817\r\n" + lines;
+}
+
+/// Types a whole panel into the open parameter form.
+void typePanel(QWidget& form) {
+    type(form, "txtEntryHeight", "6");
+    type(form, "txtDepthCover", "1000");
+    type(form, "txtEntryWidth", "20");
+    type(form, "txtXcutSpacing", "90");
+    type(form, "txtXcutCenters_1", "80");
+    auto& tabs = control<QTabWidget>(form, "SSTab1");
+    tabs.setCurrentIndex(2);
+    click(form, "optAnal_1");
+    type(form, "txtExtentActiveGob", "500");
+}
+
+} // namespace
+
+class ProgramTest : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void theFirstStartLeavesSettingsAndExamples();
+    void theRoadOfACase();
+    void theCommandLineFileComesAfterTheLastOne();
+    void menusHaveTheirCaptionsAndTellWhatIsMissing();
+    void unsavedChangesKeepTheWindowOpen();
+    void hostileSettingsBecomeTheirDefaults();
+    void theParameterFormBlocksTheMainWindow();
+    void historyIsShownHiddenClearedAndCut();
+    void aHomeThatCannotBeWrittenIsNoObstacle();
+    void aKilledProgramLosesNothing();
+    void aRunningProgramKeepsItsCopy();
+};
+
+void ProgramTest::theFirstStartLeavesSettingsAndExamples() {
+    Home home;
+    QFile::copy(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV",
+                home.folder.filePath("install/example.TLV"));
+    home.start({}, std::chrono::year{2014} / 8 / 16); // 361 days after the release
+    QCOMPARE(home.modalWindows, (std::vector<QString>{"frmDisclaimer", "frmUpdate"}));
+    QVERIFY(home.program->window().isVisible());
+    QCOMPARE(home.program->window().windowTitle(), "Untitled");
+    QVERIFY(QFile::exists(home.folder.filePath("Documents/MyBODRA/TELVO.INI")));
+    QVERIFY(QFile::exists(home.folder.filePath("Documents/MyBODRA/example.TLV")));
+    QVERIFY(home.history().starts_with("Saving default settings to file: "));
+    QVERIFY(home.quit());
+    home.modalWindows.clear();
+    home.start({}, std::chrono::year{2014} / 8 / 15);
+    QCOMPARE(home.modalWindows, std::vector<QString>{"frmDisclaimer"});
+    QCOMPARE(home.program->settings().values().MaxDisplaySize, std::int16_t{4096});
+    QCOMPARE(home.program->settings().values().RoundTELVOSF, std::int16_t{0});
+}
+
+void ProgramTest::theRoadOfACase() {
+    Home home;
+    home.start();
+    home.trigger("mnuCalcItem_0");
+    QCOMPARE(home.asked.back(), "TELVO: Current file is empty");
+    home.trigger("mnuFileItem_0");
+    auto* form = home.window<QWidget>("frmTELVOParm");
+    QVERIFY(form && form->isVisible());
+    typePanel(*form);
+    click(*form, "cmdResults");
+    auto* results = home.window<QWidget>("frmResTxtPlt");
+    QVERIFY(results && results->isVisible());
+    QCOMPARE(home.status(), "Results displayed");
+    QVERIFY(home.history().find("TELVO stability factors calculated") != std::string::npos);
+    const std::string fromForm =
+        control<QPlainTextEdit>(*results, "RichTextBox1").toPlainText().toStdString();
+    QVERIFY(fromForm.find("[TELVO STABILITY FACTORS]") != std::string::npos);
+    QVERIFY(home.program->session().isEmpty()); // Results changed nothing of the project
+    click(*form, "cmdOK");
+    QCOMPARE(home.program->window().windowTitle(), "Untitled*");
+    QCOMPARE(home.status(), "Project Parameters Modified");
+
+    home.trigger("mnuCalcItem_0");
+    results = home.window<QWidget>("frmResTxtPlt");
+    QCOMPARE(control<QPlainTextEdit>(*results, "RichTextBox1").toPlainText().toStdString(),
+             fromForm);
+    home.dialogs.answers = {home.path("Documents/panel.TLV")};
+    home.trigger("mnuFileItem_2");
+    QCOMPARE(home.program->window().windowTitle(), "panel.TLV");
+    const project::ProjectCase saved = home.program->session().project();
+    QVERIFY(home.quit());
+    QVERIFY(!home.window<QWidget>("frmResTxtPlt"));
+
+    home.start();
+    home.trigger("mnuFileArray_1");
+    QCOMPARE(home.program->window().windowTitle(), "panel.TLV");
+    QVERIFY(home.program->session().project() == saved);
+    QCOMPARE(control<QLabel>(home.program->window(), "lblDepth").text(), "1000 (ft)");
+}
+
+void ProgramTest::theCommandLineFileComesAfterTheLastOne() {
+    Home home;
+    const std::string last = home.path("last.TLV"), given = home.path("with blank.TLV");
+    QFile::copy(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", QString::fromStdString(last));
+    QFile::copy(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", QString::fromStdString(given));
+    home.put(home.data("TELVO.INI"),
+             settingsWith("[Settings]\r\nLoadLastInputFile=1\r\nKeepFileNames=1\r\n[FileMenu]\r\n"
+                          "MaxLastFiles=1\r\nLastFile1=last.TLV\r\nLastFileLong1=" +
+                          last + "\r\n"));
+    home.start(given);
+    QCOMPARE(home.program->window().windowTitle(), "with blank.TLV");
+    const auto& settings = home.program->settings().values();
+    QCOMPARE(settings.RecentFiles[0].LastFileLong, given);
+    QCOMPARE(settings.RecentFiles[1].LastFileLong, last);
+    QCOMPARE(home.program->window().findChild<QAction*>("mnuFileArray_2")->text(),
+             "&2 " + QString::fromStdString(last));
+    home.start(given + " " + last); // two names are one that does not exist
+    QCOMPARE(home.program->window().windowTitle(), "with blank.TLV"); // the last one used
+    QVERIFY(home.wasAsked("Requested File not found: "));
+}
+
+void ProgramTest::menusHaveTheirCaptionsAndTellWhatIsMissing() {
+    Home home;
+    home.start();
+    const std::pair<const char*, const char*> captions[] = {
+        {"mnuFileItem_2", "&Save "},
+        {"mnuFileItem_9", "Print Pre&view..."},
+        {"mnuFileItem_13", "E&xit"},
+        {"mnuEditItem_1", "Project &Parameters..."},
+        {"mnuCalcItem_0", "Stability Factors..."},
+        {"mnuUtilItem_7", "Co&py History Window"},
+        {"mnuHelpItem_10", "&About the Program..."}};
+    for (const auto& [name, caption] : captions)
+        QCOMPARE(home.program->window().findChild<QAction*>(name)->text(), caption);
+    for (const char* later : {"mnuFileItem_5", "mnuFileItem_11", "mnuHelpItem_4",
+                              "mnuCalcGrafItem_0", "mnuCalcGrafItem_5"})
+        QVERIFY(!home.program->window().findChild<QAction*>(later)->isEnabled());
+    home.trigger("mnuHelpItem_2");
+    QCOMPARE(home.asked.back(),
+             "TELVO: Requested File not found: " + home.path("install/TELVO.PDF"));
+    home.trigger("mnuFileItem_8");
+    QCOMPARE(home.asked.back(), "TELVO: Current file is empty. Continue?");
+    home.answers = {Answer::Yes};
+    home.trigger("mnuFileItem_8"); // and then cancelled in the print dialog
+    QCOMPARE(home.status(), "Printing aborted");
+    home.trigger("mnuUtilItem_3");
+    QCOMPARE(home.asked.back(), "TELVO: Current file is empty");
+    project::ProjectInput in = home.program->session().project().Input;
+    in.EntryHeight = 5;
+    home.program->session().acceptParameters(in);
+    home.trigger("mnuUtilItem_3");
+    QCOMPARE(home.asked.back(), "TELVO: Save Current File before accessing this option");
+    home.trigger("mnuCalcItem_0"); // half a case: the check before the analysis
+    QCOMPARE(home.asked.back(), "Project Parameters: Range Error: Invalid depth of cover");
+}
+
+void ProgramTest::unsavedChangesKeepTheWindowOpen() {
+    Home home;
+    home.start();
+    home.program->session().acceptDescription("A title", "");
+    home.answers = {Answer::Cancel};
+    QVERIFY(!home.quit());
+    QCOMPARE(home.asked.back(), "TELVO: Save changes to: Untitled?");
+    QVERIFY(home.program->window().isVisible());
+    home.answers = {Answer::Yes}; // and the dialog is cancelled
+    QVERIFY(!home.quit());
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+}
+
+void ProgramTest::hostileSettingsBecomeTheirDefaults() {
+    Home home;
+    home.put(home.data("TELVO.INI"),
+             settingsWith("[Settings]\r\nMaxDisplaySize=99999999999\r\nDisplayFontSize=nan\r\n"
+                          "DisplayFontName=No Such Font\r\nDataPath=/no/such/folder\r\n"
+                          "ShowDisclaim=1e400\r\n[FileMenu]\r\nMaxLastFiles=9\r\n"
+                          "[TELVOOptions]\r\nPlotRangeMin=80\r\nPlotRangeMax=80\r\n" +
+                          std::string(3000, 'x') + "=\r\n[" + std::string(100, '\0')));
+    home.put(home.data("TELVO-windows.ini"), "[frmMain]\ngeometry=@Variant(\\0\\0\\0)\n\xff\xfe");
+    home.start();
+    QVERIFY(home.program->window().isVisible());
+    QVERIFY(home.wasAsked("Invalid font selection:No Such Font"));
+    const auto& settings = home.program->settings().values();
+    QCOMPARE(settings.MaxDisplaySize, std::int16_t{4096});
+    QCOMPARE(settings.DataPath, home.data(""));
+    QCOMPARE(settings.PlotRangeMin, 50.0F);
+    home.put(home.data("TELVO.INI"),
+             std::string(100000, '\xff')); // another build's, or no settings
+    home.start();
+    QCOMPARE(home.program->settings().values().ShowDisclaim, std::int16_t{1});
+}
+
+void ProgramTest::theParameterFormBlocksTheMainWindow() {
+    Home home;
+    home.start();
+    home.trigger("mnuEditItem_1");
+    auto* form = home.window<QWidget>("frmTELVOParm");
+    QVERIFY(!control<QToolBar>(home.program->window(), "tlbMain").isEnabled());
+    home.trigger("mnuFileItem_0"); // a shortcut comes through
+    QVERIFY(!home.quit());
+    QCOMPARE(home.asked, std::vector<std::string>{});
+    home.answers = {Answer::Yes};
+    click(*form, "cmdCancel");
+    QVERIFY(control<QToolBar>(home.program->window(), "tlbMain").isEnabled());
+    QVERIFY(home.quit());
+}
+
+void ProgramTest::historyIsShownHiddenClearedAndCut() {
+    Home home;
+    home.put(home.data("TELVO.INI"),
+             settingsWith("[Settings]\r\nDisplayHistoryWin=0\r\nMaxDisplaySize=4096\r\n"));
+    home.start();
+    auto& pane = control<QPlainTextEdit>(home.program->window(), "txtMain");
+    auto* action = home.program->window().findChild<QAction*>("mnuUtilItem_6");
+    QVERIFY(!pane.isVisible());
+    QCOMPARE(action->text(), "Restore History &Window");
+    home.trigger("mnuUtilItem_6");
+    QVERIFY(pane.isVisible());
+    QCOMPARE(action->text(), "Close History &Window");
+    for (int i = 0; i < 100; ++i)
+        home.program->messages().history(std::string(99, 'a'));
+    home.trigger("mnuUtilItem_7");
+    const QString copied = QApplication::clipboard()->text();
+    QCOMPARE(copied.count('\n'), 40); // 40 lines of 100 characters
+    QCOMPARE(pane.toPlainText() + '\n', copied);
+    home.trigger("mnuUtilItem_5");
+    QVERIFY(pane.toPlainText().isEmpty());
+}
+
+void ProgramTest::aHomeThatCannotBeWrittenIsNoObstacle() {
+    Home home;
+    QDir(home.folder.filePath("Documents")).removeRecursively();
+    std::ofstream(home.path("Documents")) << "a file"; // nothing can be made below it
+    home.start();
+    QVERIFY(home.program->window().isVisible());
+    QVERIFY(home.history().find("cannot be created") != std::string::npos);
+    QCOMPARE(home.program->folders().DataFolder, home.path("install/"));
+}
+
+void ProgramTest::aKilledProgramLosesNothing() {
+    Home home;
+    home.put(home.data("TELVO.INI"), settingsWith("[Settings]\r\nShowDisclaim=0\r\n"));
+    QProcess victim;
+    victim.start(QApplication::applicationFilePath(), {"--victim", home.folder.path()});
+    const QDir temp(home.folder.filePath("Documents/MyBODRA/Temp"));
+    // The victim types into the open form; the copy has to be there within five seconds of it.
+    QTRY_VERIFY_WITH_TIMEOUT(victim.canReadLine(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!temp.entryList({"~recovery-*.tmp"}).isEmpty(), 5000);
+    QTest::qWait(200);
+    victim.kill();
+    QVERIFY(victim.waitForFinished());
+
+    home.answers = {Answer::Cancel}; // not now
+    home.start();
+    QVERIFY(home.wasAsked("TELVO ended without saving the case: Untitled\nA copy of 20"));
+    QVERIFY(home.quit());
+    home.start(); // Yes
+    QCOMPARE(home.program->session().project().Input.DepthCover, 1234.0);
+    QCOMPARE(home.program->window().windowTitle(), "Untitled*");
+    // The copy is this program's own now; it goes when the case is saved.
+    home.dialogs.answers = {home.path("kept.TLV")};
+    home.trigger("mnuFileItem_2");
+    QTRY_VERIFY_WITH_TIMEOUT(temp.entryList({"~recovery-*"}).isEmpty(), 5000);
+    home.asked.clear();
+    QVERIFY(home.quit());
+    home.start();
+    QVERIFY(home.asked.empty());
+}
+
+void ProgramTest::aRunningProgramKeepsItsCopy() {
+    Home first;
+    first.start();
+    first.program->session().acceptDescription("Mine", "");
+    QVERIFY(first.program->recovery().keep());
+    // A second program in the same home does not offer what belongs to a running one.
+    std::vector<project::ProjectCase> offered;
+    app::ui::RecoveryKeeper second(first.program->folders().TempDataFolder,
+                                   first.program->messages(), [] { return std::nullopt; });
+    second.offer([&](project::ProjectCase kept) { offered.push_back(std::move(kept)); });
+    QVERIFY(offered.empty() && first.asked.empty());
+    // A damaged copy is told and put out of the way.
+    first.put(first.data("Temp/~recovery-1-1.tmp"), "TELVO recovery copy of: x\r\nTELVO_602\r\n");
+    second.offer([&](project::ProjectCase kept) { offered.push_back(std::move(kept)); });
+    QVERIFY(first.wasAsked("~recovery-1-1.tmp"));
+    QVERIFY(QFile::exists(QString::fromStdString(first.data("Temp/~recovery-1-1.tmp.damaged"))));
+    QVERIFY(offered.empty());
+}
+
+/// The program that is going to be killed: types a depth into the open form and waits.
+static int victim(const QString& home) {
+    RecordedDialogs dialogs;
+    NoPrinter printer;
+    const std::string root = home.toStdString();
+    const app::SystemFolders system = {root + "/install", root + "/Documents", root};
+    Program program({system,
+                     {},
+                     std::chrono::year{2014} / 1 / 1,
+                     [](auto, auto, Answer preset, auto) { return preset; },
+                     dialogs,
+                     printer});
+    program.start();
+    program.window().findChild<QAction*>("mnuEditItem_1")->trigger();
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->objectName() == "frmTELVOParm") type(*top, "txtDepthCover", "1234");
+    std::puts("typed");
+    std::fflush(stdout);
+    return QApplication::exec();
+}
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("telvo");
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() == 3 && arguments[1] == "--victim") return victim(arguments[2]);
+    ProgramTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "program_test.moc"
