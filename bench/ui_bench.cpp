@@ -37,18 +37,23 @@ class Desk {
   public:
     Desk() {
         QDir().mkpath(m_home.filePath("MyBODRA/Temp"));
-        QFile settings(m_home.filePath("MyBODRA/TELVO.INI"));
-        if (settings.open(QFile::WriteOnly))
-            settings.write("[Version]\nINIFileVersion=050817\n[Settings]\nDisplayHistoryWin=1\n"
-                           "EnableMainMenuToolbar=1\n");
+        {
+            QFile settings(m_home.filePath("MyBODRA/TELVO.INI"));
+            if (settings.open(QFile::WriteOnly))
+                settings.write("[Version]\nINIFileVersion=050817\n[Settings]\nDisplayHistoryWin=1\n"
+                               "EnableMainMenuToolbar=1\n");
+        }
         const std::string home = m_home.path().toStdString();
-        program = std::make_unique<app::ui::Program>(
-            app::ui::Surroundings{{home, home, {}},
-                                  TELVO_EXAMPLES_DIR "/two-side-gobs.TLV",
-                                  std::chrono::year{2014} / 1 / 1,
-                                  [](auto, auto, Answer preset, auto) { return preset; },
-                                  m_files,
-                                  m_print});
+        app::SystemFolders system;
+        system.program = home;
+        system.documents = home;
+        app::ui::Surroundings around{system,
+                                     TELVO_EXAMPLES_DIR "/two-side-gobs.TLV",
+                                     std::chrono::year{2014} / 1 / 1,
+                                     [](auto, auto, Answer preset, auto) { return preset; },
+                                     m_files,
+                                     m_print};
+        program = std::make_unique<app::ui::Program>(std::move(around));
         program->start();
         QApplication::processEvents();
     }
