@@ -249,7 +249,10 @@ void SettingsStore::settleDataPath() {
 
 void SettingsStore::LoadSettings() {
     const auto content = contentOf(m_path);
-    const IniFile file = content ? *content : IniFile();
+    readSettings(content ? *content : IniFile());
+}
+
+void SettingsStore::readSettings(const IniFile& file) {
     loadSection(file, "Settings");
     if (m_values.DisplayFontName.empty()) m_values.DisplayFontName = m_surroundings.DefaultFont;
     settleDataPath();

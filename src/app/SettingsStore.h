@@ -123,6 +123,8 @@ class SettingsStore {
     /// Reads all sections. Missing keys and texts that are no number become the read default or 0;
     /// what lies outside its range becomes the lower bound.
     void LoadSettings();
+    /// The same from a file's content.
+    void readSettings(const IniFile& file);
 
     /// Leaves a history line and writes the sections of a mode in one atomic step. The program goes
     /// on after a failed write; the outcome is for callers that want to tell.

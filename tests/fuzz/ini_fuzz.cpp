@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Feeds arbitrary bytes to the reader of settings files. Aborts where a promise is broken.
+// Feeds arbitrary bytes to the reader of settings files and to the settings that are read from it.
+// Aborts where a promise is broken.
 
+#include "app/SettingsStore.h"
 #include "base/IniFile.h"
 #include "base/text.h"
 #include "require.h"
@@ -9,6 +11,35 @@
 #include <cstdint>
 
 using namespace telvo;
+
+namespace {
+
+struct Silent : Messages {
+    Answer ask(std::string_view, Buttons, Answer preset, std::string_view) override {
+        return preset;
+    }
+    void history(std::string_view) override {}
+    void status(std::string_view) override {}
+};
+
+/// Whatever a file holds, every value lies in its range afterwards.
+void requireUsable(const app::Settings& s) {
+    require(s.MaxDisplaySize >= 4096 && s.MaxDisplaySize <= 16384, "history size");
+    require(s.DisplayFontSize >= 7 && s.DisplayFontSize <= 24, "font size");
+    require(!s.DisplayFontName.empty() && !s.BrowseFontName.empty(), "fonts");
+    require(s.DisplayFontBold == 0 || s.DisplayFontBold == -1, "bold");
+    require(s.MaxLastFiles >= 0 && s.MaxLastFiles <= 4, "recent files");
+    require(s.SymbolSize >= 3 && s.SymbolSize <= 20, "symbols");
+    require(s.PlotRangeMin >= 0 && s.PlotRangeMax <= 150 && s.PlotRangeMin != s.PlotRangeMax,
+            "graph range");
+    require(s.RoundTELVOSF >= 0 && s.RoundTELVOSF <= 2, "rounding");
+    require(!s.DataPath.empty(), "data path");
+    require(characterCount(s.GraphTitle) <= IniFile::longestValue, "long texts are cut");
+    for (int slot = 0; slot <= 5; ++slot)
+        require(isValidUtf8(app::recentFileCaption(s, slot)), "captions are UTF-8");
+}
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
@@ -24,5 +55,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(file.value("settings", " datapath ") == "/cases/", "what is set can be read");
     require(IniFile(file.text()).value("Settings", "DataPath") == "/cases/", "also from the text");
     require(file.value("Graph", "SymbolSize") == other, "other keys stay");
+
+    Silent messages;
+    app::SettingsStore store("/nonexistent/TELVO.INI", {"/", "Font", "editor", "TELVO"}, messages);
+    store.readSettings(IniFile(bytes));
+    requireUsable(store.values());
     return 0;
 }

@@ -17,6 +17,7 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QProcess>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -137,6 +138,9 @@ class ProgramTest : public QObject {
     void theCommandLineFileComesAfterTheLastOne();
     void menusHaveTheirCaptionsAndTellWhatIsMissing();
     void unsavedChangesKeepTheWindowOpen();
+    void sizesComeBack();
+    void viewRefusesPillarsWithoutSize();
+    void recentFilesFollowTheirSettings();
     void hostileSettingsBecomeTheirDefaults();
     void theParameterFormBlocksTheMainWindow();
     void historyIsShownHiddenClearedAndCut();
@@ -272,6 +276,63 @@ void ProgramTest::unsavedChangesKeepTheWindowOpen() {
     QVERIFY(!home.quit());
     home.answers = {Answer::No};
     QVERIFY(home.quit());
+}
+
+void ProgramTest::sizesComeBack() {
+    Home home;
+    auto& first = home.start().window();
+    first.resize(777, 555);
+    auto& splitter = control<QSplitter>(first, "splMain");
+    splitter.setSizes({300, 100});
+    const QList<int> sizes = splitter.sizes();
+    QVERIFY(home.quit());
+    auto& second = home.start().window();
+    QCOMPARE(second.size(), QSize(777, 555));
+    QCOMPARE(control<QSplitter>(second, "splMain").sizes(), sizes);
+}
+
+void ProgramTest::viewRefusesPillarsWithoutSize() {
+    Home home;
+    home.start();
+    home.trigger("mnuEditItem_1");
+    auto* form = home.window<QWidget>("frmTELVOParm");
+    typePanel(*form);
+    click(*form, "cmdView");
+    QCOMPARE(home.status(), "Panel layout drawn");
+    click(*form, "cmdCopyClip");
+    QVERIFY(!QApplication::clipboard()->image().isNull());
+    type(*form, "txtXcutSpacing", "20"); // as wide as the entry: no pillar is left
+    click(*form, "cmdView");
+    QVERIFY(home.wasAsked("Invalid Pillar Dimensions"));
+}
+
+void ProgramTest::recentFilesFollowTheirSettings() {
+    Home home;
+    Program& program = home.start();
+    auto& settings = program.settings().values();
+    const auto caption = [&](int slot) {
+        const auto* action =
+            program.window().findChild<QAction*>(QStringLiteral("mnuFileArray_%1").arg(slot));
+        return action->isVisible() ? action->text() : QString();
+    };
+    for (const char* name : {"1.TLV", "2.TLV", "3.TLV", "4.TLV", "5 & more.TLV"}) {
+        QFile::copy(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", home.folder.filePath(name));
+        QVERIFY(program.session().LoadProjFile(home.path(name)));
+    }
+    settings.ShortRecentFiles = 1;
+    program.window().applySettings();
+    QCOMPARE(caption(1), "&1 5 && more.TLV");
+    QCOMPARE(caption(4), "&4 2.TLV"); // the first one dropped out
+    home.trigger("mnuFileArray_3");
+    QCOMPARE(caption(1), "&1 3.TLV");
+    QFile::remove(home.folder.filePath("2.TLV"));
+    home.trigger("mnuFileArray_4");
+    QVERIFY(home.wasAsked("Requested File not found: " + home.path("2.TLV")));
+    QCOMPARE(program.window().windowTitle(), "3.TLV"); // the case stays, and so does the entry
+    QCOMPARE(caption(4), "&4 2.TLV");
+    settings.KeepFileNames = 0;
+    program.window().applySettings();
+    QCOMPARE(caption(1), QString());
 }
 
 void ProgramTest::hostileSettingsBecomeTheirDefaults() {

@@ -87,7 +87,9 @@ void CaseOverview::showCase() {
     m_file->setText(empty ? tr("Enter the panel with Input, Project Parameters, or open a project "
                                "file with File, Open.")
                           : toQt(m_program.session().windowTitle()));
-    m_file->setToolTip(toQt(current.FileName));
+    // A tool tip would take a name like "<b>" for markup.
+    m_file->setToolTip(
+        QStringLiteral("<span>%1</span>").arg(toQt(current.FileName).toHtmlEscaped()));
     m_factBox->setVisible(!empty);
     m_plan->setVisible(!empty);
     if (empty) return;

@@ -66,7 +66,8 @@ QString installFolder() {
 /// made.
 std::optional<std::string> standardFolder(QStandardPaths::StandardLocation location) {
     const QString path = QStandardPaths::writableLocation(location);
-    if (path.isEmpty() || !QDir(path).mkpath(".")) return std::nullopt;
+    const bool homeless = QDir::homePath() == QDir::rootPath();
+    if (homeless || path.isEmpty() || !QDir(path).mkpath(".")) return std::nullopt;
     return fromQt(QDir::toNativeSeparators(path));
 }
 
@@ -138,7 +139,10 @@ void Program::loadMainWindow() {
         m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
     m_session.onChange = [this] {
         m_window->showCase();
-        m_recovery.touch();
+        if (m_session.isSaved())
+            m_recovery.keep(); // an older copy must not outlive the saved case
+        else
+            m_recovery.touch();
     };
     if (m_settings.values().ShowDisclaim == 1) frmDisclaimer(m_settings, formServices()).exec();
     if (m_settings.values().RemindAnnualUpdates == 1 && isUpdateReminderDue(m_surroundings.today))

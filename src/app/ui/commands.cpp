@@ -45,6 +45,11 @@ Commands::Commands(Program& program, frmMain& window) : m_program(program), m_wi
 
 Commands::~Commands() = default;
 
+void Commands::note(std::string_view action) {
+    m_program.messages().history(action);
+    m_program.messages().status(action);
+}
+
 // --- File
 
 void Commands::fileNew() {
@@ -65,7 +70,7 @@ void Commands::openRecent(int slot) {
 }
 
 void Commands::printerSetup() {
-    if (m_program.printer().setUp(&m_window)) m_program.messages().status("Printer set up");
+    note(m_program.printer().setUp(&m_window) ? "Printer set up" : "Printer setup cancelled");
 }
 
 bool Commands::confirmEmpty() {
@@ -88,8 +93,7 @@ report::SheetHeading Commands::sheetHeading() const {
 void Commands::print() {
     if (!confirmEmpty()) return;
     const bool printed = m_program.printer().print(inputEchoJob(), &m_window, "Print");
-    m_program.messages().history(printed ? "Input printed" : "Printing aborted");
-    m_program.messages().status(printed ? "Input printed" : "Printing aborted");
+    note(printed ? "Input printed" : "Printing aborted");
 }
 
 void Commands::preview() {
@@ -221,6 +225,7 @@ void Commands::options() {
 }
 
 void Commands::unitConversion() {
+    note("Unit conversion");
     frmUnits(m_program.formServices(), &m_window).exec();
 }
 
@@ -243,7 +248,7 @@ void Commands::copyHistory() {
     for (const std::string& line : m_program.messages().lines().lines())
         text += toQt(line) + '\n';
     QApplication::clipboard()->setText(text);
-    m_program.messages().status("History copied to clipboard");
+    m_program.messages().status("History copied to clipboard"); // no line: it would change it
 }
 
 // --- Help
@@ -261,14 +266,17 @@ void Commands::helpPdf() {
 }
 
 void Commands::disclaimer() {
+    note("Disclaimer");
     frmDisclaimer(m_program.settings(), m_program.formServices(), &m_window).exec();
 }
 
 void Commands::update() {
+    note("Program updates");
     frmUpdate(m_program.settings(), m_program.formServices(), &m_window).exec();
 }
 
 void Commands::about() {
+    note("About the program");
     frmAbout(m_program.formServices(), &m_window).exec();
 }
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <QPointer>
 #include <QString>
-#include <string>
+#include <string_view>
 
 namespace telvo::project::ui {
 class frmTELVODesc;
@@ -55,6 +55,8 @@ class Commands {
     void closeResults();
 
   private:
+    /// One line in the history and in the status line.
+    void note(std::string_view action);
     bool confirmEmpty();
     report::SheetHeading sheetHeading() const;
     report::ui::PrintJob inputEchoJob() const;

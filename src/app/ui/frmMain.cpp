@@ -125,9 +125,16 @@ void frmMain::buildMenus() {
               [this] {
                   m_program.messages().lines().clear();
                   txtMain->clear();
+                  m_program.messages().status("History window cleared");
               },
               tr("Empty the history window")},
-             {tr("Close History &Window"), [this] { setHistoryShown(!txtMain->isVisibleTo(this)); },
+             {tr("Close History &Window"),
+              [this] {
+                  const bool show = !txtMain->isVisibleTo(this);
+                  setHistoryShown(show);
+                  m_program.messages().status(show ? "History window restored"
+                                                   : "History window closed");
+              },
               tr("Hide the history window, or show it again")},
              {tr("Co&py History Window"), [&c] { c.copyHistory(); },
               tr("Copy the lines of the history window to the clipboard")}});

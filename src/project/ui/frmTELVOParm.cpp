@@ -255,7 +255,12 @@ void frmTELVOParm::results() {
 void frmTELVOParm::view() {
     showPendingAdvisory();
     if (!m_picture.draw) return;
-    if (const auto refused = m_picture.draw(trialCase())) tell(refused->message, refused->title);
+    if (const auto refused = m_picture.draw(trialCase())) {
+        tell(refused->message, refused->title);
+        return;
+    }
+    messages().history("Panel layout drawn");
+    messages().status("Panel layout drawn");
 }
 
 void frmTELVOParm::copyPicture() {
