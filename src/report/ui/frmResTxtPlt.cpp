@@ -38,7 +38,10 @@ frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& serv
                            ReportPrinter& printer, QWidget* parent)
     : Form("frmResTxtPlt", titles::Results, HelpTopic, services, parent), m_view(std::move(view)),
       m_printer(printer) {
-    setWindowFlags(Qt::Window); // a window beside the main one, with all of its buttons
+    // With all the buttons of a window; only a dialog stays above its parent.
+    setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
+                   Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                   Qt::WindowCloseButtonHint);
     setWindowTitle(toQt(titles::Results) + toQt(withoutFolder(m_view.heading.FileName)));
 
     m_text = new QPlainTextEdit(this);
