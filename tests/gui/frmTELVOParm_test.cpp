@@ -329,6 +329,12 @@ void ParameterFormTest::everyControlIsNamedAndExplained() {
             continue;
         QVERIFY2(!widget->accessibleName().isEmpty(), qPrintable(widget->objectName()));
     }
+    control(*f.form, "txtEntryHeight").setFocus();
+    for (const char* next : {"txtDepthCover", "txtXcutAngle", "txtEntryWidth", "txtXcutSpacing",
+                             "Combo1", "chkEqual", "txtXcutCenters_1"}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), next);
+    }
     for (auto* edit : f.form->findChildren<ui::NumberEdit*>())
         QVERIFY2(edit->toolTip().contains("Valid: "), qPrintable(edit->objectName()));
     type(*f.form, "txtEntryHeight", "6x");

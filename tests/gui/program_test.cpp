@@ -44,6 +44,7 @@ struct Home {
     std::deque<Answer> answers;
     std::vector<QString> modalWindows;
     std::unique_ptr<Program> program;
+    QTimer closer; ///< plays the user whom modal windows wait for
 
     std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
     std::string data(const char* name) const { return path("Documents/MyBODRA/") + name; }
@@ -55,6 +56,13 @@ struct Home {
     Home() {
         QDir().mkpath(folder.filePath("Documents"));
         QDir().mkpath(folder.filePath("install"));
+        QObject::connect(&closer, &QTimer::timeout, [this] {
+            if (auto* waiting = QApplication::activeModalWidget()) {
+                modalWindows.push_back(waiting->objectName());
+                waiting->close();
+            }
+        });
+        closer.start(1);
     }
 
     Program& start(const std::string& commandLine = {},
@@ -75,14 +83,6 @@ struct Home {
             dialogs,
             printer};
         program = std::make_unique<Program>(std::move(around));
-        QTimer closer; // the disclaimer and the update reminder wait for their user
-        QObject::connect(&closer, &QTimer::timeout, [this] {
-            if (auto* waiting = QApplication::activeModalWidget()) {
-                modalWindows.push_back(waiting->objectName());
-                waiting->close();
-            }
-        });
-        closer.start(1);
         program->start();
         return *program;
     }
@@ -138,6 +138,7 @@ class ProgramTest : public QObject {
     void theCommandLineFileComesAfterTheLastOne();
     void menusHaveTheirCaptionsAndTellWhatIsMissing();
     void unsavedChangesKeepTheWindowOpen();
+    void everyDialogOpensFromItsMenu();
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
     void recentFilesFollowTheirSettings();
@@ -276,6 +277,40 @@ void ProgramTest::unsavedChangesKeepTheWindowOpen() {
     QVERIFY(!home.quit());
     home.answers = {Answer::No};
     QVERIFY(home.quit());
+}
+
+void ProgramTest::everyDialogOpensFromItsMenu() {
+    Home home;
+    home.put(home.data("TELVO.INI"), settingsWith("[Settings]\r\nShowDisclaim=0\r\n"));
+    home.start(TELVO_EXAMPLES_DIR "/deep-cover.TLV");
+    const std::pair<const char*, QString> dialogs[] = {
+        {"mnuFileItem_9", "frmPreview"},    {"mnuEditItem_0", "frmTELVODesc"},
+        {"mnuUtilItem_0", "frmSet"},        {"mnuUtilItem_1", "frmTELVOOpts"},
+        {"mnuUtilItem_2", "frmUnits"},      {"mnuUtilItem_3", "frmConvert"},
+        {"mnuHelpItem_6", "frmDisclaimer"}, {"mnuHelpItem_8", "frmUpdate"},
+        {"mnuHelpItem_10", "frmAbout"}};
+    for (const auto& [action, name] : dialogs) {
+        home.modalWindows.clear();
+        const auto lines = home.program->messages().lines().lines().size();
+        home.trigger(action);
+        QCOMPARE(home.modalWindows, std::vector<QString>{name});
+        QVERIFY2(home.program->messages().lines().lines().size() > lines, action);
+    }
+    QVERIFY(home.program->session().isSaved());
+
+    // The conversion asks for a new name with the first save.
+    QTimer convert;
+    QObject::connect(&convert, &QTimer::timeout, [] {
+        if (auto* form = QApplication::activeModalWidget()) click(*form, "cmdOK");
+    });
+    home.closer.stop();
+    convert.start(1);
+    home.trigger("mnuUtilItem_3");
+    convert.stop();
+    QCOMPARE(home.program->window().windowTitle(), "Metric_deep-cover.TLV*");
+    home.trigger("mnuFileItem_2");
+    QVERIFY(home.dialogs.asked.back().starts_with("Save Project As|" TELVO_EXAMPLES_DIR
+                                                  "/Metric_deep-cover.TLV|"));
 }
 
 void ProgramTest::sizesComeBack() {

@@ -10,13 +10,13 @@
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
-#include "base/files.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "project/ui/frmConvert.h"
 #include "project/ui/frmTELVODesc.h"
 #include "project/ui/frmTELVOParm.h"
 #include "project/ui/frmUnits.h"
+#include "project/units.h"
 #include "report/ui/frmPreview.h"
 
 #include <cstdlib>
@@ -239,8 +239,13 @@ void Commands::fileConversion() {
         m_program.messages().tell("Save Current File before accessing this option");
         return;
     }
+    note("File conversion");
     frmConvert form(session.project(), m_program.formServices(), &m_window);
-    if (form.exec() == QDialog::Accepted) session.acceptConverted(form.converted());
+    if (form.exec() != QDialog::Accepted) return;
+    const auto remark = project::archFactorRemark(session.project(), form.converted());
+    session.acceptConverted(form.converted());
+    if (remark) m_program.messages().history(*remark);
+    m_program.messages().status("Case converted: " + session.displayName());
 }
 
 void Commands::copyHistory() {

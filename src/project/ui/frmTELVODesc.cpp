@@ -122,8 +122,10 @@ void frmTELVODesc::reject() {
 void frmTELVODesc::done(int result) {
     m_accepted = result == Accepted;
     Form::done(result);
-    messages().status(modified() ? "Project Description Modified"
-                                 : "Project Description Not Modified");
+    const char* outcome =
+        modified() ? "Project Description Modified" : "Project Description Not Modified";
+    messages().history(outcome);
+    messages().status(outcome);
 }
 
 } // namespace telvo::project::ui
