@@ -45,6 +45,9 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
     m_title->setFont(large);
     m_file = plainLabel("lblFile", left);
     m_file->setForegroundRole(QPalette::PlaceholderText);
+    // A long name without blanks must not set the width of the window.
+    for (QLabel* label : {m_title, m_file})
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     column->addWidget(m_title);
     column->addWidget(m_file);
     m_factBox = new QWidget(left);

@@ -42,6 +42,7 @@ frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *th
     m_status = new QLabel(this);
     m_status->setObjectName("lblStatus");
     m_status->setTextFormat(Qt::PlainText);
+    m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long path widens nothing
     statusBar()->addWidget(m_status, 1);
     resize(sizeHint().expandedTo(
         {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42}));

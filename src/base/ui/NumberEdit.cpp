@@ -67,12 +67,14 @@ void markRefused(QWidget& control, const QString& message) {
     if (message.isEmpty()) {
         if (!kept.isValid()) return;
         control.setToolTip(kept.toString());
+        control.setAccessibleDescription({});
         control.setProperty(OwnToolTip, {});
         control.setPalette({});
         return;
     }
     if (!kept.isValid()) control.setProperty(OwnToolTip, control.toolTip());
-    control.setToolTip(message);
+    control.setToolTip(message + '\n' + control.property(OwnToolTip).toString());
+    control.setAccessibleDescription(message);
     QPalette palette;
     const bool dark = palette.color(QPalette::Base).lightness() < 128;
     palette.setColor(QPalette::Base, dark ? QColor(0x6b, 0x22, 0x22) : QColor(0xff, 0xdc, 0xd6));

@@ -27,8 +27,8 @@ class NumberEdit : public QLineEdit {
     bool m_focusedByMouse = false;
 };
 
-/// Marks a control as one that would be refused, with the message as its tool tip, or, with an
-/// empty message, brings back its own look and tool tip.
+/// Marks a control as one that would be refused, with the message in front of its tool tip, or,
+/// with an empty message, brings back its own look and tool tip.
 void markRefused(QWidget& control, const QString& message);
 
 } // namespace telvo::ui
