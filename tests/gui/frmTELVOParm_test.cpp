@@ -144,7 +144,8 @@ void ParameterFormTest::everyRefusalShowsItsTabAndControl_data() {
     QTest::addColumn<QString>("message");
     const auto row = [](int anal, const char* name, const char* text, int tab,
                         const char* message) {
-        QTest::newRow(name) << anal << QString(name) << QString(text) << tab << QString(message);
+        QTest::addRow("%s %s", name, text)
+            << anal << QString(name) << QString(text) << tab << QString(message);
     };
     row(0, "txtEntryHeight", "0", 0, "Invalid entry height");
     row(0, "txtDepthCover", "", 0, "Invalid depth of cover");
@@ -152,15 +153,27 @@ void ParameterFormTest::everyRefusalShowsItsTabAndControl_data() {
         "Crosscut Angle: Value '29.9' is outside input range Valid range is: 30-90");
     row(0, "txtEntryWidth", "-1", 0, "Invalid entry width");
     row(0, "txtXcutSpacing", "20", 0, "Invalid crosscut spacing");
+    row(0, "txtXcutCenters_2", "0", 0, "Invalid entry spacing");
     row(0, "txtXcutCenters_2", "20", 0, "Entry spacing should be more than Entry Width");
     row(0, "txtCoalStrength", "0", 1, "Invalid in situ coal strength");
     row(0, "txtUnitWeight", "0", 1, "Invalid overburden unit weight");
     row(0, "txtBreadthAMZ", "0", 1, "Invalid breadth of AMZ");
     row(0, "txtArchFactor", "0.27", 1, "Invalid Arch Factor");
     row(0, "txtWidthC", "0", 2, "Invalid Pillar Width for Row C");
+    row(0, "txtWidthD", "-5", 2, "Invalid Pillar Width for Row D");
     row(0, "txtExtentActiveGob", "-1", 2, "Invalid extent of active gob");
     row(1, "txtAbutmentAngleActiveGob", "91", 2, "Invalid abutment angle of active gob");
+    row(2, "txtExtentFirstGob", "-1", 2, "Invalid extent of first gob");
+    row(2, "txtAbutmentAngleFirstGob", "-1", 2, "Invalid abutment angle of first gob");
+    row(2, "txtBarrierFirstGob", "-1", 2, "Invalid extent of barrier of first gob");
     row(2, "txtSlabcutFirstGob", "1", 2, "Invalid extent of slab cut in barrier of first gob");
+    row(3, "txtSlabcutSecondGob", "-1", 2, "Invalid extent of slab cut in barrier of second gob");
+    row(3, "txtExtentSecondGob", "-1", 2, "Invalid extent of second gob");
+    row(3, "txtAbutmentAngleSecondGob", "91", 2, "Invalid abutment angle of second gob");
+    row(4, "txtSlabcutFirstGob", "1", 2,
+        "Cannot take slab cut from first side barrier when Row A pillars are left");
+    row(4, "txtSlabcutSecondGob", "1", 2,
+        "Cannot take slab cut from second side barrier when Row B pillars are left");
     row(3, "txtBarrierSecondGob", "-1", 2, "Invalid extent of barrier of second gob");
 }
 
@@ -171,9 +184,12 @@ void ParameterFormTest::everyRefusalShowsItsTabAndControl() {
     QFETCH(int, tab);
     QFETCH(QString, message);
     project::ProjectCase current = goodCase();
-    current.Input.Anal = static_cast<std::int16_t>(anal);
+    const bool rowsLeft = anal == 4; // two side gobs with rows A and B left
+    current.Input.Anal = static_cast<std::int16_t>(std::min(anal, 3));
+    current.Input.RowA = current.Input.RowB = rowsLeft ? 1 : 0;
     current.Input.AMZ = current.Input.Arch = 0;
-    if (name == "txtWidthC") current.Input.RowC = 1;
+    current.Input.RowC = name == "txtWidthC" ? 1 : 0;
+    current.Input.RowD = name == "txtWidthD" ? 1 : 0;
     OpenForm f(current);
     click(*f.form, "chkEqual");
     auto& box = control<QLineEdit>(*f.form, name.toUtf8());
