@@ -100,16 +100,22 @@ void ReportPrinter::rememberPdfFolder() {
 }
 
 bool ReportPrinter::print(const PrintJob& job, QWidget* parent, const QString& title) {
+    return print(job.heading.FileName, parent, title,
+                 [&job](QPrinter& chosen) { return paint(chosen, job, true); });
+}
+
+bool ReportPrinter::print(const std::string& fileName, QWidget* parent, const QString& title,
+                          const std::function<bool(QPrinter&)>& paintOn) {
     QPrinter& chosen = printer();
-    chosen.setDocName(toQt(withoutFolder(job.heading.FileName)));
+    chosen.setDocName(toQt(withoutFolder(fileName)));
     chosen.setCopyCount(1); // the number of the last job is not meant for this one
-    proposePdf(chosen, m_pdfFolder, toQt(job.heading.FileName));
+    proposePdf(chosen, m_pdfFolder, toQt(fileName));
     if (!m_dialogs.choosePrinter(chosen, parent, title)) return false;
 
     const QString file = chosen.outputFileName();
     const bool toPdf = chosen.outputFormat() == QPrinter::PdfFormat;
     const bool toFile = toPdf || !file.isEmpty();
-    const bool printed = paint(chosen, job, true) && (!toPdf || isWhole(file));
+    const bool printed = paintOn(chosen) && (!toPdf || isWhole(file));
     if (printed)
         rememberPdfFolder();
     else

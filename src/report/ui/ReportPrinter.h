@@ -4,6 +4,7 @@
 #include "base/Messages.h"
 #include "report/sheets.h"
 
+#include <functional>
 #include <memory>
 #include <QFont>
 #include <QString>
@@ -32,6 +33,10 @@ class ReportPrinter {
     /// Asks for the printer and prints. A printer or file that cannot be written is told.
     /// Returned: false when nothing was printed.
     bool print(const PrintJob& job, QWidget* parent, const QString& title);
+    /// The same for anything else that can be painted on paper.
+    /// Given: fileName  of the case, after which a PDF is proposed to be called
+    bool print(const std::string& fileName, QWidget* parent, const QString& title,
+               const std::function<bool(QPrinter&)>& paintOn);
     /// Lets the user choose printer and orientation. Returned: false for Cancel.
     bool setUp(QWidget* parent);
 
