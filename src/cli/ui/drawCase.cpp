@@ -6,6 +6,7 @@
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/picture.h"
 
+#include <cstdlib>
 #include <QApplication>
 #include <QFileInfo>
 #include <variant>
@@ -46,9 +47,19 @@ std::string pictureName(const project::ProjectCase& current, std::string_view ki
     return telvo::ui::fromQt(file).append(" ").append(kind);
 }
 
+/// Keeps Qt's remarks on surroundings that do not matter to a drawing off the terminal, and what
+/// would abort the program ends it with a message.
+void onQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type != QtFatalMsg) return;
+    complain(telvo::ui::fromQt(text));
+    std::_Exit(FileTrouble);
+}
+
 PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const PlotOptions& options,
                  const std::string& target) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Whatever the user's session asks for: there may be no session when a script draws.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(onQtMessage);
     // The arguments of the command line are not for Qt.
     int argc = 1;
     char name[] = "telvo-cli";

@@ -5,8 +5,7 @@
 
 namespace telvo::cli {
 
-/// Draws as the desktop program does, with its fonts, but on no screen: Qt's "offscreen" platform,
-/// unless QT_QPA_PLATFORM names another one.
+/// Draws as the desktop program does, but on no screen and with the same font sizes everywhere.
 Plotter desktopPlotter();
 
 } // namespace telvo::cli
