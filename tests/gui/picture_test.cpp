@@ -170,11 +170,13 @@ void PictureTest::aPrintFillsThePaper() {
             QVERIFY(printPicture(picture, printer));
             QCOMPARE(printer.resolution(), 1200);
             QVERIFY(textOfPdf(m_folder.filePath("print.pdf")).contains("Barrier"));
-            // Within its margins A4 is 190 x 277 mm, 718 x 1047 pixels of 1/96 inch. On A8, 32 x 54
-            // mm (121 x 204 pixels) or turned, the picture keeps three quarters of its 300 x 200.
-            QSizeF paged = paper == QPageSize::A4 ? QSizeF(718, 1047) : QSizeF(225, 380);
-            if (orientation == QPageLayout::Landscape)
-                paged = paper == QPageSize::A4 ? paged.transposed() : QSizeF(254, 150);
+            // Within its margins A4 is 190 x 277 mm, 718 x 1047 pixels of 1/96 inch, of which it
+            // takes 718 x 1.2 = 862. On A8, 32 x 54 mm (121 x 204 pixels) or turned, the picture
+            // keeps three quarters of its 300 x 200: 225 x 1.2 = 270, 150 x 204 / 121 = 253.
+            const bool upright = orientation == QPageLayout::Portrait;
+            const QSizeF paged = paper == QPageSize::A4
+                                     ? (upright ? QSizeF(718, 862) : QSizeF(1047, 718))
+                                     : (upright ? QSizeF(225, 270) : QSizeF(253, 150));
             QVERIFY2(std::abs(page.width() - paged.width()) < 3 &&
                          std::abs(page.height() - paged.height()) < 4,
                      qPrintable(QString("%1 x %2").arg(page.width()).arg(page.height())));

@@ -33,6 +33,7 @@ constexpr int LongestSide = 32767; // pixels, to which painting on an image is l
 constexpr int PngCompression = 35; // of 100: a third of the time of the most, a quarter more bytes
 /// Part of its own size below which a printed picture shrinks as a whole.
 constexpr double SmallestShare = 0.75;
+constexpr double TallestPrint = 1.2; // heights of a printed picture to its width
 
 int dotsPerMetre(int dpi) {
     return static_cast<int>(std::lround(dpi / MetresPerInch));
@@ -210,7 +211,10 @@ void copyPicture(const Picture& picture) {
 bool printPicture(const Picture& picture, QPrinter& printer) {
     const int resolution = printer.resolution();
     printer.setResolution(ScreenResolution); // points have their size, lengths are not rounded
-    const QSizeF page = printer.pageRect(QPrinter::DevicePixel).size();
+    QSizeF page = printer.pageRect(QPrinter::DevicePixel).size();
+    const double tallest =
+        std::max(TallestPrint, picture.size.height() / picture.size.width()) * page.width();
+    page.setHeight(std::min(page.height(), tallest));
     const double scale = std::min({1.0, page.width() / (SmallestShare * picture.size.width()),
                                    page.height() / (SmallestShare * picture.size.height())});
     const bool printed = paintOn(printer, picture, {QPointF(), page / scale}, scale) &&

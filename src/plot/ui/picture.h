@@ -50,8 +50,9 @@ Status exportPicture(const Picture& picture, const std::string& path, int dpi);
 /// Puts a picture on the clipboard.
 void copyPicture(const Picture& picture);
 
-/// Prints a picture on one page, which it fills to the printer's margins whichever way the paper
-/// lies; on small paper it shrinks as a whole, so that its texts keep their room.
+/// Prints a picture on one page. It fills the width between the printer's margins and as much of
+/// the height as suits it, whichever way the paper lies; on small paper it shrinks as a whole, so
+/// that its texts keep their room.
 /// Returned: whether the printer took it.
 bool printPicture(const Picture& picture, QPrinter& printer);
 
