@@ -21,6 +21,7 @@ inline constexpr std::string_view Results = "Results: ";
 inline constexpr std::string_view Print = "Print: ";
 inline constexpr std::string_view PrintPreview = "Print Preview: ";
 inline constexpr std::string_view Plots = "Plots: ";
+inline constexpr std::string_view Export = "Export: ";
 inline constexpr std::string_view TextBrowser = "Text Browser: ";
 inline constexpr std::string_view ResourceFiles = "Resource Files: ";
 inline constexpr std::string_view Import = "Import: ";

@@ -5,6 +5,7 @@
 #include "project/CaseFile.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <utility>
 
 #ifdef _WIN32
@@ -79,6 +80,19 @@ CaseOutcome readAndRun(const std::string& file, const app::RunOptions& options) 
 void complain(const std::string& message) {
     const std::string line = "telvo-cli: " + message + "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+void complainOf(const CaseOutcome& outcome) {
+    // A fault of reading names the file itself, with the line.
+    complain(outcome.status == FileTrouble ? outcome.message
+                                           : outcome.file + ": " + outcome.message);
+}
+
+bool mayWrite(const std::string& target, bool force) {
+    std::error_code error;
+    if (force || !std::filesystem::exists(pathFromUtf8(target), error)) return true;
+    complain(target + ": the file exists; --force overwrites it");
+    return false;
 }
 
 void print(std::string_view text) {

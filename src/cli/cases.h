@@ -39,6 +39,12 @@ CaseOutcome readAndRun(const std::string& file, const app::RunOptions& options);
 /// Says on standard error what went wrong: "telvo-cli: " and the message.
 void complain(const std::string& message);
 
+/// Says why a case has no run.
+void complainOf(const CaseOutcome& outcome);
+
+/// Whether a file may be written: it does not exist, or `force`. Complains where it may not.
+bool mayWrite(const std::string& target, bool force);
+
 /// Writes to standard output and remembers whether that failed.
 void print(std::string_view text);
 /// Flushes standard output. Returned: FileTrouble when not everything could be written.

@@ -29,12 +29,6 @@ bool readsInputTwice(const std::vector<std::string>& files) {
     return true;
 }
 
-void complainOf(const CaseOutcome& outcome) {
-    // A fault of reading names the file itself, with the line.
-    complain(outcome.status == FileTrouble ? outcome.message
-                                           : outcome.file + ": " + outcome.message);
-}
-
 void tellNotes(const CaseOutcome& outcome) {
     for (const auto note : outcome.run->notes)
         complain(outcome.file + ": " + std::string(note));
@@ -69,13 +63,6 @@ ExitStatus writeOrComplain(const std::string& path, std::string_view bytes) {
     if (written) return AllGood;
     complain(faultText(written.fault()));
     return FileTrouble;
-}
-
-bool mayWrite(const std::string& target, bool force) {
-    std::error_code error;
-    if (force || !std::filesystem::exists(pathFromUtf8(target), error)) return true;
-    complain(target + ": the file exists; --force overwrites it");
-    return false;
 }
 
 int saveAs(project::ProjectCase current, const std::string& target, bool force) {

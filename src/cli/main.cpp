@@ -1,25 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/arguments.h"
 #include "cli/commands.h"
+#include "cli/plotCommand.h"
+#ifdef TELVO_DRAWS
+#include "cli/ui/drawCase.h"
+#endif
 
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <exception>
-#include <map>
 #include <string>
 
 namespace {
 
 using namespace telvo::cli;
 
-/// The option that chooses the rounding of stability factors.
-void addRounding(CLI::App& command, telvo::report::ReportOptions& options) {
-    command
-        .add_option("--round-sf,--RoundTELVOSF", options.RoundTELVOSF,
-                    "rounding of stability factors (RoundTELVOSF): 0 two decimals, half to even; "
-                    "2 two decimals, cut; 1 unchanged")
-        ->check(CLI::Range(0, 2))
-        ->capture_default_str();
+Plotter plotterOfThisBuild() {
+#ifdef TELVO_DRAWS
+    return desktopPlotter();
+#else
+    return {};
+#endif
 }
 
 void addCases(CLI::App& command, std::vector<std::string>& files) {
@@ -50,18 +52,7 @@ int run(int argc, char** argv) {
     reportCommand->add_option("-o,--output", report.target,
                               "write to this file, lines ended by CR LF, instead of the terminal");
     addRounding(*reportCommand, report.options);
-    const std::map<std::string, int> forceUnits = {{"tons", 1}, {"lbs", 0}};
-    reportCommand
-        ->add_option("--force-units", report.options.OutputStrGradUnits,
-                     "forces of English cases: tons (default) or lbs")
-        ->transform(CLI::CheckedTransformer(forceUnits))
-        ->option_text("tons|lbs");
-    const std::map<std::string, int> stressUnits = {{"psi", 0}, {"psf", 1}};
-    reportCommand
-        ->add_option("--stress-units", report.options.OutputStrUnits,
-                     "stresses of English cases: psi (default) or psf")
-        ->transform(CLI::CheckedTransformer(stressUnits))
-        ->option_text("psi|psf");
+    addUnits(*reportCommand, report.options);
     reportCommand->footer("Example:\n  telvo-cli report panel.TLV --page 1");
 
     ResultsRequest results;
@@ -73,6 +64,10 @@ int run(int argc, char** argv) {
         ->capture_default_str();
     addRounding(*resultsCommand, results.options);
     resultsCommand->footer("Example:\n  telvo-cli results *.TLV --format csv > panels.csv");
+
+    const Plotter plotter = plotterOfThisBuild();
+    PlotRequest plot;
+    const CLI::App* plotCommand = addPlotCommand(app, plotter, plot);
 
     std::vector<std::string> checked;
     CLI::App* checkCommand =
@@ -112,6 +107,7 @@ int run(int argc, char** argv) {
     }
     if (*reportCommand) return runReport(report);
     if (*resultsCommand) return runResults(results);
+    if (*plotCommand) return runPlot(plot, plotter);
     if (*checkCommand) return runCheck(checked);
     if (*newCommand) return runNew(made);
     if (*convertCommand) return runConvert(converted);

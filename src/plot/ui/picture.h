@@ -12,6 +12,7 @@
 #include <string>
 
 class QPainter;
+class QPrinter;
 class QWidget;
 
 namespace telvo::ui {
@@ -28,17 +29,32 @@ struct Picture {
 
 inline constexpr int ScreenResolution = 96; ///< dpi at which a PNG has the picture's own size
 
-/// The picture in pixels.
+inline constexpr int LowestResolution = 48; ///< of a PNG, dpi
+inline constexpr int HighestResolution = 1200;
+inline constexpr int DefaultResolution = 200;
+
+/// Pixels at a resolution of what measures `size` pixels of 1/96 inch.
+QSize pixelSize(QSizeF size, int dpi);
+
+/// The picture in pixels; a null image where it is too large for memory. Its texts have the size
+/// that they have on paper, whatever the scale of the screen.
 QImage pictureImage(const Picture& picture, int dpi);
 
 /// Writes a picture in one atomic step, in the format that the file name ends in: .png, .svg, .pdf,
-/// and .csv where it has numbers.
-/// Faults: another ending, a picture without numbers, a file that cannot be written.
+/// and .csv where it has numbers. A PDF has one page of the picture's size.
+/// Faults: another ending, a picture without numbers, a resolution outside its limits or too high
+/// for memory, a file that cannot be written; an older file stays whole.
 /// Given: dpi  resolution of a PNG, 48 to 1200
 Status exportPicture(const Picture& picture, const std::string& path, int dpi);
 
 /// Puts a picture on the clipboard.
 void copyPicture(const Picture& picture);
+
+/// Prints a picture on one page. It fills the width between the printer's margins and as much of
+/// the height as suits it, whichever way the paper lies; on small paper it shrinks as a whole, so
+/// that its texts keep their room.
+/// Returned: whether the printer took it.
+bool printPicture(const Picture& picture, QPrinter& printer);
 
 /// Export command of a window: asks for the file and, for a PNG, the resolution; tells the outcome.
 void exportCommand(const Picture& picture, FileDialogs& dialogs, Messages& messages,

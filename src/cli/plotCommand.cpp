@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/plotCommand.h"
+
+#include "base/files.h"
+#include "cli/arguments.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cctype>
+
+namespace telvo::cli {
+
+namespace {
+
+/// Percent of a case's own value, as the settings limit the range of the graphs.
+constexpr double LowestPercent = 0;
+constexpr double HighestPercent = 150;
+
+constexpr std::string_view PictureEndings[] = {".svg", ".png", ".pdf"};
+constexpr std::string_view NumbersEnding = ".csv";
+
+std::string endingOf(const std::string& target) {
+    std::string ending = utf8FromPath(pathFromUtf8(target).extension());
+    std::transform(ending.begin(), ending.end(), ending.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending;
+}
+
+/// One line per kind, in columns.
+std::string kindTable(const std::vector<PlotKind>& kinds) {
+    std::size_t widest = 0;
+    for (const PlotKind& kind : kinds)
+        widest = std::max(widest, kind.name.size());
+    std::string text;
+    for (const PlotKind& kind : kinds) {
+        text.append("  ").append(kind.name).append(widest + 2 - kind.name.size(), ' ');
+        text.append(kind.shows).append("\n");
+    }
+    return text;
+}
+
+bool any(const Plotter& plotter, bool PlotKind::*has) {
+    return std::any_of(plotter.kinds.begin(), plotter.kinds.end(),
+                       [has](const PlotKind& kind) { return kind.*has; });
+}
+
+} // namespace
+
+CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& request) {
+    if (plotter.kinds.empty()) {
+        CLI::App* command = app.add_subcommand("plot", "draw a case (not in this build)");
+        command->allow_extras();
+        return command;
+    }
+    CLI::App* command = app.add_subcommand("plot", "draw a case into a file, without a display");
+    command->add_option("CASE", request.source, "case file; - reads standard input")->required();
+    std::vector<std::string> names;
+    for (const PlotKind& kind : plotter.kinds)
+        names.emplace_back(kind.name);
+    command->add_option("--kind", request.kind, "what is drawn, see below")
+        ->check(CLI::IsMember(names))
+        ->option_text("KIND")
+        ->required();
+    command
+        ->add_option("-o,--output", request.target,
+                     any(plotter, &PlotKind::hasNumbers)
+                         ? "file to write: .svg, .png, .pdf, or .csv for the numbers behind it"
+                         : "file to write: .svg, .png or .pdf")
+        ->option_text("FILE")
+        ->required();
+    command->add_flag("--force", request.force, "overwrite an existing file");
+    request.options.dpi = plotter.defaultDpi;
+    command->add_option("--dpi", request.options.dpi, "pixels to the inch of a PNG")
+        ->check(CLI::Range(plotter.lowestDpi, plotter.highestDpi))
+        ->capture_default_str();
+    if (any(plotter, &PlotKind::takesRange))
+        command
+            ->add_option("--range", request.range,
+                         "ends of a graph's axis in percent of the case's own value, 0 to 150")
+            ->expected(2)
+            ->check(CLI::Range(LowestPercent, HighestPercent))
+            ->option_text("MIN MAX");
+    if (any(plotter, &PlotKind::takesReportOptions)) {
+        addRounding(*command, request.options.report);
+        addUnits(*command, request.options.report);
+    }
+    command->footer("Kinds:\n" + kindTable(plotter.kinds) +
+                    "\nExample:\n  telvo-cli plot panel.TLV --kind " + names.front() +
+                    " -o panel.svg");
+    return command;
+}
+
+int runPlot(const PlotRequest& request, const Plotter& plotter) {
+    if (plotter.kinds.empty()) {
+        complain("this build has no drawing; it was made without the desktop libraries");
+        return WrongUsage;
+    }
+    std::size_t index = 0;
+    while (plotter.kinds[index].name != request.kind) // one of them, or it had been refused
+        ++index;
+    const PlotKind& kind = plotter.kinds[index];
+    if (const std::string ending = endingOf(request.target); ending == NumbersEnding) {
+        if (!kind.hasNumbers) {
+            complain(request.target + ": a picture of kind " + request.kind + " has no numbers");
+            return WrongUsage;
+        }
+    } else if (std::find(std::begin(PictureEndings), std::end(PictureEndings), ending) ==
+               std::end(PictureEndings)) {
+        complain(request.target + ": the file name has to end in .svg, .png or .pdf");
+        return WrongUsage;
+    }
+    PlotOptions options = request.options;
+    if (!request.range.empty()) {
+        if (!kind.takesRange) {
+            complain("--range: a picture of kind " + request.kind + " has no such axis");
+            return WrongUsage;
+        }
+        options.range = {request.range[0], request.range[1]};
+    }
+    const CaseOutcome outcome = readCase(request.source);
+    if (!outcome.current) {
+        complainOf(outcome);
+        return outcome.status;
+    }
+    if (!mayWrite(request.target, request.force)) return FileTrouble;
+    const PlotOutcome drawn = plotter.draw(*outcome.current, index, options, request.target);
+    if (drawn.status == Refused)
+        complain(outcome.file + ": " + drawn.message);
+    else if (drawn.status != AllGood)
+        complain(drawn.message);
+    return drawn.status;
+}
+
+} // namespace telvo::cli

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/ui/drawCase.h"
+
+#include "base/ui/qtText.h"
+#include "plot/panelPlan.h"
+#include "plot/ui/paintDrawing.h"
+#include "plot/ui/picture.h"
+
+#include <cstdlib>
+#include <QApplication>
+#include <QFileInfo>
+#include <variant>
+
+namespace telvo::cli {
+
+namespace {
+
+using telvo::ui::Picture;
+
+/// A picture, or why the case has none.
+using Drawn = std::variant<Picture, Refusal>;
+
+Drawn plan(const project::ProjectCase& current, const PlotOptions&) {
+    auto made = plot::panelPlan(current, {});
+    if (auto* refused = std::get_if<Refusal>(&made)) return std::move(*refused);
+    Picture picture;
+    picture.paint = [drawing = std::move(std::get<plot::Drawing>(made))](QPainter& painter,
+                                                                         const QRectF& page) {
+        telvo::ui::paintDrawing(drawing, painter, page, telvo::ui::paperPalette());
+    };
+    return picture;
+}
+
+struct DrawnKind {
+    PlotKind kind;
+    Drawn (*draw)(const project::ProjectCase& current, const PlotOptions& options);
+};
+
+/// Everything that can be drawn; the help text follows this table.
+constexpr DrawnKind Kinds[] = {
+    {{.name = "plan", .shows = "plan of the panel, to scale and dimensioned"}, plan},
+};
+
+/// "panel plan" for the case file panel.TLV.
+std::string pictureName(const project::ProjectCase& current, std::string_view kind) {
+    const QString file = QFileInfo(telvo::ui::toQt(current.FileName)).completeBaseName();
+    return telvo::ui::fromQt(file).append(" ").append(kind);
+}
+
+/// Keeps Qt's remarks on surroundings that do not matter to a drawing off the terminal, and what
+/// would abort the program ends it with a message.
+void onQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type != QtFatalMsg) return;
+    complain(telvo::ui::fromQt(text));
+    std::_Exit(FileTrouble);
+}
+
+PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const PlotOptions& options,
+                 const std::string& target) {
+    // Whatever the user's session asks for: there may be no session when a script draws.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(onQtMessage);
+    // The arguments of the command line are not for Qt.
+    int argc = 1;
+    char name[] = "telvo-cli";
+    char* argv[] = {name, nullptr};
+    const QApplication application(argc, argv);
+
+    Drawn drawn = Kinds[kind].draw(current, options);
+    if (const auto* refused = std::get_if<Refusal>(&drawn)) return {Refused, refused->message};
+    Picture& picture = std::get<Picture>(drawn);
+    picture.name = pictureName(current, Kinds[kind].kind.name);
+    const Status written = exportPicture(picture, target, options.dpi);
+    if (!written) return {FileTrouble, faultText(written.fault())};
+    return {};
+}
+
+} // namespace
+
+Plotter desktopPlotter() {
+    Plotter plotter;
+    for (const DrawnKind& one : Kinds)
+        plotter.kinds.push_back(one.kind);
+    plotter.lowestDpi = telvo::ui::LowestResolution;
+    plotter.highestDpi = telvo::ui::HighestResolution;
+    plotter.defaultDpi = telvo::ui::DefaultResolution;
+    plotter.draw = draw;
+    return plotter;
+}
+
+} // namespace telvo::cli

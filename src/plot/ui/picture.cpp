@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "plot/ui/picture.h"
+
+#include "base/files.h"
+#include "base/titles.h"
+#include "base/ui/qtText.h"
+#include "plot/ui/frmResolution.h"
+
+#include <algorithm>
+#include <cmath>
+#include <QApplication>
+#include <QBuffer>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QFontInfo>
+#include <QHash>
+#include <QImageWriter>
+#include <QPageLayout>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QPrinter>
+#include <QRegularExpression>
+#include <QSvgGenerator>
+
+namespace telvo::ui {
+
+namespace {
+
+constexpr double MetresPerInch = 0.0254;
+constexpr double PointsPerInch = 72;
+constexpr double FontSize = 9;     // pt
+constexpr int LongestSide = 32767; // pixels, to which painting on an image is limited
+constexpr int PngCompression = 35; // of 100: a third of the time of the most, a quarter more bytes
+/// Part of its own size below which a printed picture shrinks as a whole.
+constexpr double SmallestShare = 0.75;
+constexpr double TallestPrint = 1.2; // heights of a printed picture to its width
+
+int dotsPerMetre(int dpi) {
+    return static_cast<int>(std::lround(dpi / MetresPerInch));
+}
+
+/// The same on every screen; without hinting widths grow evenly with the resolution, so that texts
+/// fill the same room in every format.
+QFont pictureFont() {
+    QFont font;
+    font.setPointSizeF(FontSize);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
+}
+
+bool paintOn(QPaintDevice& device, const Picture& picture, const QRectF& rect, double scale = 1) {
+    QPainter painter;
+    if (!painter.begin(&device)) return false;
+    painter.setFont(pictureFont());
+    painter.scale(scale, scale);
+    painter.fillRect(rect, Qt::white);
+    picture.paint(painter, rect);
+    return painter.end();
+}
+
+bool paintOn(QPaintDevice& device, const Picture& picture) {
+    return paintOn(device, picture, {QPointF(), picture.size});
+}
+
+/// The whole file in one of the formats, or why there is none.
+using Bytes = Result<std::string>;
+
+Bytes taken(const QBuffer& buffer) {
+    return buffer.data().toStdString();
+}
+
+Fault notDrawn() {
+    return {"the picture could not be drawn", {}};
+}
+
+Bytes pngBytes(const Picture& picture, int dpi) {
+    if (dpi < LowestResolution || dpi > HighestResolution)
+        return Fault{"The resolution has to lie between " + std::to_string(LowestResolution) +
+                         " and " + std::to_string(HighestResolution) + " dpi",
+                     {}};
+    QImage image = pictureImage(picture, dpi);
+    if (image.isNull())
+        return Fault{"The picture is too large for memory at " + std::to_string(dpi) +
+                         " dpi; choose a lower resolution",
+                     {}};
+    QBuffer buffer;
+    QImageWriter writer(&buffer, "png");
+    writer.setCompression(PngCompression);
+    writer.setText("Title", toQt(picture.name));
+    writer.setText("Software", toQt(titles::Program));
+    if (!writer.write(image)) return notDrawn();
+    return taken(buffer);
+}
+
+/// The SVG with the fonts that were measured by their names, instead of the program's own name for
+/// them ("Sans Serif" is none elsewhere), and with what to take where they are missing.
+QByteArray withFontNames(const QByteArray& svg) {
+    const QString text = QString::fromUtf8(svg);
+    static const QRegularExpression family("font-family=\"([^\"]*)\"");
+    QHash<QString, QString> names;
+    QString named;
+    qsizetype end = 0;
+    for (auto found = family.globalMatch(text); found.hasNext();) {
+        const auto match = found.next();
+        QString& name = names[match.captured(1)];
+        if (name.isEmpty()) name = QFontInfo(QFont(match.captured(1))).family();
+        named += text.mid(end, match.capturedStart(1) - end) + name + ", sans-serif";
+        end = match.capturedEnd(1);
+    }
+    return (named + text.mid(end)).toUtf8();
+}
+
+Bytes svgBytes(const Picture& picture, int) {
+    QBuffer buffer;
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setResolution(ScreenResolution);
+    generator.setSize({static_cast<int>(std::ceil(picture.size.width())),
+                       static_cast<int>(std::ceil(picture.size.height()))});
+    generator.setViewBox(QRectF(QPointF(), generator.size()));
+    generator.setTitle(toQt(picture.name));
+    generator.setDescription(toQt(titles::Program));
+    if (!paintOn(generator, picture)) return notDrawn();
+    return withFontNames(buffer.data()).toStdString();
+}
+
+Bytes pdfBytes(const Picture& picture, int) {
+    QBuffer buffer;
+    if (!buffer.open(QIODevice::WriteOnly)) return notDrawn();
+    {
+        QPdfWriter writer(&buffer);
+        const QPageSize page(picture.size * (PointsPerInch / ScreenResolution), QPageSize::Point,
+                             toQt(picture.name), QPageSize::ExactMatch);
+        writer.setPageLayout({page, QPageLayout::Portrait, {}});
+        writer.setResolution(ScreenResolution);
+        writer.setTitle(toQt(picture.name));
+        writer.setCreator(toQt(titles::Program));
+        if (!paintOn(writer, picture)) return notDrawn();
+    }
+    return taken(buffer);
+}
+
+Bytes csvBytes(const Picture& picture, int) {
+    if (picture.csv.empty())
+        return Fault{"The picture has no numbers that could be written as CSV", {}};
+    return picture.csv;
+}
+
+struct Format {
+    const char* ending;
+    const char* filter;
+    Bytes (*bytes)(const Picture& picture, int dpi);
+};
+
+constexpr Format Png = {"png", "PNG Picture (*.png)", pngBytes};
+constexpr Format Svg = {"svg", "SVG Drawing (*.svg)", svgBytes};
+constexpr Format Pdf = {"pdf", "PDF Document (*.pdf)", pdfBytes};
+constexpr Format Csv = {"csv", "Comma Separated Values (*.csv)", csvBytes};
+
+const Format* formatOf(const std::string& path) {
+    const QString ending = QFileInfo(toQt(path)).suffix().toLower();
+    for (const Format* format : {&Png, &Svg, &Pdf, &Csv})
+        if (ending == QLatin1String(format->ending)) return format;
+    return nullptr;
+}
+
+/// The printed file's end: a full disk is not reported by the printer.
+bool isWhole(const QString& pdf) {
+    const auto bytes = readFile(fromQt(pdf));
+    return bytes &&
+           bytes->find("%%EOF", std::max<std::size_t>(bytes->size(), 16) - 16) != std::string::npos;
+}
+
+} // namespace
+
+QSize pixelSize(QSizeF size, int dpi) {
+    return (size * dpi / ScreenResolution).toSize();
+}
+
+QImage pictureImage(const Picture& picture, int dpi) {
+    const QSize size = pixelSize(picture.size, dpi);
+    if (std::max(size.width(), size.height()) > LongestSide) return {};
+    QImage image(size, QImage::Format_RGB32);
+    if (image.isNull()) return {};
+    image.fill(Qt::white);
+    // The painter enlarges; while it paints, a point has the size that it has on the screen.
+    image.setDotsPerMeterX(dotsPerMetre(ScreenResolution));
+    image.setDotsPerMeterY(dotsPerMetre(ScreenResolution));
+    if (!paintOn(image, picture, {QPointF(), picture.size}, 1.0 * dpi / ScreenResolution))
+        return {};
+    image.setDotsPerMeterX(dotsPerMetre(dpi));
+    image.setDotsPerMeterY(dotsPerMetre(dpi));
+    return image;
+}
+
+Status exportPicture(const Picture& picture, const std::string& path, int dpi) {
+    const Format* format = formatOf(path);
+    if (!format)
+        return Fault{"A picture's file name ends in .png, .svg or .pdf" +
+                         std::string(picture.csv.empty() ? "" : ", its numbers' in .csv"),
+                     path};
+    const Bytes bytes = format->bytes(picture, dpi);
+    if (!bytes) return Fault{bytes.fault().message, path};
+    return writeFile(path, *bytes);
+}
+
+void copyPicture(const Picture& picture) {
+    QApplication::clipboard()->setImage(pictureImage(picture, 2 * ScreenResolution));
+}
+
+bool printPicture(const Picture& picture, QPrinter& printer) {
+    const int resolution = printer.resolution();
+    printer.setResolution(ScreenResolution); // points have their size, lengths are not rounded
+    QSizeF page = printer.pageRect(QPrinter::DevicePixel).size();
+    const double tallest =
+        std::max(TallestPrint, picture.size.height() / picture.size.width()) * page.width();
+    page.setHeight(std::min(page.height(), tallest));
+    const double scale = std::min({1.0, page.width() / (SmallestShare * picture.size.width()),
+                                   page.height() / (SmallestShare * picture.size.height())});
+    const bool printed = paintOn(printer, picture, {QPointF(), page / scale}, scale) &&
+                         printer.printerState() != QPrinter::Error;
+    printer.setResolution(resolution);
+    if (printer.outputFormat() != QPrinter::PdfFormat) return printed;
+    return printed && isWhole(printer.outputFileName());
+}
+
+void exportCommand(const Picture& picture, FileDialogs& dialogs, Messages& messages,
+                   const std::string& folder, QWidget* parent) {
+    std::vector<std::string> filters = {Png.filter, Svg.filter, Pdf.filter};
+    if (!picture.csv.empty()) filters.emplace_back(Csv.filter);
+    messages.status("Export picture");
+    const QString proposal = toQt(folder) + '/' + toQt(picture.name) + '.' + Png.ending;
+    const auto path = dialogs.saveFile("Export Picture", fromQt(proposal), filters, Png.ending);
+    int dpi = DefaultResolution;
+    if (path && formatOf(*path) == &Png) {
+        frmResolution form(picture.size, parent);
+        dpi = form.exec() == QDialog::Accepted ? form.resolution() : 0;
+    }
+    if (!path || dpi == 0) {
+        messages.status("Export cancelled");
+        return;
+    }
+    QApplication::setOverrideCursor(Qt::WaitCursor); // a fine PNG takes seconds
+    const Status written = exportPicture(picture, *path, dpi);
+    QApplication::restoreOverrideCursor();
+    if (!written) {
+        messages.status("Export failed");
+        messages.tell(faultText(written.fault()),
+                      std::string(titles::Export).append(titles::Error));
+        return;
+    }
+    messages.history("Picture exported: " + *path);
+    messages.status("Picture exported");
+}
+
+} // namespace telvo::ui
