@@ -206,6 +206,9 @@ std::vector<Sample> GraphSampler::along(double low, double high) const {
     std::vector<double> grid;
     for (int i = 0; i <= Intervals; ++i)
         grid.push_back(i == Intervals ? high : low + width * i / Intervals);
+    // A height or a depth of 0 has no factor, and those next to it have one without bound.
+    if (!(low > 0) && (m_kind == GraphKind::EntryHeight || m_kind == GraphKind::DepthCover))
+        grid.front() = low + width / Intervals / 2;
     if (own >= low && own <= high) {
         // A grid point that differs by rounding alone gives way to the case's own value.
         std::erase_if(grid, [&](double x) { return std::abs(x - own) < Resolution * width; });

@@ -116,7 +116,7 @@ class CurveMaker {
             const Sample& here = samples[i];
             const Sample* before = i > 0 ? &samples[i - 1] : nullptr;
             if (before && bool(before->factors) != bool(here.factors)) {
-                noteGap(p, *before, here);
+                noteGap(p, *before, here, gapText(samples, before->factors ? i : i - 1));
                 open = false;
             }
             if (!here.factors) continue;
@@ -134,11 +134,22 @@ class CurveMaker {
         }
     }
 
-    void noteGap(int p, const Sample& before, const Sample& after) {
+    /// Why there is a gap whose edge is sample i: as told inside of it, where figures are larger
+    /// than rounding.
+    std::string gapText(const std::vector<Sample>& samples, std::size_t i) const {
+        for (const std::size_t inside : {i + 1, i - 1}) // before 0 is beyond the last
+            if (inside < samples.size() && !samples[inside].factors)
+                if (Sample middle = m_sampler.at(middleOf(samples[i], samples[inside]));
+                    !middle.factors)
+                    return middle.gap;
+        return samples[i].gap;
+    }
+
+    void noteGap(int p, const Sample& before, const Sample& after, const std::string& why) {
         const double x = middleOf(before, after);
         const double edge = EdgeOfAxis * m_width;
         if (x - m_graph.low < edge || m_graph.high - x < edge) return;
-        Jump jump{x, {}, {}, "No factor: " + (before.factors ? after.gap : before.gap)};
+        Jump jump{x, {}, {}, "No factor: " + why};
         if (before.factors) jump.before = (*before.factors)[p];
         if (after.factors) jump.after = (*after.factors)[p];
         curve(p).jumps.push_back(std::move(jump));
@@ -146,11 +157,11 @@ class CurveMaker {
 
     std::string jumpText(const Sample& before, const Sample& after, double yBefore,
                          double yAfter) const {
-        std::string text = switchText(before.regime, after.regime, m_graph.units);
-        if ((yBefore < 0) != (yAfter < 0)) {
-            if (!text.empty()) text += "; ";
-            text += "the load changes its sign";
-        }
+        constexpr double boundless = 1000; // on either side of a zero of the load
+        if ((yBefore < 0) != (yAfter < 0) &&
+            std::min(std::abs(yBefore), std::abs(yAfter)) > boundless)
+            return "The load passes through zero, where the factor has no bound";
+        const std::string text = switchText(before.regime, after.regime, m_graph.units);
         return text.empty() ? "The analysis jumps here without a single rule that switches" : text;
     }
 

@@ -206,6 +206,18 @@ TEST(SfGraph, AxisIsClippedToWhatTheParameterMayBe) {
     }
 }
 
+TEST(SfGraph, AxisFromZeroStaysWithinBounds) {
+    // Factors go as 1 / H and nearly as 1 / h: half a step of 1 % off zero is all that is drawn.
+    for (const GraphKind kind : {GraphKind::EntryHeight, GraphKind::DepthCover}) {
+        const SfGraph graph = graphOf(panel(0), kind, {0, 100});
+        EXPECT_EQ(graph.low, 0);
+        const auto points = pointsOf(graph.curves[0]);
+        EXPECT_EQ(points.size(), 101U);
+        EXPECT_LT(points.front().y, 200.1 * points.back().y);
+        EXPECT_TRUE(graph.curves[0].jumps.empty());
+    }
+}
+
 TEST(SfGraph, GapsEndWhereTheAnalysisFails) {
     // At 30 degrees an entry of 20 ft takes 40 ft of the spacing; the pillars grow from there.
     ProjectCase current = panel(0);
