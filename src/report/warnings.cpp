@@ -16,11 +16,8 @@ using project::ProjectCase;
 
 namespace {
 
-constexpr double ShallowLimit = 650;    // ft
-constexpr double DeepLimit = 1000;      // ft
-constexpr double VeryDeepLimit = 2000;  // ft
-constexpr double PanelWidthLimit = 425; // ft
-constexpr double NoBarrier = 10000;     // stands for the barrier SF where there is no barrier
+constexpr double VeryDeepLimit = 2000; // ft
+constexpr double NoBarrier = 10000;    // stands for the barrier SF where there is no barrier
 
 /// The limits as the texts name them, by unit system; labels only.
 struct LimitTexts {

@@ -10,6 +10,12 @@
 
 namespace telvo::report {
 
+// Limits between which the suggested minimum TELVO SF falls with depth, and the widest panel that
+// it holds for.
+inline constexpr double ShallowLimit = 650;    // ft
+inline constexpr double DeepLimit = 1000;      // ft
+inline constexpr double PanelWidthLimit = 425; // ft
+
 /// How a case compares with the limits of the case-history data base.
 struct Warnings {
     std::array<bool, 16> WarningFlags{}; // 4 and 8 exist but are never set

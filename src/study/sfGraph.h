@@ -50,13 +50,24 @@ struct Jump {
     std::string rule;                    ///< which rule switches, for the reader
 };
 
+/// A place where a rule switches and the curve goes on without a jump: it bends, or a gob turns
+/// between sub- and supercritical.
+struct Turn {
+    double x = 0;
+    double y = 0;
+    std::string rule;
+};
+
 /// One curve: "Development" or "Retreat".
 struct Curve {
     std::string name;
     /// Stretches without jump or gap, from left to right, each with its points in rising x.
     std::vector<std::vector<GraphPoint>> pieces;
     std::vector<Jump> jumps;
-    std::optional<GraphPoint> own; ///< the point of the case itself
+    std::vector<Turn> turns;
+    /// The point of the case itself, when it lies on the axis. With an automatic AMZ whose breadth
+    /// is not that of the form's rule it lies off the curve.
+    std::optional<GraphPoint> own;
 };
 
 /// A limit that the warnings use, as a line or a curve.
@@ -83,13 +94,18 @@ bool isOffered(GraphKind kind, const project::ProjectInput& in);
 /// by the rule of the parameter form.
 project::ProjectCase variedCase(const project::ProjectCase& current, GraphKind kind, double x);
 
-/// Computes a graph. At least 101 points besides the case's own; points that the check refuses or
-/// that cannot be computed are gaps. The axis is clipped: angle 30 to 90, spacing above the entry
-/// width, barrier at least the slab cut.
-/// Refusals: a range whose minimum is not below its maximum; a graph without any point.
+/// Computes a graph. At least 101 points besides the case's own, and the points on either side of a
+/// place where a rule switches; points that the check refuses or that cannot be computed are gaps.
+/// The axis is clipped: angle 30 to 90, spacing above the entry width, barrier at least the slab
+/// cut. The steps of a rounded arch factor or an automatic AMZ breadth are jumps like any other:
+/// the report prints them. Refusals: a range whose minimum is not below its maximum; a graph that
+/// the case has no use for; a graph without any point.
 std::variant<SfGraph, Refusal> sfGraph(const project::ProjectCase& current, GraphKind kind,
                                        const GraphRange& range,
                                        const report::ReportOptions& options);
+
+/// Name of the varied parameter with its unit: "Entry Height (ft)".
+std::string parameterLabel(GraphKind kind, std::int16_t units);
 
 /// Where a curve takes a value, or jumps over it.
 struct Crossing {
@@ -100,11 +116,13 @@ struct Crossing {
 };
 
 /// All values of the parameter within the axis at which a factor is `target`, from left to right;
-/// refined on the analysis itself, not on the drawn points.
+/// refined on the analysis itself, not on the drawn points. A stretch that lies on the target is
+/// told by its first point.
 std::vector<Crossing> valuesAt(const project::ProjectCase& current, const SfGraph& graph,
                                double target);
 
-/// The numbers of a graph as comma-separated values, one row per point.
+/// The numbers of a graph as comma-separated values, one row per value of the parameter, lines
+/// ended by CR LF. A factor is empty in a gap; a gap has a row without factors at either end.
 std::string graphCsv(const SfGraph& graph);
 
 } // namespace telvo::study
