@@ -454,7 +454,11 @@ telvo::ui::Picture graphPicture(const SfGraph& graph, const GraphOptions& option
         recorder.end();
         painter.save();
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.drawPicture(page.topLeft(), record);
+        painter.translate(page.topLeft());
+        // Playing back enlarges by the ratio of the resolutions; the caller's pixels are meant.
+        painter.scale(static_cast<double>(record.logicalDpiX()) / painter.device()->logicalDpiX(),
+                      static_cast<double>(record.logicalDpiY()) / painter.device()->logicalDpiY());
+        painter.drawPicture(0, 0, record);
         painter.restore();
     };
     return picture;

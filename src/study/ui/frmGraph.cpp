@@ -30,8 +30,8 @@ frmGraph::frmGraph(GraphSubject subject, const GraphOptions& options, GraphActio
 
     m_view = new GraphView("grfSF", m_subject.graph, caption, options, this);
     m_reading = textLabel("lblReading", tr("Cross-hair"));
-    // Two lines at all times, so that the graph does not jump when a jump's rule is told.
-    m_reading->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    // Room at all times, so that the graph does not jump when a jump's rule is told.
+    m_reading->setMinimumHeight(3 * fontMetrics().lineSpacing());
     m_reading->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_reading->setToolTip(tr("Values of the curves at the cross-hair, which follows the mouse and "
                              "the left and right arrow keys"));
