@@ -3,14 +3,11 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
-#include "plot/ui/paintDrawing.h"
 #include "report/sections.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <QApplication>
-#include <QPicture>
 
 namespace telvo::study::ui {
 
@@ -22,7 +19,6 @@ constexpr double CurveWidth = 1.5; // points
 constexpr double ThinWidth = 0.75;
 constexpr double OwnMarkScale = 1.9; // of the symbols
 constexpr double EndMarkScale = 1.1;
-constexpr int PaperFontPixels = 12;
 constexpr double ClosePixels = 4; // between points that a label may not cover
 
 /// Numbers of the axes without a locale.
@@ -287,6 +283,7 @@ void GraphChart::composeKey() {
     const double tallest = std::max<double>(m_options.SymbolSize, 9) * m_ink.pointsToPixels;
     legend->setIconSize(static_cast<int>(36 * m_ink.pointsToPixels),
                         std::max(QFontMetrics(m_ink.font).height(), static_cast<int>(tallest) + 4));
+    legend->setIconTextPadding(12);
     legend->setColumnSpacing(QFontMetrics(m_ink.font).height());
     const auto addKey = [this](const QString& name, const QPen& pen, QCPScatterStyle symbol) {
         QCPGraph* key = addGraph();
@@ -427,41 +424,6 @@ void GraphChart::placeOwnLabels() {
         taken.push_back(best);
         label.item->position->setCoords(best.topLeft());
     }
-}
-
-std::string graphCaption(const SfGraph& graph, const std::string& caseName) {
-    const auto kind = static_cast<std::size_t>(graph.kind);
-    return std::string(GraphCaptions[kind]) + " - " + caseName;
-}
-
-telvo::ui::Picture graphPicture(const SfGraph& graph, const GraphOptions& options,
-                                const std::string& caseName, const std::string& csv) {
-    telvo::ui::Picture picture;
-    picture.name = graphCaption(graph, caseName);
-    picture.csv = csv;
-    picture.paint = [=](QPainter& painter, const QRectF& page) {
-        GraphChart chart(graph, graphCaption(graph, caseName));
-        QFont font = QApplication::font();
-        font.setPixelSize(PaperFontPixels); // pictures count in pixels, whatever they end up on
-        constexpr double pixelsPerPoint = telvo::ui::ScreenResolution / 72.0;
-        chart.compose(options, {telvo::ui::paperPalette(), font, pixelsPerPoint});
-        const QSize size = page.size().toSize();
-        chart.fitTexts(size);
-        // The chart paints with a painter of its own, so it is recorded and played back.
-        QPicture record;
-        QCPPainter recorder(&record);
-        chart.toPainter(&recorder, size.width(), size.height());
-        recorder.end();
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(page.topLeft());
-        // Playing back enlarges by the ratio of the resolutions; the caller's pixels are meant.
-        painter.scale(static_cast<double>(record.logicalDpiX()) / painter.device()->logicalDpiX(),
-                      static_cast<double>(record.logicalDpiY()) / painter.device()->logicalDpiY());
-        painter.drawPicture(0, 0, record);
-        painter.restore();
-    };
-    return picture;
 }
 
 } // namespace telvo::study::ui
