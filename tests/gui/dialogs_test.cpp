@@ -5,6 +5,7 @@
 #include "app/ui/dialogs/associate.h"
 #include "app/ui/dialogs/frmAbout.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
+#include "app/ui/dialogs/frmGraphOpts.h"
 #include "app/ui/dialogs/frmSet.h"
 #include "app/ui/dialogs/frmTELVOOpts.h"
 #include "app/ui/dialogs/frmUpdate.h"
@@ -16,6 +17,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -63,6 +65,7 @@ class DialogsTest : public QObject {
     void aSaveThatFailsIsTold();
     void aDataPathIsChosen();
     void optionsAreKeptAndTheRangeIsChecked();
+    void graphOptionsAreKept();
     void remindersAreSwitchedOff();
     void theUpdatePageIsALinkOnceItIsKnown();
     void aboutNamesVersionAndLicence();
@@ -210,6 +213,38 @@ void DialogsTest::optionsAreKeptAndTheRangeIsChecked() {
     QVERIFY(!desk.saved("DefaultUnits=0"));
     QCOMPARE(changed.count(), 1);
     QCOMPARE(desk.messages.lastStatus(), "Program Options Modified");
+}
+
+void DialogsTest::graphOptionsAreKept() {
+    Desk desk;
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        app::ui::frmGraphOpts form(desk.store, desk.services);
+        show(form);
+        if (key == Qt::Key_Escape) click(form, "optGridStyle_3");
+        QTest::keyClick(&form, key);
+        QCOMPARE(desk.messages.lastStatus(), "Graph Options Not Modified");
+        QVERIFY(desk.wroteNothing());
+    }
+    app::ui::frmGraphOpts form(desk.store, desk.services);
+    show(form);
+    QVERIFY(control<QRadioButton>(form, "optGraphStyle_3").isChecked());
+    for (const char* name : {"optGridStyle_1", "optGraphStyle_2", "optGraphUnits_1",
+                             "chkCurveLegend", "chkGraphSetParams"})
+        click(form, name);
+    auto& size = control<QSpinBox>(form, "spnSymbolSize");
+    QCOMPARE(size.minimum(), 3);
+    size.setValue(99);
+    control<QTabWidget>(form, "SSTab1").setCurrentIndex(1);
+    type(form, "txtXAxisTitle_5", " Second Barrier ");
+    type(form, "txtYAxisTitle_1", "SFBAR");
+    click(form, "cmdOK");
+    for (const char* line :
+         {"GridStyle=1", "GraphStyle=2", "GraphUnits=1", "CurveLegend=0", "GraphSetParams=1",
+          "SymbolSize=20", "GraphTitle=TELVO", "XAxisTitle0=Entry Height",
+          "XAxisTitle5=Second Barrier", "YAxisTitle0=Stability Factor", "YAxisTitle1=SFBAR"})
+        QVERIFY2(desk.saved(line), line);
+    QVERIFY(!desk.saved("[TELVOOptions]"));
+    QCOMPARE(desk.messages.lines.back(), "Graph Options Modified");
 }
 
 void DialogsTest::remindersAreSwitchedOff() {

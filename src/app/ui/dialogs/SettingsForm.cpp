@@ -36,15 +36,16 @@ QCheckBox* SettingsForm::addSwitch(QBoxLayout& layout, const QString& name, Swit
 
 QGroupBox* SettingsForm::makeChoice(const QString& name, std::int16_t Settings::*value,
                                     const QString& title, const QStringList& captions,
-                                    const QStringList& toolTips, QBoxLayout::Direction direction) {
+                                    const QStringList& toolTips, QBoxLayout::Direction direction,
+                                    int first) {
     auto* frame = new QGroupBox(title, this);
     auto* layout = new QBoxLayout(direction, frame);
     auto* group = new QButtonGroup(frame);
     for (int i = 0; i < captions.size(); ++i) {
         auto* option = new QRadioButton(captions[i], frame);
-        describe(*option, QString("%1_%2").arg(name).arg(i), title + ", " + captions[i],
+        describe(*option, QString("%1_%2").arg(name).arg(first + i), title + ", " + captions[i],
                  toolTips[i]);
-        group->addButton(option, i);
+        group->addButton(option, first + i);
         layout->addWidget(option);
     }
     layout->addStretch();

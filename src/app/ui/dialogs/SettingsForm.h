@@ -38,10 +38,10 @@ class SettingsForm : public telvo::ui::Form {
 
     QCheckBox* addSwitch(QBoxLayout& layout, const QString& name, Switch value,
                          const QString& caption, const QString& toolTip);
-    /// A group of option buttons, called name and index; the index is the value.
+    /// A group of option buttons, called name and value; the values count from `first`.
     QGroupBox* makeChoice(const QString& name, std::int16_t Settings::*value, const QString& title,
                           const QStringList& captions, const QStringList& toolTips,
-                          QBoxLayout::Direction direction);
+                          QBoxLayout::Direction direction, int first = 0);
     /// Any other control.
     void tie(std::function<void(const Settings&)> show, std::function<void(Settings&)> read);
 

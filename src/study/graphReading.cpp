@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/graphReading.h"
+
+#include "base/numbers.h"
+#include "project/checks.h"
+#include "project/units.h"
+#include "report/sections.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace telvo::study {
+
+namespace {
+
+constexpr double SymbolCells = 20; // divides the number of points, so that symbols are even
+constexpr double FewestReadings = 200;
+constexpr double JumpTolerance = 2e-6; // of the axis: jumps are found to half of it
+constexpr double TallestCurve = 4;     // times what a reader looks for
+constexpr int AxisDigits = 5;
+
+constexpr std::array<std::string_view, GraphKinds> ParameterNames = {
+    "Entry height",     "Depth of cover",      "Crosscut angle",
+    "Crosscut spacing", "First barrier width", "Second barrier width"};
+
+double axisFactor(const SfGraph& graph, const GraphOptions& options) {
+    if (graph.kind == GraphKind::XcutAngle || graph.units == options.GraphUnits) return 1;
+    return options.GraphUnits == 0 ? project::FeetPerMetre : 1 / project::FeetPerMetre;
+}
+
+/// " (ft)", " (m)" or " (deg)".
+std::string_view unitInParentheses(const SfGraph& graph, const GraphOptions& options) {
+    return graph.kind == GraphKind::XcutAngle
+               ? " (deg)"
+               : project::unitLabel(options.GraphUnits, project::Quantity::Length);
+}
+
+/// "850 ft".
+std::string axisText(const SfGraph& graph, const GraphOptions& options, double x) {
+    const std::string_view unit = unitInParentheses(graph, options); // " (ft)"
+    return generalNumber(toAxis(graph, options, x), AxisDigits)
+        .append(" ")
+        .append(unit.substr(2, unit.size() - 3));
+}
+
+std::string factorText(const GraphOptions& options, double factor) {
+    report::ReportOptions rounding;
+    rounding.RoundTELVOSF = options.RoundTELVOSF;
+    return report::factorText(factor, rounding);
+}
+
+/// A curve's name within a sentence.
+std::string inSentence(std::string name) {
+    if (!name.empty() && name[0] >= 'A' && name[0] <= 'Z')
+        name[0] = static_cast<char>(name[0] - 'A' + 'a');
+    return name;
+}
+
+double between(const GraphPoint& a, const GraphPoint& b, double x) {
+    return b.x > a.x ? a.y + (b.y - a.y) * (x - a.x) / (b.x - a.x) : b.y;
+}
+
+} // namespace
+
+std::string_view factorName(GraphKind kind) {
+    return kind == GraphKind::FirstBarrier || kind == GraphKind::SecondBarrier ? "SFBAR" : "SF";
+}
+
+std::string axisTitle(const SfGraph& graph, const GraphOptions& options) {
+    return options.XAxisTitle + std::string(unitInParentheses(graph, options));
+}
+
+double toAxis(const SfGraph& graph, const GraphOptions& options, double x) {
+    return x * axisFactor(graph, options);
+}
+
+double fromAxis(const SfGraph& graph, const GraphOptions& options, double axisValue) {
+    return axisValue / axisFactor(graph, options);
+}
+
+Span factorSpan(const SfGraph& graph) {
+    std::vector<double> values;
+    double lookedFor = 0;
+    double lowest = HUGE_VAL;
+    for (const ReferenceLine& limit : graph.limits)
+        for (const GraphPoint& point : limit.points) {
+            lookedFor = std::max(lookedFor, point.y);
+            lowest = std::min(lowest, point.y);
+        }
+    for (const Curve& curve : graph.curves) {
+        for (const auto& piece : curve.pieces)
+            for (const GraphPoint& point : piece)
+                values.push_back(point.y);
+        if (curve.own) {
+            values.push_back(curve.own->y);
+            lookedFor = std::max(lookedFor, curve.own->y);
+        }
+    }
+    double highest = lookedFor;
+    if (!values.empty()) {
+        std::sort(values.begin(), values.end());
+        lookedFor = std::max(lookedFor, values[values.size() / 2]);
+        lowest = std::min(lowest, values.front());
+        highest = std::max(highest, std::min(values.back(), TallestCurve * lookedFor));
+    }
+    if (!(highest > 0)) return {0, 1};
+    const double span = highest - lowest;
+    if (lowest > 0.6 * highest && span > 0) return {lowest - 0.1 * span, highest + 0.1 * span};
+    return {std::min(0.0, lowest), 1.06 * highest};
+}
+
+std::vector<GraphPoint> symbolPoints(const SfGraph& graph, const Curve& curve) {
+    const double cell = (graph.high - graph.low) / SymbolCells;
+    std::vector<GraphPoint> chosen;
+    double next = -HUGE_VAL;
+    for (const auto& piece : curve.pieces)
+        for (const GraphPoint& point : piece) {
+            if (point.x < next) continue;
+            chosen.push_back(point);
+            // A hair less than a cell, so that rounding does not skip every other one.
+            const double cells = std::floor((point.x - graph.low) / cell + 1e-9);
+            next = graph.low + (cells + 1 - 1e-9) * cell;
+        }
+    return chosen;
+}
+
+std::optional<double> factorAt(const SfGraph& graph, const Curve& curve, double x) {
+    const double tolerance = JumpTolerance * (graph.high - graph.low);
+    std::optional<double> factor;
+    double nearest = tolerance;
+    for (const auto& piece : curve.pieces) {
+        if (piece.empty()) continue;
+        const double away = std::max({piece.front().x - x, x - piece.back().x, 0.0});
+        if (away > nearest || (factor && away == nearest)) continue;
+        nearest = away;
+        const double inside = std::clamp(x, piece.front().x, piece.back().x);
+        const auto right =
+            std::lower_bound(piece.begin(), piece.end(), inside,
+                             [](const GraphPoint& point, double value) { return point.x < value; });
+        factor = right == piece.begin() ? right->y : between(*(right - 1), *right, inside);
+    }
+    return factor;
+}
+
+double readingStep(const SfGraph& graph, const GraphOptions& options) {
+    const double largest = toAxis(graph, options, graph.high - graph.low) / FewestReadings;
+    if (!(largest > 0)) return 1;
+    const double power = std::pow(10, std::floor(std::log10(largest)));
+    return largest >= 5 * power ? 5 * power : largest >= 2 * power ? 2 * power : power;
+}
+
+double nearestReading(const SfGraph& graph, const GraphOptions& options, double x) {
+    const double step = readingStep(graph, options);
+    const double axis = toAxis(graph, options, std::clamp(x, graph.low, graph.high));
+    double best = fromAxis(graph, options, std::nearbyint(axis / step) * step);
+    best = std::clamp(best, graph.low, graph.high);
+    for (const double mark : {graph.ownValue, graph.low, graph.high})
+        if (std::abs(x - mark) < std::abs(x - best)) best = mark;
+    return best;
+}
+
+std::string readingText(const SfGraph& graph, const GraphOptions& options, double x) {
+    std::string text(ParameterNames[static_cast<std::size_t>(graph.kind)]);
+    text += " " + axisText(graph, options, x);
+    std::string_view joint = ": ";
+    for (const Curve& curve : graph.curves) {
+        const auto factor = factorAt(graph, curve, x);
+        text.append(joint).append(inSentence(curve.name));
+        text += factor ? " " + factorText(options, *factor) : std::string(" no value");
+        joint = ", ";
+    }
+    return text;
+}
+
+std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Curve& curve,
+                     const Jump& jump) {
+    std::string text = curve.name;
+    const std::string place = axisText(graph, options, jump.x);
+    if (jump.before && jump.after)
+        text += " jumps at " + place + " from " + factorText(options, *jump.before) + " to " +
+                factorText(options, *jump.after);
+    else
+        text += (jump.before ? " ends at " : " begins at ") + place;
+    return jump.rule.empty() ? text : text + ": " + jump.rule;
+}
+
+std::string jumpsNear(const SfGraph& graph, const GraphOptions& options, double x,
+                      double distance) {
+    std::string text;
+    for (const Curve& curve : graph.curves)
+        for (const Jump& jump : curve.jumps)
+            if (std::abs(jump.x - x) <= distance)
+                text += (text.empty() ? "" : "\n") + jumpText(graph, options, curve, jump);
+    return text;
+}
+
+std::string crossingsText(const SfGraph& graph, const GraphOptions& options, double target,
+                          const std::vector<Crossing>& crossings) {
+    std::string text;
+    for (const Curve& curve : graph.curves) {
+        std::string line;
+        for (const Crossing& crossing : crossings) {
+            if (crossing.curve != curve.name) continue;
+            line += (line.empty() ? "" : "; ") + axisText(graph, options, crossing.x);
+            if (crossing.isJump)
+                line += crossing.rule.empty() ? std::string(" (jump)")
+                                              : " (jump: " + crossing.rule + ")";
+        }
+        if (line.empty())
+            line = std::string("never ")
+                       .append(factorName(graph.kind))
+                       .append(" = " + generalNumber(target) + " from ")
+                       .append(axisText(graph, options, graph.low) + " to ")
+                       .append(axisText(graph, options, graph.high));
+        text += (text.empty() ? "" : "\n") + curve.name + ": " + line;
+    }
+    return text;
+}
+
+std::optional<Refusal> checkTarget(std::string_view text, std::string_view control) {
+    return project::checkRange(text, 0.01, 1000, "Stability factor", control);
+}
+
+} // namespace telvo::study

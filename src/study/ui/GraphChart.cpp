@@ -1,0 +1,429 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/ui/GraphChart.h"
+
+#include "base/numbers.h"
+#include "base/ui/qtText.h"
+#include "report/sections.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace telvo::study::ui {
+
+using telvo::ui::toQt;
+
+namespace {
+
+constexpr double CurveWidth = 1.5; // points
+constexpr double ThinWidth = 0.75;
+constexpr double OwnMarkScale = 1.9; // of the symbols
+constexpr double EndMarkScale = 1.1;
+constexpr double ClosePixels = 4; // between points that a label may not cover
+
+/// Numbers of the axes without a locale.
+class PlainTicker : public QCPAxisTicker {
+  protected:
+    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
+        constexpr int digits = 10; // hides what a sum of steps leaves behind
+        return toQt(generalNumber(std::abs(tick) < 1e-12 ? 0 : tick, digits));
+    }
+};
+
+QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
+    const auto channel = [&](int from, int to) {
+        return static_cast<int>(std::lround(from + (to - from) * shareOfB));
+    };
+    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
+}
+
+/// Words onto lines no wider than `width`, as far as words allow.
+QString brokenAt(const QString& text, const QFontMetricsF& metrics, double width) {
+    QStringList lines;
+    for (const QString& word : text.split(' ')) {
+        const bool fits =
+            !lines.isEmpty() && metrics.horizontalAdvance(lines.back() + ' ' + word) <= width;
+        if (fits)
+            lines.back() += ' ' + word;
+        else
+            lines.append(word);
+    }
+    return lines.join('\n');
+}
+
+QFont titleFont(QFont font) {
+    if (font.pixelSize() > 0)
+        font.setPixelSize(static_cast<int>(std::lround(1.2 * font.pixelSize())));
+    else
+        font.setPointSizeF(1.2 * font.pointSizeF());
+    font.setBold(true);
+    return font;
+}
+
+} // namespace
+
+GraphChart::GraphChart(SfGraph graph, std::string caption, QWidget* parent)
+    : QCustomPlot(parent), m_graph(std::move(graph)), m_caption(std::move(caption)) {
+    setLocale(QLocale::c());
+    setAutoAddPlottableToLegend(false);
+    // Above the plot, where no curve is in the way of them: title, caption and, in the middle of a
+    // row of its own, the key.
+    m_title = new QCPTextElement(this);
+    m_subtitle = new QCPTextElement(this);
+    auto* keyRow = new QCPLayoutGrid;
+    keyRow->addElement(0, 0, new QCPLayoutElement(this));
+    keyRow->addElement(0, 1, legend);
+    keyRow->addElement(0, 2, new QCPLayoutElement(this));
+    keyRow->setColumnStretchFactor(1, 0.001);
+    for (int row = 0; row < 3; ++row)
+        plotLayout()->insertRow(0);
+    plotLayout()->addElement(0, 0, m_title);
+    plotLayout()->addElement(1, 0, m_subtitle);
+    plotLayout()->addElement(2, 0, keyRow);
+    plotLayout()->setRowStretchFactor(2, 0.001);
+    plotLayout()->setRowSpacing(2);
+    legend->setFillOrder(QCPLegend::foColumnsFirst);
+    legend->setBorderPen(Qt::NoPen);
+    legend->setBrush(Qt::NoBrush);
+    axisRect()->setMinimumMargins({0, 6, 0, 0});
+    axisRect()->setAutoMargins(QCP::msLeft | QCP::msTop | QCP::msBottom);
+    for (QCPAxis* axis : {xAxis, yAxis})
+        axis->setTicker(QSharedPointer<PlainTicker>::create());
+    for (QCPAxis* axis : {xAxis2, yAxis2}) {
+        axis->setVisible(true);
+        axis->setTicks(false);
+        axis->setTickLabels(false);
+    }
+    connect(this, &QCustomPlot::afterLayout, this, &GraphChart::placeLabels);
+}
+
+QColor GraphChart::curveColour(std::size_t curve) const {
+    // Blue and orange differ for every colour vision, and in lightness on paper.
+    const QPalette& palette = m_ink.palette;
+    const bool dark = palette.color(QPalette::Base).lightness() < 128;
+    if (curve % 2 == 0) return dark ? QColor(0x56, 0xB4, 0xE9) : QColor(0x00, 0x72, 0xB2);
+    return dark ? QColor(0xE6, 0x9F, 0x00) : QColor(0xC8, 0x50, 0x00);
+}
+
+void GraphChart::compose(const GraphOptions& options, const ChartInk& ink) {
+    m_options = options;
+    m_ink = ink;
+    clearPlottables();
+    clearItems();
+    m_limitLabels.clear();
+    m_ownLabels.clear();
+    setBackground(QBrush(ink.palette.color(QPalette::Base)));
+    composeAxes();
+    composeLimits();
+    for (std::size_t i = 0; i < m_graph.curves.size(); ++i)
+        composeCurve(i);
+    for (std::size_t i = 0; i < m_graph.curves.size(); ++i)
+        composeOwnPoint(i);
+    composeKey();
+    composeTitles();
+    fitTexts(size());
+}
+
+void GraphChart::composeTitles() {
+    const QColor text = m_ink.palette.color(QPalette::Text);
+    m_title->setFont(titleFont(m_ink.font));
+    m_subtitle->setFont(m_ink.font);
+    for (QCPTextElement* element : {m_title, m_subtitle})
+        element->setTextColor(text);
+}
+
+void GraphChart::composeAxes() {
+    const QColor text = m_ink.palette.color(QPalette::Text);
+    const QColor base = m_ink.palette.color(QPalette::Base);
+    const QPen frame(mixed(base, text, 0.7));
+    for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
+        axis->setBasePen(frame);
+        axis->setTickPen(frame);
+        axis->setSubTickPen(frame);
+        axis->setTickLabelColor(text);
+        axis->setLabelColor(text);
+        axis->setTickLabelFont(m_ink.font);
+        axis->setLabelFont(m_ink.font);
+        axis->grid()->setPen(QPen(mixed(base, text, 0.18), 1));
+        axis->grid()->setZeroLinePen(Qt::NoPen);
+    }
+    // A horizontal line belongs to a value of the vertical axis.
+    yAxis->grid()->setVisible((m_options.GridStyle & 1) != 0);
+    xAxis->grid()->setVisible((m_options.GridStyle & 2) != 0);
+
+    const double low = axisValue(m_graph.low);
+    const double high = axisValue(m_graph.high);
+    const double margin = high > low ? 0.02 * (high - low) : 1; // symbols at the ends are whole
+    xAxis->setRange(low - margin, high + margin);
+    const Span factors = factorSpan(m_graph);
+    yAxis->setRange(factors.low, factors.high);
+}
+
+QCPGraph* GraphChart::addSeries(const QString& name, const std::vector<GraphPoint>& points) {
+    QCPGraph* series = addGraph();
+    series->setName(name);
+    series->setObjectName(name);
+    for (const GraphPoint& point : points)
+        series->addData(axisValue(point.x), point.y);
+    return series;
+}
+
+void GraphChart::addMarks(const QString& name, const std::vector<GraphPoint>& points,
+                          const QCPScatterStyle& style) {
+    if (points.empty()) return;
+    QCPGraph* marks = addSeries(name, points);
+    marks->setLineStyle(QCPGraph::lsNone);
+    marks->setScatterStyle(style);
+}
+
+QCPItemText* GraphChart::addLabel(const QColor& colour, const QFont& font) {
+    auto* label = new QCPItemText(this);
+    label->setClipToAxisRect(false);
+    label->position->setType(QCPItemPosition::ptAbsolute);
+    label->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label->setColor(colour);
+    label->setFont(font);
+    return label;
+}
+
+void GraphChart::composeLimits() {
+    const QColor ink =
+        mixed(m_ink.palette.color(QPalette::Base), m_ink.palette.color(QPalette::Text), 0.75);
+    for (const ReferenceLine& limit : m_graph.limits) {
+        if (limit.points.empty()) continue;
+        const QString label = toQt(limit.label);
+        addSeries("limit:" + label, limit.points)
+            ->setPen(QPen(ink, ThinWidth * m_ink.pointsToPixels));
+        const GraphPoint& end = limit.points.back();
+        m_limitLabels.push_back({addLabel(ink, m_ink.font), label, {axisValue(end.x), end.y}});
+    }
+}
+
+void GraphChart::composeCurve(std::size_t index) {
+    const Curve& curve = m_graph.curves[index];
+    const QString name = toQt(curve.name);
+    const QColor colour = curveColour(index);
+    const QPen line(colour, CurveWidth * m_ink.pointsToPixels,
+                    index % 2 == 0 ? Qt::SolidLine : Qt::DashLine);
+    for (const auto& piece : curve.pieces) {
+        QCPGraph* series = addSeries("piece:" + name, piece);
+        series->setPen(m_options.GraphStyle == SymbolsOnly ? QPen(Qt::NoPen) : line);
+    }
+    const double size = m_options.SymbolSize * m_ink.pointsToPixels;
+    if (m_options.GraphStyle != LinesOnly)
+        addMarks(
+            "symbols:" + name, symbolPoints(m_graph, curve),
+            QCPScatterStyle(index % 2 == 0 ? QCPScatterStyle::ssDisc : QCPScatterStyle::ssTriangle,
+                            QPen(colour), QBrush(colour), size));
+    composeEnds(index);
+}
+
+/// Connectors of the jumps and marks of the ends: closed where the piece holds the value of the
+/// place itself, open on the other side.
+void GraphChart::composeEnds(std::size_t index) {
+    const Curve& curve = m_graph.curves[index];
+    const QString name = toQt(curve.name);
+    const QColor colour = curveColour(index);
+    std::vector<GraphPoint> open, closed;
+    for (const Jump& jump : curve.jumps) {
+        double left = HUGE_VAL, right = HUGE_VAL; // distances to the ends of the pieces beside it
+        for (const auto& piece : curve.pieces) {
+            if (piece.empty()) continue;
+            left = std::min(left, std::abs(piece.back().x - jump.x));
+            right = std::min(right, std::abs(piece.front().x - jump.x));
+        }
+        const bool closedBefore = !jump.after || left <= right;
+        if (jump.before) (closedBefore ? closed : open).push_back({jump.x, *jump.before});
+        if (jump.after)
+            (closedBefore && jump.before ? open : closed).push_back({jump.x, *jump.after});
+        if (jump.before && jump.after)
+            addSeries("jumps:" + name, {{jump.x, *jump.before}, {jump.x, *jump.after}})
+                ->setPen(QPen(colour, ThinWidth * m_ink.pointsToPixels, Qt::DotLine));
+    }
+    const double size = EndMarkScale * 4.5 * m_ink.pointsToPixels;
+    const QPen pen(colour, ThinWidth * m_ink.pointsToPixels);
+    addMarks(
+        "open:" + name, open,
+        QCPScatterStyle(QCPScatterStyle::ssCircle, pen, m_ink.palette.color(QPalette::Base), size));
+    addMarks("closed:" + name, closed,
+             QCPScatterStyle(QCPScatterStyle::ssCircle, pen, colour, size));
+}
+
+void GraphChart::composeOwnPoint(std::size_t index) {
+    const Curve& curve = m_graph.curves[index];
+    if (!curve.own) return;
+    const double size =
+        OwnMarkScale * std::max<double>(m_options.SymbolSize, 5) * m_ink.pointsToPixels;
+    const QColor text = m_ink.palette.color(QPalette::Text);
+    addMarks("own:" + toQt(curve.name), {*curve.own},
+             QCPScatterStyle(QCPScatterStyle::ssDiamond, QPen(text, 1.2 * m_ink.pointsToPixels),
+                             curveColour(index), size));
+    QFont bold = m_ink.font;
+    bold.setBold(true);
+    QCPItemText* label = addLabel(text, bold);
+    QColor backing = m_ink.palette.color(QPalette::Base);
+    backing.setAlpha(200);
+    label->setBrush(backing);
+    label->setPadding({2, 0, 2, 0});
+    report::ReportOptions rounding;
+    rounding.RoundTELVOSF = m_options.RoundTELVOSF;
+    label->setText(toQt(report::factorText(curve.own->y, rounding)));
+    m_ownLabels.push_back({label, {axisValue(curve.own->x), curve.own->y}});
+}
+
+/// The key shows line and symbol together, which the series hold apart.
+void GraphChart::composeKey() {
+    legend->clearItems();
+    const bool shown = m_options.CurveLegend == 1;
+    legend->setVisible(shown);
+    legend->setMargins(shown ? QMargins(6, 2, 6, 4) : QMargins());
+    if (!shown) return;
+    legend->setFont(m_ink.font);
+    legend->setTextColor(m_ink.palette.color(QPalette::Text));
+    const double tallest = std::max<double>(m_options.SymbolSize, 9) * m_ink.pointsToPixels;
+    legend->setIconSize(static_cast<int>(36 * m_ink.pointsToPixels),
+                        std::max(QFontMetrics(m_ink.font).height(), static_cast<int>(tallest) + 4));
+    legend->setIconTextPadding(12);
+    legend->setColumnSpacing(QFontMetrics(m_ink.font).height());
+    const auto addKey = [this](const QString& name, const QPen& pen, QCPScatterStyle symbol) {
+        QCPGraph* key = addGraph();
+        key->setName(name);
+        key->setObjectName("key:" + name);
+        key->setPen(pen);
+        key->setScatterStyle(symbol);
+        key->addToLegend();
+    };
+    const int series = graphCount();
+    for (std::size_t i = 0; i < m_graph.curves.size(); ++i) {
+        const QString name = toQt(m_graph.curves[i].name);
+        QPen pen(Qt::NoPen);
+        QCPScatterStyle symbol;
+        for (int k = 0; k < series; ++k) {
+            if (graph(k)->name() == "piece:" + name) pen = graph(k)->pen();
+            if (graph(k)->name() == "symbols:" + name) symbol = graph(k)->scatterStyle();
+        }
+        addKey(name, pen, symbol);
+    }
+    if (m_ownLabels.empty()) return;
+    const QColor text = m_ink.palette.color(QPalette::Text);
+    addKey(tr("This case"), Qt::NoPen,
+           QCPScatterStyle(QCPScatterStyle::ssDiamond, QPen(text, 1.2 * m_ink.pointsToPixels),
+                           m_ink.palette.color(QPalette::Base), 9 * m_ink.pointsToPixels));
+}
+
+void GraphChart::fitTexts(QSize size) {
+    const QFontMetrics metrics(m_ink.font);
+    const int line = metrics.height();
+    const int width = std::max(size.width() - 2 * line, line);
+    m_title->setText(QFontMetrics(m_title->font())
+                         .elidedText(toQt(m_options.GraphTitle), Qt::ElideRight, width));
+    m_subtitle->setText(metrics.elidedText(toQt(m_caption), Qt::ElideMiddle, width));
+
+    double labels = 0;
+    for (const LimitLabel& label : m_limitLabels) {
+        label.item->setText(brokenAt(label.text, QFontMetricsF(m_ink.font), 0.16 * size.width()));
+        labels = std::max<double>(labels, metrics.size(0, label.item->text()).width());
+    }
+    const int right = std::max(static_cast<int>(labels) + line / 2, line) + line / 4;
+    axisRect()->setMargins({0, 0, right, 0});
+    xAxis->setLabel(metrics.elidedText(toQt(axisTitle(m_graph, m_options)), Qt::ElideMiddle,
+                                       std::max(width - right, 4 * line)));
+    yAxis->setLabel(metrics.elidedText(toQt(m_options.YAxisTitle), Qt::ElideRight,
+                                       std::max(size.height() - 9 * line, 4 * line)));
+}
+
+void GraphChart::resizeEvent(QResizeEvent* event) {
+    fitTexts(event->size());
+    QCustomPlot::resizeEvent(event);
+}
+
+void GraphChart::placeLabels() {
+    placeLimitLabels();
+    placeOwnLabels();
+}
+
+/// Each beside the right end of its line, or as near as the others leave room.
+void GraphChart::placeLimitLabels() {
+    const QFontMetrics metrics(m_ink.font);
+    const QRect plot = axisRect()->rect();
+    std::vector<const LimitLabel*> labels;
+    for (const LimitLabel& label : m_limitLabels) {
+        const bool seen = yAxis->range().contains(label.end.y);
+        label.item->setVisible(seen);
+        if (seen) labels.push_back(&label);
+    }
+    std::sort(labels.begin(), labels.end(),
+              [](const auto* a, const auto* b) { return a->end.y > b->end.y; });
+    const auto height = [&](const LimitLabel* label) {
+        return metrics.size(0, label->item->text()).height();
+    };
+    std::vector<double> tops;
+    double free = plot.top() - metrics.height() / 2;
+    for (const LimitLabel* label : labels) {
+        tops.push_back(std::max(free, yAxis->coordToPixel(label->end.y) - height(label) / 2.0));
+        free = tops.back() + height(label);
+    }
+    double bottom = plot.bottom() + metrics.height() / 2;
+    for (std::size_t i = labels.size(); i-- > 0;) {
+        tops[i] = std::min(tops[i], bottom - height(labels[i]));
+        bottom = tops[i];
+        labels[i]->item->position->setCoords(plot.right() + metrics.height() / 2.0, tops[i]);
+    }
+}
+
+std::vector<QPointF> GraphChart::inkedPoints() const {
+    std::vector<QPointF> inked;
+    for (int i = 0; i < graphCount(); ++i) {
+        const QCPGraph& series = *graph(i);
+        std::optional<QPointF> before;
+        for (const QCPGraphData& point : *series.data()) {
+            const QPointF at(xAxis->coordToPixel(point.key), yAxis->coordToPixel(point.value));
+            const QPointF way = before ? at - *before : QPointF();
+            const double length = std::min(std::hypot(way.x(), way.y()), 4000.0);
+            for (double done = 0; before && done < length; done += ClosePixels)
+                inked.push_back(*before + way * (done / length));
+            inked.push_back(at);
+            before.reset();
+            if (series.lineStyle() != QCPGraph::lsNone) before = at;
+        }
+    }
+    return inked;
+}
+
+/// Beside its point, where the label covers least of curves, marks and other labels.
+void GraphChart::placeOwnLabels() {
+    const std::vector<QPointF> inked = inkedPoints();
+    const QRectF plot = axisRect()->rect();
+    std::vector<QRectF> taken;
+    for (const OwnLabel& label : m_ownLabels) {
+        const QPointF at(xAxis->coordToPixel(label.at.x), yAxis->coordToPixel(label.at.y));
+        const QSizeF size =
+            QFontMetricsF(label.item->font()).size(0, label.item->text()) + QSizeF(5, 0);
+        const double away =
+            0.4 * OwnMarkScale * std::max<double>(m_options.SymbolSize, 5) * m_ink.pointsToPixels;
+        double least = HUGE_VAL;
+        QRectF best;
+        for (const auto [x, y] : {std::array{1, -1}, std::array{-1, -1}, std::array{1, 1},
+                                  std::array{-1, 1}, std::array{0, -1}, std::array{0, 1}}) {
+            // Above and below in the middle, a little farther away than at the corners.
+            const double gap = x == 0 ? 1.6 * away : away;
+            const QPointF corner(at.x() + (x > 0   ? gap
+                                           : x < 0 ? -gap - size.width()
+                                                   : -size.width() / 2),
+                                 at.y() + (y < 0 ? -gap - size.height() : gap));
+            const QRectF box(corner, size);
+            double cost = plot.contains(box) ? 0 : 1000;
+            for (const QRectF& other : taken)
+                cost += other.intersects(box) ? 500 : 0;
+            cost += static_cast<double>(std::count_if(
+                inked.begin(), inked.end(), [&](const QPointF& p) { return box.contains(p); }));
+            if (cost >= least) continue;
+            least = cost;
+            best = box;
+        }
+        taken.push_back(best);
+        label.item->position->setCoords(best.topLeft());
+    }
+}
+
+} // namespace telvo::study::ui
