@@ -43,6 +43,11 @@ std::string ProjectSession::windowTitle() const {
 }
 
 void ProjectSession::changed() {
+    // The axes of the graphs are in the units of the case at hand until the user wants others.
+    if (project().Units != m_graphUnitsOf) {
+        m_graphUnitsOf = project().Units;
+        m_settings.values().GraphUnits = m_graphUnitsOf;
+    }
     if (onChange) onChange();
 }
 

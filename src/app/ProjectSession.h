@@ -65,6 +65,8 @@ class ProjectSession {
 
     /// A run with the report options of the settings; it remembers the loading condition.
     RunOutcome run(const project::ProjectCase& current);
+    /// The settings of a report, also used by graphs.
+    report::ReportOptions reportOptions() const { return runOptions().report; }
     /// The figures of a case without a run's traces; the panel width alone where it cannot be
     /// computed.
     project::KeyFigures figures(const project::ProjectCase& current) const;
@@ -90,6 +92,7 @@ class ProjectSession {
     bool m_named = false;                ///< the name is that of a file which a save may replace
     std::optional<std::string> m_onDisk; ///< the bytes of that file as last read or written
     int m_previousAnalysisCase = 1;
+    std::int16_t m_graphUnitsOf = -1; ///< units that GraphUnits last followed
 };
 
 } // namespace telvo::app

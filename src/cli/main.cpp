@@ -10,7 +10,13 @@
 
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <string>
+#include <string_view>
+#include <system_error>
+#ifdef __linux__
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -114,10 +120,22 @@ int run(int argc, char** argv) {
     return runSave(saved);
 }
 
+/// Hands a command over to the program beside this one that draws, where there is one.
+void callDrawingProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
+#if !defined(TELVO_DRAWS) && defined(__linux__)
+    if (argc < 2 || std::string_view(argv[1]) != "plot") return;
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    if (error) return;
+    execv((program.parent_path() / "telvo-cli-draw").c_str(), argv); // returns when there is none
+#endif
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     try {
+        callDrawingProgram(argc, argv);
         return run(argc, argv);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "telvo-cli: %s\n", error.what());

@@ -188,10 +188,16 @@ std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Cu
 std::string jumpsNear(const SfGraph& graph, const GraphOptions& options, double x,
                       double distance) {
     std::string text;
-    for (const Curve& curve : graph.curves)
+    const auto add = [&text](const std::string& line) {
+        text += (text.empty() ? "" : "\n") + line;
+    };
+    for (const Curve& curve : graph.curves) {
         for (const Jump& jump : curve.jumps)
-            if (std::abs(jump.x - x) <= distance)
-                text += (text.empty() ? "" : "\n") + jumpText(graph, options, curve, jump);
+            if (std::abs(jump.x - x) <= distance) add(jumpText(graph, options, curve, jump));
+        for (const Turn& turn : curve.turns)
+            if (std::abs(turn.x - x) <= distance)
+                add(curve.name + " at " + axisText(graph, options, turn.x) + ": " + turn.rule);
+    }
     return text;
 }
 

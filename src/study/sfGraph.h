@@ -31,6 +31,11 @@ inline constexpr std::array<std::string_view, GraphKinds> GraphCaptions = {
     "SF vs Entry Height",     "SF vs Depth of Cover",         "SF vs Crosscut Angle",
     "SF vs Crosscut Spacing", "SFBAR vs First Barrier Width", "SFBAR vs Second Barrier Width"};
 
+/// Titles of their axes, as the settings have them at first.
+inline constexpr std::array<std::string_view, GraphKinds> GraphAxisTitles = {
+    "Entry Height",     "Depth of Cover",         "Crosscut Angle",
+    "Crosscut Spacing", "Width of First Barrier", "Width of Second Barrier"};
+
 /// Ends of the axis in percent of the case's own value.
 struct GraphRange {
     double PlotRangeMin = 50;

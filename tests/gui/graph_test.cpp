@@ -16,8 +16,8 @@ namespace {
 /// 600 ft, a tenth less from there to 1000 ft, and nothing beyond.
 SfGraph sample() {
     SfGraph graph{GraphKind::DepthCover, 0, 400, 1200, 800, {}, {}};
-    graph.curves = {{"Development", {{}}, {}, GraphPoint{800, 2.5}},
-                    {"Retreat", {{}, {}}, {}, GraphPoint{800, 1.35}}};
+    graph.curves = {{"Development", {{}}, {}, {}, GraphPoint{800, 2.5}},
+                    {"Retreat", {{}, {}}, {}, {}, GraphPoint{800, 1.35}}};
     for (int i = 0; i <= 100; ++i) {
         const double x = 400 + 8 * i;
         graph.curves[0].pieces[0].push_back({x, 2000 / x});

@@ -139,6 +139,7 @@ class ProgramTest : public QObject {
     void menusHaveTheirCaptionsAndTellWhatIsMissing();
     void unsavedChangesKeepTheWindowOpen();
     void everyDialogOpensFromItsMenu();
+    void graphsAreOfferedWhereTheCaseHasThem();
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
     void recentFilesFollowTheirSettings();
@@ -243,8 +244,7 @@ void ProgramTest::menusHaveTheirCaptionsAndTellWhatIsMissing() {
         {"mnuHelpItem_10", "&About the Program..."}};
     for (const auto& [name, caption] : captions)
         QCOMPARE(home.program->window().findChild<QAction*>(name)->text(), caption);
-    for (const char* later : {"mnuFileItem_5", "mnuFileItem_11", "mnuHelpItem_4",
-                              "mnuCalcGrafItem_0", "mnuCalcGrafItem_5"})
+    for (const char* later : {"mnuFileItem_5", "mnuFileItem_11", "mnuHelpItem_4"})
         QVERIFY(!home.program->window().findChild<QAction*>(later)->isEnabled());
     home.trigger("mnuHelpItem_2");
     QCOMPARE(home.asked.back(),
@@ -311,6 +311,41 @@ void ProgramTest::everyDialogOpensFromItsMenu() {
     home.trigger("mnuFileItem_2");
     QVERIFY(home.dialogs.asked.back().starts_with("Save Project As|" TELVO_EXAMPLES_DIR
                                                   "/Metric_deep-cover.TLV|"));
+}
+
+void ProgramTest::graphsAreOfferedWhereTheCaseHasThem() {
+    Home home;
+    Program& program = home.start();
+    const auto offered = [&] {
+        std::string states;
+        for (int kind = 0; kind < 6; ++kind)
+            states += program.window()
+                              .findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_%1").arg(kind))
+                              ->isEnabled()
+                          ? '1'
+                          : '0';
+        return states;
+    };
+    QCOMPARE(offered(), "000000"); // an empty case
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    QCOMPARE(offered(), "111111");
+    project::ProjectInput in = program.session().project().Input;
+    in.Anal = 2;
+    program.session().acceptParameters(in);
+    QCOMPARE(offered(), "111110");
+    home.trigger("mnuCalcGrafItem_1");
+    auto* graph = home.window<QWidget>("frmGraph");
+    QVERIFY(graph && graph->isVisible());
+    QVERIFY(graph->windowTitle().startsWith("Graph: SF vs Depth of Cover"));
+    home.dialogs.answers = {home.path("graph.csv")};
+    click(*graph, "cmdExport");
+    QVERIFY(QFile::exists(home.folder.filePath("graph.csv")));
+    program.settings().values().PlotRangeMin = 150;
+    home.trigger("mnuCalcGrafItem_0");
+    QVERIFY(home.wasAsked("Invalid Range settings. Check Options-> Output Options"));
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+    QVERIFY(!home.window<QWidget>("frmGraph"));
 }
 
 void ProgramTest::sizesComeBack() {

@@ -186,11 +186,9 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
     messages.status("TELVO stability factors calculated");
 
     closeResults();
-    // A window of its own when it is not to stay above the main window.
-    QWidget* parent = m_program.settings().values().ViewChildWindow == 1 ? &m_window : nullptr;
     m_results =
         new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, sheetHeading(), {}},
-                         m_program.formServices(), m_program.printer(), parent);
+                         m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);
     m_results->load();
     m_results->raise(); // also above a form that is open
@@ -202,6 +200,17 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
 
 void Commands::closeResults() {
     delete m_results.data();
+}
+
+void Commands::closeViews() {
+    closeResults();
+    for (const auto& graph : m_graphs)
+        delete graph.data();
+    m_graphs.clear();
+}
+
+QWidget* Commands::viewParent() {
+    return m_program.settings().values().ViewChildWindow == 1 ? &m_window : nullptr;
 }
 
 // --- Utilities

@@ -3,11 +3,13 @@
 
 #include "project/ProjectInput.h"
 #include "report/ui/frmResTxtPlt.h"
+#include "study/ui/frmGraph.h"
 
 #include <optional>
 #include <QPointer>
 #include <QString>
 #include <string_view>
+#include <vector>
 
 namespace telvo::project::ui {
 class frmTELVODesc;
@@ -36,6 +38,7 @@ class Commands {
     void editDescription();
     void editParameters();
     void stabilityFactors();
+    void graph(study::GraphKind kind);
 
     void settings();
     void options();
@@ -53,6 +56,8 @@ class Commands {
     /// Values of an open parameter or description form that have not been accepted yet.
     std::optional<project::ProjectCase> draft() const;
     void closeResults();
+    /// Closes every window that shows the outcome of a run.
+    void closeViews();
 
   private:
     /// One line in the history and in the status line.
@@ -63,11 +68,19 @@ class Commands {
     /// Runs a case and shows its report. Returned: the input that a check refused.
     std::optional<Refusal> showResults(const project::ProjectCase& current);
 
+    /// Parent of the windows that show outcomes: with one they stay above the main window.
+    QWidget* viewParent();
+    study::GraphOptions graphOptions(study::GraphKind kind) const;
+    study::ui::GraphActions graphActions(const project::ProjectCase& current,
+                                         const study::SfGraph& graph);
+    void printPicture(const telvo::ui::Picture& picture, QWidget* parent);
+
     Program& m_program;
     frmMain& m_window;
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;
     QPointer<report::ui::frmResTxtPlt> m_results;
+    std::vector<QPointer<study::ui::frmGraph>> m_graphs;
 };
 
 } // namespace telvo::app::ui

@@ -106,13 +106,14 @@ void frmMain::buildMenus() {
     auto* graph = output->addMenu(tr("Graph"));
     graph->menuAction()->setObjectName("mnuCalcItem_2");
     graph->setToolTipsVisible(true);
-    int kind = 0;
-    for (const char* caption : {"SF vs Entry Height", "SF vs Depth of Cover",
-                                "SF vs Crosscut Angle", "SF vs Crosscut Spacing",
-                                "SFBAR vs First Barrier Width", "SFBAR vs Second Barrier Width"}) {
-        QAction* action = graph->addAction(tr(caption));
-        action->setObjectName(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(kind++)));
-        action->setToolTip(tr("Not in this version yet"));
+    for (int index = 0; index < study::GraphKinds; ++index) {
+        const auto kind = static_cast<study::GraphKind>(index);
+        QAction* action =
+            graph->addAction(toQt(study::GraphCaptions[static_cast<std::size_t>(index)]));
+        action->setObjectName(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(index)));
+        action->setToolTip(tr("How the stability factor answers to this choice"));
+        connect(action, &QAction::triggered, this,
+                [this, kind] { dispatch([this, kind] { m_commands.graph(kind); }); });
     }
     addMenu("mnuUtilItem", tr("&Utilities"),
             {{tr("&Settings..."), [&c] { c.settings(); }, tr("Preferences of the program")},
@@ -287,10 +288,11 @@ void frmMain::showRecentFiles() {
 }
 
 void frmMain::SetGraphMenu() {
-    // The graphs are not to be had yet, whatever the case.
-    for (int kind = 0; kind < 6; ++kind)
+    const ProjectSession& session = m_program.session();
+    for (int kind = 0; kind < study::GraphKinds; ++kind)
         findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(kind)))
-            ->setEnabled(false);
+            ->setEnabled(!session.isEmpty() && study::isOffered(static_cast<study::GraphKind>(kind),
+                                                                session.project().Input));
 }
 
 void frmMain::showCase() {
@@ -333,7 +335,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    m_commands.closeResults();
+    m_commands.closeViews();
     if (auto* places = m_program.formServices().places) places->save(*m_splitter);
     m_program.shutDown();
     event->accept();

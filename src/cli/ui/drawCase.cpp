@@ -5,6 +5,8 @@
 #include "plot/panelPlan.h"
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/picture.h"
+#include "study/sfGraph.h"
+#include "study/ui/GraphChart.h"
 
 #include <cstdlib>
 #include <QApplication>
@@ -31,14 +33,51 @@ Drawn plan(const project::ProjectCase& current, const PlotOptions&) {
     return picture;
 }
 
+/// A parametric graph, drawn as the desktop program draws it with its initial options.
+template <study::GraphKind kind>
+Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
+    auto made = study::sfGraph(current, kind, options.range, options.report);
+    if (auto* refused = std::get_if<Refusal>(&made)) return std::move(*refused);
+    const auto& computed = std::get<study::SfGraph>(made);
+    constexpr auto index = static_cast<std::size_t>(kind);
+    const bool ofBarrier = index >= static_cast<std::size_t>(study::GraphKind::FirstBarrier);
+    study::GraphOptions drawing;
+    drawing.GridStyle = 3;
+    drawing.GraphUnits = current.Units;
+    drawing.GraphTitle = study::GraphCaptions[index];
+    drawing.XAxisTitle = study::GraphAxisTitles[index];
+    drawing.YAxisTitle = ofBarrier ? "Barrier Stability Factor" : "Stability Factor";
+    drawing.RoundTELVOSF = options.report.RoundTELVOSF;
+    return study::ui::graphPicture(computed, drawing, current.FileName, study::graphCsv(computed));
+}
+
 struct DrawnKind {
     PlotKind kind;
     Drawn (*draw)(const project::ProjectCase& current, const PlotOptions& options);
 };
 
+template <study::GraphKind kind>
+constexpr DrawnKind graphKind(std::string_view name, std::string_view shows) {
+    return {{.name = name,
+             .shows = shows,
+             .hasNumbers = true,
+             .takesRange = true,
+             .takesReportOptions = true},
+            graph<kind>};
+}
+
 /// Everything that can be drawn; the help text follows this table.
 constexpr DrawnKind Kinds[] = {
     {{.name = "plan", .shows = "plan of the panel, to scale and dimensioned"}, plan},
+    graphKind<study::GraphKind::EntryHeight>("sf-height", "stability factor over entry height"),
+    graphKind<study::GraphKind::DepthCover>("sf-depth", "stability factor over depth of cover"),
+    graphKind<study::GraphKind::XcutAngle>("sf-angle", "stability factor over crosscut angle"),
+    graphKind<study::GraphKind::XcutSpacing>("sf-spacing",
+                                             "stability factor over crosscut spacing"),
+    graphKind<study::GraphKind::FirstBarrier>("sfbar-first",
+                                              "barrier factor over the first barrier's width"),
+    graphKind<study::GraphKind::SecondBarrier>("sfbar-second",
+                                               "barrier factor over the second barrier's width"),
 };
 
 /// "panel plan" for the case file panel.TLV.

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The graphs of the Output menu.
+#include "app/ui/commands.h"
+#include "app/ui/dialogs/frmGraphOpts.h"
+#include "app/ui/frmMain.h"
+#include "app/ui/Program.h"
+#include "base/titles.h"
+#include "plot/ui/picture.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace telvo::app::ui {
+
+using study::ui::frmGraph;
+using telvo::ui::Picture;
+
+namespace {
+
+bool isOfBarrier(study::GraphKind kind) {
+    return kind == study::GraphKind::FirstBarrier || kind == study::GraphKind::SecondBarrier;
+}
+
+} // namespace
+
+study::GraphOptions Commands::graphOptions(study::GraphKind kind) const {
+    const Settings& s = m_program.settings().values();
+    return {s.GridStyle,
+            s.GraphStyle,
+            s.CurveLegend,
+            s.SymbolSize,
+            s.GraphUnits,
+            s.GraphTitle,
+            s.XAxisTitle[static_cast<std::size_t>(kind)],
+            s.YAxisTitle[isOfBarrier(kind) ? 1 : 0],
+            s.RoundTELVOSF};
+}
+
+void Commands::printPicture(const Picture& picture, QWidget* parent) {
+    const bool printed = m_program.printer().print(
+        picture.name, parent, QObject::tr("Print"),
+        [&picture](QPrinter& printer) { return telvo::ui::printPicture(picture, printer); });
+    note(printed ? "Picture printed" : "Printing aborted");
+}
+
+study::ui::GraphActions Commands::graphActions(const project::ProjectCase& current,
+                                               const study::SfGraph& graph) {
+    study::ui::GraphActions actions;
+    // The window keeps the case that its graph was computed for.
+    actions.valuesAt = [current, graph](double target) {
+        return study::valuesAt(current, graph, target);
+    };
+    actions.editOptions = [this, kind = graph.kind](QWidget* parent) {
+        frmGraphOpts form(m_program.settings(), m_program.formServices(), parent);
+        return form.exec() == QDialog::Accepted ? std::optional(graphOptions(kind)) : std::nullopt;
+    };
+    actions.copyPicture = [](const Picture& picture, QWidget*) { telvo::ui::copyPicture(picture); };
+    actions.exportPicture = [this](const Picture& picture, QWidget* parent) {
+        telvo::ui::exportCommand(picture, m_program.fileDialogs(), m_program.messages(),
+                                 m_program.settings().values().DataPath, parent);
+    };
+    actions.printPicture = [this](const Picture& picture, QWidget* parent) {
+        printPicture(picture, parent);
+    };
+    return actions;
+}
+
+void Commands::graph(study::GraphKind kind) {
+    const ProjectSession& session = m_program.session();
+    const Settings& settings = m_program.settings().values();
+    if (settings.GraphSetParams == 1 &&
+        frmGraphOpts(m_program.settings(), m_program.formServices(), &m_window).exec() !=
+            QDialog::Accepted)
+        return;
+    const project::ProjectCase current = session.project();
+    auto made = study::sfGraph(
+        current, kind,
+        {static_cast<double>(settings.PlotRangeMin), static_cast<double>(settings.PlotRangeMax)},
+        session.reportOptions());
+    if (const auto* refused = std::get_if<Refusal>(&made)) {
+        m_program.messages().tell(refused->message,
+                                  std::string(titles::Graph).append(titles::Error));
+        return;
+    }
+    const study::SfGraph& graph = std::get<study::SfGraph>(made);
+    auto* window =
+        new frmGraph({graph, session.displayName(), study::graphCsv(graph)}, graphOptions(kind),
+                     graphActions(current, graph), m_program.formServices(), viewParent());
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    std::erase_if(m_graphs, [](const auto& closed) { return closed.isNull(); });
+    m_graphs.emplace_back(window);
+    window->show();
+    note("Graph " + std::string(study::GraphCaptions[static_cast<std::size_t>(kind)]) + ": " +
+         session.displayName());
+}
+
+} // namespace telvo::app::ui
