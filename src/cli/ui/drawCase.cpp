@@ -33,6 +33,10 @@ Drawn plan(const project::ProjectCase& current, const PlotOptions&) {
     return picture;
 }
 
+std::string fileNameOf(const project::ProjectCase& current) {
+    return telvo::ui::fromQt(QFileInfo(telvo::ui::toQt(current.FileName)).fileName());
+}
+
 /// A parametric graph, drawn as the desktop program draws it with its initial options.
 template <study::GraphKind kind>
 Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
@@ -48,7 +52,8 @@ Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
     drawing.XAxisTitle = study::GraphAxisTitles[index];
     drawing.YAxisTitle = ofBarrier ? "Barrier Stability Factor" : "Stability Factor";
     drawing.RoundTELVOSF = options.report.RoundTELVOSF;
-    return study::ui::graphPicture(computed, drawing, current.FileName, study::graphCsv(computed));
+    return study::ui::graphPicture(computed, drawing, fileNameOf(current),
+                                   study::graphCsv(computed));
 }
 
 struct DrawnKind {
