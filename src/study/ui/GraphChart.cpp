@@ -19,7 +19,7 @@ constexpr double CurveWidth = 1.5; // points
 constexpr double ThinWidth = 0.75;
 constexpr double OwnMarkScale = 1.9; // of the symbols
 constexpr double EndMarkScale = 1.1;
-constexpr double ClosePixels = 4; // between points that a label may not cover
+constexpr double CoverPixels = 4; // between points that a label may not cover
 
 /// Numbers of the axes without a locale.
 class PlainTicker : public QCPAxisTicker {
@@ -380,7 +380,7 @@ std::vector<QPointF> GraphChart::inkedPoints() const {
             const QPointF at(xAxis->coordToPixel(point.key), yAxis->coordToPixel(point.value));
             const QPointF way = before ? at - *before : QPointF();
             const double length = std::min(std::hypot(way.x(), way.y()), 4000.0);
-            for (double done = 0; before && done < length; done += ClosePixels)
+            for (double done = 0; before && done < length; done += CoverPixels)
                 inked.push_back(*before + way * (done / length));
             inked.push_back(at);
             before.reset();

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int SmallStep = 1;
 constexpr int LargeStep = 10;
-constexpr double ClosePixels = 6; // between the mouse and a jump that it points at
+constexpr double JumpReachPixels = 6; // between the mouse and a jump that it points at
 
 } // namespace
 
@@ -50,7 +50,7 @@ void GraphView::draw() {
         auto* mark = new QCPItemTracer(this);
         mark->setLayer("overlay");
         mark->setStyle(QCPItemTracer::tsCircle);
-        mark->setSize(ClosePixels * ink().pointsToPixels);
+        mark->setSize(JumpReachPixels * ink().pointsToPixels);
         mark->setPen(QPen(text, 1.5));
         mark->setBrush(palette().color(QPalette::Base));
         m_marks.push_back(mark);
@@ -81,7 +81,7 @@ void GraphView::setReading(double x) {
 
 double GraphView::closeBy() const {
     const double perPixel = xAxis->range().size() / std::max(axisRect()->width(), 1);
-    return fromAxis(subject(), options(), ClosePixels * perPixel);
+    return fromAxis(subject(), options(), JumpReachPixels * perPixel);
 }
 
 QString GraphView::readingLines() const {
