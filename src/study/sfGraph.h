@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Result.h"
+#include "project/ProjectInput.h"
+#include "report/ReportWriter.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+/// How a stability factor answers to one design choice: the six parametric graphs.
+namespace telvo::study {
+
+/// The graphs by their index in the menu and in the settings.
+enum class GraphKind {
+    EntryHeight = 0,
+    DepthCover = 1,
+    XcutAngle = 2,
+    XcutSpacing = 3,
+    FirstBarrier = 4,
+    SecondBarrier = 5
+};
+inline constexpr int GraphKinds = 6;
+
+/// Captions of the graphs, as the menu names them.
+inline constexpr std::array<std::string_view, GraphKinds> GraphCaptions = {
+    "SF vs Entry Height",     "SF vs Depth of Cover",         "SF vs Crosscut Angle",
+    "SF vs Crosscut Spacing", "SFBAR vs First Barrier Width", "SFBAR vs Second Barrier Width"};
+
+/// Ends of the axis in percent of the case's own value.
+struct GraphRange {
+    double PlotRangeMin = 50;
+    double PlotRangeMax = 150;
+};
+
+/// One point of a curve: the varied parameter in the units of the case, and the factor unrounded.
+struct GraphPoint {
+    double x = 0;
+    double y = 0;
+};
+
+/// A place where a rule switches and the factor jumps.
+struct Jump {
+    double x = 0;                        ///< found to within one part in 10^6 of the axis
+    std::optional<double> before, after; ///< factors on either side; nothing beside a gap
+    std::string rule;                    ///< which rule switches, for the reader
+};
+
+/// One curve: "Development" or "Retreat".
+struct Curve {
+    std::string name;
+    /// Stretches without jump or gap, from left to right, each with its points in rising x.
+    std::vector<std::vector<GraphPoint>> pieces;
+    std::vector<Jump> jumps;
+    std::optional<GraphPoint> own; ///< the point of the case itself
+};
+
+/// A limit that the warnings use, as a line or a curve.
+struct ReferenceLine {
+    std::string label;
+    std::vector<GraphPoint> points;
+};
+
+struct SfGraph {
+    GraphKind kind = GraphKind::EntryHeight;
+    std::int16_t units = 0; ///< of the case: 0 English, 1 metric
+    double low = 0;         ///< ends of the axis
+    double high = 0;
+    double ownValue = 0; ///< the case's own value of the parameter
+    std::vector<Curve> curves;
+    std::vector<ReferenceLine> limits;
+};
+
+/// Whether the menu offers a graph for a case: 0 to 3 always, 4 with a first barrier from loading
+/// condition 2 on, 5 with a second barrier in loading condition 3.
+bool isOffered(GraphKind kind, const project::ProjectInput& in);
+
+/// A case with the varied parameter set; with an automatic AMZ its breadth follows a varied depth
+/// by the rule of the parameter form.
+project::ProjectCase variedCase(const project::ProjectCase& current, GraphKind kind, double x);
+
+/// Computes a graph. At least 101 points besides the case's own; points that the check refuses or
+/// that cannot be computed are gaps. The axis is clipped: angle 30 to 90, spacing above the entry
+/// width, barrier at least the slab cut.
+/// Refusals: a range whose minimum is not below its maximum; a graph without any point.
+std::variant<SfGraph, Refusal> sfGraph(const project::ProjectCase& current, GraphKind kind,
+                                       const GraphRange& range,
+                                       const report::ReportOptions& options);
+
+/// Where a curve takes a value, or jumps over it.
+struct Crossing {
+    std::string curve;
+    double x = 0;
+    bool isJump = false;
+    std::string rule; ///< of a jump
+};
+
+/// All values of the parameter within the axis at which a factor is `target`, from left to right;
+/// refined on the analysis itself, not on the drawn points.
+std::vector<Crossing> valuesAt(const project::ProjectCase& current, const SfGraph& graph,
+                               double target);
+
+/// The numbers of a graph as comma-separated values, one row per point.
+std::string graphCsv(const SfGraph& graph);
+
+} // namespace telvo::study
