@@ -21,6 +21,7 @@ class PlotsTest : public QObject {
     void menuSwitchesWhatIsShown();
     void retreatIsOfferedOnlyWhereTheReportShowsIt();
     void picturesCarryTheirNumbersAndStayOnPaper();
+    void picturesAreAlikeAtEveryResolution();
     void figuresNeverMeet_data();
     void figuresNeverMeet();
     void remindsOfThePrinterUntilTold();
@@ -110,6 +111,31 @@ void PlotsTest::picturesCarryTheirNumbersAndStayOnPaper() {
     click(*m_window, "cmdExport");
     QCOMPARE(m_done, QStringList({"copy: two-side-gobs Coloured Plan Strength to Stress",
                                   "export: two-side-gobs Coloured Plan Strength to Stress"}));
+}
+
+void PlotsTest::picturesAreAlikeAtEveryResolution() {
+    open("two-side-gobs.TLV");
+    choice("mnuStresses").trigger();
+    const ui::Picture picture = m_window->picture();
+    const auto painted = [&](int dpi) {
+        const double scale = dpi / 96.0;
+        QImage image((picture.size * scale).toSize(), QImage::Format_RGB32);
+        image.setDotsPerMeterX(qRound(dpi / 0.0254));
+        image.setDotsPerMeterY(image.dotsPerMeterX());
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.scale(scale, scale);
+        picture.paint(painter, QRectF(QPointF(), picture.size));
+        painter.end();
+        return image.scaled(90, 70, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    };
+    const QImage coarse = painted(96);
+    const QImage fine = painted(384);
+    int different = 0;
+    for (int y = 0; y < 70; ++y)
+        for (int x = 0; x < 90; ++x)
+            different += std::abs(qGray(coarse.pixel(x, y)) - qGray(fine.pixel(x, y))) > 60;
+    QVERIFY2(different < 60, qPrintable(QString::number(different)));
 }
 
 void PlotsTest::figuresNeverMeet_data() {

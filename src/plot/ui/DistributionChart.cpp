@@ -4,13 +4,13 @@
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/paintDrawing.h"
+#include "plot/ui/paintPlot.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <QApplication>
 #include <QHelpEvent>
-#include <QPicture>
 #include <QToolTip>
 
 namespace telvo::ui {
@@ -376,10 +376,9 @@ void DistributionChart::placeFigures(const Bar& bar, QCPItemText& total, QCPItem
     total.position->setCoords(x, y);
     // A plate keeps bars, lines and grid out of the figure.
     QColor plate = m_palette.color(QPalette::Base);
-    plate.setAlpha(crossed ? 215 : 0);
+    plate.setAlpha(215);
     total.setBrush(plate);
     if (!strength) return;
-    plate.setAlpha(strengthLine > top ? 215 : 0);
     strength->setBrush(plate);
     const double above = std::max(strengthLine - half, plot.top() + half);
     strength->setRotation(m_upright ? -90 : 0);
@@ -431,17 +430,8 @@ Picture distributionPicture(const plot::Distribution& distribution, const std::s
         QFont font = QApplication::font();
         font.setPixelSize(PaperFontPixels); // pictures count in pixels, whatever they end up on
         chart.compose(paperPalette(), font);
-        const QSize size = page.size().toSize();
-        chart.fitTexts(size);
-        // The chart paints with a painter of its own, so it is recorded and played back.
-        QPicture record;
-        QCPPainter recorder(&record);
-        chart.toPainter(&recorder, size.width(), size.height());
-        recorder.end();
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.drawPicture(page.topLeft(), record);
-        painter.restore();
+        chart.fitTexts(page.size().toSize());
+        paintPlot(chart, painter, page);
     };
     return picture;
 }
