@@ -28,11 +28,23 @@ enum class Role {
     Dimension,    //
     EntryNumber,  // in a circle
     PillarNumber, //
+    Value,        // figure of a coloured pillar or barrier
     Letter,       // name of a row, a barrier, the zone
     Name          // name of a gob or of solid coal
 };
 
 enum class Hatch { None, Rising, Falling };
+
+/// Steps of the colour scale, 0 the lightest on white paper, and what is not coloured by it.
+inline constexpr int ColourSteps = 5;
+inline constexpr int NoColour = -1;
+
+/// What the colours of a drawing stand for.
+struct ColourKey {
+    std::string title;
+    std::vector<std::string> steps; ///< what each colour stands for
+    std::vector<int> colours;       ///< of the steps
+};
 
 struct Point {
     double x = 0;
@@ -61,7 +73,8 @@ struct Polygon {
     Role role = Role::Coal;
     std::vector<Point> points;
     Hatch hatch = Hatch::None;
-    std::string hint; ///< shown where the pointer rests on it
+    std::string hint;      ///< shown where the pointer rests on it
+    int colour = NoColour; ///< step of the colour scale in place of the role's own colour
 };
 
 struct Polyline {
@@ -121,8 +134,9 @@ struct Margins {
 
 struct Drawing {
     std::vector<std::string> caption; ///< lines
-    std::string unit;                 ///< of the drawing units, such as "ft"
-    Rect bounds;                      ///< of all shapes
+    std::optional<ColourKey> key = {};
+    std::string unit; ///< of the drawing units, such as "ft"
+    Rect bounds;      ///< of all shapes
     Margins margins;
     std::vector<Polygon> polygons; ///< those behind come first
     std::vector<Polyline> polylines;

@@ -40,8 +40,9 @@ std::vector<Point> brokenEdge(Point from, Point to, double jog) {
 /// Draws the shapes and names of a plan that is laid out.
 class Plan {
   public:
-    Plan(const project::ProjectCase& current, const PlanOptions& options, const PlanGeometry& plan)
-        : m_current(current), m_options(options), m_plan(plan),
+    Plan(const project::ProjectCase& current, const PlanOptions& options,
+         const PlanOverlay* overlay, const PlanGeometry& plan)
+        : m_current(current), m_options(options), m_overlay(overlay), m_plan(plan),
           m_unit(engine::unitName(engine::Kind::Length, plan.in.Units)),
           m_jog(std::min(0.012 * (plan.panel.width() - plan.panel.bottom),
                          0.1 * plan.panel.height())) {}
@@ -50,6 +51,8 @@ class Plan {
 
   private:
     void caption();
+    void colour(const PlanOverlay::Cell& cell);
+    void values();
     void activeGob();
     void panel();
     void side(const PlanSide& side);
@@ -76,6 +79,7 @@ class Plan {
 
     const project::ProjectCase& m_current;
     const PlanOptions& m_options;
+    const PlanOverlay* m_overlay;
     const PlanGeometry& m_plan;
     std::string m_unit;
     double m_jog;
@@ -90,12 +94,19 @@ std::vector<std::string> Plan::names(std::vector<std::string> names, const Shown
 }
 
 void Plan::caption() {
-    std::string name(trimmed(m_current.Title));
-    const std::string& file = m_current.FileName;
-    if (name.empty()) name = file.substr(file.find_last_of("/\\") + 1);
-    m_drawing.caption = {withoutControls(name),
+    m_drawing.caption = {caseTitle(m_current),
                          std::string(project::LoadingConditionNames[m_plan.in.AnalysisCase - 1])};
     m_drawing.unit = m_unit;
+    if (!m_overlay) return;
+    m_drawing.caption.push_back(m_overlay->caption);
+    m_drawing.key = m_overlay->key;
+}
+
+/// Colours the shape that was added last.
+void Plan::colour(const PlanOverlay::Cell& cell) {
+    Polygon& shape = m_drawing.polygons.back();
+    shape.colour = cell.colour;
+    if (!cell.hint.empty()) shape.hint = cell.hint;
 }
 
 void Plan::gob(Role role, const std::array<Point, 4>& abcd, const Shown& extent, std::string name,
@@ -120,10 +131,12 @@ void Plan::panel() {
     const Rect standing{m_plan.panel.left, m_plan.panel.bottom, m_plan.panel.right, 0};
     add(Role::Entry, standing, "Entries and crosscuts, " + measure(in.We) + " wide");
     for (int row = 0; row * in.Sc < -standing.bottom; ++row)
-        for (int i = 1; i <= in.NumberPillars; ++i)
+        for (int i = 1; i <= in.NumberPillars; ++i) {
             add(Role::Pillar, clippedToHeights(m_plan.pillar(i, -row * in.Sc), standing.bottom, 0),
                 "Pillar " + generalNumber(i) + ": " + measure(in.PillarGrossWidth[i]) +
                     " from rib to rib, " + measure(m_plan.ribLength) + " along the ribs");
+            if (m_overlay && row * in.Sc < in.B) colour(m_overlay->pillars[i]);
+        }
     if (m_plan.cutBelow)
         m_drawing.polylines.push_back(
             {Role::BreakLine, brokenEdge({standing.left, standing.bottom},
@@ -219,6 +232,7 @@ void Plan::barrier(const PlanSide& s, const Rect& beyond) {
     shape.push_back({s.x(s.barrier.length), bottom});
     add(Role::Barrier, std::move(shape), std::move(hint));
 
+    if (m_overlay) colour(m_overlay->barriers[s.k]);
     const Rect whole = s.rect(0, s.barrier.length, bottom, 0);
     m_drawing.texts.push_back({.role = Role::Letter,
                                .wordings = {first ? "First barrier" : "Second barrier", "Barrier"},
@@ -264,6 +278,31 @@ void Plan::activeGobName() {
                                .rooms = {room}});
 }
 
+/// The figures of the coloured pillars, all in one row where they have room, and of the barriers.
+void Plan::values() {
+    if (!m_overlay) return;
+    const engine::WorkingInputs& in = m_plan.in;
+    for (int i = 1; i <= in.NumberPillars; ++i) {
+        Text value{.role = Role::Value, .wordings = m_overlay->pillars[i].wordings};
+        const double rise = std::abs(m_plan.rise(i));
+        for (int row = 1; row < m_plan.rows; ++row) {
+            const auto at = m_plan.pillar(i, -row * in.Sc);
+            value.rooms.push_back({at[0].x, std::min(at[0].y, at[1].y) + rise / 2, at[1].x,
+                                   std::max(at[2].y, at[3].y) - rise / 2});
+        }
+        m_drawing.texts.push_back(std::move(value));
+    }
+    for (const PlanSide* s : {&m_plan.first, &m_plan.second}) {
+        const auto& wordings = m_overlay->barriers[s->k].wordings;
+        if (s->barrier && !wordings.empty())
+            m_drawing.texts.push_back(
+                {.role = Role::Value,
+                 .wordings = wordings,
+                 .rooms = {
+                     s->rect(0, s->barrier.length, std::max(-in.B, m_plan.panel.bottom), 0)}});
+    }
+}
+
 void Plan::miningZone() {
     if (!(m_plan.in.B > 0)) return;
     const Rect& panel = m_plan.panel;
@@ -287,6 +326,7 @@ Drawing Plan::make() {
                         m_plan.second.x(m_plan.second.end), m_plan.panel.top};
     activeGob();
     panel();
+    values();
     leftRow(1, 1);
     leftRow(2, m_plan.in.NumberPillars);
     side(m_plan.first);
@@ -301,11 +341,18 @@ Drawing Plan::make() {
 
 } // namespace
 
+std::string caseTitle(const project::ProjectCase& current) {
+    std::string name(trimmed(current.Title));
+    const std::string& file = current.FileName;
+    if (name.empty()) name = file.substr(file.find_last_of("/\\") + 1);
+    return withoutControls(name);
+}
+
 std::variant<Drawing, Refusal> panelPlan(const project::ProjectCase& current,
-                                         const PlanOptions& options) {
+                                         const PlanOptions& options, const PlanOverlay* overlay) {
     const auto plan = planGeometry(current, options.PlotGobExtLoose == 1);
     if (!plan) return Refusal{"Invalid Pillar Dimensions", "Error", ""};
-    return Plan(current, options, *plan).make();
+    return Plan(current, options, overlay, *plan).make();
 }
 
 } // namespace telvo::plot

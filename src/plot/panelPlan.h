@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/IndexedArray.h"
 #include "base/Result.h"
+#include "engine/AnalysisResults.h"
 #include "plot/Drawing.h"
 #include "project/ProjectInput.h"
 
 #include <cstdint>
+#include <string>
 #include <variant>
+#include <vector>
 
 namespace telvo::plot {
 
@@ -17,6 +21,19 @@ struct PlanOptions {
     std::int16_t PlotSingleXcutDims = 1; // 1: the spacing of one crosscut only
     std::int16_t PlotGobDims = 1;        // gobs, barriers, slab cuts, rows C and D
     std::int16_t PlotGobExtLoose = 1;    // 1: gobs cut short with a break line; 0: to scale
+};
+
+/// Values that colour the pillars of the active mining zone and the barriers of a plan.
+struct PlanOverlay {
+    struct Cell {
+        std::vector<std::string> wordings; ///< shown on the pillar, the fullest first
+        std::string hint;
+        int colour = NoColour;
+    };
+    std::string caption; ///< what the colours show
+    ColourKey key;
+    IndexedArray<Cell, 1, engine::MaxPillars> pillars;
+    IndexedArray<Cell, engine::FirstSide, engine::SecondSide> barriers;
 };
 
 /// Most rows of standing pillars that a plan draws.
@@ -33,9 +50,14 @@ inline constexpr int MostPlanRows = 40;
 ///           entry width.
 ///        4) lengths out of all proportion to the panel are cut short with a break line in any
 ///           case; what is not above 0 is not drawn.
+/// Given: overlay  colours for its pillars; nullptr for none
 /// Returned: the drawing, or "Invalid Pillar Dimensions" where a pillar has no positive width or
 ///           length.
 std::variant<Drawing, Refusal> panelPlan(const project::ProjectCase& current,
-                                         const PlanOptions& options);
+                                         const PlanOptions& options,
+                                         const PlanOverlay* overlay = nullptr);
+
+/// What a drawing or a plot of a case is called: its title, else the name of its file.
+std::string caseTitle(const project::ProjectCase& current);
 
 } // namespace telvo::plot

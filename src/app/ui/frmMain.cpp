@@ -185,25 +185,25 @@ void frmMain::buildToolbar() {
     m_toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     const struct {
         const char* command;
-        Picture picture;
+        ToolIcon icon;
         QString caption;
-    } buttons[] = {{"mnuFileItem_0", Picture::New, tr("New")},
-                   {"mnuFileItem_1", Picture::Open, tr("Open")},
-                   {"mnuFileItem_2", Picture::Save, tr("Save")},
-                   {"mnuFileItem_8", Picture::Print, tr("Print")},
-                   {"", Picture::New, {}},
-                   {"mnuEditItem_0", Picture::Description, tr("Description")},
-                   {"mnuEditItem_1", Picture::Parameters, tr("Parameters")},
-                   {"mnuCalcItem_0", Picture::Factors, tr("Stability Factors")},
-                   {"", Picture::New, {}},
-                   {"mnuHelpItem_0", Picture::Help, tr("Help")}};
+    } buttons[] = {{"mnuFileItem_0", ToolIcon::New, tr("New")},
+                   {"mnuFileItem_1", ToolIcon::Open, tr("Open")},
+                   {"mnuFileItem_2", ToolIcon::Save, tr("Save")},
+                   {"mnuFileItem_8", ToolIcon::Print, tr("Print")},
+                   {"", ToolIcon::New, {}},
+                   {"mnuEditItem_0", ToolIcon::Description, tr("Description")},
+                   {"mnuEditItem_1", ToolIcon::Parameters, tr("Parameters")},
+                   {"mnuCalcItem_0", ToolIcon::Factors, tr("Stability Factors")},
+                   {"", ToolIcon::New, {}},
+                   {"mnuHelpItem_0", ToolIcon::Help, tr("Help")}};
     for (const auto& button : buttons) {
         if (*button.command == '\0') {
             m_toolbar->addSeparator();
             continue;
         }
         auto* action = findChild<QAction*>(button.command);
-        action->setIcon(pictureIcon(button.picture));
+        action->setIcon(toolIcon(button.icon));
         action->setIconText(button.caption);
         m_toolbar->addAction(action);
     }

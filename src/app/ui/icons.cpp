@@ -32,44 +32,44 @@ void addLine(QPainterPath& path, qreal x1, qreal y1, qreal x2, qreal y2) {
     path.lineTo(x2, y2);
 }
 
-QPainterPath outline(Picture picture) {
+QPainterPath outline(ToolIcon icon) {
     QPainterPath path;
-    switch (picture) {
-    case Picture::New:
+    switch (icon) {
+    case ToolIcon::New:
         path = sheet(5, 3, 19, 21, 5);
         break;
-    case Picture::Open:
+    case ToolIcon::Open:
         path.addPolygon(QPolygonF({{3, 19}, {3, 5}, {9, 5}, {11, 7}, {19, 7}, {19, 10}}));
         path.addPolygon(QPolygonF({{3, 19}, {6, 10}, {22, 10}, {19, 19}, {3, 19}}));
         break;
-    case Picture::Save:
+    case ToolIcon::Save:
         path.addPolygon(QPolygonF({{4, 4}, {17, 4}, {20, 7}, {20, 20}, {4, 20}, {4, 4}}));
         path.addRect(8, 4, 7, 5);
         path.addRect(7, 13, 10, 7);
         break;
-    case Picture::Print:
+    case ToolIcon::Print:
         path.addRect(7, 3, 10, 5);
         path.addRect(3, 8, 18, 9);
         path.addRect(7, 13, 10, 8);
         break;
-    case Picture::Description:
+    case ToolIcon::Description:
         path = sheet(4, 3, 20, 21, 5);
         addLine(path, 8, 11, 16, 11);
         addLine(path, 8, 14, 16, 14);
         addLine(path, 8, 17, 13, 17);
         break;
-    case Picture::Parameters: // a plan of four pillars
+    case ToolIcon::Parameters: // a plan of four pillars
         for (const qreal x : {4., 13.5})
             for (const qreal y : {4., 13.5})
                 path.addRect(x, y, 6.5, 6.5);
         break;
-    case Picture::Factors: // bars under a limit line
+    case ToolIcon::Factors: // bars under a limit line
         path.addRect(4, 13, 4, 8);
         path.addRect(10, 9, 4, 12);
         path.addRect(16, 5, 4, 16);
         addLine(path, 2, 11, 22, 11);
         break;
-    case Picture::Help:
+    case ToolIcon::Help:
         path.addEllipse(QPointF(12, 12), 9.5, 9.5);
         path.moveTo(9, 10);
         path.cubicTo(9, 5.5, 15, 5.5, 15, 9.5);
@@ -80,9 +80,9 @@ QPainterPath outline(Picture picture) {
     return path;
 }
 
-class PictureEngine : public QIconEngine {
+class IconEngine : public QIconEngine {
   public:
-    explicit PictureEngine(Picture picture) : m_picture(picture) {}
+    explicit IconEngine(ToolIcon icon) : m_icon(icon) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
@@ -93,7 +93,7 @@ class PictureEngine : public QIconEngine {
         painter->translate(rect.topLeft());
         painter->scale(scale, scale);
         painter->setPen(QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        painter->drawPath(outline(m_picture));
+        painter->drawPath(outline(m_icon));
         painter->restore();
     }
 
@@ -105,16 +105,16 @@ class PictureEngine : public QIconEngine {
         return image;
     }
 
-    QIconEngine* clone() const override { return new PictureEngine(*this); }
+    QIconEngine* clone() const override { return new IconEngine(*this); }
 
   private:
-    Picture m_picture;
+    Picture m_icon;
 };
 
 } // namespace
 
-QIcon pictureIcon(Picture picture) {
-    return QIcon(new PictureEngine(picture));
+QIcon toolIcon(ToolIcon icon) {
+    return QIcon(new IconEngine(icon));
 }
 
 } // namespace telvo::app::ui

@@ -5,10 +5,10 @@
 
 namespace telvo::app::ui {
 
-enum class Picture { New, Open, Save, Print, Description, Parameters, Factors, Help };
+enum class ToolIcon { New, Open, Save, Print, Description, Parameters, Factors, Help };
 
 /// An icon of the toolbar, drawn in the palette's text colour at whatever size is asked for, so
 /// that it is sharp on every screen and seen on every theme.
-QIcon pictureIcon(Picture picture);
+QIcon toolIcon(ToolIcon icon);
 
 } // namespace telvo::app::ui

@@ -4,6 +4,8 @@
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <QCoreApplication>
 #include <QFontMetricsF>
@@ -100,7 +102,7 @@ class Colours {
 /// Names stand out from figures.
 bool isBold(Role role) {
     return role == Role::Name || role == Role::Letter || role == Role::Amz ||
-           role == Role::PillarNumber;
+           role == Role::PillarNumber || role == Role::Value;
 }
 
 class DrawingPainter {
@@ -116,6 +118,7 @@ class DrawingPainter {
     void labels();
     void caption(const QRectF& page);
     void bar(const QRectF& page);
+    void key(const QRectF& page);
 
   private:
     QPen pen(Role role, double width) const {
@@ -160,7 +163,8 @@ void DrawingPainter::polygon(const plot::Polygon& shape) {
     if (shape.role == Role::SlabCut) edge.setStyle(Qt::DashLine);
     m_painter.setPen(shape.role == Role::Entry ? QPen(Qt::NoPen) : edge);
     QColor fill = zone ? m_colours.line(Role::Amz) : m_colours.fill(shape.role);
-    if (zone) fill.setAlphaF(0.12F);
+    if (zone) fill.setAlphaF(m_drawing.key ? 0 : 0.12F); // colours stay what the key says
+    if (shape.colour != plot::NoColour) fill = scaleColour(shape.colour);
     m_painter.setBrush(fill);
     m_painter.drawPolygon(outline);
     if (shape.hatch != plot::Hatch::None) hatch(shape, outline);
@@ -246,8 +250,8 @@ void DrawingPainter::text(const plot::PlacedText& text) {
         m_painter.setPen(pen(Role::EntryNumber, 0.08));
         m_painter.setBrush(m_colours.base);
         m_painter.drawEllipse(box);
-    } else if (text.role != Role::PillarNumber && text.role != Role::Angle &&
-               (text.role != Role::Letter || text.target)) {
+    } else if (m_drawing.key || (text.role != Role::PillarNumber && text.role != Role::Angle &&
+                                 (text.role != Role::Letter || text.target))) {
         // A plate keeps hatching and lines out of the letters; plain coal needs none.
         QColor plate = m_colours.base;
         plate.setAlphaF(0.85F);
@@ -327,7 +331,50 @@ void DrawingPainter::bar(const QRectF& page) {
         m_painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter | Qt::TextDontClip, note);
 }
 
+void DrawingPainter::key(const QRectF& page) {
+    if (!m_drawing.key || m_drawing.key->steps.empty()) return;
+    const plot::ColourKey& key = *m_drawing.key;
+    const QFontMetricsF metrics(m_plain, m_painter.device());
+    const double box = 1.4 * m_em;
+    const double gap = 0.4 * m_em;
+    double needed = 0;
+    for (const std::string& step : key.steps)
+        needed += box + metrics.horizontalAdvance(toQt(step)) + 3 * gap;
+    QRectF line(page.left() + 0.6 * m_em, m_layout.keyBottom - m_em, page.width() - 1.2 * m_em,
+                m_em);
+    m_painter.setFont(m_plain);
+    m_painter.setPen(m_colours.text);
+    const QString title = metrics.elidedText(toQt(key.title), Qt::ElideRight, line.width());
+    m_painter.drawText(line.translated(0, -1.2 * m_em),
+                       Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, title);
+    // Where it is too long it is set smaller rather than cut.
+    m_painter.save();
+    const double scale = std::min(1.0, line.width() / needed);
+    m_painter.translate(line.left(), line.center().y());
+    m_painter.scale(scale, scale);
+    double x = 0;
+    for (std::size_t i = 0; i < key.steps.size(); ++i) {
+        m_painter.setPen(pen(Role::Pillar, 0.07));
+        m_painter.setBrush(scaleColour(key.colours[i]));
+        m_painter.drawRect(QRectF(x, -0.4 * m_em, box, 0.8 * m_em));
+        const QString step = toQt(key.steps[i]);
+        const double width = metrics.horizontalAdvance(step);
+        m_painter.setPen(m_colours.text);
+        m_painter.drawText(QRectF(x + box + gap, -m_em, width, 2 * m_em),
+                           Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, step);
+        x += box + width + 3 * gap;
+    }
+    m_painter.restore();
+}
+
 } // namespace
+
+QColor scaleColour(int step) {
+    // From yellow over green and blue to dark violet, evenly darker.
+    constexpr std::array<QRgb, plot::ColourSteps> colours = {0xFDE725, 0x5EC962, 0x21918C, 0x3B528B,
+                                                             0x440154};
+    return QColor(colours[static_cast<std::size_t>(std::clamp(step, 0, plot::ColourSteps - 1))]);
+}
 
 QPalette paperPalette() {
     QPalette palette(Qt::white);
@@ -346,8 +393,10 @@ PageLayout pageLayout(const plot::Drawing& drawing, const QFont& font, const QPa
     layout.captionTop = page.top() + 0.3 * em;
     layout.barBottom = page.bottom() - 0.5 * em;
     const double lines = static_cast<double>(drawing.caption.size());
+    layout.keyBottom = layout.barBottom - 0.8 * em;
+    const bool key = drawing.key && !drawing.key->steps.empty();
     layout.plan = {page.left(), layout.captionTop + 1.1 * lines * em + 0.1 * em, page.right(),
-                   layout.barBottom - 0.8 * em};
+                   layout.keyBottom - (key ? 2.3 * em : 0)};
     return layout;
 }
 
@@ -366,6 +415,7 @@ void paintDrawing(const plot::Drawing& drawing, QPainter& painter, const QRectF&
     painter.restore();
     parts.caption(page);
     parts.bar(page);
+    parts.key(page);
     painter.restore();
 }
 

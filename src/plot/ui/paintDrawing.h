@@ -7,6 +7,7 @@
 #include <QPalette>
 #include <QRectF>
 
+class QColor;
 class QPaintDevice;
 class QPainter;
 
@@ -20,8 +21,13 @@ struct PageLayout {
     plot::Box plan;
     double em = 0; ///< height of a line of text
     double captionTop = 0;
+    double keyBottom = 0;
     double barBottom = 0;
 };
+/// Colour of a step of the scale of a drawing, 0 to plot::ColourSteps - 1; the steps differ in
+/// lightness for every colour vision and in grey print.
+QColor scaleColour(int step);
+
 /// The layout for the painter's font and resolution.
 PageLayout pageLayout(const plot::Drawing& drawing, const QFont& font, const QPaintDevice* device,
                       const QRectF& page);

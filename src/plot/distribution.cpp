@@ -1,0 +1,338 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "plot/distribution.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "engine/driver.h"
+#include "engine/transfer.h"
+#include "plot/planDimensions.h"
+#include "project/units.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+
+namespace telvo::plot {
+
+using engine::FirstSide, engine::SecondSide;
+
+namespace {
+
+// As on the pages of the report.
+constexpr std::string_view ForcePattern = "#.00E+00";
+constexpr std::string_view StressPattern = "##0.00";
+/// Widest barrier to scale, in widths of the panel.
+constexpr double WidestBarrier = 1;
+/// Limits of the strength to stress ratio: those that factors of pillars and barriers are held
+/// against, and what comes before and after.
+constexpr std::array<double, ColourSteps - 1> RatioLimits = {1, 1.5, 2, 4};
+
+/// A figure with its unit, which is a label in parentheses with a leading blank.
+std::string withUnit(const std::string& figure, std::string_view unit) {
+    std::string text = figure;
+    for (const char c : unit)
+        if (c != '(' && c != ')') text += c;
+    return text;
+}
+
+/// What both kinds of distribution have of a run.
+class Maker {
+  public:
+    explicit Maker(const report::ReportSource& run)
+        : m_run(run), m_results(run.results),
+          m_in(engine::workingInputs(run.current.Input, run.current.Units,
+                                     run.results.AnalysisCase)) {
+        m_made.caption = {caseTitle(run.current)};
+        m_made.lengthUnit = project::unitLabel(m_in.Units, project::Quantity::Length);
+    }
+
+    Distribution capacity();
+    Distribution stress(int pass);
+
+  private:
+    void toReportUnits() { m_units = report::fixReportUnits(m_results, m_in.Units, m_run.options); }
+    void describe(std::string_view what, const std::string& unit);
+    void addPillars();
+    void addBarrier(int k);
+    void finish(std::string_view pattern);
+
+    const report::ReportSource& m_run;
+    engine::AnalysisResults m_results; ///< in report units as soon as they are fixed
+    engine::WorkingInputs m_in;
+    report::ReportUnits m_units;
+    Distribution m_made;
+};
+
+void Maker::describe(std::string_view what, const std::string& unit) {
+    m_made.quantity = std::string(what) + unit;
+    m_made.unit = unit;
+}
+
+void Maker::addPillars() {
+    double center = 0;
+    for (int i = 1; i <= m_results.NumberPillars; ++i) {
+        Bar bar{.name = generalNumber(i), .pillar = i};
+        bar.width = m_in.PillarGrossWidth[i];
+        bar.left = center + m_in.We / 2;
+        bar.right = bar.left + bar.width;
+        m_made.bars.push_back(std::move(bar));
+        center += m_in.EntryCenter[i];
+    }
+}
+
+void Maker::addBarrier(int k) {
+    const bool first = k == FirstSide;
+    Bar bar{.name = first ? "1st barrier" : "2nd barrier", .side = k};
+    bar.width = m_in.BarrierWidth[k];
+    const double widest = WidestBarrier * (m_in.PanelWidth + m_in.We);
+    bar.cut = bar.width > widest;
+    const double drawn = bar.cut ? widest : bar.width;
+    bar.left = first ? -m_in.We / 2 - drawn : m_in.PanelWidth + m_in.We / 2;
+    bar.right = bar.left + drawn;
+    m_made.bars.insert(first ? m_made.bars.begin() : m_made.bars.end(), std::move(bar));
+}
+
+void Maker::finish(std::string_view pattern) {
+    for (Bar& bar : m_made.bars) {
+        bar.height = std::accumulate(bar.parts.begin(), bar.parts.end(), 0.0);
+        const auto figures = [&](double value) -> std::vector<std::string> {
+            const std::string full = formatPattern(value, pattern);
+            if (pattern == StressPattern) return {full, formatPattern(value, "##0")};
+            return {full};
+        };
+        bar.figures = figures(bar.height);
+        if (bar.strength) bar.strengthFigures = figures(*bar.strength);
+    }
+}
+
+Distribution Maker::capacity() {
+    toReportUnits();
+    m_made.caption.push_back("Pillar load-bearing capacity");
+    describe("Load-bearing capacity", m_units.force);
+    m_made.components = {"Load-bearing capacity"};
+    addPillars();
+    for (Bar& bar : m_made.bars)
+        bar.parts = {m_results.PillarCapacity[bar.pillar]};
+    finish(ForcePattern);
+    m_made.total = "Total load-bearing capacity of pillars within AMZ: " +
+                   formatPattern(m_results.TotalCapacityAMZ, ForcePattern) + m_units.force;
+    m_made.notes = {"The AMZ holds " + formatPattern(m_in.B / m_in.Sc, "##0.00") +
+                    " rows of these pillars: its breadth of " +
+                    withUnit(lengthText(m_in.B), m_made.lengthUnit) +
+                    " divided by the crosscut spacing of " +
+                    withUnit(lengthText(m_in.Sc), m_made.lengthUnit) + "."};
+    return std::move(m_made);
+}
+
+Distribution Maker::stress(int pass) {
+    if (pass == engine::Development) {
+        m_in.Pass = pass;
+        engine::plotStresses(m_in, m_results);
+    }
+    toReportUnits();
+    const int analysisCase = m_results.AnalysisCase;
+    m_made.caption.emplace_back(pass == engine::Development
+                                    ? "Individual pillar stresses, development"
+                                    : "Individual pillar stresses, retreat");
+    m_made.caption.emplace_back(project::LoadingConditionNames[analysisCase - 1]);
+    describe("Stress", m_units.stress);
+
+    const auto barriers = report::barrierSides(m_run);
+    const bool side = analysisCase >= engine::OneSideGob;
+    const bool front = !barriers.empty();
+    // Tributary, front, first side, second side; those that cannot arise are left out.
+    std::array<bool, 4> arises = {true, front, side, analysisCase >= engine::TwoSideGobs};
+    constexpr std::array<std::string_view, 4> names = {
+        "Tributary area", "Front abutment (barriers)", "First side abutment",
+        "Second side abutment"};
+    const auto set = [&](Bar& bar, const std::array<double, 4>& parts) {
+        for (std::size_t c = 0; c < parts.size(); ++c)
+            if (arises[c]) bar.parts.push_back(parts[c]);
+    };
+    for (std::size_t c = 0; c < names.size(); ++c)
+        if (arises[c]) m_made.components.emplace_back(names[c]);
+
+    addPillars();
+    for (const int k : barriers)
+        addBarrier(k);
+    const auto& r = m_results;
+    for (Bar& bar : m_made.bars) {
+        const int i = bar.pillar;
+        const int k = bar.side;
+        if (bar.isBarrier()) {
+            const double abutment = r.BarrierSideStress[k];
+            set(bar, {r.BarrierTributaryStress[k], r.BarrierFrontStress[k],
+                      k == FirstSide ? abutment : 0, k == SecondSide ? abutment : 0});
+            bar.strength = r.BarrierStrength[k];
+        } else {
+            set(bar, {r.TributaryStress, 0, r.PillarSideStress[FirstSide][i],
+                      r.PillarSideStress[SecondSide][i]});
+            bar.strength = r.PillarStrength[i];
+        }
+    }
+    finish(StressPattern);
+    if (analysisCase >= engine::ActiveGob && pass == engine::Retreat)
+        m_made.notes.emplace_back(
+            "Pillars: without front abutment load and LTRANSREM, which are not shared out to "
+            "single pillars.");
+    if (side)
+        m_made.notes.emplace_back(
+            "Side abutments are followed over the three pillars next to each side gob.");
+    if (!barriers.empty())
+        m_made.notes.emplace_back(
+            "Barriers: average stress without pressure arch and slab corner loads.");
+    return std::move(m_made);
+}
+
+/// About `most` steps of 1, 2, 2.5 or 5 with zeros that span the values.
+double roundStep(double span, int most) {
+    const double least = span / most;
+    const double power = std::pow(10, std::floor(std::log10(least)));
+    for (const double factor : {1.0, 2.0, 2.5, 5.0})
+        if (factor * power >= least * (1 - 1e-9)) return factor * power;
+    return 10 * power;
+}
+
+/// Limits between the colours of values: round ones, evenly spaced.
+std::vector<double> evenLimits(const std::vector<double>& values) {
+    const auto [low, high] = std::minmax_element(values.begin(), values.end());
+    if (values.empty() || !(*high - *low > 1e-6 * std::abs(*high))) return {};
+    // One step more than there are limits: the first one need not lie at the lowest value.
+    for (int most = ColourSteps; most > 1; --most) {
+        const double step = roundStep(*high - *low, most);
+        std::vector<double> limits;
+        const double first = std::floor(*low / step) + 1;
+        for (double n = first; n * step <= *high && limits.size() <= ColourSteps; ++n)
+            limits.push_back(n * step);
+        if (limits.size() < ColourSteps) return limits;
+    }
+    return {};
+}
+
+/// Text of each step between limits: "< 1", "1 - 1.5", ">= 4".
+std::vector<std::string> stepNames(const std::vector<double>& limits) {
+    constexpr int digits = 6;
+    constexpr double large = 1e5;
+    const auto text = [](double limit) {
+        return limit < large ? generalNumber(limit, digits) : formatPattern(limit, ForcePattern);
+    };
+    if (limits.empty()) return {};
+    std::vector<std::string> names{"< " + text(limits.front())};
+    for (std::size_t i = 1; i < limits.size(); ++i)
+        names.push_back(text(limits[i - 1]) + " - " + text(limits[i]));
+    names.push_back("\u2265 " + text(limits.back()));
+    return names;
+}
+
+} // namespace
+
+std::optional<double> Bar::ratio() const {
+    if (!strength || !(height > 0)) return std::nullopt;
+    return *strength / height;
+}
+
+Distribution capacityDistribution(const report::ReportSource& run) {
+    return Maker(run).capacity();
+}
+
+Distribution stressDistribution(const report::ReportSource& run, int pass) {
+    return Maker(run).stress(pass);
+}
+
+std::string distributionCsv(const Distribution& distribution) {
+    const bool stresses =
+        !distribution.bars.empty() && distribution.bars.front().strength.has_value();
+    std::string text =
+        "Pillar,Left rib" + distribution.lengthUnit + ",Width" + distribution.lengthUnit;
+    for (const std::string& component : distribution.components)
+        text += ',' + component + distribution.unit;
+    if (stresses) text += ",Total" + distribution.unit + ",Strength" + distribution.unit;
+    text += LineBreak;
+    for (const Bar& bar : distribution.bars) {
+        text += bar.name + ',';
+        // What is drawn narrower still ends at the panel.
+        appendGeneralNumber(text, bar.side == FirstSide ? bar.right - bar.width : bar.left);
+        text += ',';
+        appendGeneralNumber(text, bar.width);
+        const auto add = [&](double value) {
+            text += ',';
+            appendGeneralNumber(text, value);
+        };
+        for (const double part : bar.parts)
+            add(part);
+        if (stresses) {
+            add(bar.height);
+            add(bar.strength.value_or(0));
+        }
+        text += LineBreak;
+    }
+    return text;
+}
+
+std::string barHint(const Distribution& distribution, const Bar& bar) {
+    std::string hint = (bar.isBarrier() ? "" : "Pillar ") + bar.name + ", " +
+                       withUnit(lengthText(bar.width), distribution.lengthUnit) + " wide: ";
+    if (!bar.strength) return hint + withUnit(bar.figures[0], distribution.unit);
+    const auto stress = [&](double value) { return formatPattern(value, StressPattern); };
+    hint += "stress " + withUnit(bar.figures[0], distribution.unit);
+    std::string sources;
+    for (std::size_t c = 0; c < bar.parts.size(); ++c)
+        if (bar.parts[c] != 0)
+            sources += (sources.empty() ? "" : ", ") + distribution.components[c] + ' ' +
+                       stress(bar.parts[c]);
+    if (!sources.empty()) hint += " (" + sources + ')';
+    return hint + ", strength " + withUnit(bar.strengthFigures[0], distribution.unit);
+}
+
+PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
+                        const report::ReportOptions& options) {
+    const bool ratio = what == Coloured::StrengthToStress;
+    const auto valueOf = [&](const Bar& bar) {
+        return ratio ? bar.ratio() : std::optional(bar.height);
+    };
+    std::vector<double> limits(RatioLimits.begin(), RatioLimits.end());
+    if (!ratio) {
+        std::vector<double> values;
+        for (const Bar& bar : distribution.bars)
+            values.push_back(bar.height);
+        limits = evenLimits(values);
+    }
+    PlanOverlay overlay;
+    overlay.caption = distribution.caption[1];
+    overlay.key.title = ratio ? "Strength / stress" : distribution.quantity;
+    overlay.key.steps = stepNames(limits);
+    if (limits.empty() && !distribution.bars.empty())
+        overlay.key.steps = {distribution.bars.front().figures.front()}; // all are alike
+    const int steps = static_cast<int>(overlay.key.steps.size());
+    // A few steps use the whole scale; weaker pillars are the darker ones.
+    for (int step = 0; step < steps; ++step) {
+        const int colour = steps == 1 ? ColourSteps / 2 : step * (ColourSteps - 1) / (steps - 1);
+        overlay.key.colours.push_back(ratio ? ColourSteps - 1 - colour : colour);
+    }
+    for (const Bar& bar : distribution.bars) {
+        const auto value = valueOf(bar);
+        PlanOverlay::Cell cell;
+        cell.hint = barHint(distribution, bar);
+        cell.wordings = bar.figures;
+        if (ratio) cell.wordings = {value ? report::factorText(*value, options) : "-"};
+        if (value) {
+            const auto step = std::upper_bound(limits.begin(), limits.end(), *value);
+            cell.colour = overlay.key.colours[static_cast<std::size_t>(step - limits.begin())];
+        }
+        (bar.isBarrier() ? overlay.barriers[bar.side] : overlay.pillars[bar.pillar]) =
+            std::move(cell);
+    }
+    return overlay;
+}
+
+project::ProjectCase casePlanned(const project::ProjectCase& current, int pass) {
+    project::ProjectCase planned = current;
+    if (pass == engine::Development) {
+        planned.Input.ExtentActiveGob = 0;
+        planned.Input.SlabcutFirstGob = planned.Input.SlabcutSecondGob = 0;
+    }
+    return planned;
+}
+
+} // namespace telvo::plot

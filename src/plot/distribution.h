@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "plot/panelPlan.h"
+#include "report/sections.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// How capacity and stress of a finished run are distributed over its pillars, as bars across the
+/// panel and as colours on its plan. Units and rounding are those of the report.
+namespace telvo::plot {
+
+/// One pillar of a crosscut interval, or a barrier beside the panel.
+struct Bar {
+    std::string name;  ///< "1" to "9", "1st barrier", "2nd barrier"
+    int pillar = 0;    ///< 1 to 9; 0 for a barrier
+    int side = 0;      ///< 3 or 4 for a barrier
+    double left = 0;   ///< drawn from rib to rib, from the center of entry 1; ft | m
+    double right = 0;  ///< ft | m
+    double width = 0;  ///< the true one; ft | m
+    bool cut = false;  ///< drawn narrower than it is
+    double height = 0; ///< total of the parts
+    /// The total as the report prints it, then shorter where it may be.
+    std::vector<std::string> figures = {};
+    std::vector<double> parts = {};      ///< one for each component, from below
+    std::optional<double> strength = {}; ///< of a stress plot
+    std::vector<std::string> strengthFigures = {};
+    std::optional<double> ratio() const; ///< strength to stress; nothing without a stress
+    bool isBarrier() const { return pillar == 0; }
+};
+
+struct Distribution {
+    std::vector<std::string> caption;    ///< name of the case; what is shown; of which condition
+    std::string quantity;                ///< with its unit, as an axis is labelled
+    std::string unit;                    ///< " (tons)", " (psi)", ...
+    std::string lengthUnit;              ///< " (ft)" or " (m)"
+    std::vector<std::string> components; ///< what the parts of the bars are
+    std::vector<Bar> bars;               ///< from left to right
+    std::string total;                   ///< a line below the bars; may be empty
+    std::vector<std::string> notes;      ///< what the figures hold and what they leave out
+};
+
+/// Load-bearing capacity of one pillar of each row. The total is that of the active mining zone:
+/// the sum times the rows in it, its breadth through the crosscut spacing.
+Distribution capacityDistribution(const report::ReportSource& run);
+
+/// Stresses of the plots on pillars and barriers in a pass, by their sources, with the strengths.
+/// Notes: 1) a run keeps those of the retreat pass. Those of development follow from the loads that
+///           it keeps for both passes, by the same rule: engine::plotStresses().
+///        2) the front abutment of the zone is not shared out to single pillars; the stress of a
+///           barrier has neither its pressure arch load nor its slab corner load.
+Distribution stressDistribution(const report::ReportSource& run, int pass);
+
+/// The numbers behind the bars, unrounded, a line for each bar.
+std::string distributionCsv(const Distribution& distribution);
+
+/// Everything of a bar in a line, for a hint.
+std::string barHint(const Distribution& distribution, const Bar& bar);
+
+/// What colours tell on a plan.
+enum class Coloured {
+    Total,           ///< of the bars
+    StrengthToStress ///< against fixed limits, rounded as stability factors are
+};
+
+/// Colours for the pillars of a plan after a distribution, in ColourSteps steps. Darker is more,
+/// but with StrengthToStress weaker.
+PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
+                        const report::ReportOptions& options);
+
+/// The case as a pass sees it: development knows no active gob and no slab cuts.
+project::ProjectCase casePlanned(const project::ProjectCase& current, int pass);
+
+} // namespace telvo::plot

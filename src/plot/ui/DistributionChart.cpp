@@ -1,0 +1,439 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "plot/ui/DistributionChart.h"
+
+#include "base/numbers.h"
+#include "base/ui/qtText.h"
+#include "plot/ui/paintDrawing.h"
+#include "plot/ui/paintPlot.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <QApplication>
+#include <QHelpEvent>
+#include <QToolTip>
+
+namespace telvo::ui {
+
+using plot::Bar;
+
+namespace {
+
+constexpr int PaperFontPixels = 12;
+/// A strength above this many times everything else would flatten the rest.
+constexpr double OffScale = 1.6;
+
+/// Numbers of the axes without a locale.
+class PlainTicker : public QCPAxisTicker {
+  protected:
+    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
+        constexpr int digits = 10; // hides what a sum of steps leaves behind
+        return toQt(generalNumber(std::abs(tick) < 1e-12 ? 0 : tick, digits));
+    }
+};
+
+QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
+    const auto channel = [&](int from, int to) {
+        return static_cast<int>(std::lround(from + (to - from) * shareOfB));
+    };
+    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
+}
+
+/// Words onto lines no wider than `width`, as far as words allow.
+QString brokenAt(const QString& text, const QFontMetrics& metrics, int width) {
+    QStringList lines;
+    for (const QString& word : text.split(' ')) {
+        if (!lines.isEmpty() && metrics.horizontalAdvance(lines.back() + ' ' + word) <= width)
+            lines.back() += ' ' + word;
+        else
+            lines.append(word);
+    }
+    return lines.join('\n');
+}
+
+QFont titleFont(QFont font) {
+    if (font.pixelSize() > 0)
+        font.setPixelSize(static_cast<int>(std::lround(1.15 * font.pixelSize())));
+    else
+        font.setPointSizeF(1.15 * font.pointSizeF());
+    font.setBold(true);
+    return font;
+}
+
+} // namespace
+
+DistributionChart::DistributionChart(const QString& name, QWidget* parent) : QCustomPlot(parent) {
+    setObjectName(name);
+    setLocale(QLocale::c());
+    setAutoAddPlottableToLegend(false);
+    setFocusPolicy(Qt::StrongFocus);
+    m_title = new QCPTextElement(this);
+    m_subtitle = new QCPTextElement(this);
+    m_notes = new QCPTextElement(this);
+    m_notes->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
+    auto* keyRow = new QCPLayoutGrid;
+    keyRow->addElement(0, 0, new QCPLayoutElement(this));
+    keyRow->addElement(0, 1, legend);
+    keyRow->addElement(0, 2, new QCPLayoutElement(this));
+    keyRow->setColumnStretchFactor(1, 0.001);
+    for (int row = 0; row < 3; ++row)
+        plotLayout()->insertRow(0);
+    plotLayout()->addElement(0, 0, m_title);
+    plotLayout()->addElement(1, 0, m_subtitle);
+    plotLayout()->addElement(2, 0, keyRow);
+    plotLayout()->addElement(4, 0, m_notes);
+    plotLayout()->setRowStretchFactor(2, 0.001);
+    plotLayout()->setRowSpacing(2);
+    legend->setBorderPen(Qt::NoPen);
+    legend->setBrush(Qt::NoBrush);
+    yAxis->setTicker(QSharedPointer<PlainTicker>::create());
+    for (QCPAxis* axis : {xAxis2, yAxis2}) {
+        axis->setVisible(true);
+        axis->setTicks(false);
+        axis->setTickLabels(false);
+    }
+    connect(this, &QCustomPlot::afterLayout, this, &DistributionChart::placeLabels);
+}
+
+void DistributionChart::setDistribution(plot::Distribution distribution) {
+    m_labels.clear(); // they point into the old one
+    m_distribution = std::move(distribution);
+    compose(palette(), font());
+    setAccessibleName(toQt(m_distribution.caption[1]));
+    QStringList words;
+    for (const Bar& bar : m_distribution.bars)
+        words.append(toQt(plot::barHint(m_distribution, bar)));
+    words.append(toQt(m_distribution.total));
+    setAccessibleDescription(words.join("; "));
+}
+
+double DistributionChart::highest() const {
+    double value = 0;
+    for (const Bar& bar : m_distribution.bars) {
+        value = std::max(value, bar.height);
+        if (!bar.isBarrier()) value = std::max(value, bar.strength.value_or(0));
+    }
+    double all = value;
+    for (const Bar& bar : m_distribution.bars)
+        if (const double strength = bar.strength.value_or(0); strength <= OffScale * value)
+            all = std::max(all, strength);
+    return all > 0 ? all : 1;
+}
+
+bool DistributionChart::offScale(const Bar& bar) const {
+    return bar.strength.value_or(0) > m_highest;
+}
+
+QColor DistributionChart::componentColour(std::size_t component) const {
+    // Told apart by every colour vision, and by lightness on grey paper.
+    constexpr std::array<QRgb, 4> colours = {0x0072B2, 0xCC79A7, 0xE69F00, 0x009E73};
+    const std::string& name = m_distribution.components[component];
+    const std::size_t colour = name.starts_with("Front")    ? 1
+                               : name.starts_with("First")  ? 2
+                               : name.starts_with("Second") ? 3
+                                                            : 0;
+    return QColor(colours[colour]);
+}
+
+void DistributionChart::compose(const QPalette& inPalette, const QFont& font) {
+    m_palette = inPalette;
+    m_font = font;
+    clearPlottables();
+    clearItems();
+    m_labels.clear();
+    setBackground(QBrush(m_palette.color(QPalette::Base)));
+    m_highest = highest();
+    m_lowest = 0;
+    for (const Bar& bar : m_distribution.bars) {
+        double below = 0;
+        for (const double part : bar.parts)
+            below += std::min(part, 0.0);
+        m_lowest = std::min(m_lowest, below);
+    }
+    composeAxes();
+    for (const Bar& bar : m_distribution.bars) {
+        composeBar(bar);
+        composeStrength(bar);
+    }
+    composeKey();
+    const QColor text = m_palette.color(QPalette::Text);
+    m_title->setFont(titleFont(m_font));
+    for (QCPTextElement* element : {m_subtitle, m_notes})
+        element->setFont(m_font);
+    for (QCPTextElement* element : {m_title, m_subtitle, m_notes})
+        element->setTextColor(text);
+    fitTexts(size());
+}
+
+void DistributionChart::composeAxes() {
+    const QColor text = m_palette.color(QPalette::Text);
+    const QColor base = m_palette.color(QPalette::Base);
+    const QPen frame(mixed(base, text, 0.7));
+    for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
+        axis->setBasePen(frame);
+        axis->setTickPen(frame);
+        axis->setSubTickPen(frame);
+        axis->setTickLabelColor(text);
+        axis->setLabelColor(text);
+        axis->setTickLabelFont(m_font);
+        axis->setLabelFont(m_font);
+        axis->grid()->setPen(QPen(mixed(base, text, 0.18), 1));
+        axis->grid()->setZeroLinePen(Qt::NoPen);
+    }
+    xAxis->grid()->setVisible(false);
+    xAxis->setSubTicks(false);
+    xAxis->setTickLength(0);
+
+    auto ticker = QSharedPointer<QCPAxisTickerText>::create();
+    bool cut = false;
+    for (const Bar& bar : m_distribution.bars) {
+        cut = cut || bar.cut;
+        ticker->addTick((bar.left + bar.right) / 2,
+                        toQt(bar.name).replace(' ', '\n') + (bar.cut ? "*" : ""));
+    }
+    xAxis->setTicker(ticker);
+    xAxis->setLabel(cut ? tr("Pillar, widths to scale (* drawn narrower than it is)")
+                        : tr("Pillar, widths to scale"));
+    if (m_distribution.bars.empty()) return;
+    const double left = m_distribution.bars.front().left;
+    const double right = m_distribution.bars.back().right;
+    const double margin = 0.03 * (right - left);
+    xAxis->setRange(left - margin, right + margin);
+}
+
+void DistributionChart::composeBar(const Bar& bar) {
+    QCPBars* below = nullptr;
+    for (std::size_t c = 0; c < bar.parts.size(); ++c) {
+        auto* part = new QCPBars(xAxis, yAxis);
+        part->setObjectName(toQt("bar:" + bar.name + ':' + m_distribution.components[c]));
+        part->setWidthType(QCPBars::wtPlotCoords);
+        part->setWidth(bar.right - bar.left);
+        part->setPen(QPen(m_palette.color(QPalette::Base), 1));
+        part->setBrush(componentColour(c));
+        part->addData((bar.left + bar.right) / 2, bar.parts[c]);
+        if (below) part->moveAbove(below);
+        below = part;
+    }
+    addLabel(bar, false);
+}
+
+void DistributionChart::composeStrength(const Bar& bar) {
+    if (!bar.strength) return;
+    addLabel(bar, true);
+    if (offScale(bar)) return;
+    QCPGraph* line = addGraph();
+    line->setObjectName(toQt("strength:" + bar.name));
+    line->setPen(QPen(m_palette.color(QPalette::Text), 2.5));
+    const double over = 0.04 * (bar.right - bar.left);
+    line->addData({bar.left - over, bar.right + over}, {*bar.strength, *bar.strength}, true);
+}
+
+void DistributionChart::addLabel(const Bar& bar, bool ofStrength) {
+    auto* label = new QCPItemText(this);
+    label->setLayer("overlay"); // above the lines of the strengths
+    label->setClipToAxisRect(false);
+    label->position->setType(QCPItemPosition::ptAbsolute);
+    label->setPositionAlignment(Qt::AlignCenter);
+    label->setColor(m_palette.color(QPalette::Text));
+    QFont bold = m_font;
+    bold.setBold(!ofStrength);
+    label->setFont(bold);
+    label->setObjectName((ofStrength ? "strengthFigure:" : "figure:") + toQt(bar.name));
+    m_labels.push_back({label, &bar, ofStrength});
+}
+
+void DistributionChart::composeKey() {
+    legend->clearItems();
+    const bool stresses = std::any_of(m_distribution.bars.begin(), m_distribution.bars.end(),
+                                      [](const Bar& bar) { return bar.strength.has_value(); });
+    legend->setVisible(stresses); // bars of one kind are named by the axis
+    if (!stresses) return;
+    legend->setFont(m_font);
+    legend->setTextColor(m_palette.color(QPalette::Text));
+    for (std::size_t c = 0; c < m_distribution.components.size(); ++c) {
+        const bool arises = std::any_of(m_distribution.bars.begin(), m_distribution.bars.end(),
+                                        [&](const Bar& bar) { return bar.parts[c] != 0; });
+        if (!arises) continue;
+        const QString object =
+            toQt("bar:" + m_distribution.bars.front().name + ':' + m_distribution.components[c]);
+        for (int i = 0; i < plottableCount(); ++i)
+            if (plottable(i)->objectName() == object) {
+                plottable(i)->setName(toQt(m_distribution.components[c]));
+                plottable(i)->addToLegend();
+            }
+    }
+    QCPGraph* sample = addGraph(); // a strength may be off the scale and so have no line
+    sample->setPen(QPen(m_palette.color(QPalette::Text), 2.5));
+    sample->setName(tr("Strength"));
+    sample->addToLegend();
+}
+
+void DistributionChart::fitTexts(QSize size) {
+    const QFontMetrics metrics(m_font);
+    const int line = metrics.height();
+    const int width = std::max(size.width() - 2 * line, line);
+    m_title->setText(
+        m_distribution.caption.empty()
+            ? QString()
+            : QFontMetrics(m_title->font())
+                  .elidedText(toQt(m_distribution.caption.front()), Qt::ElideRight, width));
+    QStringList subtitle;
+    for (std::size_t i = 1; i < m_distribution.caption.size(); ++i)
+        subtitle.append(toQt(m_distribution.caption[i]));
+    m_subtitle->setText(brokenAt(subtitle.join(" - "), metrics, width));
+    QStringList below;
+    if (!m_distribution.total.empty())
+        below.append(brokenAt(toQt(m_distribution.total), metrics, width));
+    QString notes;
+    for (const std::string& note : m_distribution.notes)
+        notes += (notes.isEmpty() ? "" : " ") + toQt(note);
+    if (!notes.isEmpty()) below.append(brokenAt(notes, metrics, width));
+    m_notes->setText(below.join('\n'));
+    m_notes->setMargins({line / 2, 0, line / 2, line / 4});
+    yAxis->setLabel(metrics.elidedText(toQt(m_distribution.quantity), Qt::ElideRight,
+                                       std::max(size.height() - 9 * line, 4 * line)));
+
+    // The key on as many lines as it needs.
+    int longest = 0;
+    int together = 0;
+    for (int i = 0; i < legend->itemCount(); ++i)
+        if (auto* item = qobject_cast<QCPPlottableLegendItem*>(legend->item(i))) {
+            const int room = metrics.horizontalAdvance(item->plottable()->name()) +
+                             legend->iconSize().width() + line;
+            longest = std::max(longest, room);
+            together += room;
+        }
+    legend->setWrap(together <= width ? 0 : std::max(1, width / std::max(longest, 1)));
+    legend->setFillOrder(QCPLegend::foColumnsFirst);
+    fitFigures(size);
+}
+
+/// Figures are upright where bars are narrow, and find room above the highest bar. Ticks follow the
+/// range only in the next layout, so that it cannot wait until the chart is drawn.
+void DistributionChart::fitFigures(QSize size) {
+    setViewport(QRect(QPoint(), size));
+    for (const auto phase :
+         {QCPLayoutElement::upPreparation, QCPLayoutElement::upMargins, QCPLayoutElement::upLayout})
+        plotLayout()->update(phase);
+    const double line = QFontMetricsF(m_font).height();
+    // The fullest wording that fits all bars, else the fullest of them upright.
+    double longest = 0;
+    for (const std::size_t wording : {0U, 1U, 0U}) {
+        m_upright = false;
+        longest = 0;
+        for (const Label& label : m_labels) {
+            const auto& wordings =
+                label.ofStrength ? label.bar->strengthFigures : label.bar->figures;
+            QString text = toQt(wordings[std::min(wording, wordings.size() - 1)]);
+            if (label.ofStrength && offScale(*label.bar)) text += QChar(0x2191); // an arrow up
+            label.item->setText(text);
+            const double width = QFontMetricsF(label.item->font()).horizontalAdvance(text);
+            longest = std::max(longest, width);
+            m_upright = m_upright || width > roomOf(*label.bar) - 0.3 * line;
+        }
+        if (!m_upright) break;
+    }
+    m_length = (m_upright ? longest : line) + 0.3 * line;
+    const double height = std::max(axisRect()->height(), 1);
+    const double used = std::max(height - m_length - 0.2 * line, 0.4 * height);
+    yAxis->setRange(m_lowest, m_lowest + (m_highest - m_lowest) * height / used);
+}
+
+/// Width of a bar and of the gap beside it.
+double DistributionChart::roomOf(const Bar& bar) const {
+    double gap = bar.right - bar.left;
+    for (const Bar& other : m_distribution.bars) {
+        if (other.left >= bar.right) gap = std::min(gap, other.left - bar.right);
+        if (other.right <= bar.left) gap = std::min(gap, bar.left - other.right);
+    }
+    return xAxis->coordToPixel(bar.right + gap) - xAxis->coordToPixel(bar.left);
+}
+
+void DistributionChart::placeLabels() {
+    for (const Label& label : m_labels) {
+        if (label.ofStrength) continue;
+        QCPItemText* strength = nullptr;
+        for (const Label& other : m_labels)
+            if (other.ofStrength && other.bar == label.bar) strength = other.item;
+        placeFigures(*label.bar, *label.item, strength);
+    }
+}
+
+/// The strength on its line, the total on its bar or within it. Where they meet the total is shown.
+void DistributionChart::placeFigures(const Bar& bar, QCPItemText& total, QCPItemText* strength) {
+    const QRect plot = axisRect()->rect();
+    const double x = xAxis->coordToPixel((bar.left + bar.right) / 2);
+    const double half = m_length / 2;
+    const double top = yAxis->coordToPixel(std::max(bar.height, 0.0));
+    const bool line = bar.strength && !offScale(bar);
+    const double strengthLine = line ? yAxis->coordToPixel(*bar.strength) : plot.top();
+    // On top, unless the line of the strength runs through it there.
+    double y = top - half;
+    const bool crossed = line && y - half < strengthLine && strengthLine < y + half;
+    const bool within = crossed && plot.bottom() - std::max(top, strengthLine) > m_length;
+    if (within) y = std::max(top, strengthLine) + half;
+    total.setRotation(m_upright ? -90 : 0);
+    total.position->setCoords(x, y);
+    // A plate keeps bars, lines and grid out of the figure.
+    QColor plate = m_palette.color(QPalette::Base);
+    plate.setAlpha(215);
+    total.setBrush(plate);
+    if (!strength) return;
+    strength->setBrush(plate);
+    const double above = std::max(strengthLine - half, plot.top() + half);
+    strength->setRotation(m_upright ? -90 : 0);
+    strength->position->setCoords(x, above);
+    strength->setVisible(std::abs(above - y) >= 0.9 * m_length);
+}
+
+QSize DistributionChart::sizeHint() const {
+    return QSize(50, 36) * fontMetrics().height();
+}
+
+QSize DistributionChart::minimumSizeHint() const {
+    return QSize(26, 24) * fontMetrics().height();
+}
+
+bool DistributionChart::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QCustomPlot::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const double x = xAxis->pixelToCoord(help->x());
+    for (const Bar& bar : m_distribution.bars)
+        if (axisRect()->rect().contains(help->pos()) && x >= bar.left && x <= bar.right) {
+            QToolTip::showText(help->globalPos(), toQt(plot::barHint(m_distribution, bar)), this);
+            return true;
+        }
+    QToolTip::hideText();
+    return true;
+}
+
+void DistributionChart::changeEvent(QEvent* event) {
+    QCustomPlot::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange && event->type() != QEvent::FontChange) return;
+    if (!m_title) return; // while it is being made
+    compose(palette(), font());
+    replot(rpQueuedReplot);
+}
+
+void DistributionChart::resizeEvent(QResizeEvent* event) {
+    fitTexts(event->size());
+    QCustomPlot::resizeEvent(event);
+}
+
+Picture distributionPicture(const plot::Distribution& distribution, const std::string& name) {
+    Picture picture;
+    picture.name = name;
+    picture.csv = plot::distributionCsv(distribution);
+    picture.paint = [distribution](QPainter& painter, const QRectF& page) {
+        DistributionChart chart("Picture1");
+        chart.setDistribution(distribution);
+        QFont font = QApplication::font();
+        font.setPixelSize(PaperFontPixels); // pictures count in pixels, whatever they end up on
+        chart.compose(paperPalette(), font);
+        chart.fitTexts(page.size().toSize());
+        paintPlot(chart, painter, page);
+    };
+    return picture;
+}
+
+} // namespace telvo::ui

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/ui/Form.h"
+#include "engine/AnalysisResults.h"
+#include "plot/distribution.h"
+#include "plot/panelPlan.h"
+#include "plot/ui/picture.h"
+#include "project/ProjectInput.h"
+#include "report/ReportWriter.h"
+
+#include <functional>
+#include <variant>
+
+class QAction;
+class QActionGroup;
+class QMenuBar;
+class QStackedWidget;
+
+namespace telvo::ui {
+
+class DistributionChart;
+class PlanView;
+
+/// The run that a plots window shows: as it was, whatever happens to the case afterwards.
+struct PlotsView {
+    project::ProjectCase current;
+    engine::AnalysisResults results; ///< engine units
+    report::ReportOptions options;
+    plot::PlanOptions plan;
+    bool remindBeforePrint = true;
+};
+
+/// What the plots window needs from above it.
+struct PlotActions {
+    std::function<void(const Picture&, QWidget*)> copyPicture;
+    std::function<void(const Picture&, QWidget*)> exportPicture;
+    std::function<void(const Picture&, QWidget*)> printPicture;
+    std::function<void()> stopReminding; ///< of the printer before a plot is printed
+};
+
+/// The plots window of a run: panel layout, pillar capacity, pillar stresses, coloured plans.
+class frmPlots : public Form {
+    Q_OBJECT
+  public:
+    enum class Kind {
+        PanelLayout,
+        Capacity,
+        Stresses,
+        CapacityPlan,
+        StressPlan,
+        StrengthToStressPlan
+    };
+
+    frmPlots(PlotsView view, PlotActions actions, const FormServices& services,
+             QWidget* parent = nullptr);
+
+    /// Shows the window, not modal.
+    void load();
+    /// What is shown, as it leaves the program.
+    Picture picture() const;
+
+  private:
+    QMenuBar* makeMenu();
+    QAction* addChoice(QActionGroup& group, const QString& name, const QString& text, int value);
+    QDialogButtonBox* makeButtonRow();
+    void showPlot();
+    bool remindOfPrinter();
+    void print();
+
+    Kind kind() const;
+    int pass() const;
+    report::ReportSource source() const;
+    plot::Distribution distribution() const;
+    std::variant<plot::Drawing, Refusal> drawing() const;
+
+    PlotsView m_view;
+    PlotActions m_actions;
+    QActionGroup* m_kinds = nullptr;
+    QActionGroup* m_passes = nullptr;
+    QStackedWidget* m_stack = nullptr;
+    PlanView* m_plan = nullptr;
+    DistributionChart* m_chart = nullptr;
+};
+
+} // namespace telvo::ui

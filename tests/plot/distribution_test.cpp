@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "plot/distribution.h"
+
+#include "base/numbers.h"
+#include "engine/driver.h"
+#include "plans.h"
+
+namespace telvo::plot {
+
+namespace {
+
+using engine::Development, engine::Retreat;
+
+/// A run and what its report would be written from.
+struct Computed {
+    explicit Computed(project::ProjectCase from, report::ReportOptions with = {})
+        : current(std::move(from)), options(with) {
+        const auto in = engine::PrepareAnalysis(current.Input, current.Units);
+        results = engine::ComputeAnalysis(std::get<engine::WorkingInputs>(in)).value();
+    }
+    report::ReportSource source() const { return {current, results, options, {}}; }
+
+    project::ProjectCase current;
+    engine::AnalysisResults results;
+    report::ReportOptions options;
+};
+
+/// Stresses in psf, the run's own unit; forces in tons (1) or pounds.
+report::ReportOptions inPsf(int forces = 1) {
+    report::ReportOptions options;
+    options.OutputStrGradUnits = forces;
+    options.OutputStrUnits = 1;
+    return options;
+}
+
+/// Pillars of 60 by 80 ft, 80 ft apart, between barriers of 150 and 60 ft; the AMZ is 150 ft deep,
+/// 900 ft below ground of 162 pcf.
+project::ProjectCase twoGobs() {
+    return example("two-side-gobs");
+}
+
+} // namespace
+
+TEST(CapacityDistribution, BarsLieToScaleAndTheirSumTimesTheRowsIsTheTotalOfPageThree) {
+    const Computed run(twoGobs());
+    const Distribution made = capacityDistribution(run.source());
+    ASSERT_EQ(made.bars.size(), 4U);
+    EXPECT_EQ(made.bars[1].name, "2");
+    EXPECT_EQ(made.bars[1].left, 80 + 10);
+    EXPECT_EQ(made.bars[1].right, 80 + 70);
+    // S1 = 900 psi, w = 60, L = 80, h = 7: 900 (0.64 + 0.54 60/7 - 0.18 60^2/(7 80)) psi on
+    // 4800 ft2; 144 psf in a psi, 2000 lb in a ton.
+    const double h = run.current.Input.EntryHeight;
+    const double psi = 900 * (0.64 + 0.54 * 60 / h - 0.18 * 3600 / (h * 80));
+    double sum = 0;
+    for (const Bar& bar : made.bars) {
+        EXPECT_NEAR(bar.height, psi * 144 * 4800 / 2000, 1e-6 * bar.height);
+        sum += bar.height;
+    }
+    EXPECT_EQ(made.quantity, "Load-bearing capacity (tons)");
+    const std::string total = formatPattern(sum * 150 / 100, "#.00E+00");
+    EXPECT_EQ(made.total,
+              "Total load-bearing capacity of pillars within AMZ: " + total + " (tons)");
+    EXPECT_EQ(made.bars[0].figures, std::vector{formatPattern(made.bars[0].height, "#.00E+00")});
+    EXPECT_TRUE(distributionCsv(made).starts_with(
+        "Pillar,Left rib (ft),Width (ft),Load-bearing capacity (tons)\r\n1,10,60,"));
+}
+
+TEST(StressDistribution, RetreatStacksTheStressesOfTheRun) {
+    const Computed run(twoGobs(), inPsf());
+    const auto& r = run.results;
+    const Distribution made = stressDistribution(run.source(), Retreat);
+    EXPECT_EQ(made.quantity, "Stress (psf)");
+    ASSERT_EQ(made.bars.size(), 6U);
+    EXPECT_EQ(made.bars.front().name, "1st barrier");
+    EXPECT_EQ(made.bars.front().left, -10 - 150);
+    EXPECT_EQ(made.bars.back().right, 330 + 60);
+    for (const Bar& bar : made.bars) {
+        const int i = bar.pillar;
+        const double total = bar.isBarrier() ? r.BarrierTotalStress[bar.side]
+                                             : r.TributaryStress + r.PillarSideStress[3][i] +
+                                                   r.PillarSideStress[4][i];
+        EXPECT_NEAR(bar.height, total, 1e-9 * total) << bar.name;
+        EXPECT_EQ(*bar.strength,
+                  bar.isBarrier() ? r.BarrierStrength[bar.side] : r.PillarStrength[i]);
+        EXPECT_EQ(bar.figures[0], formatPattern(bar.height, "##0.00"));
+    }
+}
+
+TEST(StressDistribution, DevelopmentFollowsFromItsOwnLoads) {
+    const Computed run(twoGobs(), inPsf());
+    const auto& r = run.results;
+    const Distribution made = stressDistribution(run.source(), Development);
+    const Distribution retreat = stressDistribution(run.source(), Retreat);
+    // The second barrier: 60 by 150 ft.
+    const double area = 60 * 150;
+    const Bar& barrier = made.bars.back();
+    const double loads = r.BarrierTributaryLoad[1][4] + r.BarrierFrontTransfer[1][4] +
+                         r.BarrierSideAbutmentLoad[1][4];
+    EXPECT_NEAR(barrier.height, loads / area, 1e-9 * barrier.height);
+    EXPECT_LT(barrier.height, retreat.bars.back().height); // the remnant stands only on retreat
+    // What the barrier hands on differs between the passes, its spread over the pillars does not.
+    const double perFoot[] = {r.LTRANSBAR[1][4] + r.AbutmentLoadAMZ[1][4],
+                              r.LTRANSBAR[2][4] + r.AbutmentLoadAMZ[2][4]};
+    ASSERT_LT(perFoot[0], perFoot[1]);
+    for (std::size_t i = 2; i <= 4; ++i)
+        EXPECT_NEAR(made.bars[i].parts[3], retreat.bars[i].parts[3] * perFoot[0] / perFoot[1],
+                    1e-9 * retreat.bars[i].height);
+    EXPECT_EQ(made.bars[1].parts[0], retreat.bars[1].parts[0]); // tributary
+}
+
+TEST(StressDistribution, AMirroredCaseGivesMirroredBars) {
+    project::ProjectCase mirrored = twoGobs();
+    auto& in = mirrored.Input;
+    std::swap(in.BarrierFirstGob, in.BarrierSecondGob);
+    std::swap(in.ExtentFirstGob, in.ExtentSecondGob);
+    std::swap(in.AbutmentAngleFirstGob, in.AbutmentAngleSecondGob);
+    std::swap(in.SlabcutFirstGob, in.SlabcutSecondGob);
+    const Computed run(twoGobs()), other(mirrored);
+    for (const int pass : {Development, Retreat}) {
+        const auto bars = stressDistribution(run.source(), pass).bars;
+        const auto back = stressDistribution(other.source(), pass).bars;
+        for (std::size_t b = 0; b < bars.size(); ++b) {
+            const Bar& twin = back[back.size() - 1 - b];
+            EXPECT_NEAR(bars[b].height, twin.height, 1e-9 * twin.height);
+            EXPECT_NEAR(bars[b].parts[2], twin.parts[3], 1e-9 * twin.height);
+            EXPECT_EQ(bars[b].left, 320 - twin.right);
+        }
+    }
+}
+
+TEST(Distributions, AreInTheUnitsOfTheReport) {
+    const Computed tons(twoGobs()), pounds(twoGobs(), inPsf(0)),
+        metric(example("metric-two-side-gobs"));
+    EXPECT_EQ(capacityDistribution(pounds.source()).unit, " (lbs)");
+    EXPECT_DOUBLE_EQ(capacityDistribution(pounds.source()).bars[0].height,
+                     2000 * capacityDistribution(tons.source()).bars[0].height);
+    const double psi = stressDistribution(tons.source(), Development).bars[1].height;
+    EXPECT_NEAR(stressDistribution(pounds.source(), Development).bars[1].height, 144 * psi,
+                1e-6 * 144 * psi); // the tributary stress is held in single precision
+    EXPECT_EQ(capacityDistribution(metric.source()).unit, " (kN)");
+    const Distribution stresses = stressDistribution(metric.source(), Retreat);
+    EXPECT_EQ(stresses.unit, " (kPa)");
+    EXPECT_EQ(stresses.lengthUnit, " (m)");
+    EXPECT_EQ(stresses.bars.back().name, "3"); // no barrier on the second side
+}
+
+TEST(PlanOverlays, ColourByRoundStepsOrByTheLimitsOfTheRatio) {
+    const Computed run(twoGobs());
+    const Distribution stresses = stressDistribution(run.source(), Retreat);
+    // 1782 to 4031 psi
+    const PlanOverlay total = planOverlay(stresses, Coloured::Total, {});
+    EXPECT_EQ(total.key.steps,
+              (std::vector<std::string>{"< 2000", "2000 - 3000", "3000 - 4000", "\u2265 4000"}));
+    EXPECT_EQ(total.pillars[2].colour, 0);
+    EXPECT_EQ(total.pillars[4].colour, ColourSteps - 1);
+    // 4552/4031 = 1.13, 4552/1950 = 2.33, 13831/2156 = 6.42; weak ones are dark
+    const PlanOverlay ratio = planOverlay(stresses, Coloured::StrengthToStress, {});
+    EXPECT_EQ(ratio.pillars[4].colour, 3);
+    EXPECT_EQ(ratio.pillars[1].colour, 1);
+    EXPECT_EQ(ratio.barriers[3].colour, 0);
+    EXPECT_EQ(ratio.barriers[3].wordings, std::vector<std::string>{"6.42"});
+    // All alike: one step, named by the value.
+    const PlanOverlay alike = planOverlay(capacityDistribution(run.source()), Coloured::Total, {});
+    EXPECT_EQ(alike.key.steps, std::vector<std::string>{"1.57E+06"});
+
+    // Both rows that reach into the AMZ of 150 ft, and neither of the two below.
+    const auto plan = panelPlan(run.current, {}, &total);
+    int coloured = 0;
+    for (const Polygon& shape : std::get<Drawing>(plan).polygons)
+        coloured += shape.role == Role::Pillar && shape.colour != NoColour;
+    EXPECT_EQ(coloured, 2 * 4);
+    const auto before = casePlanned(run.current, Development);
+    EXPECT_TRUE(shapes(planOf(before, {}), Role::SlabCut).empty());
+    EXPECT_TRUE(shapes(planOf(before, {}), Role::ActiveGob).empty());
+}
+
+} // namespace telvo::plot
