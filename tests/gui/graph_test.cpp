@@ -44,16 +44,17 @@ struct Desk {
     std::optional<GraphOptions> edited;
     std::vector<double> targets;
     std::vector<std::string> done;
-    study::ui::frmGraph form{
-        {sample(), "Mains.TLV", "numbers"},
-        options(),
-        {[this](double target) {
-             targets.push_back(target);
-             return std::vector<Crossing>{{"Retreat", 600, true, "arch factor"},
-                                          {"Retreat", 720, false, {}}};
-         },
-         [this](QWidget*) { return edited; }, note("export"), note("copy"), note("print")},
-        {messages, {}}};
+    study::ui::frmGraph form{{sample(), "Mains.TLV", "numbers"},
+                             options(),
+                             {{note("copy"), note("export"), note("print")},
+                              [this](double target) {
+                                  targets.push_back(target);
+                                  return std::vector<Crossing>{
+                                      {"Retreat", 600, true, "arch factor"},
+                                      {"Retreat", 720, false, {}}};
+                              },
+                              [this](QWidget*) { return edited; }},
+                             {messages, {}}};
     study::ui::GraphView& view = control<study::ui::GraphView>(form, "grfSF");
 
     std::function<void(const telvo::ui::Picture&, QWidget*)> note(std::string what) {

@@ -140,6 +140,7 @@ class ProgramTest : public QObject {
     void unsavedChangesKeepTheWindowOpen();
     void everyDialogOpensFromItsMenu();
     void graphsAreOfferedWhereTheCaseHasThem();
+    void plotsStayThoseOfTheirRun();
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
     void recentFilesFollowTheirSettings();
@@ -346,6 +347,41 @@ void ProgramTest::graphsAreOfferedWhereTheCaseHasThem() {
     home.answers = {Answer::No};
     QVERIFY(home.quit());
     QVERIFY(!home.window<QWidget>("frmGraph"));
+}
+
+void ProgramTest::plotsStayThoseOfTheirRun() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    home.trigger("mnuCalcItem_0");
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
+    auto* plots = home.window<QWidget>("frmPlots");
+    QVERIFY(plots && plots->isVisible());
+    const auto shownStresses = [&] {
+        plots->findChild<QAction*>("mnuStresses")->trigger();
+        home.dialogs.answers = {home.path("stress.csv")};
+        click(*plots, "cmdExport");
+        QFile file(home.folder.filePath("stress.csv"));
+        const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        file.remove();
+        return bytes;
+    };
+    const QByteArray first = shownStresses();
+    QVERIFY(first.startsWith("Pillar,"));
+    project::ProjectInput deeper = program.session().project().Input;
+    deeper.DepthCover *= 1.5;
+    program.session().acceptParameters(deeper);
+    home.trigger("mnuCalcItem_0");
+    QCOMPARE(shownStresses(), first);
+
+    plots->close();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
+    plots = home.window<QWidget>("frmPlots");
+    QVERIFY(shownStresses() != first);
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+    QVERIFY(!home.window<QWidget>("frmPlots"));
 }
 
 void ProgramTest::sizesComeBack() {

@@ -186,9 +186,13 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
     messages.status("TELVO stability factors calculated");
 
     closeResults();
-    m_results =
-        new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, sheetHeading(), {}},
-                         m_program.formServices(), m_program.printer(), viewParent());
+    const auto viewPlotsOfRun = [this, current, results = run.results,
+                                 options = m_program.session().reportOptions()] {
+        viewPlots(current, results, options);
+    };
+    m_results = new frmResTxtPlt(
+        {std::move(run.pages), run.warnings.WarningSummary, sheetHeading(), viewPlotsOfRun},
+        m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);
     m_results->load();
     m_results->raise(); // also above a form that is open
@@ -204,9 +208,9 @@ void Commands::closeResults() {
 
 void Commands::closeViews() {
     closeResults();
-    for (const auto& graph : m_graphs)
-        delete graph.data();
-    m_graphs.clear();
+    for (const auto& drawing : m_drawings)
+        delete drawing.data();
+    m_drawings.clear();
 }
 
 QWidget* Commands::viewParent() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
 #include "report/ui/frmResTxtPlt.h"
 #include "study/ui/frmGraph.h"
@@ -71,8 +72,16 @@ class Commands {
     /// Parent of the windows that show outcomes: with one they stay above the main window.
     QWidget* viewParent();
     study::GraphOptions graphOptions(study::GraphKind kind) const;
+    telvo::ui::PictureActions pictureActions();
     study::ui::GraphActions graphActions(const project::ProjectCase& current,
                                          const study::SfGraph& graph);
+    /// Opens the plots of a run, which stay those of that run.
+    void viewPlots(const project::ProjectCase& current, const engine::AnalysisResults& results,
+                   const report::ReportOptions& options);
+    /// Keeps the reminder before a plot is printed from being shown again.
+    void stopReminding();
+    /// Remembers a window that draws until the user closes it.
+    void keep(QWidget& drawing);
     void printPicture(const telvo::ui::Picture& picture, QWidget* parent);
 
     Program& m_program;
@@ -80,7 +89,7 @@ class Commands {
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;
     QPointer<report::ui::frmResTxtPlt> m_results;
-    std::vector<QPointer<study::ui::frmGraph>> m_graphs;
+    std::vector<QPointer<QWidget>> m_drawings; ///< graphs and plots
 };
 
 } // namespace telvo::app::ui

@@ -108,7 +108,7 @@ class IconEngine : public QIconEngine {
     QIconEngine* clone() const override { return new IconEngine(*this); }
 
   private:
-    Picture m_icon;
+    ToolIcon m_icon;
 };
 
 } // namespace

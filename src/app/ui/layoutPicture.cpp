@@ -3,18 +3,21 @@
 
 #include "app/SettingsStore.h"
 #include "base/ui/qtText.h"
-#include "plot/panelPlan.h"
 #include "plot/ui/PlanView.h"
 
 #include <utility>
 
 namespace telvo::app::ui {
 
+plot::PlanOptions planOptions(const SettingsStore& settings) {
+    const Settings& s = settings.values();
+    return {s.PlotEntryDims, s.PlotXcutDims, s.PlotSingleXcutDims, s.PlotGobDims,
+            s.PlotGobExtLoose};
+}
+
 std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::ProjectCase& current,
                                 const SettingsStore& settings) {
-    const Settings& s = settings.values();
-    auto plan = plot::panelPlan(current, {s.PlotEntryDims, s.PlotXcutDims, s.PlotSingleXcutDims,
-                                          s.PlotGobDims, s.PlotGobExtLoose});
+    auto plan = plot::panelPlan(current, planOptions(settings));
     if (auto* refused = std::get_if<Refusal>(&plan)) {
         view.setMessage(telvo::ui::toQt(refused->message));
         return std::move(*refused);

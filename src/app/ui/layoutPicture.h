@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "plot/panelPlan.h"
 #include "project/ui/frmTELVOParm.h"
 
 namespace telvo::ui {
@@ -11,6 +12,9 @@ class SettingsStore;
 }
 
 namespace telvo::app::ui {
+
+/// What the settings want on a plan.
+plot::PlanOptions planOptions(const SettingsStore& settings);
 
 /// Draws the plan of a case by the layout options of the settings. A refusal is returned and shown
 /// in place of the plan.

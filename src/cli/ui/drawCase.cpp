@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ui/drawCase.h"
 
+#include "app/caseRun.h"
 #include "base/ui/qtText.h"
+#include "plot/distribution.h"
 #include "plot/panelPlan.h"
+#include "plot/ui/DistributionChart.h"
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/picture.h"
 #include "study/sfGraph.h"
@@ -56,6 +59,20 @@ Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
                                    study::graphCsv(computed));
 }
 
+/// Bars of a distribution. The stresses are those of the last pass of the case's condition.
+template <auto distribution>
+Drawn bars(const project::ProjectCase& current, const PlotOptions& options) {
+    const app::RunOutcome outcome = app::runCase(current, {options.report, false});
+    if (const auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
+    if (const auto* fault = std::get_if<Fault>(&outcome)) return Refusal{faultText(*fault), {}, {}};
+    return telvo::ui::distributionPicture(
+        distribution({current, std::get<app::CaseRun>(outcome).results, options.report, {}}), {});
+}
+
+plot::Distribution stressOfLastPass(const report::ReportSource& run) {
+    return plot::stressDistribution(run, report::lastPass(run));
+}
+
 struct DrawnKind {
     PlotKind kind;
     Drawn (*draw)(const project::ProjectCase& current, const PlotOptions& options);
@@ -74,6 +91,16 @@ constexpr DrawnKind graphKind(std::string_view name, std::string_view shows) {
 /// Everything that can be drawn; the help text follows this table.
 constexpr DrawnKind Kinds[] = {
     {{.name = "plan", .shows = "plan of the panel, to scale and dimensioned"}, plan},
+    {{.name = "capacity",
+      .shows = "load-bearing capacity of the pillars, as bars to scale",
+      .hasNumbers = true,
+      .takesReportOptions = true},
+     bars<plot::capacityDistribution>},
+    {{.name = "stress",
+      .shows = "stresses of pillars and barriers, with their strengths",
+      .hasNumbers = true,
+      .takesReportOptions = true},
+     bars<stressOfLastPass>},
     graphKind<study::GraphKind::EntryHeight>("sf-height", "stability factor over entry height"),
     graphKind<study::GraphKind::DepthCover>("sf-depth", "stability factor over depth of cover"),
     graphKind<study::GraphKind::XcutAngle>("sf-angle", "stability factor over crosscut angle"),

@@ -32,10 +32,7 @@ struct PlotsView {
 };
 
 /// What the plots window needs from above it.
-struct PlotActions {
-    std::function<void(const Picture&, QWidget*)> copyPicture;
-    std::function<void(const Picture&, QWidget*)> exportPicture;
-    std::function<void(const Picture&, QWidget*)> printPicture;
+struct PlotActions : PictureActions {
     std::function<void()> stopReminding; ///< of the printer before a plot is printed
 };
 

@@ -47,6 +47,13 @@ QImage pictureImage(const Picture& picture, int dpi);
 /// Given: dpi  resolution of a PNG, 48 to 1200
 Status exportPicture(const Picture& picture, const std::string& path, int dpi);
 
+/// What a window does with the picture that it shows; the program gives printer and dialogs.
+struct PictureActions {
+    std::function<void(const Picture&, QWidget*)> copyPicture;
+    std::function<void(const Picture&, QWidget*)> exportPicture;
+    std::function<void(const Picture&, QWidget*)> printPicture;
+};
+
 /// Puts a picture on the clipboard.
 void copyPicture(const Picture& picture);
 

@@ -31,13 +31,11 @@ struct GraphSubject {
 };
 
 /// What the graph window has done for it.
-struct GraphActions {
+struct GraphActions : telvo::ui::PictureActions {
     /// All values of the parameter that give a factor.
     std::function<std::vector<Crossing>(double target)> valuesAt;
     /// Opens the options; nothing when they stay as they are.
     std::function<std::optional<GraphOptions>(QWidget* parent)> editOptions;
-    std::function<void(const telvo::ui::Picture&, QWidget*parent)> exportPicture, copyPicture,
-        printPicture;
 };
 
 /// A parametric graph in a window of its own, not modal: curves with a cross-hair, values at a

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// The graphs of the Output menu.
+// The windows that draw: graphs of the Output menu and plots of a run.
 #include "app/ui/commands.h"
 #include "app/ui/dialogs/frmGraphOpts.h"
 #include "app/ui/frmMain.h"
+#include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
 #include "base/titles.h"
+#include "plot/ui/frmPlots.h"
 #include "plot/ui/picture.h"
 
 #include <algorithm>
@@ -44,17 +46,8 @@ void Commands::printPicture(const Picture& picture, QWidget* parent) {
     note(printed ? "Picture printed" : "Printing aborted");
 }
 
-study::ui::GraphActions Commands::graphActions(const project::ProjectCase& current,
-                                               const study::SfGraph& graph) {
-    study::ui::GraphActions actions;
-    // The window keeps the case that its graph was computed for.
-    actions.valuesAt = [current, graph](double target) {
-        return study::valuesAt(current, graph, target);
-    };
-    actions.editOptions = [this, kind = graph.kind](QWidget* parent) {
-        frmGraphOpts form(m_program.settings(), m_program.formServices(), parent);
-        return form.exec() == QDialog::Accepted ? std::optional(graphOptions(kind)) : std::nullopt;
-    };
+telvo::ui::PictureActions Commands::pictureActions() {
+    telvo::ui::PictureActions actions;
     actions.copyPicture = [](const Picture& picture, QWidget*) { telvo::ui::copyPicture(picture); };
     actions.exportPicture = [this](const Picture& picture, QWidget* parent) {
         telvo::ui::exportCommand(picture, m_program.fileDialogs(), m_program.messages(),
@@ -64,6 +57,48 @@ study::ui::GraphActions Commands::graphActions(const project::ProjectCase& curre
         printPicture(picture, parent);
     };
     return actions;
+}
+
+study::ui::GraphActions Commands::graphActions(const project::ProjectCase& current,
+                                               const study::SfGraph& graph) {
+    study::ui::GraphActions actions{pictureActions(), {}, {}};
+    // The window keeps the case that its graph was computed for.
+    actions.valuesAt = [current, graph](double target) {
+        return study::valuesAt(current, graph, target);
+    };
+    actions.editOptions = [this, kind = graph.kind](QWidget* parent) {
+        frmGraphOpts form(m_program.settings(), m_program.formServices(), parent);
+        return form.exec() == QDialog::Accepted ? std::optional(graphOptions(kind)) : std::nullopt;
+    };
+    return actions;
+}
+
+void Commands::keep(QWidget& drawing) {
+    drawing.setAttribute(Qt::WA_DeleteOnClose);
+    std::erase_if(m_drawings, [](const auto& closed) { return closed.isNull(); });
+    m_drawings.emplace_back(&drawing);
+}
+
+void Commands::stopReminding() {
+    m_program.settings().values().PrintPlotReminder = 0;
+    const Status saved = m_program.settings().SaveSettings(SettingsSaveMode::TELVOOptions);
+    if (!saved) m_program.messages().tell(faultText(saved.fault()));
+}
+
+void Commands::viewPlots(const project::ProjectCase& current,
+                         const engine::AnalysisResults& results,
+                         const report::ReportOptions& options) {
+    const SettingsStore& settings = m_program.settings();
+    telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
+    auto* window =
+        new telvo::ui::frmPlots({current, results, options, planOptions(settings),
+                                 settings.values().PrintPlotReminder == 1},
+                                std::move(actions), m_program.formServices(), viewParent());
+    keep(*window);
+    window->load();
+    window->raise();
+    window->activateWindow();
+    m_program.messages().history("Plots: " + m_program.session().displayName());
 }
 
 void Commands::graph(study::GraphKind kind) {
@@ -87,9 +122,7 @@ void Commands::graph(study::GraphKind kind) {
     auto* window =
         new frmGraph({graph, session.displayName(), study::graphCsv(graph)}, graphOptions(kind),
                      graphActions(current, graph), m_program.formServices(), viewParent());
-    window->setAttribute(Qt::WA_DeleteOnClose);
-    std::erase_if(m_graphs, [](const auto& closed) { return closed.isNull(); });
-    m_graphs.emplace_back(window);
+    keep(*window);
     window->show();
     note("Graph " + std::string(study::GraphCaptions[static_cast<std::size_t>(kind)]) + ": " +
          session.displayName());
