@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
 #include <utility>
@@ -179,6 +180,23 @@ void Program::openDocument(const std::string& path) {
         m_messages.tell("Requested File not found: " + path);
     else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(toQt(path))))
         m_messages.tell("No program of this desktop opens " + path);
+}
+
+void Program::openInEditor(const std::string& path) {
+    const QString editor = toQt(m_settings.values().ExternalEditor);
+    // A program whose name has blanks in it, or one with arguments.
+    QStringList command{editor};
+    if (!QFileInfo(editor).isFile() && QStandardPaths::findExecutable(editor).isEmpty())
+        command = QProcess::splitCommand(editor);
+    if (command.isEmpty()) {
+        m_messages.tell("No external editor is set. Check Utilities, Settings");
+        return;
+    }
+    const QString program = command.takeFirst();
+    if (QProcess::startDetached(program, command << toQt(path)))
+        m_messages.history("External editor: " + path);
+    else
+        m_messages.tell("The external editor did not start: " + fromQt(editor));
 }
 
 } // namespace telvo::app::ui
