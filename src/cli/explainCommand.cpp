@@ -27,7 +27,8 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
         app.add_subcommand("explain", "show the working of a case: formulas, numbers, results");
     command->add_option("CASE", request.source, "case file; - reads standard input")->required();
     command->add_option("QUANTITY", request.quantity,
-                        "only this quantity, named as by results, with all that it depends on");
+                        "only this quantity, named as by results, with all that it depends on;\n"
+                        "a name such as BarrierSF stands for all quantities that begin so");
     command->add_flag("--list", request.list, "names of the quantities and what they are");
     command->add_option("--digits", request.digits, "significant digits of the numbers")
         ->check(CLI::Range(1, explain::MostDigits))
@@ -50,9 +51,9 @@ int runExplain(const ExplainRequest& request) {
     explain::Chapters chapters =
         explain::explain(*outcome.current, outcome.run->results, request.options, request.digits);
     if (!request.quantity.empty()) {
-        if (!explain::findStep(chapters, request.quantity))
-            return complainOfName(chapters, request.quantity);
-        chapters = explain::leadingTo(chapters, request.quantity);
+        explain::Chapters selected = explain::leadingTo(chapters, request.quantity);
+        if (selected.empty()) return complainOfName(chapters, request.quantity);
+        chapters = std::move(selected);
     }
     for (const auto note : outcome.run->notes)
         complain(outcome.file + ": " + std::string(note));

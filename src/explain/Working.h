@@ -70,7 +70,8 @@ Chapters explain(const project::ProjectCase& current, const engine::AnalysisResu
 const Step* findStep(const Chapters& chapters, std::string_view key);
 
 /// The steps that lead to a quantity, and itself as the last one, in the order of the calculation.
-/// Chapters of which nothing is left fall away.
+/// Chapters of which nothing is left fall away; nothing at all is left of an unknown quantity.
+/// Given: key  of a step, or what several begin with: "BarrierSF", "BarrierSF.retreat"
 Chapters leadingTo(const Chapters& chapters, std::string_view key);
 
 /// Keys that a reader may have meant by a name that there is not, best first, at most `most`.

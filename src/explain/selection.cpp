@@ -43,7 +43,11 @@ const Step* findStep(const Chapters& chapters, std::string_view key) {
 }
 
 Chapters leadingTo(const Chapters& chapters, std::string_view key) {
-    std::set<std::string_view> wanted = {key};
+    std::set<std::string_view> wanted;
+    const std::string parts = std::string(key) + ".";
+    for (const Chapter& chapter : chapters)
+        for (const Step& step : chapter.steps)
+            if (step.key == key || step.key.starts_with(parts)) wanted.insert(step.key);
     // A step stands behind all that it needs, so one walk backwards finds everything.
     for (auto chapter = chapters.rbegin(); chapter != chapters.rend(); ++chapter)
         for (auto step = chapter->steps.rbegin(); step != chapter->steps.rend(); ++step)

@@ -13,7 +13,7 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-bool isLetter(char c) {
+bool isLatin(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
@@ -27,7 +27,7 @@ void appendWrapped(std::string& out, std::string_view lead, std::string_view tex
         std::size_t end = std::min(text.find(' ', i), text.size());
         // A number keeps its unit, and a symbol its meaning, on its line.
         if (end > i && end + 1 < text.size() &&
-            ((isDigit(text[end - 1]) && isLetter(text[end + 1])) || text[end - 1] == ':'))
+            ((isDigit(text[end - 1]) && isLatin(text[end + 1])) || text[end - 1] == ':'))
             end = std::min(text.find(' ', end + 1), text.size());
         const std::string_view word = text.substr(i, end - i);
         if (any && line.size() + 1 + word.size() > width) {
