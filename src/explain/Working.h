@@ -35,13 +35,15 @@ struct Printed {
 /// sin, tan, sqrt, ln, min, max and round(x, decimals); angles are marked "deg".
 struct Step {
     std::string key; ///< "BarrierLoad.retreat.first": inputs and results as the console names them
-    std::string title;       ///< in words
-    std::string symbol;      ///< may be empty
-    std::string formula;     ///< empty: given, or does not arise
-    std::string substituted; ///< the formula with numbers and units for its symbols
-    std::string rule;        ///< which rule applies and why; may be empty
-    std::vector<Operand> operands;
-    double value = 0; ///< the engine's
+    std::string title;             ///< in words
+    std::string symbol;            ///< may be empty
+    std::string formula;           ///< empty: given, or does not arise
+    std::string substituted;       ///< the formula with numbers and units for its symbols
+    std::string condition;         ///< "SFm > 1.5", for which the formula holds; may be empty
+    std::string conditionShown;    ///< the same with numbers and units
+    std::string rule;              ///< which rule applies and why; may be empty
+    std::vector<Operand> operands; ///< of formula and condition
+    double value = 0;              ///< the engine's
     std::string unit;
     std::string result; ///< value and unit as text
     std::vector<Printed> printed;

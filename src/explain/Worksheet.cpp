@@ -96,19 +96,21 @@ Step& Worksheet::newStep(const std::string& key, std::string title) {
 }
 
 void Worksheet::add(std::string_view symbol, const At& at, const std::string& formula,
-                    std::string rule) {
+                    std::string rule, const std::string& condition) {
     Meaning meaning = meaningOf(symbol, at);
     Step& step = newStep(meaning.key, std::move(meaning.title));
     step.symbol = symbol;
     step.formula = formula;
+    step.condition = condition;
     step.rule = std::move(rule);
-    substitute(step, at);
+    step.substituted = substituted(formula, at, step.operands);
+    step.conditionShown = substituted(condition, at, step.operands);
 }
 
 void Worksheet::add(std::string_view symbol, const At& at, double value, Kind kind,
-                    const std::string& formula, std::string rule) {
+                    const std::string& formula, std::string rule, const std::string& condition) {
     set(symbol, at, value, kind);
-    add(symbol, at, formula, std::move(rule));
+    add(symbol, at, formula, std::move(rule), condition);
 }
 
 void Worksheet::given(const std::string& key, std::string rule) {
@@ -118,9 +120,9 @@ void Worksheet::given(const std::string& key, std::string rule) {
     step.rule = std::move(rule);
 }
 
-void Worksheet::substitute(Step& step, const At& at) const {
-    const std::string& formula = step.formula;
-    std::string& out = step.substituted;
+std::string Worksheet::substituted(const std::string& formula, const At& at,
+                                   std::vector<Operand>& operands) const {
+    std::string out;
     for (std::size_t i = 0; i < formula.size();) {
         std::size_t end = i;
         if (std::isdigit(static_cast<unsigned char>(formula[i]))) { // with a unit behind it
@@ -143,9 +145,9 @@ void Worksheet::substitute(Step& step, const At& at) const {
                 const bool apart = raised || fraction || quantity.value < 0;
                 out += (apart ? "(" : "") + numberText(quantity.value, quantity.unit) +
                        (apart ? ")" : "");
-                if (std::none_of(step.operands.begin(), step.operands.end(),
+                if (std::none_of(operands.begin(), operands.end(),
                                  [&](const Operand& known) { return known.symbol == name; }))
-                    step.operands.push_back(
+                    operands.push_back(
                         {name, meaning.key, quantity.value, std::string(quantity.unit)});
             }
         } else {
@@ -153,6 +155,7 @@ void Worksheet::substitute(Step& step, const At& at) const {
         }
         i = end;
     }
+    return out;
 }
 
 std::vector<std::string> Worksheet::unwritten() const {

@@ -29,11 +29,12 @@ class Worksheet {
              engine::Kind kind = engine::Kind::Number);
 
     /// Writes the next step: what a symbol stands for, how it comes about, and why so.
+    /// Given: condition  for which the formula holds, a comparison by < <= = >= or >
     void add(std::string_view symbol, const At& at, const std::string& formula,
-             std::string rule = {});
+             std::string rule = {}, const std::string& condition = {});
     /// The two together.
     void add(std::string_view symbol, const At& at, double value, engine::Kind kind,
-             const std::string& formula, std::string rule = {});
+             const std::string& formula, std::string rule = {}, const std::string& condition = {});
     /// Writes an input down as given.
     void given(const std::string& key, std::string rule = {});
 
@@ -58,7 +59,8 @@ class Worksheet {
     };
     void know(const std::string& key, double value, engine::Kind kind);
     Step& newStep(const std::string& key, std::string title);
-    void substitute(Step& step, const At& at) const;
+    std::string substituted(const std::string& formula, const At& at,
+                            std::vector<Operand>& operands) const;
 
     std::int16_t m_units;
     int m_digits;

@@ -92,9 +92,10 @@ void addPillarGeometry(Run& run, int i) {
     sheet.add("A", at, "Lp * Ws");
     const bool shorter = run.results.PillarLength <= run.in.PillarGrossWidth[i];
     sheet.add("w", at, shorter ? "Lp" : "Wg",
-              shorter ? "the pillar is no longer than wide (Lp <= Wg, tie included): its length is "
-                        "the minimum"
-                      : "the pillar is longer than wide (Lp > Wg)");
+              shorter
+                  ? "the pillar is no longer than wide (tie included): its length is the minimum"
+                  : "the pillar is longer than wide",
+              shorter ? "Lp <= Wg" : "Lp > Wg");
     sheet.add("L", at, shorter ? "Ws" : "Lp / sinT");
 }
 
@@ -144,7 +145,8 @@ void addBleederRow(Run& run, int k) {
     else if (excess <= 0)
         sheet.add("Xr", at, "max(0, (Kr - Tr) * B / Sc)", "the row has nothing to lend");
     else
-        sheet.add("Xr", at, "0", "(Kr - Tr) * B / Sc is below 0.01, which counts as nothing");
+        sheet.add("Xr", at, "0", "an excess below 0.01 counts as nothing",
+                  "(Kr - Tr) * B / Sc < 0.01");
 }
 
 void addBarrierCapacity(Run& run, int k) {
@@ -154,13 +156,14 @@ void addBarrierCapacity(Run& run, int k) {
     if (!takesPart && run.results.BarrierCapacity[k] == 0) return;
     const std::string idle = takesPart ? "" : "; this side takes no part in the loading condition";
     if (run.in.BarrierWidth[k] < run.in.h)
-        sheet.add("sb", at, "0",
-                  "a barrier narrower than the mining height (Wb < h) has no strength" + idle);
+        sheet.add("sb", at, "0", "a barrier narrower than the mining height has no strength" + idle,
+                  "Wb < h");
     else
         sheet.add("sb", at, "S1 * (0.64 + 0.54 * Wb / h)",
                   "a barrier counts as infinitely long: without the third term of a pillar's "
                   "strength" +
-                      idle);
+                      idle,
+                  "Wb >= h");
     if (run.in.rowLeft(k))
         sheet.add("Kb", at, "Wb * sb * B + Xr", "includes what the bleeder row lends");
     else
@@ -174,7 +177,7 @@ void addStrength(Run& run) {
     for (int i = 1; i <= run.in.NumberPillars; ++i) {
         const At at{Retreat, FirstSide, i};
         if (run.results.MinDimension[i] == 0)
-            sheet.add("s", at, "0", "a pillar of width 0 has no strength");
+            sheet.add("s", at, "0", "a pillar of width 0 has no strength", "w = 0");
         else
             sheet.add("s", at, "S1 * (0.64 + 0.54 * w / h - 0.18 * w^2 / (h * L))");
         sheet.add("K", at, "s * A");
@@ -210,13 +213,15 @@ void addArchFactor(Run& run) {
     else if (run.in.H - 80 < W)
         sheet.add("Fpa", at, "1",
                   "automatic; the depth exceeds the panel width by less than 80 " + unit +
-                      " (H - 80 < Wp): no arch" + asItIs);
+                      ": no arch" + asItIs,
+                  "H - 80 < Wp");
     else
         sheet.add("Fpa", at, "round(max(0.28, 1 - 0.28 * ln(H / Wp)), 2)",
                   "automatic, never below 0.28; the analysis computes it anew, whatever factor the "
                   "case shows. Two decimals, a tie goes to the even digit; Wp and the factor are "
                   "held in single precision" +
-                      asItIs);
+                      asItIs,
+                  "H - 80 >= Wp");
 }
 
 void addRFactors(Run& run) {
@@ -228,7 +233,7 @@ void addRFactors(Run& run) {
         const At at{Retreat, k};
         const std::string share = "min(1, 1 - ((D - (We / 2 + Wb)) / D)^3)";
         if (run.in.BarrierWidth[k] == 0) {
-            sheet.add("Rs", at, "0", "no barrier, so that the AMZ takes the whole load");
+            sheet.add("Rs", at, "0", "no barrier, so that the AMZ takes the whole load", "Wb = 0");
         } else if (run.sideR(k) == "Ru") {
             sheet.add("Ru", at, run.development.RFactorSide[k], Kind::Number, share,
                       "the loads of both passes are computed with this 1");
@@ -298,7 +303,7 @@ void addSideStresses(Run& run, int k) {
                               "barrier"
                             : "");
         if (run.results.PillarArea[i] == 0)
-            sheet.add("pp", at, "0", "the pillar has no area");
+            sheet.add("pp", at, "0", "the pillar has no area", "A = 0");
         else
             sheet.add("pp", at,
                       run.in.BarrierWidth[k] == 0 ? "Las / B * dR * Sc / A"
@@ -311,7 +316,7 @@ void addStresses(Run& run) {
     Worksheet& sheet = run.sheet;
     sheet.chapter("Stresses of the plots, retreat");
     if (run.results.ExtractionRatioAMZ == 1)
-        sheet.add("pa", {}, "0", "there is no pillar to carry the load");
+        sheet.add("pa", {}, "0", "there is no pillar to carry the load", "e = 1");
     else
         sheet.add("pa", {}, "Gamma * H / (1 - e)", "held in single precision");
     for (int k = FirstSide; k <= run.in.AnalysisCase; ++k) {
@@ -384,10 +389,10 @@ void addGobLoad(Run& run, const At& at, const GobSymbols& symbols, int gob, doub
     const bool subcritical = extent / 2 <= run.in.H * run.in.AbutmentTangent[gob];
     if (subcritical)
         run.sheet.add(symbols.load, at, replaced("Gamma * (H * {E} / 2 - {E}^2 / (8 * {t}))"),
-                      replaced("subcritical gob: {E} / 2 <= H * {t} (tie included)"));
+                      "subcritical gob (tie included)", replaced("{E} / 2 <= H * {t}"));
     else
-        run.sheet.add(symbols.load, at, replaced("Gamma * H^2 * {t} / 2"),
-                      replaced("supercritical gob: {E} / 2 > H * {t}"));
+        run.sheet.add(symbols.load, at, replaced("Gamma * H^2 * {t} / 2"), "supercritical gob",
+                      replaced("{E} / 2 > H * {t}"));
 }
 
 Chapters explain(const project::ProjectCase& current, const AnalysisResults& results,

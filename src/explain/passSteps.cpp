@@ -51,25 +51,26 @@ void addFrontVolumes(PassRun& p) {
     const auto volume = [&](const char* symbol, double weight, const char* formula) {
         sheet.add(symbol, at, weight, Kind::Force, formula);
     };
-    const auto share = [&](const char* formula, std::string rule = {}) {
-        sheet.add("Lv", at, front.load, Kind::Force, formula, std::move(rule));
+    const auto share = [&](const char* formula, std::string rule = {}, const char* condition = "") {
+        sheet.add("Lv", at, front.load, Kind::Force, formula, std::move(rule), condition);
     };
     if (p.in.GobExtent[1] == 0) {
         sheet.add("a", at, "Ea / 2", "without an active gob there is no corner volume");
-        return share("0", "no active gob, no front abutment");
+        return share("0", "no active gob, no front abutment", "Ea = 0");
     }
     if (front.fullHeight) {
         sheet.add("a", at, "H * ta",
-                  "gob and loaded width both reach beyond the abutment angle: Ea / 2 >= H * ta and "
-                  "Wl / 2 >= H * ta");
+                  "gob and loaded width both reach beyond the abutment angle (tie included)",
+                  "min(Ea, Wl) / 2 >= H * ta");
         volume("P2", front.P2, "(Wl - 2 * a) * H * a / 2 * Gamma");
         volume("P4", front.P4, "a * H * a / 3 * Gamma");
         return share("(2 * P4 + P2) * Rf");
     }
     const bool wide = front.gobWiderThanLoaded;
     sheet.add("a", at, wide ? "Wl / 2" : "Ea / 2",
-              wide ? "the active gob is wider than the loaded width: Ea > Wl"
-                   : "the active gob is no wider than the loaded width: Ea <= Wl");
+              wide ? "the active gob is wider than the loaded width"
+                   : "the active gob is no wider than the loaded width (tie included)",
+              wide ? "Ea > Wl" : "Ea <= Wl");
     sheet.add("z1", at, front.z1, Kind::Length, "H - a / ta");
     sheet.add("z2", at, front.z2, Kind::Length, wide ? "H - z1" : "a / ta");
     if (!wide) {
@@ -85,7 +86,7 @@ void addFrontAbutment(PassRun& p) {
     Worksheet& sheet = p.sheet;
     const At at{p.pass};
     if (p.in.GobExtent[1] == 0)
-        sheet.add("Lf", at, "0", "no active gob");
+        sheet.add("Lf", at, "0", "no active gob", "Ea = 0");
     else
         addGobLoad(p.run, at, {"Lf", "Ea", "ta", "active"}, 1, p.in.GobExtent[1]);
     addLoadedWidth(p);
@@ -95,7 +96,7 @@ void addFrontAbutment(PassRun& p) {
     for (int k = FirstSide; k <= p.in.AnalysisCase; ++k) {
         onAMZ += k == FirstSide ? " - Lc1" : " - Lc2";
         if (p.in.Slabcut[k] == 0)
-            sheet.add("Lc", {p.pass, k}, "0", "no slab cut");
+            sheet.add("Lc", {p.pass, k}, "0", "no slab cut", "Sl = 0");
         else
             sheet.add("Lc", {p.pass, k},
                       "Gamma * Rf * ((Sl / 2)^2 * (H - Sl / 2 / ta) / 2 + (Sl / 2)^3 / ta / 3)",
@@ -112,7 +113,8 @@ void addFrontAbutment(PassRun& p) {
                   wide ? "the active gob is wider than the loaded width: half of the load on the "
                          "AMZ; the rule jumps here"
                        : "half of what the loaded panel would take, less half of the load on the "
-                         "AMZ");
+                         "AMZ",
+                  wide ? "Ea > Wl" : "");
 }
 
 // --- Remnant barriers
@@ -127,12 +129,14 @@ void addRemnant(PassRun& p, int k) {
         sheet.add("Lm", at, "Gamma * H * Wr * a + a * Ls + X");
     else
         sheet.add("Lm", at, "0",
-                  width == 0 ? "the remnant has no width" : "the remnant has no length (a = 0)");
+                  width == 0 ? "the remnant has no width" : "the remnant has no length",
+                  width == 0 ? "Wr = 0" : "a = 0");
     if (width < p.in.h)
-        sheet.add("sm", at, "0",
-                  "a remnant narrower than the mining height (Wr < h) has no strength");
+        sheet.add("sm", at, "0", "a remnant narrower than the mining height has no strength",
+                  "Wr < h");
     else
-        sheet.add("sm", at, "S1 * (0.64 + 0.54 * Wr / h)", "infinitely long, as a barrier is");
+        sheet.add("sm", at, "S1 * (0.64 + 0.54 * Wr / h)", "infinitely long, as a barrier is",
+                  "Wr >= h");
     sheet.add("Km", at, "a * sm * Wr");
     if (p.in.rowLeft(k))
         sheet.add("Kn", at, "Km + a * Xr / Sc", "the bleeder row lends over the remnant's length");
@@ -143,7 +147,8 @@ void addRemnant(PassRun& p, int k) {
     else
         sheet.add("SFm", at, "0",
                   width > 0 ? "no load on the remnant: the factor is not computed and stays 0"
-                            : "nothing is left of the barrier");
+                            : "nothing is left of the barrier",
+                  width > 0 ? "Lm = 0" : "Wr <= 0");
 }
 
 void addRemnantTransfer(PassRun& p, int k) {
@@ -154,24 +159,26 @@ void addRemnantTransfer(PassRun& p, int k) {
     if (p.r.RemnantWidth[k] <= 0)
         sheet.add("Lrem", at, "X",
                   p.hasBarrier(k) ? "the slab cut takes the whole barrier: all of X goes to the AMZ"
-                                  : "without a barrier all of X goes to the AMZ");
+                                  : "without a barrier all of X goes to the AMZ",
+                  "Wr <= 0");
     else if (SF <= TransferThreshold)
         sheet.add("Lrem", at, "min(X, (1.5 - SFm) * 0.67 * X)",
-                  "the remnant is weak: SFm <= 1.5 (tie included); at most X");
+                  "the remnant is weak (tie included); at most X", "SFm <= 1.5");
     else
         sheet.add("Lrem", at, negative ? "min(X, 0)" : "0",
-                  negative ? "SFm > 1.5; yet never more than X, which is negative"
-                           : "SFm > 1.5: the remnant keeps its load");
+                  negative ? "the remnant is strong; yet never more than X, which is negative"
+                           : "the remnant keeps its load",
+                  "SFm > 1.5");
 
     const double base = frontTransferBase(p.in, k, p.r);
     if (p.hasBarrier(k))
         sheet.add("Xf", at, base, Kind::Force, "(We / 2 + Wb) * Lf * Rf - Lc");
     else
-        sheet.add("Xf", at, base, Kind::Force, "0", "no barrier");
+        sheet.add("Xf", at, base, Kind::Force, "0", "no barrier", "Wb = 0");
     if (SF < TransferThreshold)
-        sheet.add("Tf", at, "(1.5 - SFm) * 0.67 * Xf", "the remnant is weak: SFm < 1.5");
+        sheet.add("Tf", at, "(1.5 - SFm) * 0.67 * Xf", "the remnant is weak", "SFm < 1.5");
     else
-        sheet.add("Tf", at, "0", "SFm >= 1.5: nothing moves");
+        sheet.add("Tf", at, "0", "nothing moves", "SFm >= 1.5");
 }
 
 // --- Barriers
@@ -180,13 +187,14 @@ void addBarrierTransfer(PassRun& p, int k) {
     const At at{p.pass, k};
     const double SF = p.r.BarrierSF[p.pass][k];
     if (SF > TransferThreshold)
-        p.sheet.add("Ltb", at, "0", "SFb > 1.5: the barrier keeps its load");
+        p.sheet.add("Ltb", at, "0", "the barrier keeps its load", "SFb > 1.5");
     else if (SF < 0.5)
-        p.sheet.add("Ltb", at, "Lbs + Lba",
-                    "SFb < 0.5: all of it, the linear rule would give more");
+        p.sheet.add("Ltb", at, "Lbs + Lba", "all of it, the linear rule would give more",
+                    "SFb < 0.5");
     else
         p.sheet.add("Ltb", at, "(1.5 - SFb) * (Lbs + Lba)",
-                    "SFb from 0.5 to 1.5 (ties included); without the 0.67 of the remnant's rule");
+                    "from 0.5 to 1.5 (ties included); without the 0.67 of the remnant's rule",
+                    "SFb <= 1.5");
 }
 
 void addBarrier(PassRun& p, int k) {
@@ -195,7 +203,8 @@ void addBarrier(PassRun& p, int k) {
     if (!p.hasBarrier(k)) {
         sheet.add("Ltb", at, "0",
                   "no barrier, nothing that could be handed on: with Rs = 0 the AMZ has the whole "
-                  "side abutment already");
+                  "side abutment already",
+                  "Wb = 0");
         return;
     }
     sheet.add("Lbt", at, "Gamma * H * (We / 2 + Wb) * B", "the barrier with half an entry");

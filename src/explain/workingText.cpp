@@ -61,6 +61,9 @@ void appendStep(std::string& out, const Step& step, const std::string& note, std
             with += (with.empty() ? "" : ", ") + operand.symbol + ": " + operand.key;
         appendWrapped(out, "  with    ", with, width);
     }
+    if (!step.condition.empty())
+        appendWrapped(out, "  since   ", step.condition + ", that is " + step.conditionShown,
+                      width);
     if (!step.rule.empty() && step.rule != note) appendWrapped(out, "  rule    ", step.rule, width);
     for (const Printed& printed : step.printed)
         appendWrapped(out, "  report  ", printedText(printed), width);

@@ -134,20 +134,19 @@ double halfLastDigit(int digits) {
 
 /// Walks formula and substitution side by side: they may only differ where a symbol stands, and
 /// there by its number and unit.
-void expectFormulaWithNumbers(const Step& step, int digits) {
-    const std::string& text = step.substituted;
+void expectNumbersForSymbols(const std::string& formula, const std::string& text, const Step& step,
+                             int digits) {
     std::size_t at = 0;
-    for (std::size_t i = 0; i < step.formula.size();) {
+    for (std::size_t i = 0; i < formula.size();) {
         std::size_t end = i;
-        while (end < step.formula.size() &&
-               std::isalnum(static_cast<unsigned char>(step.formula[end])))
+        while (end < formula.size() && std::isalnum(static_cast<unsigned char>(formula[end])))
             ++end;
-        const std::string word = step.formula.substr(i, std::max<std::size_t>(end - i, 1));
+        const std::string word = formula.substr(i, std::max<std::size_t>(end - i, 1));
         const auto operand = std::find_if(step.operands.begin(), step.operands.end(),
                                           [&](const Operand& o) { return o.symbol == word; });
         i += word.size();
         if (operand == step.operands.end()) {
-            ASSERT_EQ(text.substr(at, word.size()), word) << step.formula << "\n" << text;
+            ASSERT_EQ(text.substr(at, word.size()), word) << formula << "\n" << text;
             at += word.size();
             continue;
         }
@@ -166,9 +165,29 @@ void expectFormulaWithNumbers(const Step& step, int digits) {
     EXPECT_EQ(at, text.size());
 }
 
+void expectConditionHolds(const Step& step, int digits) {
+    if (step.condition.empty()) return;
+    expectNumbersForSymbols(step.condition, step.conditionShown, step, digits);
+    std::map<std::string, double> symbols;
+    for (const Operand& operand : step.operands)
+        symbols[operand.symbol] = operand.value;
+    const auto sign = step.condition.find_first_of("<=>");
+    const auto behind = step.condition.find(' ', sign);
+    const double left = test::Calculator(symbols)(trimmed(step.condition.substr(0, sign)));
+    const double right = test::Calculator(symbols)(trimmed(step.condition.substr(behind)));
+    const std::string relation = step.condition.substr(sign, behind - sign);
+    EXPECT_TRUE(relation == "<"    ? left < right
+                : relation == "<=" ? left <= right
+                : relation == "="  ? left == right
+                : relation == ">=" ? left >= right
+                                   : left > right)
+        << step.conditionShown;
+}
+
 void expectReproduced(const Step& step, int digits) {
     const double half = halfLastDigit(digits);
-    expectFormulaWithNumbers(step, digits);
+    expectNumbersForSymbols(step.formula, step.substituted, step, digits);
+    expectConditionHolds(step, digits);
     const double worked = test::Calculator()(step.substituted);
     const double tolerance =
         spread(step, half) + (singlePrecision(step) + 1e-12) * std::abs(step.value);

@@ -68,6 +68,8 @@ QString stepHtml(const Step& step, const std::string& note, const Chapters& all)
         html +=
             "<p style=\"margin-top:2px; margin-bottom:2px\"><i>" + label + "</i> " + text + "</p>";
     };
+    if (!step.condition.empty())
+        paragraph(tr("Since:"), escaped(step.condition + ", that is " + step.conditionShown));
     if (!step.rule.empty() && step.rule != note) paragraph(tr("Rule:"), escaped(step.rule));
     for (const Printed& printed : step.printed)
         paragraph(tr("Report:"), escaped(printedText(printed)));
