@@ -142,7 +142,7 @@ QWidget* frmExplain::makeList() {
     m_list->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setIndentation(fontMetrics().averageCharWidth() * 2);
-    m_list->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
+    m_list->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
     connect(m_list, &QTreeWidget::currentItemChanged, this, &frmExplain::chooseCurrent);
 
     auto* row = new QHBoxLayout;
