@@ -18,6 +18,7 @@ inline constexpr std::string_view FileConversion = "File Conversion: ";
 inline constexpr std::string_view GraphOptions = "Graph Options: ";
 inline constexpr std::string_view Graph = "Graph: ";
 inline constexpr std::string_view Results = "Results: ";
+inline constexpr std::string_view ShowWorking = "Show Working: ";
 inline constexpr std::string_view Print = "Print: ";
 inline constexpr std::string_view PrintPreview = "Print Preview: ";
 inline constexpr std::string_view Plots = "Plots: ";

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/arguments.h"
 #include "cli/commands.h"
+#include "cli/explainCommand.h"
 #include "cli/plotCommand.h"
 #ifdef TELVO_DRAWS
 #include "cli/ui/drawCase.h"
@@ -71,6 +72,9 @@ int run(int argc, char** argv) {
     addRounding(*resultsCommand, results.options);
     resultsCommand->footer("Example:\n  telvo-cli results *.TLV --format csv > panels.csv");
 
+    ExplainRequest explained;
+    const CLI::App* explainCommand = addExplainCommand(app, explained);
+
     const Plotter plotter = plotterOfThisBuild();
     PlotRequest plot;
     const CLI::App* plotCommand = addPlotCommand(app, plotter, plot);
@@ -113,6 +117,7 @@ int run(int argc, char** argv) {
     }
     if (*reportCommand) return runReport(report);
     if (*resultsCommand) return runResults(results);
+    if (*explainCommand) return runExplain(explained);
     if (*plotCommand) return runPlot(plot, plotter);
     if (*checkCommand) return runCheck(checked);
     if (*newCommand) return runNew(made);

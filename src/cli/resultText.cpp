@@ -11,22 +11,6 @@ namespace telvo::cli {
 
 namespace {
 
-/// Walks a field down to its numbers, giving each its path: "LFBAR.retreat.first", "PillarArea.3".
-/// `pillars` is how many elements of per-pillar arrays are visited.
-template <typename Field, typename Visit>
-void flatten(const std::string& path, const Field& field, int pillars, Visit&& visit) {
-    if constexpr (isPerPillar<Field>) {
-        for (int i = 1; i <= pillars; ++i)
-            visit(path + "." + std::to_string(i), field[i]);
-    } else if constexpr (isIndexed<Field>) {
-        visitNamed(field, [&](std::string_view name, const auto& element) {
-            flatten(path + "." + std::string(name), element, pillars, visit);
-        });
-    } else {
-        visit(path, field);
-    }
-}
-
 /// A text on one line, so that a file of n cases has n + 1 lines.
 std::string oneLine(std::string_view text) {
     std::string out;

@@ -12,18 +12,6 @@ namespace telvo::engine {
 
 namespace {
 
-/// The inputs of one pass: development knows no active gob and no slab cuts.
-WorkingInputs forPass(const WorkingInputs& prepared, int pass) {
-    WorkingInputs in = prepared;
-    in.Pass = pass;
-    if (pass == Development) {
-        in.GobExtent[1] = 0;
-        in.Slabcut[FirstSide] = 0;
-        in.Slabcut[SecondSide] = 0;
-    }
-    return in;
-}
-
 void frontAbutment(const WorkingInputs& in, AnalysisResults& r) {
     const int p = in.Pass;
     r.FrontAbutmentLoad = abutmentLoad(in.Gamma, in.H, in.GobExtent[1], in.AbutmentTangent[1]);
@@ -112,11 +100,22 @@ std::optional<Stop> computePass(const WorkingInputs& in, AnalysisResults& r) {
 
 } // namespace
 
-std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& r) {
+WorkingInputs forPass(const WorkingInputs& prepared, int pass) {
+    WorkingInputs in = prepared;
+    in.Pass = pass;
+    if (pass == Development) {
+        in.GobExtent[1] = 0;
+        in.Slabcut[FirstSide] = 0;
+        in.Slabcut[SecondSide] = 0;
+    }
+    return in;
+}
+
+std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& r, int lastPass) {
     r.AnalysisCase = prepared.AnalysisCase;
     r.NumberPillars = prepared.NumberPillars;
     r.ArchFactor = pressureArchFactor(prepared);
-    for (const int pass : {Development, Retreat})
+    for (int pass = Development; pass <= lastPass; ++pass)
         if (auto stop = computePass(forPass(prepared, pass), r)) return stop;
     return unboundedQuantity(r);
 }

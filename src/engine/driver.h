@@ -31,9 +31,14 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
 /// the previous one.
 int analysisCase(int anal, int previousAnalysisCase);
 
+/// The inputs of one pass: development knows no active gob and no slab cuts.
+WorkingInputs forPass(const WorkingInputs& prepared, int pass);
+
 /// Both passes over inputs that no check has seen; the driver and the search for the cause of a
 /// stop share it. Takes fresh results. Returned: what stopped it, or nothing.
-std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& results);
+/// Given: lastPass  Development leaves the quantities without a pass index as that pass has them
+std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& results,
+                                  int lastPass = Retreat);
 
 /// Computes both passes.
 /// Faults: a computation that cannot finish, with the quantity and the input that causes it.

@@ -16,12 +16,16 @@ double cube(double x) {
 
 } // namespace
 
-float pressureArchFactor(const WorkingInputs& in) {
-    if (!in.ArchAutomatic) return in.ArchFactorInput;
+float archPanelWidth(const WorkingInputs& in) {
     float sum = 0;
     for (int i = 1; i <= in.NumberPillars; ++i)
         sum = static_cast<float>(sum + in.EntryCenter[i]);
-    const double W = sum;
+    return sum;
+}
+
+float pressureArchFactor(const WorkingInputs& in) {
+    if (!in.ArchAutomatic) return in.ArchFactorInput;
+    const double W = archPanelWidth(in);
     if (W == 0) return 1.0F;
     double F = 0;
     if (in.H > 25) F = 1 - 0.28 * std::log(in.H / W);
@@ -71,7 +75,7 @@ FrontAbutment frontAbutmentOnAMZ(const WorkingInputs& in, double Wl, double R) {
     if (fullHeight) {
         const double P2 = (Wl - 2 * HT) * H * HT / 2 * Gamma;
         const double P4 = HT * H * HT / 3 * Gamma;
-        return {(2 * P4 + P2) * R, HT, false};
+        return {(2 * P4 + P2) * R, HT, false, true, 0, 0, 0, P2, 0, P4};
     }
     if (E <= Wl) {
         const double a = E / 2;
@@ -81,14 +85,14 @@ FrontAbutment frontAbutmentOnAMZ(const WorkingInputs& in, double Wl, double R) {
         const double P2 = (Wl - E) * z2 * a / 2 * Gamma;
         const double P3 = a * z1 * a / 2 * Gamma;
         const double P4 = a * z2 * a / 3 * Gamma;
-        return {(P1 + P2 + 2 * P3 + 2 * P4) * R, a, false};
+        return {(P1 + P2 + 2 * P3 + 2 * P4) * R, a, false, false, z1, z2, P1, P2, P3, P4};
     }
     const double a = Wl / 2;
     const double z1 = H - a / t;
     const double z2 = H - z1;
     const double P3 = a * z1 * a / 2 * Gamma;
     const double P4 = a * z2 * a / 3 * Gamma;
-    return {(2 * P3 + 2 * P4) * R, a, true};
+    return {(2 * P3 + 2 * P4) * R, a, true, false, z1, z2, 0, 0, P3, P4};
 }
 
 double slabCornerLoad(const WorkingInputs& in, int k, double R) {

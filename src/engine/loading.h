@@ -6,9 +6,12 @@
 
 namespace telvo::engine {
 
+/// Panel width as the rule of the pressure arch factor has it: summed in single precision; ft | m.
+float archPanelWidth(const WorkingInputs& in);
+
 /// Pressure arch factor of a run: the entered one, or Fpa = 1 - 0.28 ln(H / W) from 0.28 to 1, with
 /// 1 where H - 80 < W; two decimals.
-/// Given:    the depth H and the entry centers, whose sum W is held in single precision
+/// Given:    the depth H and the panel width W of archPanelWidth()
 /// Notes:    1) 25 and 80 are compared in the length unit of the case, metric cases included.
 ///           2) the parameter form shows a factor by its own rule, project::formArchFactor(); the
 ///              two are kept different on purpose.
@@ -39,6 +42,10 @@ struct FrontAbutment {
     double load = 0;                 ///< lb | kN
     double halfWidth = 0;            ///< half-width of the corner volumes; ft | m
     bool gobWiderThanLoaded = false; ///< the branch E > Wl was taken
+    bool fullHeight = false;         ///< gob and loaded width reach beyond the abutment angle
+    // What the load is the sum of; a volume that the branch does not have is 0.
+    double z1 = 0, z2 = 0;                 ///< heights below and above; ft | m
+    double P1 = 0, P2 = 0, P3 = 0, P4 = 0; ///< weights of the volumes; lb | kN
 };
 /// Given: Wl  loaded width (ft | m)   R  R-factor of the front abutment; the active gob of `in`
 FrontAbutment frontAbutmentOnAMZ(const WorkingInputs& in, double Wl, double R);

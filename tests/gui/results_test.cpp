@@ -269,13 +269,16 @@ void ResultsTest::thePreviewShowsSheets() {
 }
 
 void ResultsTest::buttonsFollowWhatIsThere() {
-    QVERIFY(!frmResTxtPlt(view, services, *printer).findChild<QPushButton*>("cmdViewPlots"));
-    bool viewed = false;
+    for (const char* name : {"cmdViewPlots", "cmdWorking"})
+        QVERIFY(!frmResTxtPlt(view, services, *printer).findChild<QPushButton*>(name));
+    bool viewed = false, worked = false;
     view.viewPlots = [&] { viewed = true; };
+    view.showWorking = [&] { worked = true; };
     frmResTxtPlt form(view, services, *printer);
     show(form);
     click(form, "cmdViewPlots");
-    QVERIFY(viewed);
+    click(form, "cmdWorking");
+    QVERIFY(viewed && worked);
     click(form, "Command10");
     QCOMPARE(topic, "InterpretationOfTELVOStabilityFactors.htm");
     QTest::keyClick(&form, Qt::Key_Escape);

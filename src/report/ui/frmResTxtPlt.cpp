@@ -65,6 +65,11 @@ frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& serv
         buttons->addButton(button("cmdViewPlots", tr("&View Plots"),
                                   tr("Shows the plots of this run"), &frmResTxtPlt::viewPlots),
                            QDialogButtonBox::ActionRole);
+    if (m_view.showWorking)
+        buttons->addButton(button("cmdWorking", tr("Show &Working"),
+                                  tr("Shows formula, numbers and result of every quantity"),
+                                  &frmResTxtPlt::showWorking),
+                           QDialogButtonBox::ActionRole);
     auto* close = addButton(*buttons, "Command1", tr("Cl&ose"), QDialogButtonBox::RejectRole);
     close->setToolTip(tr("Closes this window (Esc)"));
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
@@ -209,6 +214,10 @@ void frmResTxtPlt::setUpPrinter() {
 
 void frmResTxtPlt::viewPlots() {
     m_view.viewPlots();
+}
+
+void frmResTxtPlt::showWorking() {
+    m_view.showWorking();
 }
 
 } // namespace telvo::report::ui

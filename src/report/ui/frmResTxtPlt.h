@@ -21,6 +21,7 @@ struct ResultsView {
     std::string WarningSummary;      ///< depth and stability-factor warnings; may be empty
     SheetHeading heading;            ///< case name, units, module header and date of printed sheets
     std::function<void()> viewPlots; ///< empty: there is no such button
+    std::function<void()> showWorking = {}; ///< likewise
 };
 
 /// The results window: the six pages of a run one at a time, on paper and on the clipboard.
@@ -47,6 +48,7 @@ class frmResTxtPlt : public telvo::ui::Form {
     void printAll();
     void setUpPrinter();
     void viewPlots();
+    void showWorking();
     void showWarnings();
     void copy(const std::string& text);
     void print(std::span<const std::string> pages, const QString& title);

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/cases.h"
+#include "explain/Working.h"
+#include "report/ReportWriter.h"
+
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+/// The command that shows the working of a case.
+namespace telvo::cli {
+
+struct ExplainRequest {
+    std::string source;
+    std::string quantity; ///< empty: all of them
+    bool list = false;    ///< names only
+    int digits = explain::DefaultDigits;
+    report::ReportOptions options;
+};
+
+/// Adds the command. The request has to outlive the parsing.
+CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request);
+int runExplain(const ExplainRequest& request);
+
+} // namespace telvo::cli

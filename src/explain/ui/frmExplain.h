@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/ui/Form.h"
+#include "explain/Working.h"
+
+#include <string>
+#include <vector>
+
+class QCheckBox;
+class QLineEdit;
+class QPushButton;
+class QSpinBox;
+class QSplitter;
+class QTextBrowser;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace telvo::report::ui {
+class ReportPrinter;
+}
+
+namespace telvo::explain::ui {
+
+/// The run whose working is shown: as it was, whatever happens to the case afterwards.
+struct WorkingView {
+    project::ProjectCase current;
+    engine::AnalysisResults results; ///< engine units
+    report::ReportOptions options;
+};
+
+/// The working of a run: chapters and quantities to the left, formula, numbers and result of the
+/// chosen one to the right, with links to what it depends on. Not modal.
+class frmExplain : public telvo::ui::Form {
+    Q_OBJECT
+  public:
+    frmExplain(WorkingView view, const telvo::ui::FormServices& services,
+               report::ui::ReportPrinter& printer, QWidget* parent = nullptr);
+
+    void done(int result) override;
+
+    /// Shows the working of a quantity; an unknown key is passed over.
+    void showQuantity(const std::string& key);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    QPushButton* button(const QString& name, const QString& caption, const QString& toolTip,
+                        void (frmExplain::*action)());
+    QWidget* makeList();
+    QWidget* makeWorking();
+    void makeShortcut(const QKeySequence& key, QWidget* target);
+    void computeWorking();
+    void fillList();
+    void filter(const QString& text);
+    void goToFirstFound();
+    void chooseCurrent(QTreeWidgetItem* item);
+    void go(int step);
+    void back();
+    void forward();
+    void showWorking();
+    void copy();
+    void print();
+    Chapters shown() const;
+    QTreeWidgetItem* itemOf(const std::string& key) const;
+
+    WorkingView m_view;
+    report::ui::ReportPrinter& m_printer;
+    Chapters m_all;
+    std::vector<std::string> m_visited; ///< keys, with the shown one at m_place
+    std::size_t m_place = 0;
+    QSplitter* m_splitter = nullptr;
+    QLineEdit* m_find = nullptr;
+    QTreeWidget* m_list = nullptr;
+    QPushButton* m_back = nullptr;
+    QPushButton* m_forward = nullptr;
+    QCheckBox* m_withAll = nullptr;
+    QSpinBox* m_digits = nullptr;
+    QTextBrowser* m_text = nullptr;
+};
+
+} // namespace telvo::explain::ui
