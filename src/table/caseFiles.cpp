@@ -53,16 +53,19 @@ std::string safeName(std::string_view title) {
 
 } // namespace
 
-std::string CaseFileNames::next(const CaseRow& row) {
+std::string CaseFileNames::next(const CaseRow& row,
+                                const std::function<bool(const std::string& name)>& isTaken) {
     std::string base = safeName(row.current.Title);
     if (base.empty()) base = "row " + std::to_string(row.number);
-    std::string name = base;
+    std::string name = base + ".TLV";
     // The number of the row tells equal titles apart; a title may end in such a number itself.
-    for (int again = 1; !m_taken.insert(inSmallLetters(name)).second; ++again) {
+    for (int again = 1; (isTaken && isTaken(name)) || !m_taken.insert(inSmallLetters(name)).second;
+         ++again) {
         name = base + " (row " + std::to_string(row.number) + ")";
         if (again > 1) name += " " + std::to_string(again);
+        name += ".TLV";
     }
-    return name + ".TLV";
+    return name;
 }
 
 } // namespace telvo::table

@@ -3,6 +3,7 @@
 
 #include "table/CaseTable.h"
 
+#include <functional>
 #include <set>
 #include <string>
 
@@ -13,7 +14,9 @@ namespace telvo::table {
 class CaseFileNames {
   public:
     /// Name of the file for a row, with its ending.
-    std::string next(const CaseRow& row);
+    /// Given: isTaken  tells of a name that something else has
+    std::string next(const CaseRow& row,
+                     const std::function<bool(const std::string& name)>& isTaken = {});
 
   private:
     std::set<std::string> m_taken; // in small letters
