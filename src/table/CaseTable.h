@@ -28,8 +28,9 @@ inline constexpr std::size_t MaxRows = 250'000;
 /// A table of cases: one row per case, one column per input field. The rows that can be read come
 /// through whatever the others hold.
 struct CaseTable {
-    std::string file;  ///< as messages name it
-    std::string sheet; ///< of a workbook; empty for text
+    std::string file;        ///< as messages name it
+    std::string sheet;       ///< of a workbook; empty for text
+    bool laterSheet = false; ///< sheets before it have no such columns
     std::vector<CaseRow> rows;
     std::vector<std::string> unknownColumns; ///< headings that are no field, each with its letter
     std::vector<std::string> missingColumns; ///< names of fields that take the new-case defaults
@@ -41,8 +42,8 @@ struct CaseTable {
 /// How messages name a row of a table: "panels.csv#7".
 std::string rowName(const std::string& file, std::uint32_t number);
 
-/// What a reader of the table has to know beside its rows, one sentence each: the sheet where there
-/// are several to choose from, columns that are not read, fields that no column gives.
+/// What a reader of the table has to know beside its rows, one sentence each: the sheet where it
+/// is not the first, columns that are not read, fields that no column gives.
 std::vector<std::string> remarks(const CaseTable& table);
 
 } // namespace telvo::table

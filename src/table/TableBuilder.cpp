@@ -285,7 +285,7 @@ std::vector<std::string> remarks(const CaseTable& table) {
         return out;
     };
     std::vector<std::string> lines;
-    if (!table.sheet.empty()) lines.push_back("read from the sheet \"" + table.sheet + "\"");
+    if (table.laterSheet) lines.push_back("read from the sheet \"" + table.sheet + "\"");
     if (!table.unknownColumns.empty())
         lines.push_back("columns that are no input field and are not read: " +
                         list(table.unknownColumns));

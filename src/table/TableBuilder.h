@@ -64,7 +64,10 @@ class TableBuilder {
 
     CaseTable take() { return std::move(m_table); }
     const CaseTable& table() const { return m_table; }
-    void setSheet(std::string name) { m_table.sheet = std::move(name); }
+    void setSheet(std::string name, bool isLater) {
+        m_table.sheet = std::move(name);
+        m_table.laterSheet = isLater;
+    }
 
   private:
     CaseTable m_table;

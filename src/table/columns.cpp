@@ -24,7 +24,7 @@ struct WholeColumn {
 constexpr WholeColumn WholeColumns[] = {
     {"NumberEntries", "Number of entries", 0, project::MaxEntries, "2 to 10"},
     {"Anal", "Loading condition", 0, 3,
-     "0 development, 1 active section, 2 and one side gob, 3 and two side gobs"},
+     "0 development, 1 one active section, 2 with one side gob, 3 with two"},
     {"Reserved", "Kept with the case, used by nothing", -32768, 32767, "-32768 to 32767"},
     {"AMZ", "Breadth of the active mining zone is computed from the depth of cover", 0, 1,
      "0 no, 1 yes"},

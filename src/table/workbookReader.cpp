@@ -400,7 +400,7 @@ Result<CaseTable> readWorkbookParts(const WorkbookParts& parts, const std::strin
         const auto found = relations.byId.find(id);
         if (found == relations.byId.end()) continue;
         TableBuilder builder(file);
-        builder.setSheet(name);
+        builder.setSheet(name, &name != &sheets.found.front().first);
         SheetReader reader(builder, shared.texts, styles.dates);
         const auto read = readPart(parts, partName(folder, found->second), reader, file);
         if (!read) return read.fault();
