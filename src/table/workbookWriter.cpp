@@ -19,8 +19,6 @@ namespace telvo::table {
 
 namespace {
 
-constexpr double WidestColumn = 60;
-
 /// While it lives, this thread's numbers have a point: the library prints with the C locale's
 /// functions, and a decimal comma would make the file unreadable.
 class PointLocale {

@@ -33,7 +33,7 @@ QLabel* factLabel(const QString& name, const QString& caption, QWidget* parent) 
     label->setAccessibleName(caption);
     label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    label->setWordWrap(true);
     return label;
 }
 
@@ -97,7 +97,8 @@ frmCaseTable::frmCaseTable(table::CaseTable table, const FormServices& services,
     filter();
     m_filter->setFocus();
     const QSize letter(fontMetrics().averageCharWidth(), fontMetrics().height());
-    resize(letter.width() * 130, letter.height() * 36);
+    resize(letter.width() * 140, letter.height() * 40);
+    splitter->setSizes({letter.height() * 22, letter.height() * 10});
 }
 
 frmCaseTable::~frmCaseTable() = default;
@@ -148,10 +149,10 @@ QWidget* frmCaseTable::makeTable() {
         const QString name =
             m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         int width = std::max(letter * 9, fontMetrics().horizontalAdvance(name) + letter * 3);
-        if (column == CaseTableModel::State) width = letter * (m_bad > 0 ? 44 : 9);
+        if (column == CaseTableModel::State) width = letter * (m_bad > 0 ? 30 : 9);
         if (column == CaseTableModel::FirstColumn + static_cast<int>(table::TitleColumn) ||
             column == CaseTableModel::FirstColumn + static_cast<int>(table::DescriptionColumn))
-            width = letter * 40;
+            width = letter * (column == CaseTableModel::FirstColumn ? 40 : 20);
         m_view->setColumnWidth(column, width);
     }
     layout->addWidget(m_view, 1);
@@ -188,6 +189,7 @@ QWidget* frmCaseTable::makePreview() {
     m_notes->setMinimumHeight(fontMetrics().height() * 6);
     layout->addWidget(left, 1);
     layout->addWidget(m_notes, 1);
+    facts->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     return lower;
 }
 
