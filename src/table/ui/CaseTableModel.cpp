@@ -32,6 +32,13 @@ std::string cellText(const table::CaseRow& row, std::size_t column) {
     return text;
 }
 
+/// The first problem without the number of the row, which stands beside it.
+QString firstProblem(const table::CaseRow& row) {
+    const std::string text = faultText(row.faults.front());
+    const auto column = text.find("column ");
+    return toQt(std::string_view(text).substr(column == std::string::npos ? 0 : column));
+}
+
 } // namespace
 
 QString problemsOf(const table::CaseRow& row) {
@@ -100,8 +107,7 @@ QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         if (index.column() == Row) return toQt(std::to_string(row.number));
-        if (index.column() == State)
-            return row.good() ? tr("OK") : toQt(faultText(row.faults.front()));
+        if (index.column() == State) return row.good() ? tr("OK") : firstProblem(row);
         return toQt(cellText(row, column));
     case Qt::DecorationRole:
         if (index.column() == State && !row.good())

@@ -33,7 +33,7 @@ QLabel* factLabel(const QString& name, const QString& caption, QWidget* parent) 
     label->setAccessibleName(caption);
     label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setWordWrap(true);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
 }
 
@@ -161,14 +161,21 @@ QWidget* frmCaseTable::makeTable() {
 
 QWidget* frmCaseTable::makePreview() {
     auto* lower = new QWidget(this);
-    auto* layout = new QHBoxLayout(lower);
-    layout->setContentsMargins({});
+    auto* column = new QVBoxLayout(lower);
+    column->setContentsMargins({});
+    // A title may be long: it has the whole width.
+    m_facts.push_back(factLabel("lblTitle", tr("Title"), lower));
+    QFont bold = font();
+    bold.setBold(true);
+    m_facts.back()->setFont(bold);
+    column->addWidget(m_facts.back());
+    auto* layout = new QHBoxLayout;
+    column->addLayout(layout, 1);
     auto* left = new QWidget(lower);
     auto* facts = new QFormLayout(left);
     facts->setContentsMargins({});
     facts->setLabelAlignment(Qt::AlignLeft);
-    std::vector<std::pair<const char*, QString>> rows = {{"lblTitle", tr("Title")},
-                                                         {"lblLoading", tr("Loading condition")},
+    std::vector<std::pair<const char*, QString>> rows = {{"lblLoading", tr("Loading condition")},
                                                          {"lblDepth", tr("Depth of cover")},
                                                          {"lblHeight", tr("Entry height")},
                                                          {"lblEntries", tr("Entries")}};
@@ -187,8 +194,8 @@ QWidget* frmCaseTable::makePreview() {
     m_notes->setReadOnly(true);
     m_notes->setTabChangesFocus(true);
     m_notes->setMinimumHeight(fontMetrics().height() * 6);
-    layout->addWidget(left, 1);
-    layout->addWidget(m_notes, 1);
+    layout->addWidget(left, 3);
+    layout->addWidget(m_notes, 2);
     facts->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     return lower;
 }
@@ -231,8 +238,11 @@ void frmCaseTable::showCurrent() {
         }
         notes = toQtLines(current.Description);
     }
-    for (std::size_t i = 0; i < m_facts.size(); ++i)
+    for (std::size_t i = 0; i < m_facts.size(); ++i) {
         m_facts[i]->setText(texts[i].empty() ? QStringLiteral("\u2013") : toQt(texts[i]));
+        // Where the window is narrow; a tool tip would take a title like "<b>" for markup.
+        m_facts[i]->setToolTip("<span>" + toQt(texts[i]).toHtmlEscaped() + "</span>");
+    }
     m_notes->setPlainText(notes);
 }
 
