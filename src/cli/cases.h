@@ -4,10 +4,15 @@
 #include "app/caseRun.h"
 #include "base/Result.h"
 #include "project/ProjectInput.h"
+#include "table/CaseTable.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace telvo::cli {
@@ -20,21 +25,46 @@ enum ExitStatus : int {
     FileTrouble = 3 // a file could not be read or written
 };
 
+inline void raise(ExitStatus& status, ExitStatus other) {
+    status = std::max(status, other);
+}
+
 /// One case of the command line after reading and, where asked for, running it.
 struct CaseOutcome {
     std::string file;                            ///< as named on the command line
+    std::optional<std::uint32_t> row;            ///< of a table
     std::optional<project::ProjectCase> current; ///< nothing when it could not be read
     std::optional<app::CaseRun> run;             ///< nothing when it was not or could not be run
     std::string message;                         ///< why there is no run; empty when all is well
     ExitStatus status = AllGood;
 };
 
-/// Reads a case from a file, or from standard input for "-". Items that an older level lacks start
-/// from the new-case defaults.
-CaseOutcome readCase(const std::string& file);
+/// Tables as workbooks (XLSX), handed in: their libraries would double the time that every start
+/// takes, so that only a program that is called for a workbook has them.
+struct Workbooks {
+    Result<table::CaseTable> (*read)(std::string_view bytes, const std::string& file) = nullptr;
+    Result<std::string> (*write)(std::span<const project::ProjectCase> cases) = nullptr;
+    Result<std::string> (*makeTemplate)() = nullptr;
+};
 
-/// Reads and runs a case.
-CaseOutcome readAndRun(const std::string& file, const app::RunOptions& options);
+/// Ending of a file name in small letters, such as ".csv".
+std::string endingOf(std::string_view file);
+
+/// Whether a name is that of a workbook, with or without the row of a table behind it.
+bool namesWorkbook(std::string_view argument);
+
+/// Calls visit for every case that an argument names: a case file, standard input for "-", every
+/// row of a table, or for "FILE#ROW" one of its rows. A file that has such a name itself comes
+/// first. Items that an older level lacks start from the new-case defaults. What a table's reader
+/// has to know is said on standard error.
+void visitCases(const std::string& argument, const Workbooks& workbooks,
+                const std::function<void(CaseOutcome& outcome)>& visit);
+
+/// Reads the one case that an argument names; a table has to have a single row or a row named.
+CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks);
+
+/// Runs a case that was read.
+void runCase(CaseOutcome& outcome, const app::RunOptions& options);
 
 /// Says on standard error what went wrong: "telvo-cli: " and the message.
 void complain(const std::string& message);
@@ -44,6 +74,9 @@ void complainOf(const CaseOutcome& outcome);
 
 /// Whether a file may be written: it does not exist, or `force`. Complains where it may not.
 bool mayWrite(const std::string& target, bool force);
+
+/// Writes a file in one step and says what goes wrong.
+ExitStatus writeOrComplain(const std::string& path, std::string_view bytes);
 
 /// Writes to standard output and remembers whether that failed.
 void print(std::string_view text);

@@ -18,10 +18,6 @@ namespace {
 /// As a file to write, "-" is standard output.
 constexpr std::string_view StandardOutput = "-";
 
-void raise(ExitStatus& status, ExitStatus other) {
-    status = std::max(status, other);
-}
-
 /// Several cases may not share the one standard input.
 bool readsInputTwice(const std::vector<std::string>& files) {
     if (std::count(files.begin(), files.end(), "-") < 2) return false;
@@ -58,13 +54,6 @@ bool isCaseFile(const std::string& path) {
     return bytes && project::hasCaseTag(*bytes);
 }
 
-ExitStatus writeOrComplain(const std::string& path, std::string_view bytes) {
-    const Status written = writeFile(path, bytes);
-    if (written) return AllGood;
-    complain(faultText(written.fault()));
-    return FileTrouble;
-}
-
 int saveAs(project::ProjectCase current, const std::string& target, bool force) {
     if (target == StandardOutput) {
         const auto text = project::writeCaseText(current);
@@ -98,14 +87,10 @@ int runReport(const ReportRequest& request) {
     ExitStatus status = AllGood;
     std::string text;
     bool any = false;
-    for (const std::string& file : request.files) {
-        const CaseOutcome outcome =
-            readAndRun(file, {.report = request.options, .writePages = true});
+    const auto add = [&](CaseOutcome& outcome) {
+        runCase(outcome, {.report = request.options, .writePages = true});
         raise(status, outcome.status);
-        if (!outcome.run) {
-            complainOf(outcome);
-            continue;
-        }
+        if (!outcome.run) return complainOf(outcome);
         tellNotes(outcome);
         if (any && !request.page) text += "\r\n"; // parts this report from the one before
         text += joinedPages(outcome.run->pages, request.page);
@@ -114,7 +99,9 @@ int runReport(const ReportRequest& request) {
             print(withLineFeeds(std::move(text)));
             text.clear();
         }
-    }
+    };
+    for (const std::string& file : request.files)
+        visitCases(file, request.workbooks, add);
     if (toTerminal)
         raise(status, finishOutput());
     else if (any)
@@ -130,9 +117,8 @@ int runResults(const ResultsRequest& request) {
     if (json) print("[\n");
     if (csv) print(csvHeader());
     bool first = true;
-    for (const std::string& file : request.files) {
-        const CaseOutcome outcome =
-            readAndRun(file, {.report = request.options, .writePages = false});
+    const auto add = [&](CaseOutcome& outcome) {
+        runCase(outcome, {.report = request.options, .writePages = false});
         raise(status, outcome.status);
         if (!outcome.run)
             complainOf(outcome);
@@ -146,17 +132,18 @@ int runResults(const ResultsRequest& request) {
             print((first ? "" : "\n") + resultText(outcome));
         }
         first = false;
-    }
+    };
+    for (const std::string& file : request.files)
+        visitCases(file, request.workbooks, add);
     if (json) print("\n]\n");
     raise(status, finishOutput());
     return status;
 }
 
-int runCheck(const std::vector<std::string>& files) {
+int runCheck(const std::vector<std::string>& files, const Workbooks& workbooks) {
     if (readsInputTwice(files)) return WrongUsage;
     ExitStatus status = AllGood;
-    for (const std::string& file : files) {
-        const CaseOutcome outcome = readCase(file);
+    const auto add = [&](const CaseOutcome& outcome) {
         std::string message = outcome.message;
         raise(status, outcome.status);
         if (outcome.current) {
@@ -165,10 +152,12 @@ int runCheck(const std::vector<std::string>& files) {
                 raise(status, Refused);
             }
         }
-        const std::string prefix =
-            files.size() > 1 && outcome.current ? file + ": " : std::string();
+        const bool alone = files.size() == 1 && outcome.file == files.front();
+        const std::string prefix = !alone && outcome.current ? outcome.file + ": " : std::string();
         print(prefix + (message.empty() ? "OK" : message) + "\n");
-    }
+    };
+    for (const std::string& file : files)
+        visitCases(file, workbooks, add);
     raise(status, finishOutput());
     return status;
 }
@@ -179,7 +168,7 @@ int runNew(const NewRequest& request) {
 }
 
 int runConvert(const SaveRequest& request) {
-    CaseOutcome outcome = readCase(request.source);
+    CaseOutcome outcome = readCase(request.source, request.workbooks);
     if (!outcome.current) {
         complainOf(outcome);
         return outcome.status;
@@ -196,7 +185,7 @@ int runConvert(const SaveRequest& request) {
 }
 
 int runSave(const SaveRequest& request) {
-    CaseOutcome outcome = readCase(request.source);
+    CaseOutcome outcome = readCase(request.source, request.workbooks);
     if (!outcome.current) {
         complainOf(outcome);
         return outcome.status;

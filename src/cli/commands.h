@@ -19,6 +19,7 @@ struct ReportRequest {
     std::optional<int> page;
     std::string target; ///< empty: standard output
     report::ReportOptions options;
+    Workbooks workbooks;
 };
 int runReport(const ReportRequest& request);
 
@@ -26,10 +27,11 @@ struct ResultsRequest {
     std::vector<std::string> files;
     std::string format = "text";
     report::ReportOptions options;
+    Workbooks workbooks;
 };
 int runResults(const ResultsRequest& request);
 
-int runCheck(const std::vector<std::string>& files);
+int runCheck(const std::vector<std::string>& files, const Workbooks& workbooks);
 
 struct NewRequest {
     std::string target;
@@ -42,6 +44,7 @@ struct SaveRequest {
     std::string source;
     std::string target;
     bool force = false;
+    Workbooks workbooks;
 };
 int runConvert(const SaveRequest& request);
 int runSave(const SaveRequest& request);

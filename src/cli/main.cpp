@@ -3,12 +3,18 @@
 #include "cli/commands.h"
 #include "cli/explainCommand.h"
 #include "cli/plotCommand.h"
+#include "cli/tableCommand.h"
 #ifdef TELVO_DRAWS
 #include "cli/ui/drawCase.h"
+#endif
+#ifdef TELVO_WORKBOOKS
+#include "table/workbookReader.h"
+#include "table/workbookWriter.h"
 #endif
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -31,12 +37,24 @@ Plotter plotterOfThisBuild() {
 #endif
 }
 
+Workbooks workbooksOfThisBuild() {
+#ifdef TELVO_WORKBOOKS
+    return {telvo::table::readWorkbook, telvo::table::writeWorkbook, telvo::table::writeTemplate};
+#else
+    return {};
+#endif
+}
+
 void addCases(CLI::App& command, std::vector<std::string>& files) {
-    command.add_option("CASE", files, "case files; - reads standard input")->required();
+    command
+        .add_option("CASE", files,
+                    "case files and case tables, FILE#ROW for one row; - reads standard input")
+        ->required();
 }
 
 void addTarget(CLI::App& command, SaveRequest& request) {
-    command.add_option("CASE", request.source, "case file; - reads standard input")->required();
+    command.add_option("CASE", request.source, "case file, or TABLE#ROW; - reads standard input")
+        ->required();
     command.add_option("-o,--output", request.target, "file to write; - is standard output")
         ->required();
     command.add_flag("--force", request.force, "overwrite an existing file");
@@ -50,7 +68,9 @@ int run(int argc, char** argv) {
                "2 wrong usage, 3 a file could not be read or written.\n\n"
                "telvo-cli COMMAND --help explains a command.");
 
+    const Workbooks workbooks = workbooksOfThisBuild();
     ReportRequest report;
+    report.workbooks = workbooks;
     CLI::App* reportCommand =
         app.add_subcommand("report", "print the six-page report of each case");
     addCases(*reportCommand, report.files);
@@ -63,6 +83,7 @@ int run(int argc, char** argv) {
     reportCommand->footer("Example:\n  telvo-cli report panel.TLV --page 1");
 
     ResultsRequest results;
+    results.workbooks = workbooks;
     CLI::App* resultsCommand =
         app.add_subcommand("results", "print every computed quantity of each case");
     addCases(*resultsCommand, results.files);
@@ -77,6 +98,7 @@ int run(int argc, char** argv) {
 
     const Plotter plotter = plotterOfThisBuild();
     PlotRequest plot;
+    plot.workbooks = workbooks;
     const CLI::App* plotCommand = addPlotCommand(app, plotter, plot);
 
     std::vector<std::string> checked;
@@ -97,6 +119,7 @@ int run(int argc, char** argv) {
     newCommand->footer("Example:\n  telvo-cli new panel.TLV --units metric");
 
     SaveRequest converted;
+    converted.workbooks = workbooks;
     CLI::App* convertCommand =
         app.add_subcommand("convert", "convert a case to the other unit system");
     addTarget(*convertCommand, converted);
@@ -104,11 +127,16 @@ int run(int argc, char** argv) {
                            "Example:\n  telvo-cli convert panel.TLV -o Metric_panel.TLV");
 
     SaveRequest saved;
+    saved.workbooks = workbooks;
     CLI::App* saveCommand =
         app.add_subcommand("save", "read a case of any level and write the current one");
     addTarget(*saveCommand, saved);
     saveCommand->footer("Items that the older level lacks get the values of a new case.\n\n"
                         "Example:\n  telvo-cli save old.TLV -o new.TLV");
+
+    TableRequest table;
+    table.workbooks = workbooks;
+    const TableCommands tableCommands = addTableCommands(app, table);
 
     try {
         app.parse(argc, argv);
@@ -119,20 +147,27 @@ int run(int argc, char** argv) {
     if (*resultsCommand) return runResults(results);
     if (*explainCommand) return runExplain(explained);
     if (*plotCommand) return runPlot(plot, plotter);
-    if (*checkCommand) return runCheck(checked);
+    if (*checkCommand) return runCheck(checked, workbooks);
     if (*newCommand) return runNew(made);
+    if (*tableCommands.exporting) return runTableExport(table);
+    if (*tableCommands.importing) return runTableImport(table);
+    if (*tableCommands.making) return runTableTemplate(table);
     if (*convertCommand) return runConvert(converted);
     return runSave(saved);
 }
 
-/// Hands a command over to the program beside this one that draws, where there is one.
-void callDrawingProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
-#if !defined(TELVO_DRAWS) && defined(__linux__)
-    if (argc < 2 || std::string_view(argv[1]) != "plot") return;
+/// Hands a command over to the program beside this one that draws, or that knows workbooks, where
+/// there is one: the libraries for it cost more time than most commands take.
+void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
+#if !defined(TELVO_DRAWS) && !defined(TELVO_WORKBOOKS) && defined(__linux__)
+    const bool draws = argc > 1 && std::string_view(argv[1]) == "plot";
+    const bool workbooks = argc > 1 && std::any_of(argv + 1, argv + argc, namesWorkbook);
+    if (!draws && !workbooks) return;
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
     if (error) return;
-    execv((program.parent_path() / "telvo-cli-draw").c_str(), argv); // returns when there is none
+    const char* other = draws ? "telvo-cli-draw" : "telvo-cli-table";
+    execv((program.parent_path() / other).c_str(), argv); // returns when there is none
 #endif
 }
 
@@ -140,7 +175,7 @@ void callDrawingProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv)
 
 int main(int argc, char** argv) {
     try {
-        callDrawingProgram(argc, argv);
+        callOtherProgram(argc, argv);
         return run(argc, argv);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "telvo-cli: %s\n", error.what());

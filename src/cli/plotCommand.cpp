@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/plotCommand.h"
 
-#include "base/files.h"
 #include "cli/arguments.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cctype>
 
 namespace telvo::cli {
 
@@ -19,13 +17,6 @@ constexpr double HighestPercent = 150;
 
 constexpr std::string_view PictureEndings[] = {".svg", ".png", ".pdf"};
 constexpr std::string_view NumbersEnding = ".csv";
-
-std::string endingOf(const std::string& target) {
-    std::string ending = utf8FromPath(pathFromUtf8(target).extension());
-    std::transform(ending.begin(), ending.end(), ending.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return ending;
-}
 
 /// One line per kind, in columns.
 std::string kindTable(const std::vector<PlotKind>& kinds) {
@@ -118,7 +109,7 @@ int runPlot(const PlotRequest& request, const Plotter& plotter) {
         }
         options.range = {request.range[0], request.range[1]};
     }
-    const CaseOutcome outcome = readCase(request.source);
+    const CaseOutcome outcome = readCase(request.source, request.workbooks);
     if (!outcome.current) {
         complainOf(outcome);
         return outcome.status;

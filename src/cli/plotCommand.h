@@ -54,6 +54,7 @@ struct PlotRequest {
     std::string target;
     bool force = false;
     PlotOptions options;
+    Workbooks workbooks;
     std::vector<double> range; ///< as given: nothing, or minimum and maximum
 };
 

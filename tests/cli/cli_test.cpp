@@ -52,7 +52,8 @@ struct Ran {
 
 /// A folder of its own with a few cases: plain.TLV (English, level 53), gobs.TLV (two side gobs),
 /// metric.TLV, old.TLV (level 50), refused.TLV (depth 0), damaged.TLV (text for a number) and
-/// nopillar.TLV (entries wider than the crosscut spacing).
+/// nopillar.TLV (entries wider than the crosscut spacing). Tables: two.csv (the metric and the
+/// plain case) and bad.csv (a row with text for the depth).
 class Cli : public testing::Test {
   protected:
     void SetUp() override {
@@ -67,6 +68,10 @@ class Cli : public testing::Test {
         write("refused.TLV", replaced(plain, "\n500\r", "\n0\r"));
         write("damaged.TLV", replaced(plain, "\n500\r", "\ndeep\r"));
         write("nopillar.TLV", replaced(plain, "\n20\r", "\n95\r"));
+        write("odd#2", plain);
+        write("odd", plain);
+        write("bad.csv", "Seam;Title;DepthCover;EntryHeight\na;One;6,5;7\nb;Two;deep;7\n");
+        ASSERT_EQ(run("table export metric.TLV plain.TLV -o two.csv").status, 0);
     }
     void TearDown() override { fs::remove_all(m_folder); }
 
@@ -145,6 +150,26 @@ TEST_F(Cli, CheckSaysOneLinePerCase) {
     EXPECT_TRUE(several.out.ends_with("\nmetric.TLV: OK\n"));
     EXPECT_NE(several.out.find("missing.TLV"), string::npos);
     EXPECT_EQ(std::count(several.out.begin(), several.out.end(), '\n'), 4) << several.out;
+}
+
+TEST_F(Cli, CasesComeThroughEveryTableUnchangedAndReplaceNothing) {
+    for (const string table : {"t.csv", "t.tsv", "t.xlsx"}) {
+        ASSERT_EQ(run("table export gobs.TLV metric.TLV gobs.TLV -o " + table).status, 0);
+        const Ran made = run("table import " + table + " -o from-" + table);
+        EXPECT_EQ(made.status, 0) << made.err;
+        const auto rows = std::count(made.out.begin(), made.out.end(), '\n');
+        EXPECT_EQ(rows, 3) << made.out;
+        int equal = 0;
+        for (const auto& file : fs::directory_iterator(m_folder / ("from-" + table)))
+            for (const char* source : {"gobs.TLV", "metric.TLV"})
+                equal += readAll(file.path()) == read(source) ? 1 : 0;
+        EXPECT_EQ(equal, 3) << table;
+        // Once more into the same folder: new names, the old files as they were.
+        EXPECT_EQ(run("table import " + table + "#3 -o from-" + table).status, 0);
+        EXPECT_EQ(std::distance(fs::directory_iterator(m_folder / ("from-" + table)), {}), 4);
+        EXPECT_EQ(run("report " + table + "#4").out,
+                  replaced(run("report gobs.TLV").out, "gobs.TLV", table + "#4"));
+    }
 }
 
 using Values = std::map<string, string>;

@@ -1,0 +1,173 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/tableCommand.h"
+
+#include "base/files.h"
+#include "project/CaseFile.h"
+#include "table/caseFiles.h"
+#include "table/csvTable.h"
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+
+namespace telvo::cli {
+
+namespace {
+
+constexpr std::string_view WorkbookFileEnding = ".xlsx";
+
+char separatorOf(const TableRequest& request) {
+    if (request.separator.empty()) return endingOf(request.target) == ".tsv" ? '\t' : ',';
+    if (request.separator == "comma") return ',';
+    return request.separator == "semicolon" ? ';' : '\t';
+}
+
+int wrongUsage(const std::string& message) {
+    complain(message);
+    return WrongUsage;
+}
+
+constexpr const char* NoWorkbooks = ": this build does not write workbooks";
+
+/// Writes a table to its file, or text to standard output.
+ExitStatus writeTable(const TableRequest& request, std::span<const project::ProjectCase> cases) {
+    std::string bytes;
+    if (endingOf(request.target) == WorkbookFileEnding) {
+        auto written = request.workbooks.write(cases);
+        if (!written) {
+            complain(faultText(written.fault()));
+            return FileTrouble;
+        }
+        bytes = std::move(*written);
+    } else {
+        auto written = table::writeCsv(cases, separatorOf(request));
+        if (!written) {
+            complain(faultText(written.fault()));
+            return FileTrouble;
+        }
+        for (const std::string& note : written->notes)
+            complain(request.target + ": " + note);
+        bytes = std::move(written->bytes);
+    }
+    if (request.target == "-") {
+        print(bytes);
+        return finishOutput();
+    }
+    return writeOrComplain(request.target, bytes);
+}
+
+} // namespace
+
+TableCommands addTableCommands(CLI::App& app, TableRequest& request) {
+    CLI::App* command = app.add_subcommand("table", "keep many cases in one table, a row each");
+    command->require_subcommand(1);
+    command->footer("A table is CSV (comma, semicolon or tab) or an XLSX workbook. Its columns are "
+                    "the input\nfields, Title, Description and Units. report, results, check and "
+                    "plot take tables, too:\nFILE is every row, FILE#7 the row that a spreadsheet "
+                    "numbers 7.");
+    CLI::App* exporting = command->add_subcommand("export", "write cases into one table");
+    exporting
+        ->add_option("CASE", request.files,
+                     "case files and case tables, FILE#ROW for one row; - reads standard input")
+        ->required();
+    exporting
+        ->add_option("-o,--output", request.target,
+                     "file to write: .csv, .tsv or .xlsx; - is CSV on standard output")
+        ->required();
+    exporting
+        ->add_option("--separator", request.separator,
+                     "between the cells of CSV: comma, semicolon or tab")
+        ->check(CLI::IsMember({"comma", "semicolon", "tab"}));
+    exporting->add_flag("--force", request.force, "overwrite an existing file");
+    exporting->footer("Example:\n  telvo-cli table export *.TLV -o panels.xlsx");
+
+    CLI::App* importing = command->add_subcommand("import", "write a case file for every row");
+    importing->add_option("TABLE", request.files, "table, or TABLE#ROW for one row")
+        ->required()
+        ->expected(1);
+    importing
+        ->add_option("-o,--output", request.target,
+                     "folder of the case files, made where it is missing")
+        ->required();
+    importing->footer("The files are named after the titles, or the rows where there is none. No "
+                      "file is replaced.\n\nExample:\n  telvo-cli table import panels.csv -o "
+                      "panels");
+
+    CLI::App* making = command->add_subcommand(
+        "template", "write a workbook with the headings, what they mean and a first row");
+    making->add_option("-o,--output", request.target, "file to write: .xlsx")->required();
+    making->add_flag("--force", request.force, "overwrite an existing file");
+    making->footer("Example:\n  telvo-cli table template -o panels.xlsx");
+    return {exporting, importing, making};
+}
+
+int runTableExport(const TableRequest& request) {
+    const std::string ending = endingOf(request.target);
+    const bool workbook = ending == WorkbookFileEnding;
+    if (request.target != "-" && ending != ".csv" && ending != ".tsv" && !workbook)
+        return wrongUsage(request.target + ": the file name has to end in .csv, .tsv or .xlsx");
+    if (workbook && !request.separator.empty())
+        return wrongUsage("--separator: a workbook has none");
+    if (workbook && !request.workbooks.write) return wrongUsage(request.target + NoWorkbooks);
+    if (std::count(request.files.begin(), request.files.end(), "-") > 1)
+        return wrongUsage("- can be given only once");
+    if (request.target != "-" && !mayWrite(request.target, request.force)) return FileTrouble;
+    ExitStatus status = AllGood;
+    std::vector<project::ProjectCase> cases;
+    for (const std::string& file : request.files)
+        visitCases(file, request.workbooks, [&](CaseOutcome& outcome) {
+            raise(status, outcome.status);
+            if (outcome.current)
+                cases.push_back(std::move(*outcome.current));
+            else
+                complainOf(outcome);
+        });
+    if (!cases.empty()) raise(status, writeTable(request, cases));
+    return status;
+}
+
+int runTableImport(const TableRequest& request) {
+    const std::filesystem::path folder = pathFromUtf8(request.target);
+    ExitStatus status = AllGood;
+    table::CaseFileNames names;
+    visitCases(request.files.front(), request.workbooks, [&](CaseOutcome& outcome) {
+        raise(status, outcome.status);
+        if (!outcome.current) return complainOf(outcome);
+        if (!outcome.row) {
+            complain(outcome.file + ": is no table");
+            raise(status, FileTrouble);
+            return;
+        }
+        std::error_code error;
+        std::filesystem::create_directories(folder, error); // a fault shows when a file is written
+        table::CaseRow row;
+        row.number = *outcome.row;
+        row.current = std::move(*outcome.current);
+        const std::string name = names.next(row, [&](const std::string& each) {
+            return std::filesystem::symlink_status(folder / pathFromUtf8(each), error).type() !=
+                   std::filesystem::file_type::not_found;
+        });
+        const std::string path = utf8FromPath(folder / pathFromUtf8(name));
+        if (const Status saved = project::saveCaseFile(row.current, path); !saved) {
+            complain(outcome.file + ": " + faultText(saved.fault()));
+            raise(status, FileTrouble);
+            return;
+        }
+        print(outcome.file + " -> " + path + "\n");
+    });
+    raise(status, finishOutput());
+    return status;
+}
+
+int runTableTemplate(const TableRequest& request) {
+    if (endingOf(request.target) != WorkbookFileEnding)
+        return wrongUsage(request.target + ": the file name has to end in .xlsx");
+    if (!request.workbooks.makeTemplate) return wrongUsage(request.target + NoWorkbooks);
+    if (!mayWrite(request.target, request.force)) return FileTrouble;
+    const auto bytes = request.workbooks.makeTemplate();
+    if (bytes) return writeOrComplain(request.target, *bytes);
+    complain(faultText(bytes.fault()));
+    return FileTrouble;
+}
+
+} // namespace telvo::cli

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Result.h"
+#include "table/CaseTable.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Case tables as text: RFC 4180 with comma, semicolon or tab.
+namespace telvo::table {
+
+/// Reads a table in text. The separator is the one that makes the most headings known; a first line
+/// "sep=;" names it. Valid UTF-8, with or without byte order mark, is read as such, anything else
+/// as Windows-1252. Semicolon and tab leave room for a decimal comma. Faults: what is no such text,
+/// headings that are missing or stand twice, a quote without its end. Given: file  how messages
+/// name it
+Result<CaseTable> readCsv(std::string_view bytes, const std::string& file);
+
+struct CsvText {
+    std::string bytes;              ///< UTF-8, lines ended by CR LF
+    std::vector<std::string> notes; ///< texts that a spreadsheet may take for a formula
+};
+
+/// Writes a table in text. Texts stand as they are, so that they read back unchanged: one that
+/// begins like a formula is not altered but noted, because a spreadsheet that opens the file
+/// computes it. Faults: a value that no reader would accept; `where` names case and column. Given:
+/// separator  ',' ';' or a tab
+Result<CsvText> writeCsv(std::span<const project::ProjectCase> cases, char separator);
+
+} // namespace telvo::table

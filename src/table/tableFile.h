@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Result.h"
+#include "table/CaseTable.h"
+
+#include <string>
+#include <string_view>
+
+namespace telvo::table {
+
+/// Ending of workbooks; tables in text have any other one.
+inline constexpr std::string_view WorkbookEnding = ".xlsx";
+
+/// Reads a table from a file, as text or as a workbook, whichever it is.
+Result<CaseTable> readTableFile(const std::string& path);
+
+} // namespace telvo::table

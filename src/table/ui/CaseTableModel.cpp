@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "table/ui/CaseTableModel.h"
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/ui/qtText.h"
+#include "table/columns.h"
+
+#include <algorithm>
+#include <numeric>
+#include <QApplication>
+#include <QFont>
+#include <QStyle>
+
+namespace telvo::ui {
+
+namespace {
+
+/// The text of one column; of a bad row, whose record is not whole, nothing but the title.
+std::string cellText(const table::CaseRow& row, std::size_t column) {
+    const project::ProjectCase& current = row.current;
+    if (column == table::TitleColumn) return withoutControls(current.Title);
+    if (!row.good()) return {};
+    if (column == table::DescriptionColumn) return withoutControls(current.Description);
+    if (column == table::UnitsColumn)
+        return current.Units == project::English ? "English" : "metric";
+    std::string text;
+    std::size_t at = table::FirstFieldColumn;
+    table::visitNumbers(current.Input, [&](std::string_view, project::FieldKind, auto value) {
+        if (at++ == column) text = generalNumber(value);
+    });
+    return text;
+}
+
+/// The first problem without the number of the row, which stands beside it.
+QString firstProblem(const table::CaseRow& row) {
+    const std::string text = faultText(row.faults.front());
+    const auto column = text.find("column ");
+    return toQt(std::string_view(text).substr(column == std::string::npos ? 0 : column));
+}
+
+} // namespace
+
+QString problemsOf(const table::CaseRow& row) {
+    QStringList lines;
+    for (const Fault& fault : row.faults)
+        lines.append(toQt(faultText(fault)));
+    return lines.join('\n');
+}
+
+CaseTableModel::CaseTableModel(const table::CaseTable& table, QObject* parent)
+    : QAbstractTableModel(parent), m_table(table), m_shown(table.rows.size()) {
+    std::iota(m_shown.begin(), m_shown.end(), 0U);
+}
+
+void CaseTableModel::setFilter(const QString& text, bool onlyBad) {
+    std::vector<std::string> words;
+    for (const QString& word : text.toLower().split(' ', Qt::SkipEmptyParts))
+        words.push_back(fromQt(word));
+    if (!words.empty() && m_searchTexts.empty()) makeSearchTexts();
+    beginResetModel();
+    m_shown.clear();
+    for (std::size_t row = 0; row < m_table.rows.size(); ++row)
+        if (passes(row, words, onlyBad)) m_shown.push_back(static_cast<std::uint32_t>(row));
+    endResetModel();
+}
+
+void CaseTableModel::makeSearchTexts() {
+    m_searchTexts.reserve(m_table.rows.size());
+    for (const table::CaseRow& row : m_table.rows) {
+        std::string text = generalNumber(static_cast<int>(row.number));
+        text += '\n' + row.current.Title + '\n' + row.current.Description + '\n';
+        text += row.current.Units == project::English ? "English" : "metric";
+        table::visitNumbers(row.current.Input,
+                            [&](std::string_view, project::FieldKind, auto value) {
+                                text += '\n' + generalNumber(value);
+                            });
+        for (const Fault& fault : row.faults)
+            text += '\n' + faultText(fault);
+        m_searchTexts.push_back(fromQt(toQt(text).toLower()));
+    }
+}
+
+bool CaseTableModel::passes(std::size_t row, const std::vector<std::string>& words,
+                            bool onlyBad) const {
+    if (onlyBad && m_table.rows[row].good()) return false;
+    return std::all_of(words.begin(), words.end(), [&](const std::string& word) {
+        return m_searchTexts[row].find(word) != std::string::npos;
+    });
+}
+
+const table::CaseRow& CaseTableModel::caseRow(int shownRow) const {
+    return m_table.rows[m_shown[static_cast<std::size_t>(shownRow)]];
+}
+
+int CaseTableModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
+}
+
+int CaseTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : FirstColumn + static_cast<int>(table::columns().size());
+}
+
+QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
+    const table::CaseRow& row = caseRow(index.row());
+    const auto column = static_cast<std::size_t>(index.column() - FirstColumn);
+    switch (role) {
+    case Qt::DisplayRole:
+        if (index.column() == Row) return toQt(std::to_string(row.number));
+        if (index.column() == State) return row.good() ? tr("OK") : firstProblem(row);
+        return toQt(cellText(row, column));
+    case Qt::DecorationRole:
+        if (index.column() == State && !row.good())
+            return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
+        return {};
+    case Qt::ToolTipRole:
+        // A rich text, so that a title like "<b>" is not taken for one.
+        if (index.column() == State && !row.good())
+            return QString("<span style='white-space:pre'>" + problemsOf(row).toHtmlEscaped() +
+                           "</span>");
+        return {};
+    case Qt::TextAlignmentRole:
+        if (index.column() == Row ||
+            (index.column() >= FirstColumn && column >= table::FirstFieldColumn))
+            return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+        return {};
+    default:
+        return {};
+    }
+}
+
+QVariant CaseTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal) return {};
+    if (section < FirstColumn) {
+        if (role == Qt::DisplayRole) return section == Row ? tr("Row") : tr("State");
+        return {};
+    }
+    const table::Column& column = table::columns()[static_cast<std::size_t>(section - FirstColumn)];
+    if (role == Qt::DisplayRole) return toQt(column.name);
+    if (role != Qt::ToolTipRole) return {};
+    const auto english = toQt(project::fieldUnit(column.kind, project::English));
+    const auto metric = toQt(project::fieldUnit(column.kind, project::Metric));
+    QString tip = toQt(column.meaning);
+    if (!english.isEmpty()) tip += ", " + (english == metric ? english : english + " | " + metric);
+    return tip + "\n" + tr("Valid: %1").arg(toQt(column.valid));
+}
+
+} // namespace telvo::ui

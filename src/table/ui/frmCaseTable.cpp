@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "table/ui/frmCaseTable.h"
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/titles.h"
+#include "base/ui/qtText.h"
+#include "project/units.h"
+#include "table/columns.h"
+#include "table/ui/CaseTableModel.h"
+
+#include <algorithm>
+#include <QCheckBox>
+#include <QFormLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTableView>
+#include <QVBoxLayout>
+
+namespace telvo::ui {
+
+namespace {
+
+/// A label for text from a file, which is never markup.
+QLabel* factLabel(const QString& name, const QString& caption, QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setAccessibleName(caption);
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    return label;
+}
+
+QString fileNameOf(const std::string& path) {
+    return toQt(utf8FromPath(pathFromUtf8(path).filename()));
+}
+
+} // namespace
+
+frmCaseTable::frmCaseTable(table::CaseTable table, const FormServices& services, QWidget* parent,
+                           Figures figures)
+    : Form("frmCaseTable", titles::Import, "ImportCase.htm", services, parent),
+      m_table(std::move(table)), m_figures(std::move(figures)),
+      m_model(new CaseTableModel(m_table, this)) {
+    m_bad = static_cast<std::size_t>(
+        std::count_if(m_table.rows.begin(), m_table.rows.end(),
+                      [](const table::CaseRow& row) { return !row.good(); }));
+    setWindowTitle(tr("Import Case - %1").arg(fileNameOf(m_table.file)));
+    auto* layout = new QVBoxLayout(this);
+    auto* remarks = new QLabel(this);
+    remarks->setObjectName("lblRemarks");
+    remarks->setTextFormat(Qt::PlainText);
+    remarks->setWordWrap(true);
+    remarks->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    QStringList lines;
+    if (!m_table.sheet.empty()) lines.append(tr("Sheet: %1").arg(toQt(m_table.sheet)));
+    const auto list = [&](const QString& caption, const std::vector<std::string>& names) {
+        QStringList texts;
+        for (const std::string& name : names)
+            texts.append(toQt(name));
+        if (!texts.isEmpty()) lines.append(caption.arg(texts.join(", ")));
+    };
+    list(tr("Not read, because they are no input field: columns %1"), m_table.unknownColumns);
+    list(tr("Without a column, and as in a new case: %1"), m_table.missingColumns);
+    remarks->setText(lines.join('\n'));
+    remarks->setVisible(!lines.isEmpty());
+    layout->addWidget(remarks);
+
+    auto* splitter = new QSplitter(Qt::Vertical, this);
+    splitter->setObjectName("splCaseTable");
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(makeTable());
+    splitter->addWidget(makePreview());
+    splitter->setStretchFactor(0, 1);
+    layout->addWidget(splitter, 1);
+
+    auto* buttons = makeButtons();
+    m_load = addButton(*buttons, "cmdOK", tr("&Load Case"), QDialogButtonBox::AcceptRole);
+    m_load->setToolTip(tr("Loads the selected row as the current case"));
+    addButton(*buttons, "cmdCancel", tr("Cancel"), QDialogButtonBox::RejectRole)
+        ->setToolTip(tr("Closes the window and leaves the case as it is"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &frmCaseTable::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &frmCaseTable::reject);
+    layout->addWidget(buttons);
+
+    connect(m_filter, &QLineEdit::textChanged, this, &frmCaseTable::filter);
+    connect(m_onlyBad, &QCheckBox::toggled, this, &frmCaseTable::filter);
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &frmCaseTable::showCurrent);
+    connect(m_view, &QTableView::activated, this, &frmCaseTable::accept);
+    filter();
+    m_filter->setFocus();
+    const QSize letter(fontMetrics().averageCharWidth(), fontMetrics().height());
+    resize(letter.width() * 140, letter.height() * 40);
+    splitter->setSizes({letter.height() * 22, letter.height() * 10});
+}
+
+frmCaseTable::~frmCaseTable() = default;
+
+QWidget* frmCaseTable::makeTable() {
+    auto* upper = new QWidget(this);
+    auto* layout = new QVBoxLayout(upper);
+    layout->setContentsMargins({});
+    auto* bar = new QHBoxLayout;
+    m_filter = new QLineEdit(upper);
+    m_filter->setObjectName("txtFilter");
+    m_filter->setAccessibleName(tr("Filter"));
+    m_filter->setPlaceholderText(tr("Words in any column"));
+    m_filter->setToolTip(tr("Shows the rows that hold every word in some column"));
+    m_filter->setClearButtonEnabled(true);
+    auto* caption = new QLabel(tr("&Filter:"), upper);
+    caption->setBuddy(m_filter);
+    m_onlyBad = new QCheckBox(tr("Only rows with &problems"), upper);
+    m_onlyBad->setObjectName("chkProblems");
+    m_onlyBad->setAccessibleName(tr("Only rows with problems"));
+    m_onlyBad->setToolTip(tr("Shows the rows that cannot be loaded, with the reason"));
+    m_onlyBad->setEnabled(m_bad > 0);
+    m_count = new QLabel(upper);
+    m_count->setObjectName("lblCount");
+    bar->addWidget(caption);
+    bar->addWidget(m_filter, 1);
+    bar->addWidget(m_onlyBad);
+    bar->addWidget(m_count);
+    layout->addLayout(bar);
+
+    m_view = new QTableView(upper);
+    m_view->setObjectName("tblCases");
+    m_view->setAccessibleName(tr("Rows of the table"));
+    m_view->setToolTip(tr("Return or a double click loads the row"));
+    m_view->setModel(m_model);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_view->setAlternatingRowColors(true);
+    m_view->setWordWrap(false);
+    m_view->setTabKeyNavigation(false);
+    m_view->verticalHeader()->hide();
+    m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_view->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
+    m_view->horizontalHeader()->setHighlightSections(false);
+    const int letter = fontMetrics().averageCharWidth();
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        const QString name =
+            m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        int width = std::max(letter * 9, fontMetrics().horizontalAdvance(name) + letter * 3);
+        if (column == CaseTableModel::State) width = letter * (m_bad > 0 ? 30 : 9);
+        if (column == CaseTableModel::FirstColumn + static_cast<int>(table::TitleColumn) ||
+            column == CaseTableModel::FirstColumn + static_cast<int>(table::DescriptionColumn))
+            width = letter * (column == CaseTableModel::FirstColumn ? 40 : 20);
+        m_view->setColumnWidth(column, width);
+    }
+    layout->addWidget(m_view, 1);
+    return upper;
+}
+
+QWidget* frmCaseTable::makePreview() {
+    auto* lower = new QWidget(this);
+    auto* column = new QVBoxLayout(lower);
+    column->setContentsMargins({});
+    // A title may be long: it has the whole width.
+    m_facts.push_back(factLabel("lblTitle", tr("Title"), lower));
+    QFont bold = font();
+    bold.setBold(true);
+    m_facts.back()->setFont(bold);
+    column->addWidget(m_facts.back());
+    auto* layout = new QHBoxLayout;
+    column->addLayout(layout, 1);
+    auto* left = new QWidget(lower);
+    auto* facts = new QFormLayout(left);
+    facts->setContentsMargins({});
+    facts->setLabelAlignment(Qt::AlignLeft);
+    std::vector<std::pair<const char*, QString>> rows = {{"lblLoading", tr("Loading condition")},
+                                                         {"lblDepth", tr("Depth of cover")},
+                                                         {"lblHeight", tr("Entry height")},
+                                                         {"lblEntries", tr("Entries")}};
+    if (m_figures) {
+        rows.emplace_back("lblDevelopmentSF", tr("Stability factor, development"));
+        rows.emplace_back("lblRetreatSF", tr("Stability factor, retreat"));
+    }
+    for (const auto& [name, caption] : rows) {
+        m_facts.push_back(factLabel(name, caption, left));
+        facts->addRow(caption + ":", m_facts.back());
+    }
+    m_notes = new QPlainTextEdit(lower);
+    m_notes->setObjectName("txtDescription");
+    m_notes->setAccessibleName(tr("Description, or why the row cannot be loaded"));
+    m_notes->setToolTip(tr("The description of the case, or why the row cannot be loaded"));
+    m_notes->setReadOnly(true);
+    m_notes->setTabChangesFocus(true);
+    m_notes->setMinimumHeight(fontMetrics().height() * 6);
+    layout->addWidget(left, 3);
+    layout->addWidget(m_notes, 2);
+    facts->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    return lower;
+}
+
+void frmCaseTable::filter() {
+    m_model->setFilter(m_filter->text(), m_onlyBad->isChecked());
+    const int shown = m_model->rowCount();
+    QString text = tr("%1 of %2 rows")
+                       .arg(toQt(std::to_string(shown)), toQt(std::to_string(m_table.rows.size())));
+    if (m_bad > 0) text += tr(", %1 with problems").arg(toQt(std::to_string(m_bad)));
+    m_count->setText(text);
+    if (shown > 0) m_view->setCurrentIndex(m_model->index(0, CaseTableModel::Row));
+    showCurrent();
+}
+
+const table::CaseRow* frmCaseTable::currentRow() const {
+    const QModelIndex index = m_view->currentIndex();
+    return index.isValid() ? &m_model->caseRow(index.row()) : nullptr;
+}
+
+void frmCaseTable::showCurrent() {
+    const table::CaseRow* row = currentRow();
+    const bool good = row && row->good();
+    m_load->setEnabled(good);
+    std::vector<std::string> texts(m_facts.size());
+    QString notes = row ? problemsOf(*row) : QString();
+    if (good) {
+        const project::ProjectCase& current = row->current;
+        const project::ProjectInput& in = current.Input;
+        const std::string length(project::unitLabel(current.Units, project::Quantity::Length));
+        texts[0] = withoutControls(current.Title);
+        texts[1] = project::LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)];
+        texts[2] = generalNumber(in.DepthCover, 10) + length;
+        texts[3] = generalNumber(in.EntryHeight, 10) + length;
+        texts[4] = generalNumber(in.NumberEntries);
+        if (m_figures) {
+            const project::KeyFigures figures = m_figures(current);
+            texts[5] = figures.DevelopmentSF;
+            texts[6] = figures.RetreatSF;
+        }
+        notes = toQtLines(current.Description);
+    }
+    for (std::size_t i = 0; i < m_facts.size(); ++i) {
+        m_facts[i]->setText(texts[i].empty() ? QStringLiteral("\u2013") : toQt(texts[i]));
+        // Where the window is narrow; a tool tip would take a title like "<b>" for markup.
+        m_facts[i]->setToolTip("<span>" + toQt(texts[i]).toHtmlEscaped() + "</span>");
+    }
+    m_notes->setPlainText(notes);
+}
+
+void frmCaseTable::accept() {
+    const table::CaseRow* row = currentRow();
+    if (!row) return;
+    if (!row->good())
+        return tell("Row " + std::to_string(row->number) + " cannot be loaded:\n" +
+                        fromQt(problemsOf(*row)),
+                    titles::Error);
+    m_chosen = row->current;
+    Form::accept();
+}
+
+} // namespace telvo::ui

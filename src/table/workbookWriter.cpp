@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "table/workbookWriter.h"
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "table/CaseTable.h"
+#include "table/columns.h"
+#include "table/exactNumbers.h"
+
+#include <xlsxwriter.h>
+
+#include <filesystem>
+#include <locale.h>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace telvo::table {
+
+namespace {
+
+/// While it lives, this thread's numbers have a point: the library prints with the C locale's
+/// functions, and a decimal comma would make the file unreadable.
+class PointLocale {
+  public:
+#ifdef _WIN32
+    PointLocale() : m_mode(_configthreadlocale(_ENABLE_PER_THREAD_LOCALE)) {
+        m_before = setlocale(LC_NUMERIC, nullptr);
+        setlocale(LC_NUMERIC, "C");
+    }
+    ~PointLocale() {
+        setlocale(LC_NUMERIC, m_before.c_str());
+        _configthreadlocale(m_mode);
+    }
+
+  private:
+    int m_mode;
+    std::string m_before;
+#else
+    PointLocale() : m_point(newlocale(LC_ALL_MASK, "C", nullptr)), m_before(uselocale(m_point)) {}
+    ~PointLocale() {
+        uselocale(m_before);
+        freelocale(m_point);
+    }
+
+  private:
+    locale_t m_point;
+    locale_t m_before;
+#endif
+    PointLocale(const PointLocale&) = delete;
+    PointLocale& operator=(const PointLocale&) = delete;
+};
+
+/// A workbook under construction in a file. The first thing that goes wrong stays.
+class Book {
+  public:
+    explicit Book(const std::string& path) {
+        // Rows go to the file as they are made, so that the memory does not grow with the table.
+        lxw_workbook_options options = {LXW_TRUE, nullptr, LXW_FALSE};
+        m_book = workbook_new_opt(path.c_str(), &options);
+        if (!m_book) m_fault = Fault{"a temporary file cannot be written", path};
+        if (m_book) {
+            m_bold = workbook_add_format(m_book);
+            format_set_bold(m_bold);
+        }
+    }
+    Book(const Book&) = delete;
+    Book& operator=(const Book&) = delete;
+    ~Book() {
+        if (m_book) workbook_close(m_book);
+    }
+
+    lxw_worksheet* addSheet(const char* name) {
+        return m_book ? workbook_add_worksheet(m_book, name) : nullptr;
+    }
+    lxw_format* bold() const { return m_bold; }
+
+    void fail(Fault fault) {
+        if (!m_fault) m_fault = std::move(fault);
+    }
+    void check(lxw_error error, const std::string& where) {
+        if (error != LXW_NO_ERROR) fail({lxw_strerror(error), where});
+    }
+    const std::optional<Fault>& fault() const { return m_fault; }
+
+    void close() {
+        if (m_book) check(workbook_close(std::exchange(m_book, nullptr)), "workbook");
+    }
+
+  private:
+    lxw_workbook* m_book = nullptr;
+    lxw_format* m_bold = nullptr;
+    std::optional<Fault> m_fault;
+};
+
+void writeHeadings(Book& book, lxw_worksheet* sheet, std::span<const std::string> names) {
+    for (std::size_t i = 0; i < names.size(); ++i)
+        book.check(worksheet_write_string(sheet, 0, static_cast<lxw_col_t>(i), names[i].c_str(),
+                                          book.bold()),
+                   names[i]);
+    worksheet_freeze_panes(sheet, 1, 0);
+}
+
+/// The sheet of the cases. Returned: whether numbers stand in it that exactNumbers() has to put in.
+bool writeCases(Book& book, lxw_worksheet* sheet, std::span<const project::ProjectCase> cases) {
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < columns().size(); ++i) {
+        const Column& column = columns()[i];
+        names.push_back(column.name);
+        // Room for the heading and the button of the filter beside it.
+        double width = static_cast<double>(column.name.size()) * 1.15 + 3;
+        if (i == TitleColumn) width = 32;
+        if (i == DescriptionColumn) width = 40;
+        worksheet_set_column(sheet, static_cast<lxw_col_t>(i), static_cast<lxw_col_t>(i), width,
+                             nullptr);
+    }
+    worksheet_autofilter(sheet, 0, 0, static_cast<lxw_row_t>(cases.size()),
+                         static_cast<lxw_col_t>(names.size() - 1));
+    writeHeadings(book, sheet, names);
+    bool inexact = false;
+    lxw_row_t row = 0;
+    for (const project::ProjectCase& current : cases) {
+        ++row;
+        const auto cells = cellsOf(current);
+        if (!cells) {
+            book.fail({cells.fault().message, current.FileName + ", " + cells.fault().where});
+            break;
+        }
+        for (std::size_t i = 0; i < cells->size(); ++i) {
+            const CellValue& cell = (*cells)[i];
+            const auto column = static_cast<lxw_col_t>(i);
+            if (cell.blank) continue;
+            if (cell.isNumber && !needsExactNumber(cell.text)) {
+                book.check(worksheet_write_number(sheet, row, column, cell.number, nullptr), "");
+                continue;
+            }
+            inexact = inexact || cell.isNumber;
+            const std::string text =
+                cell.isNumber ? ExactNumberMark + cell.text : escapedText(cell.text);
+            const auto error = worksheet_write_string(sheet, row, column, text.c_str(), nullptr);
+            if (error != LXW_NO_ERROR)
+                book.check(error, current.FileName + ", " + columns()[i].name);
+        }
+        if (book.fault()) break;
+    }
+    return inexact;
+}
+
+std::string unitPair(project::FieldKind kind) {
+    const auto english = project::fieldUnit(kind, project::English);
+    const auto metric = project::fieldUnit(kind, project::Metric);
+    if (english == metric) return std::string(english);
+    return std::string(english) + " | " + std::string(metric);
+}
+
+void writeColumns(Book& book, lxw_worksheet* sheet) {
+    const std::string headings[] = {"Column", "Meaning",           "Unit (English | metric)",
+                                    "Valid",  "New case, English", "New case, metric"};
+    const double widths[] = {24, 60, 24, 70, 18, 20};
+    for (std::size_t i = 0; i < std::size(widths); ++i)
+        worksheet_set_column(sheet, static_cast<lxw_col_t>(i), static_cast<lxw_col_t>(i), widths[i],
+                             nullptr);
+    writeHeadings(book, sheet, headings);
+    const auto english = cellsOf(project::newCase(project::English));
+    const auto metric = cellsOf(project::newCase(project::Metric));
+    for (std::size_t i = 0; i < columns().size(); ++i) {
+        const Column& column = columns()[i];
+        const std::string texts[] = {column.name, column.meaning, unitPair(column.kind),
+                                     column.valid};
+        const auto row = static_cast<lxw_row_t>(i + 1);
+        lxw_col_t at = 0;
+        for (const std::string& text : texts)
+            book.check(worksheet_write_string(sheet, row, at++, text.c_str(), nullptr), "Columns");
+        for (const auto* cells : {&*english, &*metric}) {
+            const CellValue& cell = (*cells)[i];
+            if (cell.isNumber)
+                book.check(worksheet_write_number(sheet, row, at, cell.number, nullptr), "Columns");
+            else
+                book.check(worksheet_write_string(sheet, row, at, cell.text.c_str(), nullptr),
+                           "Columns");
+            ++at;
+        }
+    }
+}
+
+} // namespace
+
+Result<std::string> writeWorkbook(std::span<const project::ProjectCase> cases) {
+    if (cases.size() > MaxRows)
+        return Fault{"a table has at most " + std::to_string(MaxRows) + " cases", {}};
+    std::error_code error;
+    const auto folder = std::filesystem::temp_directory_path(error);
+    // Never committed: the file only holds the workbook until its bytes are read.
+    auto scratch = AtomicFile::create(utf8FromPath(folder / "telvo-table.xlsx"));
+    if (!scratch) return scratch.fault();
+    const std::string path = utf8FromPath(scratch->temporaryPath());
+    bool inexact = false;
+    {
+        const PointLocale point;
+        Book book(path);
+        lxw_worksheet* sheet = book.addSheet("Cases");
+        if (!book.fault()) inexact = writeCases(book, sheet, cases);
+        if (!book.fault()) writeColumns(book, book.addSheet("Columns"));
+        book.close();
+        if (book.fault()) return *book.fault();
+    }
+    auto bytes = readFile(path);
+    if (!bytes || !inexact) return bytes;
+    return withExactNumbers(*bytes);
+}
+
+Result<std::string> writeTemplate() {
+    project::ProjectCase first = project::newCase(project::English);
+    first.Title = "First case";
+    return writeWorkbook({&first, 1});
+}
+
+} // namespace telvo::table

@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "table/workbookReader.h"
+#include "table/workbookWriter.h"
+
+#include "table/cases.h"
+
+#include <algorithm>
+#include <clocale>
+#include <gtest/gtest.h>
+#include <map>
+#include <zip.h>
+
+using namespace telvo;
+using namespace telvo::table;
+using std::string;
+
+namespace {
+
+using PartTexts = std::map<string, string>;
+
+/// A workbook of one sheet "S" with the rows given as XML.
+PartTexts workbookOf(const string& rows) {
+    return {{"xl/workbook.xml",
+             "<workbook><sheets><sheet name=\"Notes\" r:id=\"r9\" xmlns:r=\"r\"/>"
+             "<sheet name=\"S\" r:id=\"r1\" xmlns:r=\"r\"/></sheets></workbook>"},
+            {"xl/_rels/workbook.xml.rels",
+             "<R><Relationship Id=\"r1\" Type=\"t/worksheet\" Target=\"worksheets/a.xml\"/>"
+             "<Relationship Id=\"r9\" Type=\"t/worksheet\" Target=\"/xl/notes.xml\"/>"
+             "<Relationship Id=\"r2\" Type=\"t/styles\" Target=\"styles.xml\"/>"
+             "<Relationship Id=\"r3\" Type=\"t/sharedStrings\" Target=\"strings.xml\"/></R>"},
+            {"xl/notes.xml", "<worksheet><sheetData><row><c t=\"inlineStr\"><is><t>Title</t></is>"
+                             "</c></row></sheetData></worksheet>"},
+            {"xl/styles.xml",
+             "<styleSheet><numFmts><numFmt numFmtId=\"170\" formatCode=\"0.0&quot; m&quot;\"/>"
+             "<numFmt numFmtId=\"171\" formatCode=\"[Red]d\\.m\\.yy\"/></numFmts><cellStyleXfs>"
+             "<xf numFmtId=\"14\"/></cellStyleXfs><cellXfs><xf numFmtId=\"0\"/>"
+             "<xf numFmtId=\"170\"/><xf numFmtId=\"171\"/><xf numFmtId=\"14\"/></cellXfs>"
+             "</styleSheet>"},
+            {"xl/strings.xml",
+             "<sst><si><t>DepthCover</t></si><si><r><t>Ti</t></r><r><t>tle</t></r>"
+             "<rPh><t>xx</t></rPh></si><si><t>6.5</t></si><si><t>NumberEntries</t></si></sst>"},
+            {"xl/worksheets/a.xml", "<x:worksheet xmlns:x=\"u\"><x:sheetData>" + rows +
+                                        "</x:sheetData><junk></x:worksheet>"}};
+}
+
+Result<CaseTable> readParts(const PartTexts& texts) {
+    return readWorkbookParts(
+        [&](const string& name) -> Result<std::optional<PartReader>> {
+            const auto found = texts.find(name);
+            if (found == texts.end()) return std::optional<PartReader>();
+            return std::optional<PartReader>(
+                [rest = std::string_view(found->second)](
+                    char* into, std::size_t) mutable -> Result<std::size_t> {
+                    const auto got = std::min<std::size_t>(rest.size(), 7); // cuts every token
+                    rest.copy(into, got);
+                    rest.remove_prefix(got);
+                    return got;
+                });
+        },
+        "t.xlsx");
+}
+
+const string Headings = "<row><c t=\"s\"><v>1</v></c><c t=\"s\"><v>0</v></c>"
+                        "<c t=\"s\"><v>3</v></c><c t=\"inlineStr\"><is><t>RowA</t></is></c></row>";
+
+string zipped(const PartTexts& texts, bool locked = false) {
+    zip_error_t error;
+    zip_source_t* made = zip_source_buffer_create(nullptr, 0, 0, &error);
+    zip_source_keep(made);
+    zip_t* archive = zip_open_from_source(made, ZIP_TRUNCATE, &error);
+    for (const auto& [name, text] : texts) {
+        const auto index = zip_file_add(archive, name.c_str(),
+                                        zip_source_buffer(archive, text.data(), text.size(), 0), 0);
+        if (locked)
+            zip_file_set_encryption(archive, static_cast<zip_uint64_t>(index), ZIP_EM_AES_256, "p");
+    }
+    zip_close(archive);
+    zip_stat_t stat;
+    zip_source_stat(made, &stat);
+    string out(stat.size, '\0');
+    zip_source_open(made);
+    zip_source_read(made, out.data(), out.size());
+    zip_source_close(made);
+    zip_source_free(made);
+    return out;
+}
+
+string faultOf(const string& bytes) {
+    const auto read = readWorkbook(bytes, "t.xlsx");
+    return read ? "" : faultText(read.fault());
+}
+
+TEST(Workbook, EveryCaseComesBackToTheLastDigit) {
+    // A decimal comma of the user must not reach the file (where the system has such a locale).
+    std::setlocale(LC_ALL, "de_DE.UTF-8");
+    const auto cases = test::awkwardCases();
+    const auto written = writeWorkbook(cases);
+    std::setlocale(LC_ALL, "C");
+    ASSERT_TRUE(written) << faultText(written.fault());
+    const auto read = readWorkbook(*written, "t.xlsx");
+    ASSERT_TRUE(read) << faultText(read.fault());
+    EXPECT_EQ(test::difference(cases, *read), "");
+    EXPECT_EQ(read->sheet, "Cases");
+
+    const auto sample = readWorkbook(*writeTemplate(), "t.xlsx");
+    ASSERT_TRUE(sample) << faultText(sample.fault());
+    EXPECT_EQ(sample->rows.at(0).current.Input, project::newCase(project::English).Input);
+}
+
+TEST(Workbook, ATextThatNoCellHoldsIsRefused) {
+    auto current = project::newCase(project::English);
+    current.Title = string(32768, 'x');
+    const auto written = writeWorkbook({&current, 1});
+    ASSERT_FALSE(written);
+    EXPECT_TRUE(written.fault().where.ends_with(", Title"));
+}
+
+TEST(Workbook, CellsOfEveryKindAreReadOrNamed) {
+    const auto read = readParts(workbookOf(
+        "<row r=\"2\"/>" + Headings +
+        "<row r=\"5\"><c r=\"A5\" t=\"str\"><f>B5</f><v>a</v></c><c r=\"B5\" "
+        "s=\"1\"><v>3.5E2</v></c>"
+        "<c r=\"D5\" t=\"b\"><v>1</v></c><c r=\"Z5\" t=\"e\"><v>#N/A</v></c></row>"
+        "<row><c/><c t=\"s\"><v>2</v></c><c><f>1+3</f><v>4</v></c></row>"
+        "<row><c><v>12</v></c><c s=\"2\"><v>45000</v></c><c t=\"e\"><v>#N/A</v></c>"
+        "<c><f>1</f></c></row>"
+        "<row><c s=\"3\"><v>1</v></c><c t=\"s\"><v>99</v></c><c t=\"d\"><v>2020-01-01</v></c>"
+        "<c><v>1e999</v></c></row>"
+        "<row><c t=\"inlineStr\"><is><t>_x0041_&#10;b</t></is></c><c><v>1e</v></c></row>"));
+    ASSERT_TRUE(read) << faultText(read.fault());
+    EXPECT_EQ(read->sheet, "S");
+    ASSERT_EQ(read->rows.size(), 5U);
+    EXPECT_EQ(read->rows[0].number, 5U);
+    EXPECT_EQ(read->rows[0].current.Title, "a");
+    EXPECT_EQ(read->rows[0].current.Input.DepthCover, 350);
+    EXPECT_EQ(read->rows[0].current.Input.RowA, 1);
+    EXPECT_EQ(read->rows[1].current.Input.DepthCover, 6.5);
+    EXPECT_EQ(read->rows[1].current.Input.NumberEntries, 4);
+    EXPECT_EQ(read->rows[2].current.Title, "12");
+    EXPECT_EQ(read->rows[4].current.Title, "A b");
+    const string found = test::faults(*read);
+    for (const char* expected :
+         {"row 7, column B (DepthCover): the cell holds a date; give",
+          "row 7, column C (NumberEntries): the cell holds the error #N/A",
+          "row 7, column D (RowA): the formula has no stored value",
+          "row 8, column A (Title): the cell holds a date",
+          "row 8, column B (DepthCover): the cell "
+          "points to a text",
+          "row 8, column C (NumberEntries): the cell holds a date\n",
+          "row 8, column D (RowA): \"1e999\" is outside", "row 9, column B (DepthCover): \"1e\""})
+        EXPECT_NE(found.find(expected), string::npos) << expected << "\n" << found;
+    EXPECT_EQ(std::count(found.begin(), found.end(), '\n'), 8) << found;
+}
+
+TEST(Workbook, DamageIsTold) {
+    const auto told = [](const string& rows) {
+        const auto read = readParts(workbookOf(rows));
+        return read ? "" : faultText(read.fault());
+    };
+    EXPECT_NE(told("").find("no sheet names an input field"), string::npos);
+    EXPECT_NE(told(Headings + "<row r=\"1\"/>").find("not in order"), string::npos);
+    EXPECT_NE(told(Headings + "<row><c r=\"7\"/></row>").find("no column"), string::npos);
+    EXPECT_NE(told("<row></c>").find("is damaged: mismatched tag"), string::npos);
+    PartTexts texts = workbookOf(Headings);
+    texts["xl/styles.xml"] = "<!DOCTYPE a [<!ENTITY b \"c\">]><a/>";
+    EXPECT_EQ(faultText(readParts(texts).fault()), "t.xlsx, xl/styles.xml: has a document type");
+}
+
+TEST(Workbook, HostileFilesAreRefused) {
+    EXPECT_NE(faultOf("PK\x03\x04 and so on").find("damaged"), string::npos);
+    EXPECT_NE(faultOf("\xD0\xCF\x11\xE0").find("password"), string::npos);
+    EXPECT_NE(faultOf(zipped({{"mimetype", "x"}})).find("is not an XLSX workbook"), string::npos);
+    EXPECT_NE(faultOf(zipped(workbookOf(Headings), true)).find("encrypted"), string::npos);
+    EXPECT_EQ(faultOf(zipped(workbookOf(Headings))), "");
+    const string bomb = zipped(workbookOf(Headings + string(20'000'000, ' ')));
+    EXPECT_LT(bomb.size(), 40'000U);
+    EXPECT_NE(faultOf(bomb).find("unpacks to more than 300 times"), string::npos);
+    const string shared = "<sst>" + [] {
+        string many;
+        for (int i = 0; i < 500'000; ++i)
+            many += "<si/>";
+        return many;
+    }();
+    PartTexts cut = workbookOf(Headings);
+    cut["xl/strings.xml"] = shared;
+    EXPECT_NE(faultOf(zipped(cut)).find("is damaged"), string::npos);
+    string broken = zipped(workbookOf(Headings));
+    for (std::size_t at = 40; at < broken.size(); at += 7) { // never a crash
+        string other = broken;
+        other[at] = static_cast<char>(other[at] ^ 0x55);
+        (void)readWorkbook(other, "t.xlsx");
+        (void)readWorkbook(broken.substr(0, at), "t.xlsx");
+    }
+}
+
+} // namespace
