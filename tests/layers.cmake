@@ -2,12 +2,13 @@ cmake_minimum_required(VERSION 3.25)
 # Reads every include under src/ against the table of layers: a folder may include itself and what
 # stands behind it here. A file that includes Qt lies in a ui/ folder.
 set(base "")
+set(help "base")
 set(project "base")
 set(engine "base;project")
 set(report "base;project;engine")
 set(plot "base;project;engine;report")
 set(study "base;project;engine;report;plot")
-set(app "base;project;engine;report;plot;study")
+set(app "base;help;project;engine;report;plot;study")
 set(cli "base;project;engine;report;plot;study;app")
 
 set(faults 0)
