@@ -3,7 +3,7 @@
 
 A heading with the class .topic begins a page of the help; its id is the name of that page without
 ".htm". Further attributes of a heading: controls="form/control ..." for the controls whose F1 leads
-here ("*" at the end stands for anything), keywords="a; b" for the index. Terms of definition lists
+here ("_" at the end stands for all with a number after it), keywords="a; b" for the index. Terms of definition lists
 with an id stand in the index too.
 """
 
@@ -84,7 +84,8 @@ class Manual:
                 self.ids[name] = topic.name
             anchor = "" if name == topic.name else name or ""
             for control in (node.attrib.pop("controls", "")).split():
-                topic.controls.append((control, anchor))
+                every = "*" if control.endswith("_") else ""
+                topic.controls.append((control + every, anchor))
             for word in filter(None, map(str.strip, node.attrib.pop("keywords", "").split(";"))):
                 topic.keywords.append((word, anchor))
             if name and (node.tag == "dt" or node.tag in HEADINGS):

@@ -33,6 +33,8 @@ class Formulas:
     def _picture(self, match):
         display = match.group(1) is not None
         source = (match.group(1) or match.group(2)).strip().replace("\n", " ")
+        if display:  # fractions in the size of the line
+            source = source.replace(r"\frac", r"\dfrac")
         name, width, height, depth = self._set(source)
         alt = html.escape(source, quote=True)
         kind = "display" if display else "inline"

@@ -12,7 +12,7 @@ from book import HEADINGS, DocsError, plain
 WIDEST = 640  # logical pixels of a picture
 PAGE = """<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
-<link rel="stylesheet" href="help.css"/></head>
+<link rel="stylesheet" type="text/css" href="help.css"/></head>
 <body>
 {body}
 </body></html>

@@ -41,7 +41,7 @@ def document(manual, others, version, sources):
             if level:
                 element.set("id", element.get("id") or f"section-{number}-{order}")
                 numbered(element, level, counts)
-                if level <= 2:
+                if level <= 2 or "topic" in element.get("class", ""):
                     contents.append(contents_line(element, level))
             elif element.tag == "a" and element.get("href", "").startswith("#"):
                 relink(element, manual, others)
@@ -65,18 +65,19 @@ def numbered(element, level, counts):
     elif level == 2:
         counts[1] += 1
         number = f"{counts[0]}.{counts[1]}"
-    else:
-        return
     element.set("data-title", plain(element))
+    if level > 2:
+        return
     mark = ElementTree.Element("span", {"class": "number"})
     mark.text, mark.tail, element.text = number, element.text, None
     element.insert(0, mark)
 
 
 def contents_line(element, level):
-    number = element.find("span[@class='number']").text
+    number = element.find("span[@class='number']")
+    mark = "" if number is None else f'<span class="number">{number.text}</span>'
     return (f'<p class="level{level}"><a href="#{element.get("id")}">'
-            f'<span class="number">{number}</span>{html.escape(element.get("data-title"))}</a></p>')
+            f'{mark}{html.escape(element.get("data-title"))}</a></p>')
 
 
 def relink(element, manual, others):
@@ -94,8 +95,18 @@ def find_picture(element, manual, sources):
     for extension in (".svg", ".png"):
         if os.path.exists(os.path.join(sources, base + extension)):
             element.set("src", base + extension)
+            if extension == ".png":
+                window_size(element, os.path.join(sources, base + extension))
             return
     raise DocsError(f"{manual.folder}: there is no picture {base}")
+
+
+def window_size(element, path):
+    """Windows are printed at one scale, so that their letters are alike: 0.56 points to a pixel of a
+    screen, and pictures have two pixels for one."""
+    from PIL import Image
+    with Image.open(path) as picture:
+        element.set("style", f"width:{picture.width / 2 * 0.56:.0f}pt")
 
 
 def figures(section):

@@ -131,6 +131,7 @@ void takeViews(Camera& camera, app::ui::frmMain& window) {
     QApplication::processEvents();
     if (QWidget* plots = topWindow("frmPlots")) {
         if (auto* stresses = plots->findChild<QAction*>("mnuStresses")) stresses->trigger();
+        plots->resize(860, 600);
         camera.take(*plots, "frmPlots");
     } else {
         camera.missed("frmPlots");
@@ -144,13 +145,15 @@ void takeViews(Camera& camera, app::ui::frmMain& window) {
         if (auto* ok = modal->findChild<QPushButton*>("cmdOK")) ok->click();
     });
     closer.start(20);
-    choose(window, "mnuCalcGrafItem_1");
+    choose(window, "mnuCalcGrafItem_5");
     QApplication::processEvents();
     closer.stop();
-    if (QWidget* graph = topWindow("frmGraph"))
+    if (QWidget* graph = topWindow("frmGraph")) {
+        graph->resize(860, 640);
         camera.take(*graph, "frmGraph");
-    else
+    } else {
         camera.missed("frmGraph");
+    }
 }
 
 int takeWindows(const QString& example, const QString& folder) {
@@ -162,17 +165,17 @@ int takeWindows(const QString& example, const QString& folder) {
     QFile::copy(example, file);
     NoFiles files;
     NoPrinter printer;
-    app::ui::Program program({{fromQt(home.filePath("install")), fromQt(home.filePath("Documents")),
-                               fromQt(home.path())},
-                              {},
-                              std::chrono::year{2014} / 1 / 1,
-                              // Yes, a form may be left.
-                              [](std::string_view, Buttons buttons, Answer preset,
-                                 std::string_view) {
-                                  return buttons == Buttons::YesNo ? Answer::Yes : preset;
-                              },
-                              files,
-                              printer});
+    app::ui::Program program(
+        {{fromQt(home.filePath("install")), fromQt(home.filePath("Documents")),
+          fromQt(home.path())},
+         {},
+         std::chrono::year{2014} / 1 / 1,
+         // Yes, a form may be left.
+         [](std::string_view, Buttons buttons, Answer preset, std::string_view) {
+             return buttons == Buttons::YesNo ? Answer::Yes : preset;
+         },
+         files,
+         printer});
     camera.takeModal("frmDisclaimer", [&program] { program.start(); });
     app::Settings& settings = program.settings().values();
     settings.GraphSetParams = 1;
@@ -185,17 +188,17 @@ int takeWindows(const QString& example, const QString& folder) {
     choose(window, "mnuUtilItem_5"); // empties the history, which names folders
     program.messages().history("TELVO stability factors calculated: " +
                                fromQt(QFileInfo(file).fileName()));
-    window.resize(1000, 640);
+    window.resize(1120, 680);
     camera.take(window, "frmMain");
 
-    const auto tab = [](int index) {
-        return [index](QWidget& shown) { chooseTab(shown, index); };
-    };
+    const auto tab = [](int index) { return [index](QWidget& shown) { chooseTab(shown, index); }; };
     camera.takeModal("frmTELVODesc", [&] { choose(window, "mnuEditItem_0"); });
     camera.takeModal("frmUnits", [&] { choose(window, "mnuUtilItem_2"); });
     camera.takeModal("frmConvert", [&] { choose(window, "mnuUtilItem_3"); });
-    camera.takeModal("frmSet", [&] { choose(window, "mnuUtilItem_0"); }, tab(0));
-    camera.takeModal("frmTELVOOpts", [&] { choose(window, "mnuUtilItem_1"); }, tab(1));
+    camera.takeModal(
+        "frmSet", [&] { choose(window, "mnuUtilItem_0"); }, tab(0));
+    camera.takeModal(
+        "frmTELVOOpts", [&] { choose(window, "mnuUtilItem_1"); }, tab(1));
     camera.takeModal("frmPreview", [&] { choose(window, "mnuFileItem_9"); });
     camera.takeModal("frmUpdate", [&] { choose(window, "mnuHelpItem_8"); });
     camera.takeModal("frmAbout", [&] { choose(window, "mnuHelpItem_10"); });

@@ -70,10 +70,10 @@ frmHelp::frmHelp(HelpBook book, Messages& messages, HelpActions actions,
     m_splitter->setStretchFactor(0, 0);
     m_splitter->setStretchFactor(1, 1);
     const int letter = fontMetrics().averageCharWidth();
-    m_splitter->setSizes({40 * letter, 100 * letter});
+    m_splitter->setSizes({46 * letter, 100 * letter});
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_splitter);
-    resize(QSize(145 * letter, 42 * fontMetrics().height())
+    resize(QSize(150 * letter, 42 * fontMetrics().height())
                .boundedTo(screen()->availableSize() * 9 / 10));
     makeShortcuts();
     // The dialog that is modal changes with the active window.
