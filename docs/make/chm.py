@@ -3,6 +3,7 @@
 
 import html
 import os
+import re
 import shutil
 import subprocess
 
@@ -52,13 +53,25 @@ def index(topics):
     return HEAD + "<ul>\n" + "".join(entry(*row) for row in rows) + "</ul>\n</body></html>\n"
 
 
+def flatten(source, folder):
+    """All files in one folder: readers of a CHM do not agree on folders within it."""
+    for place, _, names in os.walk(source):
+        for name in names:
+            if name.endswith(".htm"):
+                with open(os.path.join(place, name), encoding="utf-8") as file:
+                    text = re.sub(r'src="(formulas|pictures)/', 'src="', file.read())
+                with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
+                    file.write(text)
+            elif not name.endswith(".txt"):
+                shutil.copy(os.path.join(place, name), folder)
+
+
 def write(pages, folder, name):
-    """`pages` are a Help that was written; its pages are taken over as they are."""
+    """`pages` are a Help that was written; its pages are taken over."""
     shutil.rmtree(folder, ignore_errors=True)
-    shutil.copytree(pages.folder, folder,
-                    ignore=shutil.ignore_patterns("contents.txt", "search.txt"))
-    files = sorted(os.path.relpath(os.path.join(place, file), folder).replace(os.sep, "\\")
-                   for place, _, names in os.walk(folder) for file in names)
+    os.makedirs(folder)
+    flatten(pages.folder, folder)
+    files = sorted(os.listdir(folder))
     texts = {"telvo.hhp": PROJECT.format(target=name, first=pages.topics[0][1].name + ".htm",
                                          files="\n".join(files)),
              "telvo.hhc": contents(pages.topics), "telvo.hhk": index(pages.topics)}

@@ -10,6 +10,7 @@ import xml.etree.ElementTree as ElementTree
 from book import HEADINGS, DocsError, plain
 
 WIDEST = 640  # logical pixels of a picture
+WIDE_ROW = 80  # characters
 PAGE = """<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
 <link rel="stylesheet" type="text/css" href="help.css"/></head>
@@ -78,6 +79,8 @@ class Help:
                 parent.tag = f"h{max(1, HEADINGS[parent.tag] - topic.level + 1)}"
             if parent.tag == "table":
                 parent.attrib.update(border="1", cellspacing="0", cellpadding="4")
+                if any(len(plain(row)) > WIDE_ROW for row in parent.iter("tr")):
+                    parent.set("width", "97%")  # left to itself it sticks out a little
             if parent.tag == "a" and parent.get("href"):
                 parent.set("href", self._target(parent.get("href"), topic))
             if parent.tag == "img":
@@ -100,6 +103,8 @@ class Help:
 
     def _picture(self, image, topic):
         image.attrib.pop("style", None)
+        if "inline" in image.get("class", ""):
+            image.set("style", "vertical-align: middle")
         source = os.path.splitext(image.get("src"))[0] + ".png"
         image.set("src", source)
         path = os.path.join(self.sources, source)

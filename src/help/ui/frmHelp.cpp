@@ -126,7 +126,9 @@ QWidget* frmHelp::makeIndex() {
         auto* item = new QListWidgetItem(
             same ? toQt(line.words) : toQt(line.words + "  (" + line.title + ')'), m_index);
         item->setData(AddressRole, toQt(line.address));
+        item->setToolTip(item->text());
     }
+    m_index->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(m_filter, &QLineEdit::textChanged, this, &frmHelp::filterIndex);
     connect(m_index, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
         if (item && m_index->hasFocus()) open(item->data(AddressRole).toString());
@@ -153,6 +155,7 @@ QWidget* frmHelp::makeSearch() {
     m_hits = new QListWidget;
     describe(*m_hits, "lstSearch", tr("Pages found"), tr("Enter opens the page"));
     m_hits->setWordWrap(true);
+    m_hits->setSpacing(fontMetrics().height() / 4);
     m_hits->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(m_query, &QLineEdit::returnPressed, this, &frmHelp::search);
     const auto openItem = [this](QListWidgetItem* item) {
@@ -320,8 +323,9 @@ void frmHelp::search() {
         auto* item = new QListWidgetItem(toQt(topic.title + '\n' + hit.excerpt), m_hits);
         item->setData(AddressRole, toQt(topic.file));
     }
-    m_hitCount->setText(found.empty() ? tr("No page holds these words.")
-                                      : tr("%n page(s)", nullptr, static_cast<int>(found.size())));
+    m_hitCount->setText(found.empty()       ? tr("No page holds these words.")
+                        : found.size() == 1 ? tr("1 page")
+                                            : tr("%1 pages").arg(found.size()));
     if (!found.empty()) {
         m_hits->setCurrentRow(0);
         m_hits->setFocus(Qt::OtherFocusReason);
