@@ -3,7 +3,12 @@
 // What the desktop program's user waits for, on a real main window in a home of its own.
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
+#include "plot/panelPlan.h"
+#include "plot/ui/PlanView.h"
+#include "project/CaseFile.h"
 #include "report/ui/PrintDialogs.h"
+#include "study/sfGraph.h"
+#include "study/ui/GraphView.h"
 
 #include <benchmark/benchmark.h>
 #include <memory>
@@ -93,6 +98,48 @@ void openParameters(benchmark::State& state) {
     }
 }
 BENCHMARK(openParameters)->Unit(benchmark::kMillisecond);
+
+project::ProjectCase readExample(const std::string& name) {
+    project::ProjectCase current;
+    if (project::readCaseFile(TELVO_EXAMPLES_DIR "/" + name, current).fault) std::abort();
+    return current;
+}
+
+/// A plan with everything on it, on a screen-filling widget: computed, placed and painted.
+void repaintPlan(benchmark::State& state) {
+    const project::ProjectCase current = readExample("bleeder-rows-c-d.TLV");
+    telvo::ui::PlanView view("plan");
+    view.resize(1600, 1000);
+    view.show();
+    QApplication::processEvents(); // only a window on the screen is painted
+    for (auto _ : state) {
+        view.setDrawing(std::get<plot::Drawing>(plot::panelPlan(current, {})));
+        view.repaint();
+    }
+}
+BENCHMARK(repaintPlan)->Unit(benchmark::kMillisecond);
+
+/// A graph of an example: computed, composed and painted, in a new window of the usual size.
+void drawGraph(benchmark::State& state, const char* example, study::GraphKind kind) {
+    const project::ProjectCase current = readExample(example);
+    study::GraphOptions options;
+    options.GridStyle = 3;
+    options.XAxisTitle = options.YAxisTitle = options.GraphTitle = "Title";
+    for (auto _ : state) {
+        auto made = study::sfGraph(current, kind, {}, {});
+        study::ui::GraphView view("graph", std::move(std::get<study::SfGraph>(made)), "caption",
+                                  options);
+        view.resize(view.sizeHint());
+        view.show();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK_CAPTURE(drawGraph, depth, "two-side-gobs.TLV", study::GraphKind::DepthCover)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawGraph, height, "metric-two-side-gobs.TLV", study::GraphKind::EntryHeight)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(drawGraph, barrier, "two-side-gobs.TLV", study::GraphKind::SecondBarrier)
+    ->Unit(benchmark::kMillisecond);
 
 } // namespace
 

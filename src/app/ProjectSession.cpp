@@ -18,6 +18,15 @@ namespace {
 constexpr std::string_view Untitled = "Untitled";
 constexpr std::int16_t ProjectFileMode = 0;
 
+constexpr std::string_view OlderLevel =
+    "The file is of an older level; items that are not in it keep their previous values";
+
+/// Of a file dialog: files with the extension, then all.
+std::vector<std::string> filtersOf(const std::string& extension) {
+    if (extension.empty()) return {"All Files (*.*)"}; // project files have none then
+    return {extension + " Files (*." + extension + ")", "All Files (*.*)"};
+}
+
 std::string withoutFolder(const std::string& path) {
     return utf8FromPath(pathFromUtf8(path).filename());
 }
@@ -62,18 +71,54 @@ void ProjectSession::FileNew() {
     changed();
 }
 
+std::optional<std::string> ProjectSession::readOrTell(const std::string& path) {
+    auto bytes = readFile(path);
+    if (bytes) return std::move(*bytes);
+    const Fault& fault = bytes.fault();
+    // A missing file is named by its message already.
+    const bool named = fault.message.find(path) != std::string::npos;
+    m_messages.tell(named ? fault.message : faultText(fault));
+    m_messages.status("File not opened");
+    return std::nullopt;
+}
+
+bool ProjectSession::LoadKORVFile(const std::string& path) {
+    m_messages.status("Importing: " + path);
+    m_messages.history("Importing: " + path);
+    const auto bytes = readOrTell(path);
+    if (!bytes) return false;
+    project::ProjectCase record = project();
+    const project::CaseReading reading = project::readCaseSection(*bytes, path, record);
+    if (!reading.accepted) {
+        m_messages.tell("Invalid file format\n" + path);
+        m_messages.status("File not imported");
+        return false;
+    }
+    if (reading.fault)
+        m_messages.tell(faultText(*reading.fault) +
+                        "\nThe items before it were read. The case is untitled.");
+    acceptImported(std::move(record), path);
+    if (reading.fault) m_messages.status("File read in part");
+    return !reading.fault;
+}
+
+void ProjectSession::acceptImported(project::ProjectCase imported, const std::string& from) {
+    imported.FileName = Untitled;
+    m_open.Project = std::move(imported);
+    m_open.copyProjectToWorking();
+    m_saved = m_named = m_empty = false;
+    m_onDisk.reset();
+    if (project().FileVersion < project::CurrentLevel) m_messages.history(OlderLevel);
+    m_messages.history("Imported as an untitled case: " + from);
+    m_messages.status("File imported: " + from);
+    changed();
+}
+
 bool ProjectSession::LoadProjFile(const std::string& path) {
     m_messages.status("Opening: " + path);
     m_messages.history("Opening: " + path);
-    auto bytes = readFile(path);
-    if (!bytes) {
-        const Fault& fault = bytes.fault();
-        // A missing file is named by its message already.
-        const bool named = fault.message.find(path) != std::string::npos;
-        m_messages.tell(named ? fault.message : faultText(fault));
-        m_messages.status("File not opened");
-        return false;
-    }
+    auto bytes = readOrTell(path);
+    if (!bytes) return false;
     project::ProjectCase record = project();
     const project::CaseReading reading = project::readCaseText(*bytes, path, record);
     if (!reading.accepted) {
@@ -100,9 +145,7 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
     m_open.copyProjectToWorking();
     m_saved = m_named = true;
     m_onDisk = std::move(*bytes);
-    if (project().FileVersion < project::CurrentLevel)
-        m_messages.history("The file is of an older level; items that are not in it keep their "
-                           "previous values");
+    if (project().FileVersion < project::CurrentLevel) m_messages.history(OlderLevel);
     m_messages.status("File opened: " + displayName());
     if (updateRecentFiles(m_settings.values(), {displayName(), ProjectFileMode, path}))
         (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
@@ -111,9 +154,7 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
 }
 
 std::vector<std::string> ProjectSession::fileFilters() const {
-    const std::string& extension = m_settings.values().FileExtension;
-    if (extension.empty()) return {"All Files (*.*)"}; // project files have none then
-    return {extension + " Files (*." + extension + ")", "All Files (*.*)"};
+    return filtersOf(m_settings.values().FileExtension);
 }
 
 std::optional<std::string> ProjectSession::askSavePath() {
@@ -188,6 +229,12 @@ bool ProjectSession::openCommand() {
     const auto path =
         m_dialogs.openFile("Open Project File", m_settings.values().DataPath, fileFilters());
     return path && settleUnsaved() && LoadProjFile(*path);
+}
+
+bool ProjectSession::importCommand() {
+    const auto path = m_dialogs.openFile("Import KORV Project Files", m_settings.values().DataPath,
+                                         filtersOf(std::string(project::SiblingExtension)));
+    return path && settleUnsaved() && LoadKORVFile(*path);
 }
 
 bool ProjectSession::openRecent(int slot) {

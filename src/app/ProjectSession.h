@@ -41,6 +41,11 @@ class ProjectSession {
     /// Opens a file without a question. What does not open leaves the case and its name; a damaged
     /// file opens as far as it could be read, untitled and unsaved.
     bool LoadProjFile(const std::string& path);
+    /// Imports the case in a project file of the sibling program KORV without a question: untitled,
+    /// unsaved, and not in the recent list. A file without one leaves the case.
+    bool LoadKORVFile(const std::string& path);
+    /// Takes a case that came from elsewhere, such as a row of a table: untitled and unsaved.
+    void acceptImported(project::ProjectCase imported, const std::string& from);
     /// Saves under the case's name, or, when it has none yet or `saveAs` is set, under one that is
     /// asked for.
     bool FileMenuSave(bool saveAs);
@@ -48,10 +53,13 @@ class ProjectSession {
     // The menu's commands: they ask about unsaved changes before these go.
     bool newCommand();
     bool openCommand();
+    bool importCommand();
     /// A slot of the recent-files list, 1 to 4.
     bool openRecent(int slot);
     /// Query step of the shutdown: whether the window may close.
     bool mayClose();
+    /// Asks about unsaved changes. Returned: whether a command that replaces the case may go on.
+    bool settleUnsaved();
 
     /// OK of the parameter form. Returned: whether the values differ from those of the project.
     bool acceptParameters(const project::ProjectInput& values);
@@ -75,8 +83,7 @@ class ProjectSession {
 
   private:
     RunOptions runOptions() const;
-    /// Asks about unsaved changes. Returned: whether the command may go on.
-    bool settleUnsaved();
+    std::optional<std::string> readOrTell(const std::string& path);
     std::optional<std::string> askSavePath();
     bool changedOnDisk(const std::string& path) const;
     bool saveTo(const std::string& path);

@@ -85,6 +85,11 @@ std::string_view withoutByteOrderMark(std::string_view bytes) {
     return bytes.starts_with(ByteOrderMark) ? bytes.substr(ByteOrderMark.size()) : bytes;
 }
 
+std::string_view afterLine(std::string_view bytes) {
+    const auto end = bytes.find('\n');
+    return end == std::string_view::npos ? std::string_view() : bytes.substr(end + 1);
+}
+
 /// Level of the tag in the first item of a file, 0 when it is unknown.
 int levelOfTag(std::string_view bytes) {
     const auto line = bytes.substr(0, bytes.find_first_of(",\r\n"));
@@ -326,8 +331,8 @@ bool hasCaseTag(std::string_view bytes) {
 }
 
 std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
-                                   ProjectCase& into) {
-    ItemReader reader(bytes, name, 2);
+                                   ProjectCase& into, int firstLine) {
+    ItemReader reader(bytes, name, firstLine);
     const auto number = [&](std::string_view item, auto& field, Form, int sinceLevel) {
         if (level >= sinceLevel) reader.number(item, field);
     };
@@ -361,10 +366,21 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
     }
     reading.accepted = true;
     into.FileVersion = static_cast<std::int16_t>(level);
-    const auto end = bytes.find('\n');
-    bytes = end == std::string_view::npos ? std::string_view() : bytes.substr(end + 1);
-    reading.fault = readCaseItems(bytes, level, name, into);
+    reading.fault = readCaseItems(afterLine(bytes), level, name, into);
     return reading;
+}
+
+CaseReading readCaseSection(std::string_view bytes, std::string_view name, ProjectCase& into) {
+    bytes = withoutByteOrderMark(bytes);
+    for (int line = 1; !bytes.empty(); ++line) {
+        const auto tag = trimmed(bytes.substr(0, bytes.find_first_of("\r\n")));
+        const int level = tag.find(',') == std::string_view::npos ? levelOfTag(tag) : 0;
+        bytes = afterLine(bytes);
+        if (level == 0) continue;
+        into.FileVersion = static_cast<std::int16_t>(level);
+        return {true, readCaseItems(bytes, level, name, into, line + 1)};
+    }
+    return {false, Fault{"Invalid file format", std::string(name)}};
 }
 
 CaseReading readCaseFile(const std::string& path, ProjectCase& into) {

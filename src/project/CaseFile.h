@@ -10,6 +10,9 @@
 
 namespace telvo::project {
 
+/// Extension of the project files of the sibling program KORV.
+inline constexpr std::string_view SiblingExtension = "KRV";
+
 /// Levels of the case file, told apart by the tag on the first line.
 inline constexpr int CurrentLevel = 53;
 
@@ -36,7 +39,11 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
 /// The items after the tag line, by the rules of a level. Below level 50 the description is exactly
 /// five lines without markers; no tag leads there today.
 std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
-                                   ProjectCase& into);
+                                   ProjectCase& into, int firstLine = 2);
+
+/// Reads the case in a file of the sibling program KORV: it begins on the first line that is one of
+/// the tags and follows the rules of a case file. What stands before and behind it is passed over.
+CaseReading readCaseSection(std::string_view bytes, std::string_view name, ProjectCase& into);
 
 /// Reads a file into a record and, when it was read without fault, gives the record its name.
 CaseReading readCaseFile(const std::string& path, ProjectCase& into);

@@ -101,13 +101,48 @@ Span factorSpan(const SfGraph& graph) {
     if (!values.empty()) {
         std::sort(values.begin(), values.end());
         lookedFor = std::max(lookedFor, values[values.size() / 2]);
-        lowest = std::min(lowest, values.front());
+        lowest = std::min(lowest, std::max(values.front(), -TallestCurve * lookedFor));
         highest = std::max(highest, std::min(values.back(), TallestCurve * lookedFor));
     }
     if (!(highest > 0)) return {0, 1};
     const double span = highest - lowest;
     if (lowest > 0.6 * highest && span > 0) return {lowest - 0.1 * span, highest + 0.1 * span};
     return {std::min(0.0, lowest), 1.06 * highest};
+}
+
+std::vector<std::vector<GraphPoint>> piecesWithin(const Curve& curve, const Span& span) {
+    std::vector<std::vector<GraphPoint>> parts;
+    for (const auto& piece : curve.pieces) {
+        if (piece.size() == 1 && span.contains(piece.front().y)) parts.push_back(piece);
+        bool goesOn = false; // the last part ends where the next stretch begins
+        for (std::size_t i = 1; i < piece.size(); ++i) {
+            const GraphPoint& from = piece[i - 1];
+            const GraphPoint& to = piece[i];
+            // Shares of the way at which the span begins and ends.
+            double enter = 0;
+            double leave = 1;
+            if (const double rise = to.y - from.y; rise != 0) {
+                const auto [first, last] =
+                    std::minmax({(span.low - from.y) / rise, (span.high - from.y) / rise});
+                enter = std::max(enter, first);
+                leave = std::min(leave, last);
+            } else if (!span.contains(from.y)) {
+                leave = -1;
+            }
+            if (enter > leave) {
+                goesOn = false;
+                continue;
+            }
+            const auto at = [&](double share) {
+                return GraphPoint{from.x + share * (to.x - from.x),
+                                  from.y + share * (to.y - from.y)};
+            };
+            if (!goesOn) parts.push_back({enter > 0 ? at(enter) : from});
+            parts.back().push_back(leave < 1 ? at(leave) : to);
+            goesOn = leave >= 1;
+        }
+    }
+    return parts;
 }
 
 std::vector<GraphPoint> symbolPoints(const SfGraph& graph, const Curve& curve) {
@@ -181,7 +216,7 @@ std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Cu
         text += " jumps at " + place + " from " + factorText(options, *jump.before) + " to " +
                 factorText(options, *jump.after);
     else
-        text += (jump.before ? " ends at " : " begins at ") + place;
+        text += (jump.before ? " has no value beyond " : " has no value before ") + place;
     return jump.rule.empty() ? text : text + ": " + jump.rule;
 }
 

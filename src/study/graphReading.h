@@ -16,6 +16,7 @@ namespace telvo::study {
 struct Span {
     double low = 0;
     double high = 0;
+    bool contains(double value) const { return value >= low && value <= high; }
 };
 
 /// "SF" or "SFBAR".
@@ -29,6 +30,9 @@ double fromAxis(const SfGraph& graph, const GraphOptions& options, double axisVa
 /// The axis of the factors. It begins at 0 unless everything lies in the upper part; what towers
 /// above the case, its limits and half of the points is cut off.
 Span factorSpan(const SfGraph& graph);
+
+/// The pieces of a curve as far as they lie in a span of factors, cut on its borders.
+std::vector<std::vector<GraphPoint>> piecesWithin(const Curve& curve, const Span& span);
 
 /// The points of a curve that carry a symbol, some 20, evenly along the axis.
 std::vector<GraphPoint> symbolPoints(const SfGraph& graph, const Curve& curve);

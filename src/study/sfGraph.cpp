@@ -149,7 +149,7 @@ class CurveMaker {
         const double x = middleOf(before, after);
         const double edge = EdgeOfAxis * m_width;
         if (x - m_graph.low < edge || m_graph.high - x < edge) return;
-        Jump jump{x, {}, {}, "No factor: " + why};
+        Jump jump{x, {}, {}, why};
         if (before.factors) jump.before = (*before.factors)[p];
         if (after.factors) jump.after = (*after.factors)[p];
         curve(p).jumps.push_back(std::move(jump));

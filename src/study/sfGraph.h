@@ -46,6 +46,7 @@ struct GraphRange {
 struct GraphPoint {
     double x = 0;
     double y = 0;
+    bool operator==(const GraphPoint&) const = default;
 };
 
 /// A place where a rule switches and the factor jumps.

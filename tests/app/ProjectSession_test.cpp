@@ -98,6 +98,32 @@ TEST_F(ProjectSessionTest, WhatDoesNotOpenLeavesTheCase) {
     EXPECT_EQ(settings.values().MaxLastFiles, 1);
 }
 
+TEST_F(ProjectSessionTest, ImportsAreUntitledAndNotInTheRecentList) {
+    ASSERT_TRUE(session.LoadProjFile(example("two-side-gobs.TLV")));
+    const project::ProjectCase before = session.project();
+    edit();
+    const std::string sibling =
+        folder.put("mine.KRV", "KORV data\r\n" + folder.content("two-side-gobs.TLV") + "tail\r\n");
+    // The dialog first, then the question; No lets the changes go.
+    EXPECT_FALSE(session.importCommand());
+    EXPECT_EQ(dialogs.asked.back(),
+              "Import KORV Project Files|" + folder.root + "|KRV Files (*.KRV)");
+    dialogs.answers = {sibling};
+    messages.answers = {Answer::No};
+    EXPECT_TRUE(session.importCommand());
+    EXPECT_EQ(session.windowTitle(), "Untitled*");
+    EXPECT_EQ(session.project().Input, before.Input);
+    EXPECT_EQ(session.open().Working, before.Input);
+    EXPECT_EQ(settings.values().MaxLastFiles, 1);
+    EXPECT_FALSE(session.LoadKORVFile(folder.put("none.KRV", "nothing\n")));
+    EXPECT_TRUE(wasAsked("Invalid file format"));
+    EXPECT_EQ(session.project().Input, before.Input);
+    // A save asks for a name; the sibling's file is not replaced.
+    EXPECT_FALSE(session.FileMenuSave(false));
+    EXPECT_NE(dialogs.asked.back().find("Save Project As|" + folder.root + "Untitled"),
+              std::string::npos);
+}
+
 TEST_F(ProjectSessionTest, ADamagedFileOpensUnderNoName) {
     std::string bytes = folder.content(fs::path(example("two-side-gobs.TLV")).filename());
     bytes.resize(bytes.size() - 20);

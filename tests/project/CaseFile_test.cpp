@@ -160,6 +160,28 @@ TEST(CaseFile, TagAndEncodingAreRecognised) {
     }
 }
 
+TEST(CaseFile, SectionIsFoundInTheFileOfTheSiblingProgram) {
+    // The first line that is a tag alone begins the case; damage is told by the line of the file.
+    const std::string before = "KORV_100\nTELVO_602,not alone\n TELVO_60\nx\xFFy\n\n";
+    ProjectCase read = newCase(English);
+    EXPECT_TRUE(readCaseSection(before + text() + "more\n", "mine.KRV", read).accepted);
+    ProjectCase whole = newCase(English);
+    readCaseText(text(), "case", whole);
+    EXPECT_EQ(read.Input, whole.Input);
+    EXPECT_EQ(read.FileVersion, CurrentLevel);
+    ProjectCase untouched = newCase(Metric);
+    for (const std::string& none : {before, std::string(), std::string("\0\0", 2)}) {
+        const auto reading = readCaseSection(none, "mine.KRV", untouched);
+        EXPECT_FALSE(reading.accepted);
+        EXPECT_EQ(reading.fault->message, "Invalid file format");
+        EXPECT_EQ(untouched, newCase(Metric));
+    }
+    const auto damaged =
+        readCaseSection(before + "TELVO_602 \n0\nTitle\n##EndDesc##\nx\n", "mine.KRV", read);
+    EXPECT_TRUE(damaged.accepted);
+    EXPECT_EQ(damaged.fault->where, "mine.KRV, line 10");
+}
+
 TEST(CaseFile, EndingTooEarlyKeepsTheItemsReadSoFar) {
     for (std::size_t cut = 1; cut < Count; ++cut) {
         ProjectCase read = before();

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/graphReading.h"
 #include "study/sfGraph.h"
 
 #include "base/numbers.h"
@@ -318,6 +319,21 @@ TEST(SfGraph, LimitsAreThoseOfTheWarnings) {
     ASSERT_EQ(height.size(), 2U);
     EXPECT_EQ(height[1].points.front().x, 21.625);
     EXPECT_EQ(graphOf(panel(2), GraphKind::FirstBarrier).limits.size(), 2U);
+}
+
+TEST(SfGraph, CurvesAreCutAtTheBordersOfTheAxis) {
+    Curve curve;
+    curve.pieces = {{{0, 30}, {1, 10}, {2, 2}, {3, -2}, {4, 2}, {5, 2}}, {{6, 4}}, {{7, 99}}};
+    const auto parts = piecesWithin(curve, {0, 20});
+    ASSERT_EQ(parts.size(), 3U);
+    const auto expectEnds = [&](std::size_t part, GraphPoint first, GraphPoint last) {
+        EXPECT_EQ(parts[part].front(), first) << part;
+        EXPECT_EQ(parts[part].back(), last) << part;
+    };
+    expectEnds(0, {0.5, 20}, {2.5, 0}); // 30 falls by 20 to x = 1; 2 falls by 4 to x = 3
+    expectEnds(1, {3.5, 0}, {5, 2});
+    expectEnds(2, {6, 4}, {6, 4});
+    EXPECT_EQ(parts[0].size(), 4U);
 }
 
 } // namespace

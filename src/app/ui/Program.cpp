@@ -21,6 +21,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QPrinter>
+#include <QProcess>
 #include <QStandardPaths>
 #include <QTextDocument>
 #include <QUrl>
@@ -211,6 +212,23 @@ void Program::openDocument(const std::string& path) {
         m_messages.tell("Requested File not found: " + path);
     else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(toQt(path))))
         m_messages.tell("No program of this desktop opens " + path);
+}
+
+void Program::openInEditor(const std::string& path) {
+    const QString editor = toQt(m_settings.values().ExternalEditor);
+    // A program whose name has blanks in it, or one with arguments.
+    QStringList command{editor};
+    if (!QFileInfo(editor).isFile() && QStandardPaths::findExecutable(editor).isEmpty())
+        command = QProcess::splitCommand(editor);
+    if (command.isEmpty()) {
+        m_messages.tell("No external editor is set. Check Utilities, Settings");
+        return;
+    }
+    const QString program = command.takeFirst();
+    if (QProcess::startDetached(program, command << toQt(path)))
+        m_messages.history("External editor: " + path);
+    else
+        m_messages.tell("The external editor did not start: " + fromQt(editor));
 }
 
 } // namespace telvo::app::ui

@@ -65,6 +65,8 @@ class Program {
     void showHelp(const QString& topic);
     /// Opens a file with the desktop's program for it; tells when it is missing.
     void openDocument(const std::string& path);
+    /// Opens a file in the external editor of the settings; tells when it does not start.
+    void openInEditor(const std::string& path);
 
   private:
     void loadMainWindow();

@@ -18,10 +18,13 @@
 #include "project/ui/frmUnits.h"
 #include "project/units.h"
 #include "report/ui/frmPreview.h"
+#include "util/ui/frmTextBrow.h"
 
 #include <cstdlib>
 #include <QApplication>
 #include <QClipboard>
+#include <QPrinter>
+#include <QTextDocument>
 #include <utility>
 
 namespace telvo::app::ui {
@@ -63,6 +66,46 @@ void Commands::fileOpen() {
 
 void Commands::fileSave(bool saveAs) {
     m_program.session().FileMenuSave(saveAs);
+}
+
+void Commands::importKORV() {
+    m_program.session().importCommand();
+}
+
+void Commands::viewSourceFiles() {
+    note("Text browser");
+    Settings& s = m_program.settings().values();
+    util::ui::BrowseActions actions;
+    actions.openOutside = [this](const std::string& path) { m_program.openInEditor(path); };
+    actions.print = [this](const QTextDocument& text, const std::string& path, QWidget* parent) {
+        printDocument(text, path, parent);
+    };
+    const util::ui::BrowseOptions before{s.BrowseFontName,      s.BrowseFontSize,
+                                         s.BrowseFontBold,      s.BrowseFontItalic,
+                                         s.BrowseDefaultFilter, s.BrowseUseNotepad};
+    actions.keep = [&](const util::ui::BrowseOptions& now) {
+        if (now == before) return;
+        s.BrowseFontName = now.BrowseFontName;
+        s.BrowseFontSize = now.BrowseFontSize;
+        s.BrowseFontBold = now.BrowseFontBold;
+        s.BrowseFontItalic = now.BrowseFontItalic;
+        s.BrowseDefaultFilter = now.BrowseDefaultFilter;
+        s.BrowseUseNotepad = now.BrowseUseNotepad;
+        const Status saved = m_program.settings().SaveSettings(SettingsSaveMode::TextBrowse);
+        if (!saved) m_program.messages().tell(faultText(saved.fault()));
+    };
+    util::ui::frmTextBrow(before, s.DataPath, s.FileExtension, std::move(actions),
+                          m_program.formServices(), &m_window)
+        .exec();
+}
+
+void Commands::printDocument(const QTextDocument& text, const std::string& name, QWidget* parent) {
+    const bool printed =
+        m_program.printer().print(name, parent, QObject::tr("Print"), [&text](QPrinter& printer) {
+            text.print(&printer);
+            return printer.printerState() != QPrinter::Error;
+        });
+    note(printed ? "Text printed" : "Printing aborted");
 }
 
 void Commands::openRecent(int slot) {

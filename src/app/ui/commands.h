@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+class QTextDocument;
+
 namespace telvo::project::ui {
 class frmTELVODesc;
 class frmTELVOParm;
@@ -31,6 +33,8 @@ class Commands {
     void fileNew();
     void fileOpen();
     void fileSave(bool saveAs);
+    void importKORV();
+    void viewSourceFiles();
     void openRecent(int slot);
     void printerSetup();
     void print();
@@ -82,6 +86,7 @@ class Commands {
     void stopReminding();
     /// Remembers a window that draws until the user closes it.
     void keep(QWidget& drawing);
+    void printDocument(const QTextDocument& text, const std::string& name, QWidget* parent);
     void printPicture(const telvo::ui::Picture& picture, QWidget* parent);
 
     Program& m_program;

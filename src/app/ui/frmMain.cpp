@@ -73,7 +73,8 @@ void frmMain::buildMenus() {
          {tr("Save &As..."), [&c] { c.fileSave(true); }, tr("Save the case under another name"),
           QKeySequence("Ctrl+Shift+S")},
          {},
-         {tr("&Import KORV Project..."), {}, tr("Not in this version yet")},
+         {tr("&Import KORV Project..."), [&c] { c.importKORV(); },
+          tr("Import the case in a project file of the sibling program")},
          {},
          {tr("Printer Set&up..."), [&c] { c.printerSetup(); },
           tr("Choose the printer and the orientation")},
@@ -82,7 +83,8 @@ void frmMain::buildMenus() {
          {tr("Print Pre&view..."), [&c] { c.preview(); },
           tr("Show the input of the case as it is printed")},
          {},
-         {tr("&View Source Files..."), {}, tr("Not in this version yet")},
+         {tr("&View Source Files..."), [&c] { c.viewSourceFiles(); },
+          tr("Read project files and other text files")},
          {},
          {tr("E&xit"), [this] { close(); }, tr("End the program"), QKeySequence::Quit}});
     m_recentSeparator = file->addSeparator();

@@ -107,4 +107,11 @@ void Form::help() {
     if (m_services.showHelp) m_services.showHelp(m_helpTopic);
 }
 
+void describe(QWidget& control, const QString& name, const QString& accessibleName,
+              const QString& toolTip) {
+    control.setObjectName(name);
+    control.setAccessibleName(QString(accessibleName).remove('&').remove(':'));
+    control.setToolTip(toolTip);
+}
+
 } // namespace telvo::ui

@@ -67,4 +67,9 @@ class Form : public QDialog {
     bool m_placed = false;
 };
 
+/// Gives a control its names and its tool tip.
+/// Given: accessibleName  such as its caption; "&" and ":" are taken out
+void describe(QWidget& control, const QString& name, const QString& accessibleName,
+              const QString& toolTip);
+
 } // namespace telvo::ui

@@ -2,6 +2,7 @@
 #include "cli/ui/drawCase.h"
 
 #include "app/caseRun.h"
+#include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "plot/distribution.h"
 #include "plot/panelPlan.h"
@@ -51,7 +52,7 @@ Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
     study::GraphOptions drawing;
     drawing.GridStyle = 3;
     drawing.GraphUnits = current.Units;
-    drawing.GraphTitle = study::GraphCaptions[index];
+    drawing.GraphTitle = titles::Program;
     drawing.XAxisTitle = study::GraphAxisTitles[index];
     drawing.YAxisTitle = ofBarrier ? "Barrier Stability Factor" : "Stability Factor";
     drawing.RoundTELVOSF = options.report.RoundTELVOSF;

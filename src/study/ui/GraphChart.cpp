@@ -19,7 +19,8 @@ constexpr double CurveWidth = 1.5; // points
 constexpr double ThinWidth = 0.75;
 constexpr double OwnMarkScale = 1.9; // of the symbols
 constexpr double EndMarkScale = 1.1;
-constexpr double CoverPixels = 4; // between points that a label may not cover
+constexpr double MarkedStep = 0.03; // share of the axis from which the ends of a jump are marked
+constexpr double CoverPixels = 4;   // between points that a label may not cover
 
 /// Numbers of the axes without a locale.
 class PlainTicker : public QCPAxisTicker {
@@ -170,8 +171,12 @@ QCPGraph* GraphChart::addSeries(const QString& name, const std::vector<GraphPoin
 
 void GraphChart::addMarks(const QString& name, const std::vector<GraphPoint>& points,
                           const QCPScatterStyle& style) {
-    if (points.empty()) return;
-    QCPGraph* marks = addSeries(name, points);
+    std::vector<GraphPoint> seen;
+    std::copy_if(
+        points.begin(), points.end(), std::back_inserter(seen),
+        [span = factorSpan(m_graph)](const auto& point) { return span.contains(point.y); });
+    if (seen.empty()) return;
+    QCPGraph* marks = addSeries(name, seen);
     marks->setLineStyle(QCPGraph::lsNone);
     marks->setScatterStyle(style);
 }
@@ -179,6 +184,7 @@ void GraphChart::addMarks(const QString& name, const std::vector<GraphPoint>& po
 QCPItemText* GraphChart::addLabel(const QColor& colour, const QFont& font) {
     auto* label = new QCPItemText(this);
     label->setClipToAxisRect(false);
+    label->setTextAlignment(Qt::AlignLeft);
     label->position->setType(QCPItemPosition::ptAbsolute);
     label->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
     label->setColor(colour);
@@ -205,7 +211,8 @@ void GraphChart::composeCurve(std::size_t index) {
     const QColor colour = curveColour(index);
     const QPen line(colour, CurveWidth * m_ink.pointsToPixels,
                     index % 2 == 0 ? Qt::SolidLine : Qt::DashLine);
-    for (const auto& piece : curve.pieces) {
+    // Cut here and not by the painter: not every picture file knows clipping.
+    for (const auto& piece : piecesWithin(curve, factorSpan(m_graph))) {
         QCPGraph* series = addSeries("piece:" + name, piece);
         series->setPen(m_options.GraphStyle == SymbolsOnly ? QPen(Qt::NoPen) : line);
     }
@@ -224,8 +231,17 @@ void GraphChart::composeEnds(std::size_t index) {
     const Curve& curve = m_graph.curves[index];
     const QString name = toQt(curve.name);
     const QColor colour = curveColour(index);
+    const Span span = factorSpan(m_graph);
+    const auto cut = [&span](double y) { return std::clamp(y, span.low, span.high); };
     std::vector<GraphPoint> open, closed;
     for (const Jump& jump : curve.jumps) {
+        if (jump.before && jump.after)
+            addSeries("jumps:" + name, {{jump.x, cut(*jump.before)}, {jump.x, cut(*jump.after)}})
+                ->setPen(QPen(colour, ThinWidth * m_ink.pointsToPixels, Qt::DotLine));
+        // The many small steps of rounded factors would hide the curve behind their ends.
+        if (jump.before && jump.after &&
+            std::abs(*jump.after - *jump.before) < MarkedStep * (span.high - span.low))
+            continue;
         double left = HUGE_VAL, right = HUGE_VAL; // distances to the ends of the pieces beside it
         for (const auto& piece : curve.pieces) {
             if (piece.empty()) continue;
@@ -236,9 +252,6 @@ void GraphChart::composeEnds(std::size_t index) {
         if (jump.before) (closedBefore ? closed : open).push_back({jump.x, *jump.before});
         if (jump.after)
             (closedBefore && jump.before ? open : closed).push_back({jump.x, *jump.after});
-        if (jump.before && jump.after)
-            addSeries("jumps:" + name, {{jump.x, *jump.before}, {jump.x, *jump.after}})
-                ->setPen(QPen(colour, ThinWidth * m_ink.pointsToPixels, Qt::DotLine));
     }
     const double size = EndMarkScale * 4.5 * m_ink.pointsToPixels;
     const QPen pen(colour, ThinWidth * m_ink.pointsToPixels);

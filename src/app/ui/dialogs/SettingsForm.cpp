@@ -10,12 +10,7 @@
 
 namespace telvo::app::ui {
 
-void describe(QWidget& control, const QString& name, const QString& accessibleName,
-              const QString& toolTip) {
-    control.setObjectName(name);
-    control.setAccessibleName(QString(accessibleName).remove('&').remove(':'));
-    control.setToolTip(toolTip);
-}
+using telvo::ui::describe;
 
 SettingsForm::SettingsForm(SettingsStore& store, SettingsSaveMode mode, const QString& name,
                            std::string_view prefix, const QString& helpTopic,

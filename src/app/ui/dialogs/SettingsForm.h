@@ -65,8 +65,4 @@ class SettingsForm : public telvo::ui::Form {
     Settings m_shown;
 };
 
-/// Gives a control its names and its tool tip.
-void describe(QWidget& control, const QString& name, const QString& accessibleName,
-              const QString& toolTip);
-
 } // namespace telvo::app::ui

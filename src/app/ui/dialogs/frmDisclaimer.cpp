@@ -10,6 +10,8 @@
 
 namespace telvo::app::ui {
 
+using telvo::ui::describe;
+
 frmDisclaimer::frmDisclaimer(SettingsStore& store, const telvo::ui::FormServices& services,
                              QWidget* parent)
     : SettingsForm(store, SettingsSaveMode::Settings, "frmDisclaimer",

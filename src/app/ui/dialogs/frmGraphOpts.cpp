@@ -19,6 +19,7 @@
 
 namespace telvo::app::ui {
 
+using telvo::ui::describe;
 using telvo::ui::fromQt;
 using telvo::ui::toQt;
 

@@ -21,6 +21,7 @@
 
 namespace telvo::app::ui {
 
+using telvo::ui::describe;
 using telvo::ui::fromQt;
 using telvo::ui::NumberEdit;
 using telvo::ui::toQt;

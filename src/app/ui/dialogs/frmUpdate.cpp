@@ -9,6 +9,8 @@
 
 namespace telvo::app::ui {
 
+using telvo::ui::describe;
+
 frmUpdate::frmUpdate(SettingsStore& store, const telvo::ui::FormServices& services, QWidget* parent,
                      std::string_view page)
     : SettingsForm(store, SettingsSaveMode::Settings, "frmUpdate",
