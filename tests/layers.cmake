@@ -2,6 +2,7 @@ cmake_minimum_required(VERSION 3.25)
 # Reads every include under src/ against the table of layers: a folder may include itself and what
 # stands behind it here. A file that includes Qt lies in a ui/ folder.
 set(base "")
+set(help "base")
 set(project "base")
 set(table "base;project")
 set(engine "base;project")
@@ -10,7 +11,7 @@ set(explain "base;project;engine;report")
 set(plot "base;project;engine;report")
 set(study "base;project;engine;report;plot")
 set(util "base")
-set(app "base;project;table;engine;report;explain;plot;study;util")
+set(app "base;help;project;table;engine;report;explain;plot;study;util")
 set(cli "base;project;table;engine;report;explain;plot;study;util;app")
 
 set(faults 0)

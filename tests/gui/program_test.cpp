@@ -143,6 +143,7 @@ class ProgramTest : public QObject {
     void plotsStayThoseOfTheirRun();
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
+    void f1OnAFieldOpensTheTopicOfThatInput();
     void recentFilesFollowTheirSettings();
     void hostileSettingsBecomeTheirDefaults();
     void theParameterFormBlocksTheMainWindow();
@@ -410,6 +411,32 @@ void ProgramTest::viewRefusesPillarsWithoutSize() {
     type(*form, "txtXcutSpacing", "20"); // as wide as the entry: no pillar is left
     click(*form, "cmdView");
     QVERIFY(home.wasAsked("Invalid Pillar Dimensions"));
+}
+
+void ProgramTest::f1OnAFieldOpensTheTopicOfThatInput() {
+    Home home;
+    QDir().mkpath(home.folder.filePath("install/help"));
+    home.put(home.path("install/help/contents.txt"),
+             "T\t1\tProjectInputParameters.htm\tParameters\nT\t2\tDepthCover.htm\tDepth of Cover\n"
+             "C\tfrmTELVOParm/txtDepthCover\tDepthCover.htm\n");
+    for (const char* page : {"ProjectInputParameters.htm", "DepthCover.htm"})
+        home.put(home.path("install/help/") + page, "<p>page</p>");
+    home.start();
+    QVERIFY(!home.window<QWidget>("frmHelp")); // it is not made before it is asked for
+    home.trigger("mnuEditItem_1");
+    auto* form = home.window<QWidget>("frmTELVOParm");
+    control(*form, "txtDepthCover").setFocus();
+    QTest::keyClick(&control(*form, "txtDepthCover"), Qt::Key_F1);
+    auto* help = home.window<QWidget>("frmHelp");
+    QVERIFY(help && help->isVisible() && help->windowTitle().startsWith("Depth of Cover"));
+    QCOMPARE(home.status(), "Editing Project Parameters"); // help is no command of the case
+    click(*form, "cmdHelp");
+    QVERIFY(help->windowTitle().startsWith("Parameters"));
+    QVERIFY(home.history().ends_with("Help: ProjectInputParameters.htm"));
+    home.answers = {Answer::Yes}; // the form may be left
+    form->close();
+    QVERIFY(home.quit());
+    QVERIFY(!help->isVisible()); // it does not keep the program running
 }
 
 void ProgramTest::recentFilesFollowTheirSettings() {

@@ -8,6 +8,8 @@
 #include "base/files.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "help/ui/frmHelp.h"
+#include "report/ui/PrintDialogs.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -18,8 +20,10 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QPrinter>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QTextDocument>
 #include <QUrl>
 #include <utility>
 
@@ -28,10 +32,13 @@ namespace telvo::app::ui {
 using telvo::ui::fromQt;
 using telvo::ui::toQt;
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr std::string_view SettingsFile = "TELVO.INI";
 constexpr std::string_view WindowsFile = "TELVO-windows.ini";
+constexpr std::string_view HelpFolder = "help"; // in the install folder
 constexpr std::string_view HelpFile = "TELVO.CHM";
 
 /// The first of the four fonts that is installed, else the desktop's own.
@@ -159,6 +166,7 @@ void Program::openFirstFiles() {
 }
 
 void Program::shutDown() {
+    if (m_help) m_help->close();
     m_places.save(*m_window);
     m_decimalSymbol.restore();
     (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
@@ -166,12 +174,36 @@ void Program::shutDown() {
 }
 
 telvo::ui::FormServices Program::formServices() {
-    return {m_messages, [this](const QString& topic) { showHelp(topic); }, &m_places};
+    return {m_messages, [this](const QString& topic) { showHelp(topic); }, &m_places,
+            [this](const QString& form, const QString& control) {
+                const auto* window = helpWindow();
+                return window ? window->addressOf(form, control) : QString();
+            }};
+}
+
+help::ui::frmHelp* Program::helpWindow() {
+    if (m_help) return m_help.get();
+    const fs::path folder = pathFromUtf8(m_folders.InstallFolder) / HelpFolder / "";
+    auto book = help::HelpBook::open(utf8FromPath(folder));
+    if (!book) return nullptr;
+    help::ui::HelpActions actions;
+    actions.print = [this](QTextDocument& page, QWidget* parent) {
+        QPrinter printer;
+        if (m_surroundings.printDialogs.choosePrinter(printer, parent, "Print Help"))
+            page.print(&printer);
+    };
+    actions.openExternal = [](const QUrl& url) { QDesktopServices::openUrl(url); };
+    m_help = std::make_unique<help::ui::frmHelp>(std::move(*book), m_messages, std::move(actions),
+                                                 &m_places);
+    return m_help.get();
 }
 
 void Program::showHelp(const QString& topic) {
     m_messages.history("Help: " + (topic.isEmpty() ? std::string("Contents") : fromQt(topic)));
-    openDocument(m_folders.InstallFolder + std::string(HelpFile));
+    if (auto* window = helpWindow())
+        window->showTopic(topic);
+    else
+        openDocument(m_folders.InstallFolder + std::string(HelpFile));
 }
 
 void Program::openDocument(const std::string& path) {

@@ -15,6 +15,10 @@
 #include <memory>
 #include <string>
 
+namespace telvo::help::ui {
+class frmHelp;
+}
+
 namespace telvo::app::ui {
 
 class frmMain;
@@ -56,7 +60,8 @@ class Program {
     std::chrono::year_month_day today() const { return m_surroundings.today; }
 
     telvo::ui::FormServices formServices();
-    /// Opens a topic of the help, "" its contents; tells when the help is not installed.
+    /// Opens a topic of the help, "" its contents, "Index" its index; tells when the help is not
+    /// installed.
     void showHelp(const QString& topic);
     /// Opens a file with the desktop's program for it; tells when it is missing.
     void openDocument(const std::string& path);
@@ -66,6 +71,8 @@ class Program {
   private:
     void loadMainWindow();
     void openFirstFiles();
+    /// The help as it is installed, read when it is first asked for; nullptr: it is not there.
+    help::ui::frmHelp* helpWindow();
 
     Surroundings m_surroundings;
     DesktopMessages m_messages;
@@ -76,6 +83,7 @@ class Program {
     report::ui::ReportPrinter m_printer;
     telvo::ui::WindowPlaces m_places;
     RecoveryKeeper m_recovery;
+    std::unique_ptr<help::ui::frmHelp> m_help;
     std::unique_ptr<frmMain> m_window;
 };
 

@@ -82,8 +82,8 @@ void Form::showEvent(QShowEvent* event) {
 }
 
 void Form::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_F1)
-        help();
+    if (event->key() == Qt::Key_F1 && m_services.showHelp)
+        m_services.showHelp(focusTopic());
     else
         QDialog::keyPressEvent(event);
 }
@@ -91,6 +91,16 @@ void Form::keyPressEvent(QKeyEvent* event) {
 void Form::copyPicture() {
     QApplication::clipboard()->setPixmap(grab());
     messages().status("Screenshot of dialog copied to clipboard");
+}
+
+QString Form::focusTopic() const {
+    QWidget* control = m_services.topicOf ? focusWidget() : nullptr;
+    for (; control && control != this; control = control->parentWidget()) {
+        if (control->objectName().isEmpty()) continue;
+        const QString topic = m_services.topicOf(objectName(), control->objectName());
+        if (!topic.isEmpty()) return topic;
+    }
+    return m_helpTopic;
 }
 
 void Form::help() {

@@ -18,6 +18,8 @@ struct FormServices {
     Messages& messages;
     std::function<void(const QString& topic)> showHelp;
     WindowPlaces* places = nullptr; ///< nullptr: sizes are not remembered
+    /// Where F1 on a control of a form leads; "" for the topic of the form.
+    std::function<QString(const QString& form, const QString& control)> topicOf = {};
 };
 
 /// A dialog of the program: object name, remembered size, help on F1, messages under its title, a
@@ -56,6 +58,8 @@ class Form : public QDialog {
   private:
     void copyPicture();
     void help();
+    /// The topic of the control with the focus, or of what it lies in; else that of the form.
+    QString focusTopic() const;
 
     std::string_view m_prefix;
     QString m_helpTopic;

@@ -1,0 +1,132 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Writes the pages of the help, the list of its contents and the texts for its search."""
+
+import copy
+import html
+import os
+import shutil
+import xml.etree.ElementTree as ElementTree
+
+from book import HEADINGS, DocsError, plain
+
+WIDEST = 640  # logical pixels of a picture
+WIDE_ROW = 80  # characters
+PAGE = """<!DOCTYPE html>
+<html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
+<link rel="stylesheet" type="text/css" href="help.css"/></head>
+<body>
+{body}
+</body></html>
+"""
+
+
+class Help:
+    """The help of one or more manuals in a folder."""
+
+    def __init__(self, manuals, folder, sources):
+        self.manuals = manuals
+        self.folder = folder
+        self.sources = sources  # folder of formulas/ and pictures/
+        self.topics = [(manual, topic) for manual in manuals for topic in manual.topics]
+        self.ids = {}
+        for manual in manuals:
+            for name, topic in manual.ids.items():
+                if name in self.ids:
+                    raise DocsError(f"{manual.folder}: the name {name} is there twice")
+                self.ids[name] = topic
+
+    def write(self, stylesheet):
+        shutil.rmtree(self.folder, ignore_errors=True)
+        os.makedirs(self.folder)
+        shutil.copy(stylesheet, os.path.join(self.folder, "help.css"))
+        contents, texts = [], []
+        for index, (_, topic) in enumerate(self.topics):
+            elements = [self._element(element, topic) for element in topic.body]
+            elements += self._children(index)
+            body = "\n".join(ElementTree.tostring(e, encoding="unicode", method="html").strip()
+                             for e in elements)
+            self._store(topic.name + ".htm",
+                        PAGE.format(title=html.escape(topic.title), body=body))
+            contents.append(f"T\t{topic.level}\t{topic.name}.htm\t{topic.title}")
+            for letter, rows in (("K", topic.keywords), ("C", topic.controls)):
+                contents += [f"{letter}\t{text}\t{address(topic, anchor)}" for text, anchor in rows]
+            words = " ".join(plain(e) for e in topic.body[1:])
+            texts.append(f"{topic.name}.htm\t{words}")
+        self._store("contents.txt", "\n".join(contents) + "\n")
+        self._store("search.txt", "\n".join(texts) + "\n")
+
+    def _children(self, index):
+        """Links to the pages below a page."""
+        level = self.topics[index][1].level
+        below = []
+        for _, topic in self.topics[index + 1:]:
+            if topic.level <= level:
+                break
+            if topic.level == level + 1:
+                below.append(topic)
+        if not below:
+            return []
+        box = ElementTree.Element("div", {"class": "below"})
+        for topic in below:
+            line = ElementTree.SubElement(box, "p")
+            ElementTree.SubElement(line, "a", href=topic.name + ".htm").text = topic.title
+        return [box]
+
+    def _element(self, element, topic):
+        element = copy.deepcopy(element)
+        for parent in list(element.iter()):
+            if parent.tag in HEADINGS:  # every page begins with a heading of the first order
+                parent.tag = f"h{max(1, HEADINGS[parent.tag] - topic.level + 1)}"
+            if parent.tag == "table":
+                parent.attrib.update(border="1", cellspacing="0", cellpadding="4")
+                if any(len(plain(row)) > WIDE_ROW for row in parent.iter("tr")):
+                    parent.set("width", "97%")  # left to itself it sticks out a little
+            if parent.tag == "a" and parent.get("href"):
+                parent.set("href", self._target(parent.get("href"), topic))
+            if parent.tag == "img":
+                self._picture(parent, topic)
+            name = parent.attrib.pop("id", None)
+            if name:  # the oldest way to name a place is understood everywhere
+                anchor = ElementTree.Element("a", name=name)
+                anchor.tail, parent.text = parent.text, None
+                parent.insert(0, anchor)
+        return element
+
+    def _target(self, link, topic):
+        if link.startswith(("http://", "https://")):
+            return link
+        name = link.removeprefix("#")
+        if name == link or name not in self.ids:
+            raise DocsError(f"{topic.name}: link to {link}, which is nowhere")
+        page = self.ids[name]
+        return page + ".htm" + ("" if page == name else "#" + name)
+
+    def _picture(self, image, topic):
+        image.attrib.pop("style", None)
+        if "inline" in image.get("class", ""):
+            image.set("style", "vertical-align: middle")
+        source = os.path.splitext(image.get("src"))[0] + ".png"
+        image.set("src", source)
+        path = os.path.join(self.sources, source)
+        if not os.path.exists(path):
+            raise DocsError(f"{topic.name}: there is no picture {source}")
+        target = os.path.join(self.folder, source)
+        os.makedirs(os.path.dirname(target), exist_ok=True)
+        from PIL import Image
+        with Image.open(path) as picture:
+            if picture.width > 2 * WIDEST:
+                height = round(picture.height * 2 * WIDEST / picture.width)
+                picture = picture.convert("RGB").resize((2 * WIDEST, height), Image.LANCZOS)
+                picture.save(target, optimize=True)
+            else:
+                shutil.copy(path, target)
+            image.set("width", str(round(picture.width / 2)))
+            image.set("height", str(round(picture.height / 2)))
+
+    def _store(self, name, text):
+        with open(os.path.join(self.folder, name), "w", encoding="utf-8", newline="\n") as file:
+            file.write(text)
+
+
+def address(topic, anchor):
+    return f"{topic.name}.htm" + (f"#{anchor}" if anchor else "")

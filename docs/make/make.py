@@ -1,0 +1,90 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Makes the help and the manuals of TELVO from the folders below docs/. See docs/README.md."""
+
+import argparse
+import glob
+import os
+import shutil
+import subprocess
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+
+from book import DocsError, Manual  # noqa: E402
+from formulas import Formulas  # noqa: E402
+from help import Help  # noqa: E402
+
+SCREENS_CASE = "two-side-gobs.TLV"
+HERE = os.path.dirname(os.path.abspath(__file__))
+
+
+def draw(listing, examples, program, folder):
+    """Drawings by the console program: one line each, name, case and what it is called with."""
+    os.makedirs(folder, exist_ok=True)
+    with open(listing, encoding="utf-8") as file:
+        lines = [line.split() for line in file if line.strip() and not line.startswith("#")]
+    for name, case, *arguments in lines:
+        for extension, more in ((".svg", []), (".png", ["--dpi", "140"])):
+            subprocess.run([program, "plot", os.path.join(examples, case), *arguments, *more,
+                            "-o", os.path.join(folder, name + extension), "--force"], check=True)
+
+
+def photograph(program, what, folder):
+    """Pictures of the windows by the windows themselves."""
+    subprocess.run([program, *what, folder], check=True)
+
+
+def arguments():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--docs", required=True, help="folder with the manuals")
+    parser.add_argument("--build", required=True, help="folder for everything that is made")
+    parser.add_argument("--version", required=True)
+    parser.add_argument("--examples", help="folder of the example cases")
+    parser.add_argument("--cli", help="console program, which draws the pictures")
+    parser.add_argument("--screens", help="program that takes the pictures of the windows")
+    parser.add_argument("--only", choices=["help", "pdf", "chm"], action="append",
+                        help="what is made; everything but the CHM unless given")
+    return parser.parse_args()
+
+
+def main():
+    given = arguments()
+    wanted = given.only or ["help", "pdf"]
+    pictures = os.path.join(given.build, "pictures")
+    if given.cli:
+        draw(os.path.join(given.docs, "drawings.txt"), given.examples, given.cli, pictures)
+    if given.screens:
+        photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
+    formulas = Formulas(os.path.join(given.build, "formulas"))
+    folders = [os.path.dirname(path)
+               for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
+    manuals = [Manual(folder, formulas) for folder in folders]
+    # The user manual leads the contents of the help.
+    manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
+    in_help = [manual for manual in manuals if manual.settings.getboolean("help", False)]
+    pages = Help(in_help, os.path.join(given.build, "help"), given.build)
+    stylesheet = os.path.join(HERE, "help.css")
+    if given.screens:
+        # The help window shows the help, which shows the help window.
+        shutil.copy(os.path.join(pictures, "frmMain.png"), os.path.join(pictures, "frmHelp.png"))
+        pages.write(stylesheet)
+        photograph(given.screens, ["help", pages.folder + os.sep], pictures)
+    if "help" in wanted or "chm" in wanted:
+        pages.write(stylesheet)
+    if "pdf" in wanted:
+        import pdf
+        everything = {name for manual in manuals for name in manual.ids}
+        for manual in manuals:
+            pdf.write(manual, everything, os.path.join(given.build, manual.settings["file"]),
+                      given.version, os.path.join(HERE, "print.css"), given.build)
+    if "chm" in wanted:
+        import chm
+        chm.write(pages, os.path.join(given.build, "chm"), "TELVO.CHM")
+
+
+if __name__ == "__main__":
+    try:
+        main()
+    except DocsError as fault:
+        sys.exit(f"docs: {fault}")

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Links and pictures are checked while the help is made; here what the program expects of it.
+#include "app/caseRun.h"
+#include "base/files.h"
+#include "base/text.h"
+#include "help/HelpBook.h"
+#include "project/CaseFile.h"
+#include "project/inputFields.h"
+#include "project/parameterFields.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+#include <set>
+
+namespace telvo::help {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Docs : testing::Test {
+    HelpBook book = *HelpBook::open(TELVO_HELP_DIR);
+
+    bool inIndex(std::string_view words) const {
+        return std::any_of(book.index().begin(), book.index().end(),
+                           [&](const IndexLine& line) { return line.words == words; });
+    }
+    static std::string page(const std::string& address) {
+        return *readFile(TELVO_HELP_DIR + address.substr(0, address.find('#')));
+    }
+};
+
+TEST_F(Docs, EveryFieldHasATopicWithTheRangeThatTheProgramChecks) {
+    for (const project::ParameterField& field : project::parameterFields()) {
+        const std::string address = book.addressOf("frmTELVOParm", field.control);
+        ASSERT_NE(book.find(address), HelpBook::npos) << field.control;
+        EXPECT_NE(page(address).find("<td>" + std::string(field.valid) + "</td>"),
+                  std::string::npos)
+            << field.control << ": " << field.valid;
+    }
+    const std::string distances = book.addressOf("frmTELVOParm", "txtXcutCenters_9");
+    ASSERT_NE(book.find(distances), HelpBook::npos);
+    EXPECT_NE(page(distances).find(project::DistanceValid), std::string::npos);
+}
+
+TEST_F(Docs, EveryInputOfTheRecordStandsInTheIndex) {
+    int inputs = 0;
+    const project::ProjectInput input;
+    project::visitInputFields(input, [&](const char* name, project::FieldKind, const auto&) {
+        ++inputs;
+        EXPECT_TRUE(inIndex(name)) << name;
+    });
+    EXPECT_EQ(inputs, 31);
+}
+
+TEST_F(Docs, EveryFormHasATopicAndEveryTopicThatAFormNamesIsThere) {
+    const std::regex form("\"(frm[A-Z]\\w+)\""), topic("\"(\\w+\\.htm)\"");
+    std::set<std::string> forms, topics;
+    for (const auto& entry : fs::recursive_directory_iterator(TELVO_SOURCE_DIR)) {
+        if (entry.path().extension() != ".cpp") continue;
+        const std::string text = *readFile(entry.path().string());
+        const auto collect = [&](const std::regex& pattern, std::set<std::string>& found) {
+            for (std::sregex_iterator i(text.begin(), text.end(), pattern), end; i != end; ++i)
+                found.insert((*i)[1]);
+        };
+        collect(form, forms);
+        collect(topic, topics);
+    }
+    EXPECT_GT(forms.size(), 12U);
+    for (const std::string& name : forms)
+        EXPECT_TRUE(inIndex(name)) << name;
+    EXPECT_GT(topics.size(), 10U);
+    for (const std::string& name : topics)
+        EXPECT_NE(book.find(name), HelpBook::npos) << name;
+}
+
+/// The labels of a page: what stands before dots, and the names of the barriers' load table.
+std::set<std::string> labelsOf(const std::string& page) {
+    static const std::set<std::string> loads = {"Tributary Area",   "Front Abutment",
+                                                "Side Abutment",    "Pressure Arch",
+                                                "Stability Factor", "LTRANSBAR"};
+    std::set<std::string> labels;
+    for (const auto line : splitLines(page)) {
+        const std::size_t dots = line.find("..");
+        const std::string label(trimmed(line.substr(0, std::min<std::size_t>(dots, 20))));
+        if (dots == std::string_view::npos && loads.contains(label))
+            labels.insert(label);
+        else if (dots != std::string_view::npos && dots > 0)
+            labels.emplace(trimmed(line.substr(0, std::min(dots, line.find(" #")))));
+    }
+    return labels;
+}
+
+TEST_F(Docs, EveryLineOfTheReportStandsInTheIndex) {
+    std::set<std::string> labels;
+    for (const char* folder : {TELVO_EXAMPLES_DIR, TELVO_CASES_DIR})
+        for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+            if (entry.path().extension() != ".TLV") continue;
+            project::ProjectCase current;
+            project::readCaseFile(entry.path().string(), current);
+            const auto outcome = app::runCase(current);
+            if (const auto* run = std::get_if<app::CaseRun>(&outcome))
+                for (const std::string& page : run->pages)
+                    labels.merge(labelsOf(page));
+        }
+    EXPECT_GT(labels.size(), 50U);
+    for (const std::string& label : labels)
+        EXPECT_TRUE(inIndex(label)) << label;
+}
+
+TEST_F(Docs, NoTopicIsEmpty) {
+    for (const Topic& topic : book.topics())
+        EXPECT_FALSE(book.search(topic.title).empty()) << topic.title;
+    EXPECT_GT(book.topics().size(), 80U);
+}
+
+} // namespace
+} // namespace telvo::help
