@@ -104,14 +104,35 @@ Status AtomicFile::write(std::string_view bytes) {
     return success();
 }
 
+Status AtomicFile::close() {
+    if (isClosed() || ::close(std::exchange(m_descriptor, -1)) == 0) return success();
+    return fault("");
+}
+
+Status AtomicFile::flush(const fs::path& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+#ifdef __linux__
+    const bool flushed = descriptor >= 0 && ::syncfs(descriptor) == 0;
+#else
+    const bool flushed = descriptor >= 0;
+    ::sync();
+#endif
+    const int error = errno;
+    if (descriptor >= 0) ::close(descriptor);
+    if (flushed) return success();
+    return Fault{"cannot be written: " + reason(error), utf8FromPath(folder)};
+}
+
 Status AtomicFile::commit() {
     const bool direct = m_temporary.empty();
-    if (!direct && ::fsync(m_descriptor) != 0) return fault("");
-    if (::close(std::exchange(m_descriptor, -1)) != 0) return fault("");
+    const bool flushed = isClosed(); // with its folder, by the caller
+    if (!flushed && !direct && ::fsync(m_descriptor) != 0) return fault("");
+    if (const Status closed = close(); !closed) return closed.fault();
     if (direct) return success();
 
     if (::rename(m_temporary.c_str(), m_target.c_str()) != 0) return fault("");
     m_temporary.clear();
+    if (flushed) return success();
     // The new name is on the disk only after its folder is. The case itself is whole by now, so a
     // file system that cannot flush a folder is no failed save.
     const fs::path folder = m_target.has_parent_path() ? m_target.parent_path() : ".";

@@ -67,9 +67,20 @@ Status AtomicFile::write(std::string_view bytes) {
     return success();
 }
 
-Status AtomicFile::commit() {
+Status AtomicFile::close() {
+    if (isClosed()) return success();
+    // There is no cheaper way to know that the bytes of several files are on the disk.
     if (_commit(m_descriptor) != 0) return fault("");
     if (_close(std::exchange(m_descriptor, -1)) != 0) return fault("");
+    return success();
+}
+
+Status AtomicFile::flush(const fs::path&) {
+    return success(); // close() has seen to it
+}
+
+Status AtomicFile::commit() {
+    if (const Status closed = close(); !closed) return closed.fault();
     // ReplaceFileW keeps the attributes and rights of the old file; it needs one to replace.
     const bool replaced = ::ReplaceFileW(m_target.c_str(), m_temporary.c_str(), nullptr,
                                          REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) ||

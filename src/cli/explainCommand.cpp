@@ -25,7 +25,8 @@ int complainOfName(const explain::Chapters& chapters, const std::string& name) {
 CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
     CLI::App* command =
         app.add_subcommand("explain", "show the working of a case: formulas, numbers, results");
-    command->add_option("CASE", request.source, "case file; - reads standard input")->required();
+    command->add_option("CASE", request.source, "case file or TABLE#ROW; - reads standard input")
+        ->required();
     command->add_option("QUANTITY", request.quantity,
                         "only this quantity, named as by results, with all that it depends on;\n"
                         "a name such as BarrierSF stands for all quantities that begin so");
@@ -42,8 +43,8 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
 }
 
 int runExplain(const ExplainRequest& request) {
-    const CaseOutcome outcome =
-        readAndRun(request.source, {.report = request.options, .writePages = false});
+    CaseOutcome outcome = readCase(request.source, request.workbooks);
+    runCase(outcome, {.report = request.options, .writePages = false});
     if (!outcome.run) {
         complainOf(outcome);
         return outcome.status;

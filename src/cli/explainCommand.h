@@ -20,6 +20,7 @@ struct ExplainRequest {
     bool list = false;    ///< names only
     int digits = explain::DefaultDigits;
     report::ReportOptions options;
+    Workbooks workbooks;
 };
 
 /// Adds the command. The request has to outlive the parsing.

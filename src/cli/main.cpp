@@ -94,6 +94,7 @@ int run(int argc, char** argv) {
     resultsCommand->footer("Example:\n  telvo-cli results *.TLV --format csv > panels.csv");
 
     ExplainRequest explained;
+    explained.workbooks = workbooks;
     const CLI::App* explainCommand = addExplainCommand(app, explained);
 
     const Plotter plotter = plotterOfThisBuild();

@@ -39,8 +39,10 @@ Json number(std::int16_t value) {
     return Json(json_object_new_int(value));
 }
 
-void add(const Json& parent, std::string_view key, Json value) {
-    json_object_object_add(parent.get(), std::string(key).c_str(), value.release());
+/// Given: key  a literal, which is not copied, and new to the object
+void add(const Json& parent, const char* key, Json value) {
+    json_object_object_add_ex(parent.get(), key, value.release(),
+                              JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_KEY_IS_CONSTANT);
 }
 
 void append(const Json& array, Json value) {
@@ -58,7 +60,7 @@ Json fieldJson(const Field& field, int pillars) {
     } else if constexpr (isIndexed<Field>) {
         Json named = object();
         visitNamed(field, [&](std::string_view name, const auto& element) {
-            add(named, name, fieldJson(element, pillars));
+            add(named, name.data(), fieldJson(element, pillars)); // names are literals
         });
         return named;
     } else {

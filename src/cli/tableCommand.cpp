@@ -56,6 +56,56 @@ ExitStatus writeTable(const TableRequest& request, std::span<const project::Proj
     return writeOrComplain(request.target, bytes);
 }
 
+/// The case files of an import. So many of them are put in place at once that waiting for the disk
+/// takes no time beside writing them.
+class NewFiles {
+  public:
+    NewFiles(const std::filesystem::path& folder, ExitStatus& status)
+        : m_folder(folder), m_status(status) {}
+
+    void add(const std::string& source, project::ProjectCase& current, const std::string& path) {
+        const auto text = project::writeCaseText(current);
+        if (!text) return failed(source, text.fault());
+        auto file = AtomicFile::create(path);
+        if (!file) return failed(source, file.fault());
+        Status written = file->write(*text);
+        if (written) written = file->close();
+        if (!written) return failed(source, written.fault());
+        m_waiting.push_back({source, path, std::move(*file)});
+        constexpr std::size_t most = 4096; // unfinished files that a crash would leave behind
+        if (m_waiting.size() == most) commit();
+    }
+
+    void commit() {
+        if (m_waiting.empty()) return;
+        const Status flushed = AtomicFile::flush(m_folder);
+        for (Waiting& each : m_waiting) {
+            const Status done = flushed ? each.file.commit() : flushed;
+            if (done)
+                print(each.source + " -> " + each.path + "\n");
+            else
+                failed(each.source, done.fault());
+        }
+        m_waiting.clear();
+    }
+
+  private:
+    struct Waiting {
+        std::string source;
+        std::string path;
+        AtomicFile file;
+    };
+
+    void failed(const std::string& source, const Fault& fault) {
+        complain(source + ": " + faultText(fault));
+        raise(m_status, FileTrouble);
+    }
+
+    const std::filesystem::path& m_folder;
+    ExitStatus& m_status;
+    std::vector<Waiting> m_waiting;
+};
+
 } // namespace
 
 TableCommands addTableCommands(CLI::App& app, TableRequest& request) {
@@ -130,6 +180,7 @@ int runTableImport(const TableRequest& request) {
     const std::filesystem::path folder = pathFromUtf8(request.target);
     ExitStatus status = AllGood;
     table::CaseFileNames names;
+    NewFiles files(folder, status);
     visitCases(request.files.front(), request.workbooks, [&](CaseOutcome& outcome) {
         raise(status, outcome.status);
         if (!outcome.current) return complainOf(outcome);
@@ -147,14 +198,9 @@ int runTableImport(const TableRequest& request) {
             return std::filesystem::symlink_status(folder / pathFromUtf8(each), error).type() !=
                    std::filesystem::file_type::not_found;
         });
-        const std::string path = utf8FromPath(folder / pathFromUtf8(name));
-        if (const Status saved = project::saveCaseFile(row.current, path); !saved) {
-            complain(outcome.file + ": " + faultText(saved.fault()));
-            raise(status, FileTrouble);
-            return;
-        }
-        print(outcome.file + " -> " + path + "\n");
+        files.add(outcome.file, row.current, utf8FromPath(folder / pathFromUtf8(name)));
     });
+    files.commit();
     raise(status, finishOutput());
     return status;
 }

@@ -56,19 +56,36 @@ TEST_F(Docs, EveryInputOfTheRecordStandsInTheIndex) {
     EXPECT_EQ(inputs, 31);
 }
 
+/// All of the windows' sources in one text.
+std::string sources() {
+    std::string all;
+    for (const auto& entry : fs::recursive_directory_iterator(TELVO_SOURCE_DIR))
+        if (entry.path().extension() == ".cpp") all += *readFile(entry.path().string());
+    return all;
+}
+
+TEST_F(Docs, EveryControlThatATopicNamesIsThere) {
+    const std::string all = sources();
+    const std::string contents = *readFile(TELVO_HELP_DIR "contents.txt");
+    for (const auto line : splitLines(contents)) {
+        if (!line.starts_with("C\t")) continue;
+        std::string name(line.substr(0, line.find_first_of("\t", 2)));
+        name = name.substr(name.find('/') + 1);
+        name = name.substr(0, name.find("_*"));
+        EXPECT_NE(all.find('"' + name), std::string::npos) << line;
+    }
+}
+
 TEST_F(Docs, EveryFormHasATopicAndEveryTopicThatAFormNamesIsThere) {
     const std::regex form("\"(frm[A-Z]\\w+)\""), topic("\"(\\w+\\.htm)\"");
     std::set<std::string> forms, topics;
-    for (const auto& entry : fs::recursive_directory_iterator(TELVO_SOURCE_DIR)) {
-        if (entry.path().extension() != ".cpp") continue;
-        const std::string text = *readFile(entry.path().string());
-        const auto collect = [&](const std::regex& pattern, std::set<std::string>& found) {
-            for (std::sregex_iterator i(text.begin(), text.end(), pattern), end; i != end; ++i)
-                found.insert((*i)[1]);
-        };
-        collect(form, forms);
-        collect(topic, topics);
-    }
+    const std::string text = sources();
+    const auto collect = [&](const std::regex& pattern, std::set<std::string>& found) {
+        for (std::sregex_iterator i(text.begin(), text.end(), pattern), end; i != end; ++i)
+            found.insert((*i)[1]);
+    };
+    collect(form, forms);
+    collect(topic, topics);
     EXPECT_GT(forms.size(), 12U);
     for (const std::string& name : forms)
         EXPECT_TRUE(inIndex(name)) << name;

@@ -18,6 +18,9 @@
 #include "project/ui/frmUnits.h"
 #include "project/units.h"
 #include "report/ui/frmPreview.h"
+#include "table/tableFile.h"
+#include "table/ui/frmCaseTable.h"
+#include "util/ui/frmResource.h"
 #include "util/ui/frmTextBrow.h"
 
 #include <cstdlib>
@@ -229,13 +232,11 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
     messages.status("TELVO stability factors calculated");
 
     closeResults();
-    const auto viewPlotsOfRun = [this, current, results = run.results,
-                                 options = m_program.session().reportOptions()] {
-        viewPlots(current, results, options);
-    };
-    m_results = new frmResTxtPlt(
-        {std::move(run.pages), run.warnings.WarningSummary, sheetHeading(), viewPlotsOfRun},
-        m_program.formServices(), m_program.printer(), viewParent());
+    const ShownRun shown{current, std::move(run.results), m_program.session().reportOptions()};
+    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, sheetHeading(),
+                                  [this, shown] { viewPlots(shown); },
+                                  [this, shown] { showWorking(shown); }},
+                                 m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);
     m_results->load();
     m_results->raise(); // also above a form that is open
@@ -251,9 +252,9 @@ void Commands::closeResults() {
 
 void Commands::closeViews() {
     closeResults();
-    for (const auto& drawing : m_drawings)
-        delete drawing.data();
-    m_drawings.clear();
+    for (const auto& view : m_views)
+        delete view.data();
+    m_views.clear();
 }
 
 QWidget* Commands::viewParent() {
@@ -324,6 +325,50 @@ void Commands::helpIndex() {
 
 void Commands::helpPdf() {
     m_program.openDocument(m_program.folders().InstallFolder + std::string(PdfManual));
+}
+
+void Commands::resourceFiles() {
+    note("Resource files");
+    util::ui::ResourceActions actions;
+    actions.open = [this](const std::string& path) { m_program.openDocument(path); };
+    actions.confirmSpreadsheet = [this](QWidget* parent) { return confirmSpreadsheet(parent); };
+    actions.importCase = [this](QWidget* parent) { return importCase(parent); };
+    util::ui::frmResource(m_program.folders().InstallFolder, std::move(actions),
+                          m_program.formServices(), &m_window)
+        .exec();
+}
+
+bool Commands::confirmSpreadsheet(QWidget*) {
+    return m_program.settings().values().AskOfficeInstall != 1 ||
+           m_program.messages().ask("The document opens in the spreadsheet program of this "
+                                    "computer. Is one installed?",
+                                    Buttons::YesNo, Answer::Yes,
+                                    std::string(titles::ResourceFiles).append(titles::Message)) ==
+               Answer::Yes;
+}
+
+bool Commands::importCase(QWidget* parent) {
+    DesktopMessages& messages = m_program.messages();
+    const auto path =
+        m_program.fileDialogs().openFile("Import Case", m_program.settings().values().DataPath,
+                                         {"Case Tables (*.xlsx *.csv *.txt)", "All Files (*.*)"});
+    if (!path) return false;
+    QApplication::setOverrideCursor(Qt::WaitCursor); // a large table takes a second
+    auto read = table::readTableFile(*path);
+    QApplication::restoreOverrideCursor();
+    if (!read) {
+        const std::string text = faultText(read.fault());
+        messages.tell(text, std::string(titles::Import).append(titles::Error));
+        return false;
+    }
+    ProjectSession& session = m_program.session();
+    telvo::ui::frmCaseTable form(
+        std::move(*read), m_program.formServices(), parent,
+        [&session](const project::ProjectCase& current) { return session.figures(current); });
+    if (form.exec() != QDialog::Accepted || !form.chosen() || !session.settleUnsaved())
+        return false;
+    session.acceptImported(*form.chosen(), *path);
+    return true;
 }
 
 void Commands::disclaimer() {

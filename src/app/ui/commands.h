@@ -54,6 +54,7 @@ class Commands {
     void helpContents();
     void helpIndex();
     void helpPdf();
+    void resourceFiles();
     void disclaimer();
     void update();
     void about();
@@ -79,13 +80,22 @@ class Commands {
     telvo::ui::PictureActions pictureActions();
     study::ui::GraphActions graphActions(const project::ProjectCase& current,
                                          const study::SfGraph& graph);
-    /// Opens the plots of a run, which stay those of that run.
-    void viewPlots(const project::ProjectCase& current, const engine::AnalysisResults& results,
-                   const report::ReportOptions& options);
+    /// A run as it was, whatever happens to the case afterwards.
+    struct ShownRun {
+        project::ProjectCase current;
+        engine::AnalysisResults results;
+        report::ReportOptions options;
+    };
+    void viewPlots(const ShownRun& run);
+    void showWorking(const ShownRun& run);
+    /// Shows the rows of a table that is asked for and loads one. Returned: whether one was loaded.
+    bool importCase(QWidget* parent);
+    /// The question about the spreadsheet software, where the user wants it.
+    bool confirmSpreadsheet(QWidget* parent);
     /// Keeps the reminder before a plot is printed from being shown again.
     void stopReminding();
-    /// Remembers a window that draws until the user closes it.
-    void keep(QWidget& drawing);
+    /// Remembers a window about the case until the user closes it.
+    void keep(QWidget& view);
     void printDocument(const QTextDocument& text, const std::string& name, QWidget* parent);
     void printPicture(const telvo::ui::Picture& picture, QWidget* parent);
 
@@ -94,7 +104,7 @@ class Commands {
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;
     QPointer<report::ui::frmResTxtPlt> m_results;
-    std::vector<QPointer<QWidget>> m_drawings; ///< graphs and plots
+    std::vector<QPointer<QWidget>> m_views; ///< graphs, plots and workings
 };
 
 } // namespace telvo::app::ui

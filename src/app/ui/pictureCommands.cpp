@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// The windows that draw: graphs of the Output menu and plots of a run.
+// The windows beside the report: graphs of the Output menu, plots and working of a run.
 #include "app/ui/commands.h"
 #include "app/ui/dialogs/frmGraphOpts.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
 #include "base/titles.h"
+#include "explain/ui/frmExplain.h"
 #include "plot/ui/frmPlots.h"
 #include "plot/ui/picture.h"
 
@@ -73,10 +74,10 @@ study::ui::GraphActions Commands::graphActions(const project::ProjectCase& curre
     return actions;
 }
 
-void Commands::keep(QWidget& drawing) {
-    drawing.setAttribute(Qt::WA_DeleteOnClose);
-    std::erase_if(m_drawings, [](const auto& closed) { return closed.isNull(); });
-    m_drawings.emplace_back(&drawing);
+void Commands::keep(QWidget& view) {
+    view.setAttribute(Qt::WA_DeleteOnClose);
+    std::erase_if(m_views, [](const auto& closed) { return closed.isNull(); });
+    m_views.emplace_back(&view);
 }
 
 void Commands::stopReminding() {
@@ -85,13 +86,11 @@ void Commands::stopReminding() {
     if (!saved) m_program.messages().tell(faultText(saved.fault()));
 }
 
-void Commands::viewPlots(const project::ProjectCase& current,
-                         const engine::AnalysisResults& results,
-                         const report::ReportOptions& options) {
+void Commands::viewPlots(const ShownRun& run) {
     const SettingsStore& settings = m_program.settings();
     telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
     auto* window =
-        new telvo::ui::frmPlots({current, results, options, planOptions(settings),
+        new telvo::ui::frmPlots({run.current, run.results, run.options, planOptions(settings),
                                  settings.values().PrintPlotReminder == 1},
                                 std::move(actions), m_program.formServices(), viewParent());
     keep(*window);
@@ -99,6 +98,17 @@ void Commands::viewPlots(const project::ProjectCase& current,
     window->raise();
     window->activateWindow();
     m_program.messages().history("Plots: " + m_program.session().displayName());
+}
+
+void Commands::showWorking(const ShownRun& run) {
+    auto* window =
+        new explain::ui::frmExplain({run.current, run.results, run.options},
+                                    m_program.formServices(), m_program.printer(), viewParent());
+    keep(*window);
+    window->show();
+    window->raise();
+    window->activateWindow();
+    note("Show working: " + m_program.session().displayName());
 }
 
 void Commands::graph(study::GraphKind kind) {
