@@ -26,7 +26,7 @@ def panel(width):
 
 
 def chart_arch_factor(sheet):
-    figure, (left, right) = sheet.figure(columns=2)
+    figure, (left, right) = sheet.figure(columns=2, height=2.6)
     depths = span(100, 2000, 381)
     for width, color in ((200, GREEN), (320, BLUE), (600, OCHRE)):
         runs = sheet.run(CASE, [{"DepthCover": d, **panel(width)} for d in depths])
@@ -52,7 +52,7 @@ def chart_rounding(sheet):
 
 
 def chart_gob_extent(sheet):
-    figure, axes = sheet.figure(height=3)
+    figure, axes = sheet.figure(height=2.6)
     extents = span(1, 1200, 240)
     for angle, color in ((15, GREEN), (21, BLUE), (30, OCHRE)):
         runs = sheet.run(CASE, [{"ExtentFirstGob": e, "AbutmentAngleFirstGob": angle}
@@ -66,7 +66,7 @@ def chart_gob_extent(sheet):
 
 
 def chart_reach(sheet):
-    figure, axes = sheet.figure(height=3)
+    figure, axes = sheet.figure(height=2.6)
     widths = [0.01] + span(2, 330, 165)
     for depth, color in ((400, GREEN), (900, BLUE), (1600, OCHRE)):
         runs = sheet.run(CASE, [{"BarrierFirstGob": w, "SlabcutFirstGob": 0, "DepthCover": depth}
@@ -121,7 +121,7 @@ def chart_transfer(sheet):
 
 
 def chart_barrier_width(sheet):
-    figure, (left, right) = sheet.figure(columns=2, height=3.2)
+    figure, (left, right) = sheet.figure(columns=2, height=2.8)
     widths = [0.05 * i for i in range(1, 200)] + span(10, 200, 191)
     base = {"SlabcutSecondGob": 0}
     runs = sheet.run(CASE, [{"BarrierSecondGob": 0, **base}] +
@@ -160,7 +160,7 @@ def chart_active_gob(sheet):
 
 
 def chart_slab_cut(sheet):
-    figure, axes = sheet.figure(height=3)
+    figure, axes = sheet.figure(height=2.5)
     cuts = span(0, 60, 241)
     runs = sheet.run(CASE, [{"SlabcutSecondGob": c} for c in cuts])
     axes.plot(cuts, quantities(runs, "RemnantSF.second"), color=BLUE, label="remnant factor SFm")
