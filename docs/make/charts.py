@@ -9,6 +9,8 @@ returns Markdown, which stands for {{table NAME}}.
 import importlib.util
 import os
 
+from book import in_help
+
 BLUE, RED, GREEN, GREY, OCHRE = "#1d5a8a", "#b03030", "#2e7d4f", "#777777", "#b08020"
 
 
@@ -78,8 +80,9 @@ def of_manual(folder, program, pictures):
             target = f"{os.path.basename(folder)}-{name[6:].replace('_', '-')}"
             figure.savefig(os.path.join(pictures, target + ".svg"),
                            metadata={"Date": None, "Creator": None})
-            figure.savefig(os.path.join(pictures, target + ".png"), dpi=140,
-                           metadata={"Software": None})
+            if in_help(folder):
+                figure.savefig(os.path.join(pictures, target + ".png"), dpi=140,
+                               metadata={"Software": None})
         elif name.startswith("table_"):
             tables[name[6:].replace("_", "-")] = lambda function=function: function(sheet)
     return tables

@@ -66,7 +66,7 @@ def chart_gob_extent(sheet):
 
 
 def chart_reach(sheet):
-    figure, axes = sheet.figure(height=2.6)
+    figure, axes = sheet.figure(height=2.3)
     widths = [0.01] + span(2, 330, 165)
     for depth, color in ((400, GREEN), (900, BLUE), (1600, OCHRE)):
         runs = sheet.run(CASE, [{"BarrierFirstGob": w, "SlabcutFirstGob": 0, "DepthCover": depth}
