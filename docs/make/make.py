@@ -9,11 +9,14 @@ import shutil
 import subprocess
 import sys
 
+sys.dont_write_bytecode = True  # the sources stay as they are
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-from book import DocsError, Manual  # noqa: E402
+import charts  # noqa: E402
+from book import DocsError, Manual, in_help  # noqa: E402
 from formulas import Formulas  # noqa: E402
 from help import Help  # noqa: E402
+from program import Program, fill  # noqa: E402
 
 SCREENS_CASE = "two-side-gobs.TLV"
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -28,6 +31,14 @@ def draw(listing, examples, program, folder):
         for extension, more in ((".svg", []), (".png", ["--dpi", "140"])):
             subprocess.run([program, "plot", os.path.join(examples, case), *arguments, *more,
                             "-o", os.path.join(folder, name + extension), "--force"], check=True)
+
+
+def read(folder, formulas, program, pictures):
+    """A manual with its own drawings, its charts and the figures of the program."""
+    for path in sorted(glob.glob(os.path.join(folder, "figures", "*.svg"))):
+        shutil.copy(path, pictures)
+    tables = charts.of_manual(folder, program, pictures) if program.program else {}
+    return Manual(folder, lambda text: formulas.replace(fill(text, program, tables)))
 
 
 def photograph(program, what, folder):
@@ -57,13 +68,15 @@ def main():
     if given.screens:
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
     formulas = Formulas(os.path.join(given.build, "formulas"))
+    program = Program(given.cli, given.examples)
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
-    manuals = [Manual(folder, formulas) for folder in folders]
+    if "pdf" not in wanted:
+        folders = [folder for folder in folders if in_help(folder)]
+    manuals = [read(folder, formulas, program, pictures) for folder in folders]
     # The user manual leads the contents of the help.
     manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
-    in_help = [manual for manual in manuals if manual.settings.getboolean("help", False)]
-    pages = Help(in_help, os.path.join(given.build, "help"), given.build)
+    pages = Help([manual for manual in manuals if in_help(manual.folder)], os.path.join(given.build, "help"), given.build)
     stylesheet = os.path.join(HERE, "help.css")
     if given.screens:
         # The help window shows the help, which shows the help window.
