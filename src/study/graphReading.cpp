@@ -9,10 +9,14 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
+#include <vector>
 
 namespace telvo::study {
 
 namespace {
+
+constexpr std::size_t MostJumpsTold = 4; // lines at the cross-hair
 
 constexpr double SymbolCells = 20; // divides the number of points, so that symbols are even
 constexpr double FewestReadings = 200;
@@ -222,17 +226,26 @@ std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Cu
 
 std::string jumpsNear(const SfGraph& graph, const GraphOptions& options, double x,
                       double distance) {
-    std::string text;
-    const auto add = [&text](const std::string& line) {
-        text += (text.empty() ? "" : "\n") + line;
-    };
+    std::vector<std::pair<double, std::string>> near;
     for (const Curve& curve : graph.curves) {
         for (const Jump& jump : curve.jumps)
-            if (std::abs(jump.x - x) <= distance) add(jumpText(graph, options, curve, jump));
+            if (const double away = std::abs(jump.x - x); away <= distance)
+                near.emplace_back(away, jumpText(graph, options, curve, jump));
         for (const Turn& turn : curve.turns)
-            if (std::abs(turn.x - x) <= distance)
-                add(curve.name + " at " + axisText(graph, options, turn.x) + ": " + turn.rule);
+            if (const double away = std::abs(turn.x - x); away <= distance)
+                near.emplace_back(away, curve.name + " at " + axisText(graph, options, turn.x) +
+                                            ": " + turn.rule);
     }
+    if (near.size() > MostJumpsTold) {
+        std::stable_sort(near.begin(), near.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        const std::size_t rest = near.size() - (MostJumpsTold - 1);
+        near.resize(MostJumpsTold - 1);
+        near.emplace_back(0, "and " + std::to_string(rest) + " more");
+    }
+    std::string text;
+    for (const auto& [away, line] : near)
+        text += (text.empty() ? "" : "\n") + line;
     return text;
 }
 

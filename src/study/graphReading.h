@@ -51,7 +51,7 @@ std::string readingText(const SfGraph& graph, const GraphOptions& options, doubl
 /// "Development jumps at 900 ft from 2.41 to 2.1: pressure arch factor".
 std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Curve& curve,
                      const Jump& jump);
-/// The jumps within a distance, a line each; empty when there are none.
+/// The jumps within a distance, a line each and of many the nearest; empty when there are none.
 std::string jumpsNear(const SfGraph& graph, const GraphOptions& options, double x, double distance);
 /// Where the factor is `target`, a line per curve.
 std::string crossingsText(const SfGraph& graph, const GraphOptions& options, double target,

@@ -179,6 +179,10 @@ TEST(SfGraph, AutomaticBreadthFollowsTheDepth) {
     EXPECT_TRUE(std::any_of(jumps.begin(), jumps.end(), [](const Jump& j) {
         return std::abs(j.x - 404.01) < 4e-4 && speaksOf(j.rule, "from 100 to 101 ft");
     }));
+    // Of the many steps the nearest ones are told.
+    const std::string told = jumpsNear(graph, {}, graph.low, graph.high);
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 3);
+    EXPECT_TRUE(told.ends_with(" more")) << told;
 }
 
 TEST(SfGraph, AxisIsClippedToWhatTheParameterMayBe) {

@@ -80,7 +80,8 @@ void GraphView::setReading(double x) {
 }
 
 double GraphView::closeBy() const {
-    const double perPixel = xAxis->range().size() / std::max(axisRect()->width(), 1);
+    // The chart is not laid out before it is shown.
+    const double perPixel = xAxis->range().size() / std::max({axisRect()->width(), width() / 2, 1});
     return fromAxis(subject(), options(), JumpReachPixels * perPixel);
 }
 
@@ -109,6 +110,11 @@ bool GraphView::event(QEvent* event) {
     else
         QToolTip::showText(help->globalPos(), note, this);
     return true;
+}
+
+void GraphView::resizeEvent(QResizeEvent* event) {
+    GraphChart::resizeEvent(event);
+    Q_EMIT readingChanged(); // what lies close by depends on the size
 }
 
 void GraphView::changeEvent(QEvent* event) {
