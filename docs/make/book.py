@@ -15,12 +15,10 @@ import xml.etree.ElementTree as ElementTree
 
 import markdown
 
+from faults import DocsError
+
 EXTENSIONS = ["attr_list", "def_list", "tables", "fenced_code", "sane_lists"]
 HEADINGS = {f"h{level}": level for level in range(1, 7)}
-
-
-class DocsError(Exception):
-    """A fault of a source, told with its place."""
 
 
 class Topic:
@@ -39,7 +37,7 @@ class Topic:
 class Manual:
     """A folder docs/<name> with manual.ini and its chapters."""
 
-    def __init__(self, folder, formulas):
+    def __init__(self, folder, formulas, fill):
         self.folder = folder
         self.name = os.path.basename(folder)
         settings = configparser.ConfigParser()
@@ -49,11 +47,11 @@ class Manual:
         self.chapters = []  # root elements
         self.ids = {}       # id -> name of the topic it lies on
         for number, path in enumerate(sorted(glob.glob(os.path.join(folder, "*.md")))):
-            self._read(path, number, formulas)
+            self._read(path, number, formulas, fill)
 
-    def _read(self, path, number, formulas):
+    def _read(self, path, number, formulas, fill):
         with open(path, encoding="utf-8") as file:
-            text = formulas.replace(file.read())
+            text = formulas.replace(fill(file.read(), path))
         converter = markdown.Markdown(extensions=EXTENSIONS, output_format="xhtml")
         fragment = converter.convert(text)
         try:

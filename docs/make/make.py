@@ -11,23 +11,36 @@ import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-from book import DocsError, Manual  # noqa: E402
+from book import Manual  # noqa: E402
+from faults import DocsError  # noqa: E402
 from formulas import Formulas  # noqa: E402
 from help import Help  # noqa: E402
+from program import Program  # noqa: E402
+from sources import Sources  # noqa: E402
 
 SCREENS_CASE = "two-side-gobs.TLV"
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 
+def lines_of(listing):
+    with open(listing, encoding="utf-8") as file:
+        return [line.split() for line in file if line.strip() and not line.startswith("#")]
+
+
 def draw(listing, examples, program, folder):
     """Drawings by the console program: one line each, name, case and what it is called with."""
     os.makedirs(folder, exist_ok=True)
-    with open(listing, encoding="utf-8") as file:
-        lines = [line.split() for line in file if line.strip() and not line.startswith("#")]
-    for name, case, *arguments in lines:
+    for name, case, *arguments in lines_of(listing):
         for extension, more in ((".svg", []), (".png", ["--dpi", "140"])):
             subprocess.run([program, "plot", os.path.join(examples, case), *arguments, *more,
                             "-o", os.path.join(folder, name + extension), "--force"], check=True)
+
+
+def pose(listing, examples, program, folder):
+    """Pictures of single windows: one line each, name, case, window and what it shows."""
+    for name, case, window, value in lines_of(listing):
+        subprocess.run([program, "case", os.path.join(examples, case), folder, name, window, value],
+                       check=True)
 
 
 def photograph(program, what, folder):
@@ -41,6 +54,7 @@ def arguments():
     parser.add_argument("--build", required=True, help="folder for everything that is made")
     parser.add_argument("--version", required=True)
     parser.add_argument("--examples", help="folder of the example cases")
+    parser.add_argument("--cases", help="folder of the cases with known answers")
     parser.add_argument("--cli", help="console program, which draws the pictures")
     parser.add_argument("--screens", help="program that takes the pictures of the windows")
     parser.add_argument("--only", choices=["help", "pdf", "chm"], action="append",
@@ -56,10 +70,15 @@ def main():
         draw(os.path.join(given.docs, "drawings.txt"), given.examples, given.cli, pictures)
     if given.screens:
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
+        pose(os.path.join(given.docs, "windows.txt"), given.examples, given.screens, pictures)
     formulas = Formulas(os.path.join(given.build, "formulas"))
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
-    manuals = [Manual(folder, formulas) for folder in folders]
+    program = Program(given.cli, [given.examples, given.cases],
+                      os.path.join(given.build, "answers.json"))
+    sources = Sources(program, given.cases)
+    manuals = [Manual(folder, formulas, sources.fill) for folder in folders]
+    program.keep()
     # The user manual leads the contents of the help.
     manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
     in_help = [manual for manual in manuals if manual.settings.getboolean("help", False)]

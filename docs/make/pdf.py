@@ -6,7 +6,8 @@ import html
 import os
 import xml.etree.ElementTree as ElementTree
 
-from book import HEADINGS, DocsError, plain
+from book import HEADINGS, plain
+from faults import DocsError
 
 PAGE = """<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
