@@ -20,7 +20,8 @@ FUNCTIONS = {
 }
 SIGNS = [(r"\s*\*\*\s*(\d)", r"<sup>\1</sup>"), (r"\*", "×"), (r"-", "−"), (r"\bsqrt\(", "√("),
          (r"\bhalf_even\(", "round("), (r"\b(\d+(?:\.\d+)?) × deg\b", r"\1°"),
-         (r"&lt;=", "≤"), (r"&gt;=", "≥"), (r"==", "=")]
+         (r"^\{(.*)\}$", r"\1"), (r"&lt;=", "≤"), (r"&gt;=", "≥"), (r"==", "=")]
+LITERALS = {"True": "always", "False": "never", "()": "none"}
 
 
 def evaluate(expression, symbols):
@@ -33,6 +34,8 @@ def evaluate(expression, symbols):
 
 def written(expression):
     """The expression as a reader writes it, as HTML."""
+    if expression in LITERALS:
+        return LITERALS[expression]
     text = html.escape(expression)
     for pattern, sign in SIGNS:
         text = re.sub(pattern, sign, text)

@@ -4,7 +4,7 @@
     {{CASE: QUANTITY FORMAT}}                    {{two-side-gobs: TELVOSF.retreat .2f}}
     {{CASE FIELD=VALUE ...: QUANTITY FORMAT}}    the same with fields changed
     {{CASE: page N [from WORD]}}                 a page of the report, from a line with WORD on
-    {{CASE: working QUANTITY}}                   how a quantity is worked out
+    {{CASE: working QUANTITY [from QUANTITY]}}   how a quantity is worked out, from a step on
     {{CASE: crossing GRAPH COLUMN FACTOR FORMAT}}   where a graph has this factor
     {{CASE: warnings}}                           numbers of the warnings
     {{version}}, {{date}}                        of the program; of the making
@@ -96,23 +96,15 @@ class Figures:
         changes = tuple(changes)
         word, *rest = what.split()
         if word == "page":
-            return code(self._page(case, changes, *rest))
+            return code(from_line(self.program.page(int(rest[0]), case, changes), rest[1:]))
         if word == "working":
-            return code(self.program.working(rest[0], case))
+            return code(from_line(self.program.working(rest[0], case), rest[1:]))
         if word == "crossing":
             return self._crossing(case, changes, *rest)
         answer = self.program.results(case, changes)
         if word == "warnings":
             return ", ".join(map(str, answer["warnings"]["flags"])) or "none"
         return shown(quantity(answer, word), *rest)
-
-    def _page(self, case, changes, number, *start):
-        text = self.program.page(int(number), case, changes)
-        if not start:
-            return text
-        lines = text.split("\n")
-        first = next(n for n, line in enumerate(lines) if start[-1] in line)
-        return "\n".join(lines[first:])
 
     def _crossing(self, case, changes, kind, column, factor, form):
         """The first place where a curve of a graph has this factor, between its points on the
@@ -170,6 +162,17 @@ def shown(value, form="g"):
     if form == ".2f":
         return f"{round(value * 100) / 100:.2f}"  # as the report: half to even
     return format(value, form)
+
+
+def from_line(text, start):
+    """The text, or what of it follows `from WORD`."""
+    if not start:
+        return text
+    lines = text.split("\n")
+    first = next((n for n, line in enumerate(lines) if start[1] in line), None)
+    if first is None:
+        raise DocsError(f"no line has {start[1]}")
+    return "\n".join(lines[first:])
 
 
 def code(text):

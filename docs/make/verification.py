@@ -29,7 +29,8 @@ from faults import DocsError
 from figures import quantity
 
 TOLERANCE = 1e-9
-# Where the second calculation did not round to single precision as the program does.
+SHORT = 6  # rows of a table that stays on one page
+# Quantities that depend on single precision: the tolerance of the second calculation.
 SINGLE = {"AMZLoad": 2e-7, "TELVOSF": 2e-7, "ArchFactor": 2e-7, "TributaryStress": 2e-7}
 BLOCK = re.compile(r"^```(check|tally|cases)\b(.*?)\n(.*?)^```$", re.DOTALL | re.MULTILINE)
 LINE = re.compile(r"(?P<what>[^:]+): (?:(?P<symbol>[A-Za-z]\w*) = )?(?P<work>.+?)"
@@ -99,7 +100,8 @@ class Verification:
                         f"{arithmetic.written(work)}</span></td><td>{arithmetic.shown(by_hand)}</td>"
                         f"<td>{found}</td><td>{off}</td></tr>")
         title = f"<code>{case}</code>" + "".join(f", {field} {value}" for field, value in changes)
-        return (f'<table class="check"><thead><tr><th>{title}</th><th>By hand</th><th>TELVO</th>'
+        kind = "check short" if len(rows) <= SHORT else "check"
+        return (f'<table class="{kind}"><thead><tr><th>{title}</th><th>By hand</th><th>TELVO</th>'
                 f"<th>Difference</th></tr></thead>\n<tbody>{''.join(rows)}</tbody></table>\n")
 
     def _compare(self, by_hand, case, changes, target):

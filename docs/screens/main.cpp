@@ -230,7 +230,7 @@ void takeWorking(Camera& camera, app::ui::frmMain& window, const QString& name,
     QApplication::processEvents();
     auto* working = qobject_cast<explain::ui::frmExplain*>(topWindow("frmExplain"));
     if (!working) return camera.missed(name);
-    working->resize(900, 560);
+    working->resize(900, 420);
     working->showQuantity(fromQt(quantity));
     camera.take(*working, name);
 }
