@@ -150,10 +150,8 @@ class Verification:
                 first = path.split(".")[0]
                 if off > SINGLE.get(first, TOLERANCE):
                     faults.append(f"{name}, {path}: {value} expected")
-                of_quantity = by_quantity.setdefault(first, [0, 0.0, ""])
-                of_quantity[0] += 1
-                if off > of_quantity[1]:
-                    of_quantity[1:] = [off, name]
+                count_of, largest_of = by_quantity.get(first, (0, 0.0))
+                by_quantity[first] = (count_of + 1, max(largest_of, off))
                 largest, compared = max(largest, off), compared + 1
             if answer["warnings"]["flags"] != case["flags"]:
                 faults.append(f"{name}: warnings {case['flags']} expected")
@@ -162,9 +160,9 @@ class Verification:
             count += compared
         lines = [f"{len(cases)} cases with {count} numbers were compared.", "",
                  "| Case | Numbers | Largest difference | Warnings |", "|---|---|---|---|", *by_case,
-                 "", "| Quantity | Numbers | Largest difference | In the case |", "|---|---|---|---|"]
-        lines += [f"| `{name}` | {compared} | {told(off)} | {f'`{where}`' if where else ''} |"
-                  for name, (compared, off, where) in sorted(by_quantity.items())]
+                 "", "| Quantity | Numbers | Largest difference |", "|---|---|---|"]
+        lines += [f"| `{name}` | {compared} | {told(off)} |"
+                  for name, (compared, off) in sorted(by_quantity.items())]
         return "\n".join(lines)
 
 
