@@ -245,7 +245,9 @@ int takeCase(const QString& example, const QString& folder, const QString& name,
         choose(window, "mnuEditItem_1");
         QApplication::processEvents();
         if (QWidget* form = topWindow("frmTELVOParm")) {
+            form->resize(form->width() + 140, form->height());
             chooseTab(*form, value.toInt());
+            if (auto* ok = form->findChild<QPushButton*>("cmdOK")) ok->setFocus();
             camera.take(*form, name);
             form->close();
         } else {
