@@ -34,24 +34,37 @@ class Topic:
         self.controls = []      # (control, anchor or "")
 
 
-class Manual:
-    """A folder docs/<name> with manual.ini and its chapters."""
+def settings_of(folder):
+    settings = configparser.ConfigParser()
+    settings.read(os.path.join(folder, "manual.ini"), encoding="utf-8")
+    return settings["manual"]
 
-    def __init__(self, folder, formulas, fill):
+
+def in_help(folder):
+    return settings_of(folder).getboolean("help", False)
+
+
+class Manual:
+    """A folder docs/<name> with manual.ini and its chapters; `prepared` is applied to their texts and
+    paths."""
+
+    def __init__(self, folder, prepared):
         self.folder = folder
         self.name = os.path.basename(folder)
-        settings = configparser.ConfigParser()
-        settings.read(os.path.join(folder, "manual.ini"), encoding="utf-8")
-        self.settings = settings["manual"]
+        self.settings = settings_of(folder)
         self.topics = []
         self.chapters = []  # root elements
         self.ids = {}       # id -> name of the topic it lies on
         for number, path in enumerate(sorted(glob.glob(os.path.join(folder, "*.md")))):
-            self._read(path, number, formulas, fill)
+            self._read(path, number, prepared)
 
-    def _read(self, path, number, formulas, fill):
+    def _read(self, path, number, prepared):
         with open(path, encoding="utf-8") as file:
-            text = formulas.replace(fill(file.read(), path))
+            text = file.read()
+        try:
+            text = prepared(text, path)
+        except DocsError as error:
+            raise DocsError(f"{path}: {error}") from error
         converter = markdown.Markdown(extensions=EXTENSIONS, output_format="xhtml")
         fragment = converter.convert(text)
         try:

@@ -25,10 +25,11 @@ import datetime
 import os
 import re
 
+from answers import CONVERTED
 from faults import DocsError
-from program import CONVERTED
 
-FIGURE = re.compile(r"\{\{([^{}]+)\}\}")
+# Placeholders that begin with these words are those of program.py.
+FIGURE = re.compile(r"\{\{(?!(?:value|working|report|table) )([^{}]+)\}\}")
 
 
 class Reader:
@@ -52,17 +53,17 @@ class Figures:
     def __init__(self, program):
         self.program = program
 
-    def fill(self, text, path):
+    def fill(self, text):
         reader = Reader()
 
         def answer(match):
             try:
                 return self._answer(match.group(1).strip(), reader)
             except (DocsError, KeyError, IndexError, ValueError, TypeError) as fault:
-                raise DocsError(f"{path}: {match.group(0)}: {fault}") from fault
+                raise DocsError(f"{match.group(0)}: {fault}") from fault
         filled = FIGURE.sub(answer, text)
         if reader.case:
-            raise DocsError(f"{path}: what is entered is compared with no finished case")
+            raise DocsError("what is entered is compared with no finished case")
         return filled
 
     def _answer(self, wanted, reader):

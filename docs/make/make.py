@@ -9,13 +9,16 @@ import shutil
 import subprocess
 import sys
 
+sys.dont_write_bytecode = True  # the sources stay as they are
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-from book import Manual  # noqa: E402
+import charts  # noqa: E402
+from answers import Answers  # noqa: E402
+from book import Manual, in_help  # noqa: E402
 from faults import DocsError  # noqa: E402
 from formulas import Formulas  # noqa: E402
 from help import Help  # noqa: E402
-from program import Program  # noqa: E402
+from program import Program, fill  # noqa: E402
 from sources import Sources  # noqa: E402
 
 SCREENS_CASE = "two-side-gobs.TLV"
@@ -41,6 +44,15 @@ def pose(listing, examples, program, folder):
     for name, case, window, value in lines_of(listing):
         subprocess.run([program, "case", os.path.join(examples, case), folder, name, window, value],
                        check=True)
+
+
+def read(folder, formulas, sources, program, pictures):
+    """A manual with its own drawings, its charts and the figures of the program."""
+    for path in sorted(glob.glob(os.path.join(folder, "figures", "*.svg"))):
+        shutil.copy(path, pictures)
+    tables = charts.of_manual(folder, program, pictures) if program.program else {}
+    return Manual(folder, lambda text, path: formulas.replace(
+        fill(sources.fill(text, path), program, tables)))
 
 
 def photograph(program, what, folder):
@@ -72,17 +84,19 @@ def main():
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
         pose(os.path.join(given.docs, "windows.txt"), given.examples, given.screens, pictures)
     formulas = Formulas(os.path.join(given.build, "formulas"))
+    program = Program(given.cli, given.examples)
+    answers = Answers(given.cli, [given.examples, given.cases],
+                      os.path.join(given.build, "answers.json"))
+    sources = Sources(answers, given.cases)
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
-    program = Program(given.cli, [given.examples, given.cases],
-                      os.path.join(given.build, "answers.json"))
-    sources = Sources(program, given.cases)
-    manuals = [Manual(folder, formulas, sources.fill) for folder in folders]
-    program.keep()
+    if "pdf" not in wanted:
+        folders = [folder for folder in folders if in_help(folder)]
+    manuals = [read(folder, formulas, sources, program, pictures) for folder in folders]
+    answers.keep()
     # The user manual leads the contents of the help.
     manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
-    in_help = [manual for manual in manuals if manual.settings.getboolean("help", False)]
-    pages = Help(in_help, os.path.join(given.build, "help"), given.build)
+    pages = Help([manual for manual in manuals if in_help(manual.folder)], os.path.join(given.build, "help"), given.build)
     stylesheet = os.path.join(HERE, "help.css")
     if given.screens:
         # The help window shows the help, which shows the help window.

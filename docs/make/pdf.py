@@ -122,7 +122,8 @@ def keep_together(section):
 def figures(section):
     """A paragraph that holds a picture alone gets the picture's text below it."""
     for paragraph in section.iter("p"):
-        if len(paragraph) == 1 and paragraph[0].tag == "img" and not (paragraph.text or "").strip():
+        if len(paragraph) == 1 and paragraph[0].tag == "img" and \
+                not (paragraph.text or "").strip() and not (paragraph[0].tail or "").strip():
             image = paragraph[0]
             if "formula" in image.get("class", ""):
                 paragraph.set("class", "formula")

@@ -1,116 +1,118 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Asks the console program, so that no number of the manuals is typed.
+"""Figures of the manuals from the program itself, so that they stay true.
 
-Answers are kept beside what is made from them: where the program is not at hand, as for the compiled
-help, they are read again.
+{{value CASE KEY FORMAT}}   a quantity of "telvo-cli explain", e.g. {{value a.TLV TELVOSF.retreat .2f}};
+                            FORMAT is Python's, with "/2000" behind it for another unit
+{{working CASE KEY}}        its formula, the formula with numbers, and the result
+{{report CASE PAGE FROM TO}}  lines of a page of the report, 1 is the first
+{{table NAME}}              a table that charts.py of the manual makes
 """
 
 import csv
 import io
 import json
 import os
-import shlex
+import re
 import subprocess
-import tempfile
 
-from faults import DocsError
+from book import DocsError
 
-
-# Behind the name of a case: the case as the program converts it to the other units.
-CONVERTED = "~converted"
+PLACEHOLDER = re.compile(r"\{\{(\w+) ([^{}]+)\}\}")
 
 
 class Program:
-    """`telvo-cli`, called with cases of the given folders."""
+    """The console program and the example cases."""
 
-    def __init__(self, path, folders, memory=None):
-        self.path = path
-        self.folders = folders
-        self.memory = memory
-        self.answers = {}
-        if memory and not path and os.path.exists(memory):
-            with open(memory, encoding="utf-8") as file:
-                self.answers = json.load(file)
+    def __init__(self, program, examples):
+        self.program = program
+        self.examples = examples
+        self._steps = {}  # case -> key -> lines of its working
 
-    def keep(self):
-        """Writes what was answered, for a later making without the program."""
-        if self.memory and self.path:
-            with open(self.memory, "w", encoding="utf-8") as file:
-                json.dump(self.answers, file, indent=0, sort_keys=True)
+    def call(self, *arguments, given=None):
+        if not self.program:
+            raise DocsError("figures of the program are wanted, but --cli is not given")
+        run = subprocess.run([self.program, *arguments], input=given, text=True,
+                             capture_output=True, check=False)
+        if run.returncode != 0:
+            raise DocsError(f"telvo-cli {' '.join(arguments)}: {run.stderr.strip()}")
+        return run.stdout
 
-    def call(self, *arguments, name="", content="", made=""):
-        """What the program prints, or writes into the file `made`. It reads the file `name`."""
-        key = shlex.join(arguments) + "\n" + content
-        if key not in self.answers:
-            self.answers[key] = self._ask(arguments, name, content, made)
-        return self.answers[key]
+    def case(self, name):
+        path = os.path.join(self.examples, name)
+        if not os.path.exists(path):
+            raise DocsError(f"there is no example {name}")
+        return path
 
-    def _ask(self, arguments, name, content, made):
-        if not self.path:
-            raise DocsError("the console program is needed: " + shlex.join(arguments))
-        with tempfile.TemporaryDirectory() as folder:  # no name of a folder gets into a manual
-            if name:
-                with open(os.path.join(folder, name), "w", encoding="utf-8", newline="") as file:
-                    file.write(content)
-            done = subprocess.run([os.path.abspath(self.path), *arguments], cwd=folder,
-                                  capture_output=True, check=False)
-            if done.returncode:
-                raise DocsError(f"telvo-cli {shlex.join(arguments)}: {done.stderr.decode()}")
-            if made:
-                with open(os.path.join(folder, made), encoding="utf-8") as file:
-                    return file.read()
-        return done.stdout.decode().replace("\r\n", "\n")
+    def run(self, example, changes, folder):
+        """Records of "results" for an example, once for each dictionary of changed inputs."""
+        text = self.call("table", "export", self.case(example), "-o", "-")
+        base = next(csv.DictReader(io.StringIO(text)))
+        path = os.path.join(folder, "sweep.csv")
+        with open(path, "w", encoding="utf-8", newline="") as file:
+            writer = csv.DictWriter(file, base.keys())
+            writer.writeheader()
+            writer.writerows({**base, **change} for change in changes)
+        try:
+            records = json.loads(self.call("results", path, "--format", "json"))
+        finally:
+            os.remove(path)
+        for record in records:
+            if not record["valid"] or not record["results"]:
+                raise DocsError(f"{record['file']}: {record['message']}")
+        return records
 
-    def file(self, case):
-        for folder in self.folders:
-            path = os.path.join(folder, case + ".TLV")
-            if os.path.exists(path):
-                return path
-        raise DocsError(f"there is no case {case}")
+    def steps(self, name):
+        if name not in self._steps:
+            blocks = self.call("explain", self.case(name)).split("\n")
+            found, key = {}, None
+            for line in blocks:
+                head = re.match(r"(\w[\w.@]*): ", line)
+                if head:
+                    key = head.group(1)
+                    found[key] = []
+                if key and line.strip():
+                    found[key].append(line)
+                elif not line.strip():
+                    key = None
+            self._steps[name] = found
+        return self._steps[name]
 
-    def results(self, case, changes=()):
-        answer = json.loads(self._of_case(case, changes, "results", "CASE", "--format", "json"))[0]
-        if not answer["valid"]:
-            raise DocsError(f"{case} {changes}: {answer['message']}")
-        return answer
+    def step(self, name, key):
+        try:
+            return self.steps(name)[key]
+        except KeyError as error:
+            raise DocsError(f"{name} has no quantity {key}") from error
 
-    def page(self, number, case, changes=(), options=()):
-        return self._of_case(case, changes, "report", "CASE", "--page", str(number), *options)
+    # --- What stands for a placeholder
 
-    def working(self, quantity, case):
-        return self._of_case(case, (), "explain", "CASE", quantity)
+    def value(self, name, key, form, factor="/1"):
+        result = [line for line in self.step(name, key)[1:] if re.match(r"\s+\w*\s*= ", line)][-1]
+        number = re.match(r"-?[\d.]+(e[+-]?\d+)?", result.split("= ", 1)[1])
+        if not number:
+            raise DocsError(f"{name}: {key} has no number: {result}")
+        return format(float(number.group(0)) / float(factor[1:]), form).replace("-", "\u2212")
 
-    def graph(self, kind, case, changes=()):
-        """Rows of the numbers behind a graph, the titles first."""
-        answer = self._of_case(case, changes, "plot", "CASE", "--kind", kind, "-o", "graph.csv",
-                               made="graph.csv")
-        return list(csv.reader(io.StringIO(answer)))
+    def working(self, name, key):
+        lines, names = [], False  # without the names of what the symbols stand for
+        for line in self.step(name, key):
+            label = re.match(r"  (with|since|rule|report) ", line)
+            names = label.group(1) == "with" if label else names
+            if not names:
+                lines.append(line)
+        return "```\n" + "\n".join(lines) + "\n```"
 
-    def version(self):
-        return self.call("--version").split()[1]
+    def report(self, name, page, first, last):
+        lines = self.call("report", self.case(name), "--page", page).splitlines()
+        return "```\n" + "\n".join(lines[int(first) - 1:int(last)]).rstrip() + "\n```"
 
-    def _of_case(self, case, changes, *arguments, made=""):
-        case, converted, _ = case.partition(CONVERTED)
-        name = case + (".csv" if changes else ".TLV")
-        with open(self.file(case), encoding="utf-8", newline="") as file:
-            content = file.read()
-        if converted:
-            content = self.call("convert", case + ".TLV", "-o", "-", name=case + ".TLV",
-                                content=content)
-        if changes:
-            content = self._changed(case, content, changes)
-        return self.call(*[name if word == "CASE" else word for word in arguments],
-                         name=name, content=content, made=made)
 
-    def _changed(self, case, content, changes):
-        """The case as a table of one row, with fields changed."""
-        name = case + ".TLV"
-        table = self.call("table", "export", name, "-o", "-", name=name, content=content)
-        rows = list(csv.reader(io.StringIO(table)))
-        for field, value in changes:
-            if field not in rows[0]:
-                raise DocsError(f"{case}: no field is called {field}")
-            rows[1][rows[0].index(field)] = str(value)
-        written = io.StringIO()
-        csv.writer(written).writerows(rows)
-        return written.getvalue()
+def fill(text, program, tables):
+    """`text` with every placeholder resolved; `tables` are functions that give Markdown."""
+    def resolve(match):
+        kind, words = match.group(1), match.group(2).split()
+        if kind == "table" and words[0] in tables:
+            return tables[words[0]]()
+        if kind not in ("value", "working", "report"):
+            raise DocsError(f"nothing is known of {match.group(0)}")
+        return getattr(program, kind)(*words)
+    return PLACEHOLDER.sub(resolve, text)

@@ -7,9 +7,9 @@ import glob
 import os
 import sys
 
+from answers import Answers
 from faults import DocsError
 from figures import Figures
-from program import Program
 from verification import Verification
 
 
@@ -19,7 +19,7 @@ class Sources:
         self.verification = Verification(program, os.path.join(cases, "expected.json"))
 
     def fill(self, text, path):
-        return self.figures.fill(self.verification.fill(text, path), path)
+        return self.figures.fill(self.verification.fill(text, path))
 
 
 def main():
@@ -30,7 +30,7 @@ def main():
     parser.add_argument("--cli", required=True)
     parser.add_argument("--only", help="one manual")
     given = parser.parse_args()
-    sources = Sources(Program(given.cli, [given.examples, given.cases]), given.cases)
+    sources = Sources(Answers(given.cli, [given.examples, given.cases]), given.cases)
     faults = 0
     for settings in sorted(glob.glob(os.path.join(given.docs, given.only or "*", "manual.ini"))):
         for path in sorted(glob.glob(os.path.join(os.path.dirname(settings), "*.md"))):
@@ -39,7 +39,7 @@ def main():
             try:
                 sources.fill(text, path)
             except DocsError as fault:
-                print(fault, file=sys.stderr)
+                print(f"{path}: {fault}", file=sys.stderr)
                 faults += 1
     return 1 if faults else 0
 

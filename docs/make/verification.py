@@ -67,10 +67,10 @@ class Verification:
                     return self._check(source.split(), body, rule, faults)
                 return self._tally(path) if kind == "tally" else self._cases(faults)
             except DocsError as fault:
-                raise DocsError(f"{path}: {rule}: {fault}") from fault
+                raise DocsError(f"{rule}: {fault}") from fault
         filled = BLOCK.sub(made, text)
         if faults:
-            raise DocsError(f"{path}: out of tolerance\n  " + "\n  ".join(faults))
+            raise DocsError("out of tolerance\n  " + "\n  ".join(faults))
         return filled
 
     def _check(self, source, body, rule, faults):

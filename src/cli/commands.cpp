@@ -114,6 +114,7 @@ int runResults(const ResultsRequest& request) {
     const bool json = request.format == "json";
     const bool csv = request.format == "csv";
     ExitStatus status = AllGood;
+    const ResultJson jsonWriter;
     if (json) print("[\n");
     if (csv) print(csvHeader());
     bool first = true;
@@ -125,7 +126,7 @@ int runResults(const ResultsRequest& request) {
         else
             tellNotes(outcome);
         if (json) {
-            print((first ? "" : ",\n") + resultJson(outcome));
+            print((first ? "" : ",\n") + jsonWriter.of(outcome));
         } else if (csv) {
             print(csvRow(outcome));
         } else if (outcome.run) {

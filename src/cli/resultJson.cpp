@@ -128,7 +128,15 @@ Json unitsJson(std::int16_t units) {
 
 } // namespace
 
-std::string resultJson(const CaseOutcome& outcome) {
+ResultJson::ResultJson()
+    : m_units{unitsJson(project::English).release(), unitsJson(project::Metric).release()} {}
+
+ResultJson::~ResultJson() {
+    for (json_object* units : m_units)
+        json_object_put(units);
+}
+
+std::string ResultJson::of(const CaseOutcome& outcome) const {
     Json out = object();
     add(out, "file", text(asUtf8(outcome.file)));
     add(out, "valid", Json(json_object_new_boolean(outcome.run.has_value())));
@@ -136,7 +144,9 @@ std::string resultJson(const CaseOutcome& outcome) {
     add(out, "inputs", outcome.current ? inputsJson(*outcome.current) : nullptr);
     add(out, "results", outcome.run ? resultsJson(outcome.run->results) : nullptr);
     add(out, "warnings", outcome.run ? warningsJson(outcome.run->warnings) : nullptr);
-    add(out, "units", outcome.current ? unitsJson(outcome.current->Units) : nullptr);
+    add(out, "units",
+        outcome.current ? Json(json_object_get(m_units[outcome.current->Units == project::Metric]))
+                        : nullptr);
     constexpr int style =
         JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE;
     std::size_t length = 0;

@@ -44,7 +44,7 @@ struct FrontAbutment {
     bool gobWiderThanLoaded = false; ///< the branch E > Wl was taken
     bool fullHeight = false;         ///< gob and loaded width reach beyond the abutment angle
     // What the load is the sum of; a volume that the branch does not have is 0.
-    double z1 = 0, z2 = 0;                 ///< heights below and above; ft | m
+    double z1 = 0, z2 = 0; ///< heights of the blocks and of the wedges below them; ft | m
     double P1 = 0, P2 = 0, P3 = 0, P4 = 0; ///< weights of the volumes; lb | kN
 };
 /// Given: Wl  loaded width (ft | m)   R  R-factor of the front abutment; the active gob of `in`

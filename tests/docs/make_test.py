@@ -8,13 +8,13 @@ import unittest
 DOCS, EXAMPLES, CLI = sys.argv[1:4]
 sys.path.insert(0, os.path.join(DOCS, "make"))
 
+from answers import Answers  # noqa: E402
 from arithmetic import shown, written  # noqa: E402
 from faults import DocsError  # noqa: E402
 from figures import Figures, date_of_making  # noqa: E402
-from program import Program  # noqa: E402
 from verification import Verification  # noqa: E402
 
-PROGRAM = Program(CLI, [EXAMPLES])
+PROGRAM = Answers(CLI, [EXAMPLES])
 
 
 class Checks(unittest.TestCase):
@@ -58,7 +58,7 @@ class Tutorials(unittest.TestCase):
             "{{set BreadthAMZ 124}}{{set ArchFactor 0.8}}")
 
     def fill(self, text):
-        return Figures(PROGRAM).fill(text, "chapter")
+        return Figures(PROGRAM).fill(text)
 
     def test_a_step_left_out_is_noticed(self):
         end = "{{expect tutorial-1-finished}}"

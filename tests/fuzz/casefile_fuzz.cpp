@@ -60,6 +60,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         (void)project::checkAcceptance(project::textsFromInput(current.Input));
         if (project::convertCase(current)) runAndReport(current);
     }
+    project::ProjectCase imported = before;
+    const auto section = project::readCaseSection(bytes, "fuzz", imported);
+    require(section.accepted || (section.fault && imported == before),
+            "a file without a case changes nothing and is told");
+    if (section.accepted && !section.fault) writeAndReadAgain(imported);
     project::ProjectCase older = before;
     (void)project::readCaseItems(bytes, 49, "fuzz", older);
     return 0;

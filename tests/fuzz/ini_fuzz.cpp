@@ -7,6 +7,7 @@
 #include "base/IniFile.h"
 #include "base/text.h"
 #include "require.h"
+#include "util/resourceList.h"
 
 #include <cstdint>
 
@@ -42,6 +43,13 @@ void requireUsable(const app::Settings& s) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (const auto list =
+            util::readResourceText({reinterpret_cast<const char*>(data), size}, "fuzz")) {
+        for (const util::Resource& one : *list)
+            require(!one.title.empty() && !one.file.empty() &&
+                        one.file.find_first_of("/\\") == std::string::npos,
+                    "a document has a title and lies in its folder");
+    }
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     IniFile file(bytes);
     const auto before = file.value("Settings", "DataPath");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
+#include "base/files.h"
 #include "GuiTest.h"
 #include "project/CaseFile.h"
 #include "report/ui/PrintDialogs.h"
@@ -15,9 +16,11 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QProcess>
 #include <QSplitter>
+#include <QTableView>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -141,6 +144,8 @@ class ProgramTest : public QObject {
     void everyDialogOpensFromItsMenu();
     void graphsAreOfferedWhereTheCaseHasThem();
     void plotsStayThoseOfTheirRun();
+    void filesAreBrowsedAndImported();
+    void aCaseIsLoadedFromATable();
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
     void f1OnAFieldOpensTheTopicOfThatInput();
@@ -246,8 +251,6 @@ void ProgramTest::menusHaveTheirCaptionsAndTellWhatIsMissing() {
         {"mnuHelpItem_10", "&About the Program..."}};
     for (const auto& [name, caption] : captions)
         QCOMPARE(home.program->window().findChild<QAction*>(name)->text(), caption);
-    for (const char* later : {"mnuFileItem_5", "mnuFileItem_11", "mnuHelpItem_4"})
-        QVERIFY(!home.program->window().findChild<QAction*>(later)->isEnabled());
     home.trigger("mnuHelpItem_2");
     QCOMPARE(home.asked.back(),
              "TELVO: Requested File not found: " + home.path("install/TELVO.PDF"));
@@ -375,6 +378,9 @@ void ProgramTest::plotsStayThoseOfTheirRun() {
     home.trigger("mnuCalcItem_0");
     QCOMPARE(shownStresses(), first);
 
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdWorking");
+    auto* working = home.window<QWidget>("frmExplain");
+    QVERIFY(working && working->isVisible());
     plots->close();
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
@@ -382,7 +388,68 @@ void ProgramTest::plotsStayThoseOfTheirRun() {
     QVERIFY(shownStresses() != first);
     home.answers = {Answer::No};
     QVERIFY(home.quit());
-    QVERIFY(!home.window<QWidget>("frmPlots"));
+    QVERIFY(!home.window<QWidget>("frmPlots") && !home.window<QWidget>("frmExplain"));
+}
+
+/// Runs in the modal dialog of that name while a command shows it.
+template <typename Work>
+void inDialog(const char* name, Work work) {
+    QTimer::singleShot(0, qApp, [=] {
+        for (QWidget* top : QApplication::topLevelWidgets())
+            if (top->isVisible() && top->objectName() == name) work(*top);
+    });
+}
+
+void ProgramTest::filesAreBrowsedAndImported() {
+    Home home;
+    Program& program = home.start();
+    const std::string data = program.settings().values().DataPath;
+    inDialog("frmTextBrow", [&](QWidget& browser) {
+        QCOMPARE(QDir(control<QLineEdit>(browser, "txtFolder").text()),
+                 QDir(QString::fromStdString(data)));
+        click(browser, "chkUseNotepad");
+        click(browser, "cmdClose");
+    });
+    home.trigger("mnuFileItem_11");
+    QCOMPARE(program.settings().values().BrowseUseNotepad, 1);
+    const auto ini = readFile(program.folders().DataFolder + "TELVO.INI");
+    QVERIFY(ini && ini->find("BrowseUseNotepad=1") != std::string::npos);
+
+    auto bytes = readFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV");
+    QVERIFY(bytes && writeFile(home.path("mine.KRV"), "KORV\n" + *bytes));
+    home.dialogs.answers = {home.path("mine.KRV")};
+    home.trigger("mnuFileItem_5");
+    QCOMPARE(program.window().windowTitle(), "Untitled*");
+    QCOMPARE(program.session().project().Input.DepthCover, 900);
+
+    // No list is installed here.
+    inDialog("frmResource", [](QWidget& resources) { click(resources, "cmdClose"); });
+    home.trigger("mnuHelpItem_4");
+    QVERIFY(home.wasAsked("Requested File not found: " + home.path("install/Resources.lst")));
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+}
+
+void ProgramTest::aCaseIsLoadedFromATable() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(writeFile(home.path("install/Resources.lst"), "TELVO.PDF; Program manual\n"));
+    QVERIFY(writeFile(home.path("cases.csv"), "Title,DepthCover\nfirst,500\nsecond,700\n"));
+    home.dialogs.answers = {home.path("cases.csv")};
+    inDialog("frmResource", [&](QWidget& resources) {
+        inDialog("frmCaseTable", [](QWidget& table) {
+            auto& view = control<QTableView>(table, "tblCases");
+            view.selectRow(1);
+            click(table, "cmdOK");
+        });
+        click(resources, "cmdImport");
+    });
+    home.trigger("mnuHelpItem_4");
+    QCOMPARE(program.window().windowTitle(), "Untitled*");
+    QCOMPARE(program.session().project().Title, "second");
+    QCOMPARE(program.session().project().Input.DepthCover, 700);
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
 }
 
 void ProgramTest::sizesComeBack() {

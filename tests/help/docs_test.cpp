@@ -3,6 +3,7 @@
 #include "app/caseRun.h"
 #include "base/files.h"
 #include "base/text.h"
+#include "explain/Working.h"
 #include "help/HelpBook.h"
 #include "project/CaseFile.h"
 #include "project/inputFields.h"
@@ -125,6 +126,44 @@ TEST_F(Docs, EveryLineOfTheReportStandsInTheIndex) {
     EXPECT_GT(labels.size(), 50U);
     for (const std::string& label : labels)
         EXPECT_TRUE(inIndex(label)) << label;
+}
+
+/// The first part of a name that is not "inputs", without a pass: "TELVOSF.retreat" is TELVOSF.
+std::string quantityOf(std::string key) {
+    if (key.starts_with("inputs.")) key.erase(0, 7);
+    return key.substr(0, key.find_first_of(".@"));
+}
+
+/// "C2" is the C of pillar 2, but "S1" a symbol of its own.
+bool listed(const std::string& list, std::string symbol) {
+    if (list.find("| `" + symbol + "` |") != std::string::npos) return true;
+    while (!symbol.empty() && symbol.back() >= '0' && symbol.back() <= '9')
+        symbol.pop_back();
+    return list.find("| `" + symbol + "` |") != std::string::npos;
+}
+
+TEST(TheoryManual, ListsEverySymbolAndQuantityOfTheWorking) {
+    const std::string list = *readFile(TELVO_DOCS_DIR "/theory/09-symbols.md");
+    std::set<std::string> symbols, quantities;
+    for (const char* folder : {TELVO_EXAMPLES_DIR, TELVO_CASES_DIR})
+        for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+            if (entry.path().extension() != ".TLV") continue;
+            project::ProjectCase current;
+            project::readCaseFile(entry.path().string(), current);
+            const auto outcome = app::runCase(current);
+            const auto* run = std::get_if<app::CaseRun>(&outcome);
+            if (!run) continue;
+            for (const auto& chapter : explain::explain(current, run->results, {}))
+                for (const explain::Step& step : chapter.steps) {
+                    if (!step.symbol.empty()) symbols.insert(step.symbol);
+                    quantities.insert(quantityOf(step.key));
+                }
+        }
+    EXPECT_GT(symbols.size(), 80U);
+    for (const std::string& symbol : symbols)
+        EXPECT_TRUE(listed(list, symbol)) << symbol;
+    for (const std::string& quantity : quantities)
+        EXPECT_NE(list.find("`" + quantity + "`"), std::string::npos) << quantity;
 }
 
 TEST_F(Docs, NoTopicIsEmpty) {

@@ -53,7 +53,7 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
     m_factBox = new QWidget(left);
     auto* facts = new QFormLayout(m_factBox);
     facts->setContentsMargins({});
-    facts->setLabelAlignment(Qt::AlignLeft);
+    facts->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
     const std::pair<const char*, QString> rows[] = {
         {"lblLoading", tr("Loading condition")},
         {"lblUnits", tr("Units")},
@@ -66,7 +66,6 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
         {"lblBarrierSF", tr("Governing barrier stability factor")}};
     for (const auto& [name, caption] : rows) {
         auto* value = plainLabel(name, m_factBox);
-        value->setWordWrap(false);
         value->setAccessibleName(caption);
         m_facts[name] = value;
         facts->addRow(caption, value);

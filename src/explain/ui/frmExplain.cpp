@@ -37,7 +37,7 @@ using telvo::ui::toQt;
 
 namespace {
 
-constexpr char HelpTopicOfWorking[] = "InterpretationOfTELVOStabilityFactors.htm";
+constexpr char HelpTopicOfWorking[] = "Explain.htm";
 constexpr int KeyRole = Qt::UserRole;
 
 /// A title without the pass that its chapter is headed by.

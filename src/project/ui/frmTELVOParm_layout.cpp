@@ -313,7 +313,12 @@ QWidget* frmTELVOParm::sidePanel() {
         value->setToolTip(row.tip);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         m_figures[row.name] = value;
-        form->addRow(row.caption, value);
+        if (m_figures.size() < std::size(rows)) {
+            form->addRow(row.caption, value);
+        } else { // the last one has the barrier's side and pass behind it
+            form->addRow(new QLabel(row.caption, figures));
+            form->addRow(value);
+        }
     }
     layout->addWidget(figures);
     if (m_actions.makePicture) {

@@ -45,7 +45,7 @@ QString fileNameOf(const std::string& path) {
 
 frmCaseTable::frmCaseTable(table::CaseTable table, const FormServices& services, QWidget* parent,
                            Figures figures)
-    : Form("frmCaseTable", titles::Import, "ImportCase.htm", services, parent),
+    : Form("frmCaseTable", titles::Import, "CaseTable.htm", services, parent),
       m_table(std::move(table)), m_figures(std::move(figures)),
       m_model(new CaseTableModel(m_table, this)) {
     m_bad = static_cast<std::size_t>(

@@ -1,0 +1,202 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Charts and tables of the theory manual; every point is a run of the program."""
+
+from math import sqrt
+
+from charts import (BLUE, GREEN, GREY, OCHRE, RED, markdown_table, quantities, quantity, span)
+
+FEET = 3.280839895013123
+CASE = "two-side-gobs.TLV"
+LENGTHS = {"EntryHeight": 5.5, "EntryWidth": 20, "XcutSpacing": 100, "XcutCenters.1": 80,
+           "XcutCenters.2": 80, "XcutCenters.3": 80, "XcutCenters.4": 80, "BreadthAMZ": 150,
+           "ExtentActiveGob": 700, "ExtentFirstGob": 800, "BarrierFirstGob": 150,
+           "SlabcutFirstGob": 40, "ExtentSecondGob": 600, "BarrierSecondGob": 60,
+           "SlabcutSecondGob": 20}
+
+
+def metric(change):
+    """The case of the charts in metric units; `change` is in feet and degrees."""
+    lengths = {name: float(value) / FEET for name, value in {**LENGTHS, **change}.items()}
+    return {"Units": "Metric", "CoalStrength": 900 * 0.006894757293168361,
+            "UnitWeight": 162 * 0.15708746, **lengths}
+
+
+def panel(width):
+    return {f"XcutCenters.{i}": width / 4 for i in range(1, 5)}
+
+
+def chart_arch_factor(sheet):
+    figure, (left, right) = sheet.figure(columns=2, height=2.6)
+    depths = span(100, 2000, 381)
+    for width, color in ((200, GREEN), (320, BLUE), (600, OCHRE)):
+        runs = sheet.run(CASE, [{"DepthCover": d, **panel(width)} for d in depths])
+        left.plot(depths, quantities(runs, "ArchFactor"), color=color, label=f"{width} ft wide")
+    left.set(xlabel="depth of cover (ft)", ylabel="pressure arch factor Fpa", ylim=(0.25, 1.03))
+    left.legend()
+    english = sheet.run(CASE, [{"DepthCover": d} for d in depths])
+    meters = sheet.run(CASE, [metric({"DepthCover": d}) for d in depths])
+    right.plot(depths, quantities(english, "ArchFactor"), color=BLUE, label="case in ft")
+    right.plot(depths, quantities(meters, "ArchFactor"), color=RED, ls="--", label="case in m")
+    right.set(xlabel="depth of cover (ft)", ylim=(0.25, 1.03), title="one panel, 320 ft (97.5 m)")
+    right.legend()
+    return figure
+
+
+def chart_rounding(sheet):
+    figure, axes = sheet.figure(height=2.8)
+    depths = span(800, 1000, 401)
+    runs = sheet.run(CASE, [{"DepthCover": d, "BarrierSecondGob": 150} for d in depths])
+    axes.plot(depths, quantities(runs, "TELVOSF.development"), color=BLUE, lw=1.1)
+    axes.set(xlabel="depth of cover (ft)", ylabel="development factor, unrounded")
+    return figure
+
+
+def chart_gob_extent(sheet):
+    figure, axes = sheet.figure(height=2.6)
+    extents = span(1, 1200, 240)
+    for angle, color in ((15, GREEN), (21, BLUE), (30, OCHRE)):
+        runs = sheet.run(CASE, [{"ExtentFirstGob": e, "AbutmentAngleFirstGob": angle}
+                                for e in extents])
+        axes.plot(extents, [load / 2000 for load in quantities(runs, "SideAbutmentLoad.first")],
+                  color=color, label=f"abutment angle {angle}\u00b0")
+    axes.set(xlabel="extent of the gob (ft), at 900 ft of cover",
+             ylabel="abutment load Ls (tons/ft)")
+    axes.legend()
+    return figure
+
+
+def chart_reach(sheet):
+    figure, axes = sheet.figure(height=2.3)
+    widths = [0.01] + span(2, 330, 165)
+    for depth, color in ((400, GREEN), (900, BLUE), (1600, OCHRE)):
+        runs = sheet.run(CASE, [{"BarrierFirstGob": w, "SlabcutFirstGob": 0, "DepthCover": depth}
+                                for w in widths])
+        axes.plot([w + 10 for w in widths], quantities(runs, "RFactorSide.first"), color=color,
+                  label=f"{depth} ft of cover, D = {quantity(runs[0], 'AbutmentExtent'):.0f} ft")
+    axes.plot([0], [0], "o", color=RED, label="no barrier: Rs = 0")
+    axes.set(xlabel="barrier and half an entry, We / 2 + Wb (ft)", ylabel="R-factor Rs",
+             xlim=(-5, 345), ylim=(-0.03, 1.03))
+    axes.legend()
+    return figure
+
+
+def chart_strength(sheet):
+    figure, axes = sheet.figure(height=3.2)
+    ratios = span(2, 15, 53)
+    height, entry = 5.5, 20
+    for shape, color in ((1, OCHRE), (2, GREEN), (4, BLUE)):
+        changes = [{**{f"XcutCenters.{i}": r * height + entry for i in range(1, 5)},
+                    "XcutSpacing": shape * r * height + entry} for r in ratios]
+        runs = sheet.run(CASE, changes)
+        axes.plot(ratios, [s / 129600 for s in quantities(runs, "PillarStrength.1")], color=color,
+                  label=f"pillar {shape} times as long as wide" if shape > 1 else "square pillar")
+    wide = span(0, 15, 301)
+    runs = sheet.run(CASE, [{"BarrierFirstGob": r * height, "SlabcutFirstGob": 0} for r in wide])
+    axes.plot(wide, [s / 129600 for s in quantities(runs, "BarrierStrength.first")], color=RED,
+              ls="--", label="barrier (nothing below w/h = 1)")
+    axes.set(xlabel="width-to-height ratio w/h", ylabel="strength over S1")
+    axes.legend()
+    return figure
+
+
+def chart_transfer(sheet):
+    figure, axes = sheet.figure(height=3)
+    changes = [{"CoalStrength": s} for s in span(30, 1500, 295)]
+    runs = sheet.run(CASE, changes)
+    factors = quantities(runs, "BarrierSF.retreat.second")
+    shares = [quantity(r, "LTRANSBAR.retreat.second") /
+              (quantity(r, "BarrierSideAbutmentLoad.retreat.second") +
+               quantity(r, "BarrierArchLoad.retreat.second")) for r in runs]
+    axes.plot(factors, shares, color=BLUE, label="barrier: Ltb over Lbs + Lba")
+    changes = [{"CoalStrength": s} for s in span(10, 3000, 300)]
+    runs = sheet.run(CASE, changes)
+    axes.plot(quantities(runs, "RemnantSF.second"),
+              [quantity(r, "LTRANSREM.retreat.second") /
+               quantity(r, "FrontOnRemnant.retreat.second") for r in runs],
+              color=RED, ls="--", label="remnant: Lrem over X")
+    axes.set(xlabel="stability factor of the barrier or remnant", ylabel="share handed to the AMZ",
+             xlim=(0, 2), ylim=(-0.03, 1.05))
+    axes.legend()
+    return figure
+
+
+def chart_barrier_width(sheet):
+    figure, (left, right) = sheet.figure(columns=2, height=2.8)
+    widths = [0.05 * i for i in range(1, 200)] + span(10, 200, 191)
+    base = {"SlabcutSecondGob": 0}
+    runs = sheet.run(CASE, [{"BarrierSecondGob": 0, **base}] +
+                     [{"BarrierSecondGob": w, **base} for w in widths])
+    none, some = runs[0], runs[1:]
+    for name, color, label in (("TELVOSF.development", BLUE, "development"),
+                               ("TELVOSF.retreat", RED, "retreat")):
+        left.plot(widths, quantities(some, name), color=color, label=label)
+        left.plot([0], [quantity(none, name)], "o", color=color, ms=4.5)
+    left.set(xlabel="width of the second barrier (ft)", ylabel="TELVO stability factor")
+    left.legend(title="dots: no barrier")
+    right.plot(widths, quantities(some, "BarrierSF.development.second"), color=BLUE)
+    right.plot(widths, quantities(some, "BarrierSF.retreat.second"), color=RED)
+    right.axvline(5.5, color=GREY, lw=0.8, ls=":")
+    right.set(xlabel="width of the second barrier (ft)", ylabel="barrier stability factor",
+              xlim=(0, 30), ylim=(0, 0.8))
+    right.annotate("mining height", (5.7, 0.72), color=GREY, fontsize=8)
+    return figure
+
+
+def chart_active_gob(sheet):
+    figure, axes = sheet.figure(height=3.2)
+    # Up to the loaded width of 380 ft, and beyond it.
+    extents = span(0, 380, 191) + [380.001] + span(382, 800, 210)
+    runs = sheet.run(CASE, [{"ExtentActiveGob": e} for e in extents])
+    for name, color, style, label in (
+            ("AbutmentLoadAMZ.retreat.front", BLUE, "-", "Laf, on the AMZ"),
+            ("FrontOnRemnant.retreat.first", RED, "-", "X, over a remnant")):
+        tons = [load / 2e6 for load in quantities(runs, name)]
+        axes.plot(extents, tons, color=color, ls=style, label=label)
+    axes.axvline(quantity(runs[-1], "LoadedWidth"), color=GREY, lw=0.8, ls=":")
+    axes.set(xlabel="extent of the active gob Ea (ft); dotted: loaded width Wl",
+             ylabel="load (1000 tons)")
+    axes.legend()
+    return figure
+
+
+def chart_slab_cut(sheet):
+    figure, axes = sheet.figure(height=2.5)
+    cuts = span(0, 60, 241)
+    runs = sheet.run(CASE, [{"SlabcutSecondGob": c} for c in cuts])
+    axes.plot(cuts, quantities(runs, "RemnantSF.second"), color=BLUE, label="remnant factor SFm")
+    axes.plot(cuts, quantities(runs, "TELVOSF.retreat"), color=RED, label="panel, retreat")
+    axes.plot(cuts, quantities(runs, "BarrierSF.retreat.second"), color=OCHRE,
+              label="barrier, retreat")
+    axes.axhline(1.5, color=GREY, lw=0.8, ls=":")
+    axes.set(xlabel="slab cut in the second barrier, 60 ft wide (ft)", ylabel="stability factor")
+    axes.legend()
+    return figure
+
+
+def table_metric(sheet):
+    rows = []
+    for depth in (300, 450, 550, 650, 900, 1200):
+        change = {"DepthCover": depth, "BreadthAMZ": round(5 * sqrt(depth))}
+        english, = sheet.run(CASE, [change])
+        meters, = sheet.run(CASE, [metric(change)])
+        pair = [(quantity(english, name), quantity(meters, name))
+                for name in ("ArchFactor", "TELVOSF.development", "TELVOSF.retreat")]
+        rows.append([f"{depth} ft = {depth / FEET:.1f} m"] +
+                    [f"{value:.2f}" for both in pair for value in both])
+    return markdown_table(["Depth", "Fpa, ft", "Fpa, m", "SF devel., ft", "SF devel., m",
+                           "SF retreat, ft", "SF retreat, m"], rows)
+
+
+def table_no_barrier(sheet):
+    rows = []
+    for width in (0, 1, 5.4, 5.5, 20, 60, 100):
+        run, = sheet.run(CASE, [{"BarrierSecondGob": width, "SlabcutSecondGob": 0}])
+        barrier = quantity(run, "BarrierSF.retreat.second")
+        rows.append([f"{width:g}", f"{quantity(run, 'RFactorSide.second'):.3f}",
+                     f"{barrier:.2f}" if width else "\u2013",
+                     f"{quantity(run, 'AbutmentLoadAMZ.retreat.secondSide') / 2e3:,.0f}",
+                     f"{quantity(run, 'LTRANSREM.retreat.second') / 2e3:,.0f}",
+                     f"{quantity(run, 'LTRANSBAR.retreat.second') / 2e3:,.0f}",
+                     f"{quantity(run, 'TELVOSF.retreat'):.2f}"])
+    return markdown_table(["Wb (ft)", "Rs", "SFb", "Las (tons)", "Lrem (tons)", "Ltb (tons)",
+                           "SF"], rows)
