@@ -15,12 +15,10 @@ import xml.etree.ElementTree as ElementTree
 
 import markdown
 
+from faults import DocsError
+
 EXTENSIONS = ["attr_list", "def_list", "tables", "fenced_code", "sane_lists"]
 HEADINGS = {f"h{level}": level for level in range(1, 7)}
-
-
-class DocsError(Exception):
-    """A fault of a source, told with its place."""
 
 
 class Topic:
@@ -47,7 +45,8 @@ def in_help(folder):
 
 
 class Manual:
-    """A folder docs/<name> with manual.ini and its chapters; `prepared` is applied to their texts."""
+    """A folder docs/<name> with manual.ini and its chapters; `prepared` is applied to their texts and
+    paths."""
 
     def __init__(self, folder, prepared):
         self.folder = folder
@@ -63,7 +62,7 @@ class Manual:
         with open(path, encoding="utf-8") as file:
             text = file.read()
         try:
-            text = prepared(text)
+            text = prepared(text, path)
         except DocsError as error:
             raise DocsError(f"{path}: {error}") from error
         converter = markdown.Markdown(extensions=EXTENSIONS, output_format="xhtml")

@@ -13,32 +13,46 @@ sys.dont_write_bytecode = True  # the sources stay as they are
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
 import charts  # noqa: E402
-from book import DocsError, Manual, in_help  # noqa: E402
+from answers import Answers  # noqa: E402
+from book import Manual, in_help  # noqa: E402
+from faults import DocsError  # noqa: E402
 from formulas import Formulas  # noqa: E402
 from help import Help  # noqa: E402
 from program import Program, fill  # noqa: E402
+from sources import Sources  # noqa: E402
 
 SCREENS_CASE = "two-side-gobs.TLV"
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 
+def lines_of(listing):
+    with open(listing, encoding="utf-8") as file:
+        return [line.split() for line in file if line.strip() and not line.startswith("#")]
+
+
 def draw(listing, examples, program, folder):
     """Drawings by the console program: one line each, name, case and what it is called with."""
     os.makedirs(folder, exist_ok=True)
-    with open(listing, encoding="utf-8") as file:
-        lines = [line.split() for line in file if line.strip() and not line.startswith("#")]
-    for name, case, *arguments in lines:
+    for name, case, *arguments in lines_of(listing):
         for extension, more in ((".svg", []), (".png", ["--dpi", "140"])):
             subprocess.run([program, "plot", os.path.join(examples, case), *arguments, *more,
                             "-o", os.path.join(folder, name + extension), "--force"], check=True)
 
 
-def read(folder, formulas, program, pictures):
+def pose(listing, examples, program, folder):
+    """Pictures of single windows: one line each, name, case, window and what it shows."""
+    for name, case, window, value in lines_of(listing):
+        subprocess.run([program, "case", os.path.join(examples, case), folder, name, window, value],
+                       check=True)
+
+
+def read(folder, formulas, sources, program, pictures):
     """A manual with its own drawings, its charts and the figures of the program."""
     for path in sorted(glob.glob(os.path.join(folder, "figures", "*.svg"))):
         shutil.copy(path, pictures)
     tables = charts.of_manual(folder, program, pictures) if program.program else {}
-    return Manual(folder, lambda text: formulas.replace(fill(text, program, tables)))
+    return Manual(folder, lambda text, path: formulas.replace(
+        fill(sources.fill(text, path), program, tables)))
 
 
 def photograph(program, what, folder):
@@ -52,6 +66,7 @@ def arguments():
     parser.add_argument("--build", required=True, help="folder for everything that is made")
     parser.add_argument("--version", required=True)
     parser.add_argument("--examples", help="folder of the example cases")
+    parser.add_argument("--cases", help="folder of the cases with known answers")
     parser.add_argument("--cli", help="console program, which draws the pictures")
     parser.add_argument("--screens", help="program that takes the pictures of the windows")
     parser.add_argument("--only", choices=["help", "pdf", "chm"], action="append",
@@ -67,13 +82,18 @@ def main():
         draw(os.path.join(given.docs, "drawings.txt"), given.examples, given.cli, pictures)
     if given.screens:
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
+        pose(os.path.join(given.docs, "windows.txt"), given.examples, given.screens, pictures)
     formulas = Formulas(os.path.join(given.build, "formulas"))
     program = Program(given.cli, given.examples)
+    answers = Answers(given.cli, [given.examples, given.cases],
+                      os.path.join(given.build, "answers.json"))
+    sources = Sources(answers, given.cases)
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
     if "pdf" not in wanted:
         folders = [folder for folder in folders if in_help(folder)]
-    manuals = [read(folder, formulas, program, pictures) for folder in folders]
+    manuals = [read(folder, formulas, sources, program, pictures) for folder in folders]
+    answers.keep()
     # The user manual leads the contents of the help.
     manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
     pages = Help([manual for manual in manuals if in_help(manual.folder)], os.path.join(given.build, "help"), given.build)

@@ -6,12 +6,13 @@ import html
 import os
 import xml.etree.ElementTree as ElementTree
 
-from book import HEADINGS, DocsError, plain
+from book import HEADINGS, plain
+from faults import DocsError
 
 PAGE = """<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
 <meta name="author" content="TELVO"/></head>
-<body>
+<body class="{kind}">
 <section class="title"><p class="program">TELVO</p><p class="name">{name}</p>
 <p class="subtitle">{subtitle}</p><p class="version">Version {version}</p></section>
 <nav><h1 class="contents">Contents</h1>
@@ -48,9 +49,10 @@ def document(manual, others, version, sources):
             elif element.tag == "img":
                 find_picture(element, manual, sources)
         figures(section)
+        keep_together(section)
         chapters.append(ElementTree.tostring(section, encoding="unicode", method="html"))
     settings = manual.settings
-    return PAGE.format(title=html.escape("TELVO: " + settings["title"]),
+    return PAGE.format(kind=manual.name, title=html.escape("TELVO: " + settings["title"]),
                        name=html.escape(settings["title"]),
                        subtitle=html.escape(settings.get("subtitle", "")),
                        version=version, contents="\n".join(contents),
@@ -107,6 +109,14 @@ def window_size(element, path):
     from PIL import Image
     with Image.open(path) as picture:
         element.set("style", f"width:{picture.width / 2 * 0.56:.0f}pt")
+
+
+def keep_together(section):
+    """A sentence that leads to a table, a listing or a picture stays on its page."""
+    for element, following in zip(section, list(section)[1:]):
+        leads = plain(element).endswith(":") or "check" in following.get("class", "")
+        if element.tag == "p" and leads:
+            element.set("class", "leading")
 
 
 def figures(section):

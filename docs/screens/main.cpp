@@ -2,9 +2,15 @@
 // Takes the pictures of the windows for the manuals, without a display:
 //   telvo-screens windows EXAMPLE-CASE FOLDER     every window of the desktop program
 //   telvo-screens help HELP-FOLDER/ FOLDER        the help window
+//   telvo-screens case EXAMPLE-CASE FOLDER NAME WINDOW VALUE
+// The last one pictures one window of a case, WINDOW and VALUE being
+//   parameters TAB       a tab of the parameter form, from 0
+//   graph KIND=FACTOR    a graph, from 0, and where its curves have the factor
+//   working QUANTITY     the working of a quantity
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
 #include "base/ui/qtText.h"
+#include "explain/ui/frmExplain.h"
 #include "help/ui/frmHelp.h"
 #include "report/ui/PrintDialogs.h"
 
@@ -15,6 +21,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -156,38 +163,115 @@ void takeViews(Camera& camera, app::ui::frmMain& window) {
     }
 }
 
+/// The program with an example opened, in a home of its own.
+class Desk {
+  public:
+    Desk(Camera& camera, const QString& example)
+        : m_file(placed(m_home, example)),
+          m_program({{fromQt(m_home.filePath("install")), fromQt(m_home.filePath("Documents")),
+                      fromQt(m_home.path())},
+                     {},
+                     std::chrono::year{2014} / 1 / 1,
+                     // Yes, a form may be left.
+                     [](std::string_view, Buttons buttons, Answer preset, std::string_view) {
+                         return buttons == Buttons::YesNo ? Answer::Yes : preset;
+                     },
+                     m_files,
+                     m_printer}) {
+        camera.takeModal("frmDisclaimer", [this] { m_program.start(); });
+        app::Settings& settings = m_program.settings().values();
+        settings.GraphSetParams = 1;
+        settings.DisplayFontName = "DejaVu Sans";
+        settings.DisplayFontSize = 9;
+        settings.DataPath = "Documents/MyBODRA";
+        m_program.window().applyHistoryFont();
+        m_program.session().LoadProjFile(fromQt(m_file));
+    }
+    app::ui::Program& program() { return m_program; }
+    const QString& file() const { return m_file; }
+
+  private:
+    static QString placed(const QTemporaryDir& home, const QString& example) {
+        QDir().mkpath(home.filePath("Documents/MyBODRA"));
+        QDir().mkpath(home.filePath("install"));
+        const QString file = home.filePath("Documents/MyBODRA/") + QFileInfo(example).fileName();
+        QFile::copy(example, file);
+        return file;
+    }
+
+    QTemporaryDir m_home;
+    QString m_file;
+    NoFiles m_files;
+    NoPrinter m_printer;
+    app::ui::Program m_program;
+};
+
+void takeGraph(Camera& camera, app::ui::frmMain& window, const QString& name,
+               const QString& value) {
+    choose(window, ("mnuCalcGrafItem_" + value.section('=', 0, 0)).toUtf8().constData());
+    QApplication::processEvents();
+    QWidget* graph = topWindow("frmGraph");
+    if (!graph) return camera.missed(name);
+    graph->resize(860, 640);
+    if (auto* target = graph->findChild<QLineEdit*>("txtTargetSF"))
+        target->setText(value.section('=', 1));
+    if (auto* find = graph->findChild<QPushButton*>("cmdFindTarget")) find->click();
+    camera.take(*graph, name);
+}
+
+void takeWorking(Camera& camera, app::ui::frmMain& window, const QString& name,
+                 const QString& quantity) {
+    choose(window, "mnuCalcItem_0");
+    QApplication::processEvents();
+    QWidget* results = topWindow("frmResTxtPlt");
+    auto* button = results ? results->findChild<QPushButton*>("cmdWorking") : nullptr;
+    if (!button) return camera.missed(name);
+    button->click();
+    QApplication::processEvents();
+    auto* working = qobject_cast<explain::ui::frmExplain*>(topWindow("frmExplain"));
+    if (!working) return camera.missed(name);
+    working->resize(900, 420);
+    working->showQuantity(fromQt(quantity));
+    camera.take(*working, name);
+}
+
+int takeCase(const QString& example, const QString& folder, const QString& name,
+             const QString& what, const QString& value) {
+    Camera camera(folder);
+    Desk desk(camera, example);
+    app::ui::frmMain& window = desk.program().window();
+    desk.program().settings().values().GraphSetParams = 0;
+    if (what == "parameters") {
+        choose(window, "mnuEditItem_1");
+        QApplication::processEvents();
+        if (QWidget* form = topWindow("frmTELVOParm")) {
+            form->resize(form->width() + 140, form->height());
+            chooseTab(*form, value.toInt());
+            if (auto* ok = form->findChild<QPushButton*>("cmdOK")) ok->setFocus();
+            camera.take(*form, name);
+            form->close();
+        } else {
+            camera.missed(name);
+        }
+    } else if (what == "graph") {
+        takeGraph(camera, window, name, value);
+    } else if (what == "working") {
+        takeWorking(camera, window, name, value);
+    } else {
+        camera.missed(name);
+    }
+    window.close();
+    return camera.result();
+}
+
 int takeWindows(const QString& example, const QString& folder) {
     Camera camera(folder);
-    QTemporaryDir home;
-    QDir().mkpath(home.filePath("Documents/MyBODRA"));
-    QDir().mkpath(home.filePath("install"));
-    const QString file = home.filePath("Documents/MyBODRA/") + QFileInfo(example).fileName();
-    QFile::copy(example, file);
-    NoFiles files;
-    NoPrinter printer;
-    app::ui::Program program(
-        {{fromQt(home.filePath("install")), fromQt(home.filePath("Documents")),
-          fromQt(home.path())},
-         {},
-         std::chrono::year{2014} / 1 / 1,
-         // Yes, a form may be left.
-         [](std::string_view, Buttons buttons, Answer preset, std::string_view) {
-             return buttons == Buttons::YesNo ? Answer::Yes : preset;
-         },
-         files,
-         printer});
-    camera.takeModal("frmDisclaimer", [&program] { program.start(); });
-    app::Settings& settings = program.settings().values();
-    settings.GraphSetParams = 1;
-    settings.DisplayFontName = "DejaVu Sans";
-    settings.DisplayFontSize = 9;
-    settings.DataPath = "Documents/MyBODRA";
-    program.window().applyHistoryFont();
-    program.session().LoadProjFile(fromQt(file));
+    Desk desk(camera, example);
+    app::ui::Program& program = desk.program();
     app::ui::frmMain& window = program.window();
     choose(window, "mnuUtilItem_5"); // empties the history, which names folders
     program.messages().history("TELVO stability factors calculated: " +
-                               fromQt(QFileInfo(file).fileName()));
+                               fromQt(QFileInfo(desk.file()).fileName()));
     window.resize(1120, 680);
     camera.take(window, "frmMain");
 
@@ -241,10 +325,13 @@ int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     QStandardPaths::setTestModeEnabled(true);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 4 || (arguments[1] != "windows" && arguments[1] != "help")) {
-        std::fputs("usage: telvo-screens windows CASE FOLDER | help HELP-FOLDER/ FOLDER\n", stderr);
-        return 2;
-    }
-    return arguments[1] == "windows" ? takeWindows(arguments[2], arguments[3])
-                                     : takeHelp(arguments[2], arguments[3]);
+    const QString what = arguments.value(1);
+    if (what == "windows" && arguments.size() == 4) return takeWindows(arguments[2], arguments[3]);
+    if (what == "help" && arguments.size() == 4) return takeHelp(arguments[2], arguments[3]);
+    if (what == "case" && arguments.size() == 7)
+        return takeCase(arguments[2], arguments[3], arguments[4], arguments[5], arguments[6]);
+    std::fputs("usage: telvo-screens windows CASE FOLDER | help HELP-FOLDER/ FOLDER |\n"
+               "       case CASE FOLDER NAME WINDOW VALUE\n",
+               stderr);
+    return 2;
 }
