@@ -35,6 +35,24 @@ TEST(Folders, LieInTheDocumentsOrElseOnTheDesktopOrElseBesideTheProgram) {
     EXPECT_EQ(blocked.fallbacks.size(), 2U);
 }
 
+TEST(InstallFolder, IsBesideTheProgramOrInItsPrefixOrInTheBuildTree) {
+    const test::TemporaryFolder folder;
+    const std::string program = folder.root + "usr/bin";
+    fs::create_directories(program);
+    EXPECT_EQ(installFolder(program), program);
+    fs::create_directories(folder.root + "usr/share/telvo");
+    EXPECT_EQ(installFolder(program), program) << "an empty folder is not an installation";
+    folder.put("usr/share/telvo/a.tlv", "");
+    EXPECT_EQ(installFolder(program), folder.root + "usr/share/telvo/");
+    folder.put("usr/bin/TELVO.PDF", "");
+    EXPECT_EQ(installFolder(program + "/"), program + "/");
+
+    fs::create_directories(folder.root + "build/dev/src/app/ui");
+    fs::create_directories(folder.root + "build/dev/docs");
+    folder.put("build/dev/docs/TELVO.PDF", "");
+    EXPECT_EQ(installFolder(folder.root + "build/dev/src/app/ui"), folder.root + "build/dev/docs/");
+}
+
 TEST(Examples, AreCopiedWhereMissingAndNeverOverAChangedOne) {
     const test::TemporaryFolder folder;
     fs::create_directory(folder.root + "documents");
