@@ -21,16 +21,15 @@ if(TELVO_DESKTOP)
     set(CPACK_DEBIAN_PACKAGE_RECOMMENDS xdg-utils)
 endif()
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
-"stability of retreat mining panels in coal
- TELVO designs room-and-pillar retreat mining panels in coal. A mining engineer
- describes one panel: depth of cover, entries and crosscuts, coal strength, the
- gobs around it, the barriers and the rows of pillars that are left. TELVO
- computes the loads on pillars, barriers and their remnants during development
- and retreat, their strengths and stability factors, and writes a report whose
- warnings compare the panel with a case-history data base of retreat mining.
- .
- The package holds the desktop program telvo, the console program telvo-cli,
- example cases, help and manuals.")
+"TELVO designs room-and-pillar retreat mining panels in coal. A mining engineer
+describes one panel: depth of cover, entries and crosscuts, coal strength, the
+gobs around it, the barriers and the rows of pillars that are left. TELVO
+computes the loads on pillars, barriers and their remnants during development
+and retreat, their strengths and stability factors, and writes a report whose
+warnings compare the panel with a case-history data base of retreat mining.
+.
+The package holds the desktop program telvo, the console program telvo-cli,
+example cases, help and manuals.")
 
 # What the archive wants in a package's folder of documents.
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/telvo)

@@ -8,6 +8,7 @@
 #include "cli/ui/drawCase.h"
 #endif
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -62,6 +63,7 @@ std::vector<std::string> valuesOf(const CLI::Option& option) {
         for (std::size_t comma = 0; comma != std::string::npos;) {
             comma = list.find(',');
             values.push_back(list.substr(0, comma));
+            values.back().erase(std::min(values.back().find("->"), values.back().size()));
             if (comma != std::string::npos) list.erase(0, comma + 1);
         }
         return values;
@@ -93,6 +95,18 @@ std::string roff(std::string text) {
     return text.starts_with('.') || text.starts_with('\'') ? "\\&" + text : text;
 }
 
+/// What follows the name of an option: its values, or what it takes in slanted type.
+std::string argumentOf(const CLI::Option& option) {
+    if (!takesValue(option)) return {};
+    const auto values = valuesOf(option);
+    if (!values.empty()) return " " + roff(joined(values, "|"));
+    std::string argument = CLI::Formatter().make_option_opts(&option); // " TEXT REQUIRED"
+    argument = argument.substr(1, argument.find_first_of(":=", 1) - 1);
+    argument = replaced(std::move(argument), " REQUIRED", "");
+    if (argument == "TEXT") argument = "FILE";
+    return " \\fI" + roff(argument == "INT" ? "NUMBER" : argument) + "\\fR";
+}
+
 void printMan(const CLI::App& app) {
     std::vector<std::pair<CommandPath, const CLI::App*>> commands;
     collect(app, {}, commands);
@@ -108,8 +122,8 @@ void printMan(const CLI::App& app) {
             const bool positional = !option->nonpositional();
             const std::string name = positional ? option->get_name(true) : joined(dashed(*option), ", ");
             if (name == "-h, --help") continue;
-            std::printf(".TP\n\\fB%s\\fR%s\n%s.\n", roff(name).c_str(),
-                        positional ? "" : roff(formatter.make_option_opts(option)).c_str(),
+std::printf(".TP\n\\fB%s\\fR%s\n%s.\n", roff(name).c_str(),
+                        positional ? "" : argumentOf(*option).c_str(),
                         roff(option->get_description()).c_str());
         }
         if (const std::string footer = command->get_footer(); !footer.empty())
@@ -128,13 +142,21 @@ void printBash(const CLI::App& app) {
                       "    local path= below= options= values= given=() i\n"
                       "    for ((i = 1; i < COMP_CWORD; i++)); do\n"
                       "        case \"$path ${COMP_WORDS[i]}\" in\n");
-    std::string known;
+    std::string known, taking;
+    for (const auto& [path, command] : commands)
+        for (const CLI::Option* option : optionsOf(*command))
+            if (takesValue(*option))
+                for (const std::string& name : dashed(*option))
+                    if (taking.find("' " + name + "'") == std::string::npos)
+                        taking += (taking.empty() ? "*'" : " | *'") + (" " + name) + "'";
     for (const auto& [path, command] : commands)
         if (!path.empty()) known += (known.empty() ? "'" : " | '") + (" " + joined(path, " ")) + "'";
     std::printf("        %s) path+=\" ${COMP_WORDS[i]}\" ;;\n"
+                "        %s) i=$((i + 1)) ;;\n"
+                "        *' '-*) ;;\n"
                 "        *) given+=(\"${COMP_WORDS[i]}\") ;;\n"
                 "        esac\n    done\n    case \"$path\" in\n",
-                known.c_str());
+                known.c_str(), taking.c_str());
     for (const auto& [path, command] : commands) {
         std::vector<std::string> options;
         std::string values;
@@ -152,7 +174,7 @@ void printBash(const CLI::App& app) {
         if (words == "explain")
             std::printf("%s", "        # The quantities of the case that is named already.\n"
                               "        if [ ${#given[@]} -eq 1 ] && [[ $current != -* ]]; then\n"
-                              "            below=$(telvo-cli explain \"${given[0]}\" --list 2> /dev/null)\n"
+                              "            below=$(telvo-cli explain \"${given[0]}\" --list 2> /dev/null | cut -d ' ' -f 1)\n"
                               "        fi\n");
         if (!values.empty()) std::printf("        case \"$previous\" in\n%s        esac\n", values.c_str());
         std::printf("        ;;\n");

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/files.h"
 #include "cli/CommandLine.h"
 #include "cli/plotCommand.h"
 #ifdef TELVO_DRAWS
@@ -16,8 +17,14 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 #ifdef __linux__
 #include <unistd.h>
+#endif
+#ifdef _WIN32
+#include <windows.h>
+
+#include <shellapi.h>
 #endif
 
 namespace {
@@ -59,12 +66,33 @@ void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
 #endif
 }
 
+/// The arguments in UTF-8. Windows hands them to main() in its code page, which has no room for
+/// every file name.
+std::vector<std::string> argumentsInUtf8([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
+#ifdef _WIN32
+    std::vector<std::string> arguments;
+    int count = 0;
+    wchar_t** const wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+    for (int i = 0; wide && i < count; ++i)
+        arguments.push_back(telvo::utf8FromPath(wide[i]));
+    ::LocalFree(wide);
+    return arguments;
+#else
+    return {argv, argv + argc};
+#endif
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     try {
         callOtherProgram(argc, argv);
-        return CommandLine(workbooksOfThisBuild(), plotterOfThisBuild()).run(argc, argv);
+        std::vector<std::string> arguments = argumentsInUtf8(argc, argv);
+        std::vector<char*> pointers;
+        for (std::string& argument : arguments)
+            pointers.push_back(argument.data());
+        return CommandLine(workbooksOfThisBuild(), plotterOfThisBuild())
+            .run(static_cast<int>(pointers.size()), pointers.data());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "telvo-cli: %s\n", error.what());
         return FileTrouble;

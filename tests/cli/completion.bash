@@ -23,15 +23,16 @@ commands=$(telvo-cli --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/
 [ "$(wc -w <<< "$commands")" -ge 9 ] || { echo "commands: $commands"; failed=1; }
 expect "$(echo $commands)" ""
 for command in $commands "table export" "table import" "table template"; do
-    options=$(telvo-cli $command --help | grep -oE '^  (-[a-z],)?--?[a-z-]+' | tr ',\n' '  ' | xargs)
+    options=$(telvo-cli $command --help | grep -oE '^  -[^ ]+' | tr , ' ' | xargs)
     expect "$options" $command -
 done
 expect "--digits" explain "$case_file" --d
 expect "export" table exp
 expect "english metric" new x.TLV --units ""
 expect "0 1 2" report "$case_file" --round-sf ""
+expect "lbs tons" report "$case_file" --force-units ""
 expect "" report pan
-expect "BarrierSF.retreat.first BarrierSF.retreat.second" explain "$case_file" BarrierSF.retreat.
+expect "BarrierSF.retreat.first BarrierSF.retreat.second" explain --digits 9 "$case_file" BarrierSF.retreat.
 expect "" explain "$case_file" BarrierSF.retreat.first ""
 
 for shell in zsh fish; do
