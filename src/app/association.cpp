@@ -133,7 +133,7 @@ std::string mimePackage(std::string_view extension) {
                        "\">\n"
                        "    <comment>TELVO case</comment>\n"
                        "    <sub-class-of type=\"text/plain\"/>\n"
-                       "    <icon name=\"telvo\"/>\n"
+                       "    <icon name=\"application-x-telvo-case\"/>\n"
                        "    <glob pattern=\"*." +
                        capital + "\"/>\n";
     if (small != capital) text += "    <glob pattern=\"*." + small + "\"/>\n";

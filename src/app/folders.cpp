@@ -40,7 +40,26 @@ bool isExampleName(const std::string& name) {
         [](char wanted, char c) { return wanted == (c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c); });
 }
 
+bool holdsInstalledFiles(const fs::path& folder) {
+    std::error_code error;
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = utf8FromPath(entry->path().filename());
+        if (isExampleName(name) || name == "TELVO.CHM" || name == "TELVO.PDF") return true;
+    }
+    return false;
+}
+
 } // namespace
+
+std::string installFolder(const std::string& programFolder) {
+    const fs::path program = pathFromUtf8(programFolder);
+    // The last is build/<preset>/docs, seen from the desktop program in build/<preset>/src/app/ui.
+    for (const char* folder : {".", "../share/telvo", "../../../docs"})
+        if (holdsInstalledFiles(program / folder))
+            return utf8FromPath((program / folder / "").lexically_normal());
+    return programFolder;
+}
 
 Folders resolveFolders(const SystemFolders& system) {
     Folders folders;

@@ -17,9 +17,15 @@ struct Folders {
     std::vector<std::string> fallbacks; ///< history lines about folders that could not be had
 };
 
+/// The install folder, where examples, help and manuals are: the folder of the program when they
+/// lie there, else share/telvo of the prefix that the program is installed in, else the documents
+/// of the build tree that the program lies in. Without all of these it is the folder of the
+/// program.
+std::string installFolder(const std::string& programFolder);
+
 /// What the system says of itself.
 struct SystemFolders {
-    std::string program;                  ///< folder of the program file
+    std::string program;                  ///< the install folder
     std::optional<std::string> documents; ///< the user's documents folder
     std::optional<std::string> desktop;   ///< taken when there is no documents folder
 };

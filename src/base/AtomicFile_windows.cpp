@@ -38,7 +38,8 @@ Result<AtomicFile> AtomicFile::create(const std::string& path) {
         temporary +=
             "." + std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(count) + ".tmp";
         if (_wsopen_s(&file.m_descriptor, temporary.c_str(),
-                      _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _SH_DENYRW,
+                      // Who asks for the path may write to it: workbooks are written so.
+                      _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _SH_DENYNO,
                       _S_IREAD | _S_IWRITE) == 0)
             file.m_temporary = temporary;
     }

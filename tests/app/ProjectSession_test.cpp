@@ -125,7 +125,7 @@ TEST_F(ProjectSessionTest, ImportsAreUntitledAndNotInTheRecentList) {
 }
 
 TEST_F(ProjectSessionTest, ADamagedFileOpensUnderNoName) {
-    std::string bytes = folder.content(fs::path(example("two-side-gobs.TLV")).filename());
+    std::string bytes = folder.content(fs::path(example("two-side-gobs.TLV")).filename().string());
     bytes.resize(bytes.size() - 20);
     const std::string damaged = folder.put("damaged.TLV", bytes);
     session.open().Working.EntryHeight = 99;

@@ -41,6 +41,7 @@ TEST(Association, InstalledFilesAreThoseOfTheCommand) {
     EXPECT_EQ(digits.find("<glob"), digits.rfind("<glob")); // no second pattern
 }
 
+#ifndef _WIN32
 TEST(Association, FilesGoBelowTheUsersDataHome) {
     EXPECT_EQ(userDataHome("/data", "/home/ann"), "/data");
     EXPECT_EQ(userDataHome(nullptr, "/home/ann"), "/home/ann/.local/share");
@@ -49,6 +50,7 @@ TEST(Association, FilesGoBelowTheUsersDataHome) {
     EXPECT_EQ(associationFiles("/data").mimePackage, "/data/mime/packages/telvo.xml");
     EXPECT_EQ(associationFiles("/data").desktopEntry, "/data/applications/telvo.desktop");
 }
+#endif
 
 TEST(Association, AsksFirstAndTellsInAnyCase) {
     const std::string question = "Program Options: Message: This operation may break an existing "

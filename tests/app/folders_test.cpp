@@ -7,10 +7,18 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace telvo::app {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// A path in one way of writing it, on Windows too.
+std::string slashed(std::string path) {
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return path;
+}
 
 TEST(Folders, LieInTheDocumentsOrElseOnTheDesktopOrElseBesideTheProgram) {
     const test::TemporaryFolder folder;
@@ -19,11 +27,12 @@ TEST(Folders, LieInTheDocumentsOrElseOnTheDesktopOrElseBesideTheProgram) {
     fs::create_directory(desktop);
     for (const std::string ending : {"", "/"}) {
         const Folders folders = resolveFolders({folder.root, documents + ending, desktop});
-        EXPECT_EQ(folders.DataFolder, documents + "/MyBODRA/");
-        EXPECT_EQ(folders.TempDataFolder, documents + "/MyBODRA/Temp/");
+        EXPECT_EQ(slashed(folders.DataFolder), slashed(documents + "/MyBODRA/"));
+        EXPECT_EQ(slashed(folders.TempDataFolder), slashed(documents + "/MyBODRA/Temp/"));
         EXPECT_TRUE(fs::is_directory(folders.TempDataFolder) && folders.fallbacks.empty());
     }
-    EXPECT_EQ(resolveFolders({folder.root, "", desktop}).DataFolder, desktop + "/MyBODRA/");
+    EXPECT_EQ(slashed(resolveFolders({folder.root, "", desktop}).DataFolder),
+              slashed(desktop + "/MyBODRA/"));
     const Folders none = resolveFolders({folder.root, {}, {}});
     EXPECT_EQ(none.DataFolder, none.InstallFolder);
     EXPECT_EQ(none.fallbacks.size(), 1U);
@@ -33,6 +42,26 @@ TEST(Folders, LieInTheDocumentsOrElseOnTheDesktopOrElseBesideTheProgram) {
     EXPECT_EQ(blocked.DataFolder, folder.root);
     EXPECT_EQ(blocked.TempDataFolder, folder.root);
     EXPECT_EQ(blocked.fallbacks.size(), 2U);
+}
+
+TEST(InstallFolder, IsBesideTheProgramOrInItsPrefixOrInTheBuildTree) {
+    const test::TemporaryFolder folder;
+    const std::string program = folder.root + "usr/bin";
+    fs::create_directories(program);
+    EXPECT_EQ(slashed(installFolder(program)), slashed(program));
+    fs::create_directories(folder.root + "usr/share/telvo");
+    EXPECT_EQ(slashed(installFolder(program)), slashed(program))
+        << "an empty folder is not an installation";
+    folder.put("usr/share/telvo/a.tlv", "");
+    EXPECT_EQ(slashed(installFolder(program)), slashed(folder.root + "usr/share/telvo/"));
+    folder.put("usr/bin/TELVO.PDF", "");
+    EXPECT_EQ(slashed(installFolder(program + "/")), slashed(program + "/"));
+
+    fs::create_directories(folder.root + "build/dev/src/app/ui");
+    fs::create_directories(folder.root + "build/dev/docs");
+    folder.put("build/dev/docs/TELVO.PDF", "");
+    EXPECT_EQ(slashed(installFolder(folder.root + "build/dev/src/app/ui")),
+              slashed(folder.root + "build/dev/docs/"));
 }
 
 TEST(Examples, AreCopiedWhereMissingAndNeverOverAChangedOne) {

@@ -85,7 +85,8 @@ TEST(Verification, EveryQuantityAgreesWithTheIndependentCalculation) {
         EXPECT_TRUE(quantities.contains(name)) << name << " was compared in no case";
     });
     for (const auto& item : std::filesystem::directory_iterator(Folder))
-        EXPECT_TRUE(item.path().extension() != ".TLV" || files.contains(item.path().filename()))
+        EXPECT_TRUE(item.path().extension() != ".TLV" ||
+                    files.contains(item.path().filename().string()))
             << item.path() << " has no expected numbers";
 }
 

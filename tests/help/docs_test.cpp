@@ -8,6 +8,7 @@
 #include "project/CaseFile.h"
 #include "project/inputFields.h"
 #include "project/parameterFields.h"
+#include "util/resourceList.h"
 
 #include <gtest/gtest.h>
 
@@ -170,6 +171,19 @@ TEST_F(Docs, NoTopicIsEmpty) {
     for (const Topic& topic : book.topics())
         EXPECT_FALSE(book.search(topic.title).empty()) << topic.title;
     EXPECT_GT(book.topics().size(), 80U);
+}
+
+TEST(Documents, EveryOneOfTheListIsMade) {
+    const std::string folder = TELVO_DOCUMENTS_DIR;
+    const auto list = util::readResourceList(folder + std::string(util::ResourceListFile));
+    ASSERT_TRUE(list) << list.fault().message;
+    EXPECT_EQ(list->size(), 8U);
+    for (const util::Resource& document : *list) {
+        const auto bytes = readFile(folder + document.file);
+        ASSERT_TRUE(bytes) << document.file;
+        EXPECT_TRUE(bytes->starts_with(util::isTable(document.file) ? "PK" : "%PDF"))
+            << document.file;
+    }
 }
 
 } // namespace

@@ -170,7 +170,9 @@ TEST(Workbook, HostileFilesAreRefused) {
     EXPECT_NE(faultOf("PK\x03\x04 and so on").find("damaged"), string::npos);
     EXPECT_NE(faultOf("\xD0\xCF\x11\xE0").find("password"), string::npos);
     EXPECT_NE(faultOf(zipped({{"mimetype", "x"}})).find("is not an XLSX workbook"), string::npos);
-    EXPECT_NE(faultOf(zipped(workbookOf(Headings), true)).find("encrypted"), string::npos);
+    if (zip_encryption_method_supported(ZIP_EM_AES_256, 1)) {
+        EXPECT_NE(faultOf(zipped(workbookOf(Headings), true)).find("encrypted"), string::npos);
+    }
     EXPECT_EQ(faultOf(zipped(workbookOf(Headings))), "");
     const string bomb = zipped(workbookOf(Headings + string(20'000'000, ' ')));
     EXPECT_LT(bomb.size(), 40'000U);

@@ -58,18 +58,6 @@ std::string externalEditor() {
 #endif
 }
 
-bool holdsInstalledFiles(const QDir& folder) {
-    return !folder.entryList({"*.TLV", "TELVO.CHM", "TELVO.PDF"}, QDir::Files).isEmpty();
-}
-
-/// The program's folder when examples or help lie there, else the prefix's share.
-QString installFolder() {
-    const QDir program(QCoreApplication::applicationDirPath());
-    if (holdsInstalledFiles(program)) return program.path();
-    const QDir share(program.filePath("../share/telvo"));
-    return share.exists() ? QDir::cleanPath(share.path()) : program.path();
-}
-
 /// A folder of the desktop; a documents folder that the desktop names but nobody has used yet is
 /// made.
 std::optional<std::string> standardFolder(QStandardPaths::StandardLocation location) {
@@ -91,7 +79,8 @@ std::string commandLineFile() {
 
 Surroundings Surroundings::ofDesktop(FileDialogs& files, report::ui::PrintDialogs& print) {
     const QDate today = QDate::currentDate();
-    return {{fromQt(QDir::toNativeSeparators(installFolder())),
+    return {{fromQt(QDir::toNativeSeparators(
+                 toQt(installFolder(fromQt(QCoreApplication::applicationDirPath()))))),
              standardFolder(QStandardPaths::DocumentsLocation),
              standardFolder(QStandardPaths::DesktopLocation)},
             commandLineFile(),

@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/commands.h"
+#include "cli/explainCommand.h"
+#include "cli/plotCommand.h"
+#include "cli/tableCommand.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace telvo::cli {
+
+/// The commands of telvo-cli with their arguments, help texts and actions.
+class CommandLine {
+  public:
+    /// Given: what this program can do besides text
+    CommandLine(Workbooks workbooks, Plotter plotter);
+    CommandLine(const CommandLine&) = delete; // the parser points into it
+    CommandLine& operator=(const CommandLine&) = delete;
+
+    /// Reads the arguments and does what they ask for. Returned: the exit status.
+    int run(int argc, char** argv);
+
+    /// The commands and options, for those who document them.
+    const CLI::App& app() const { return m_app; }
+
+  private:
+    struct Action {
+        const CLI::App* command;
+        std::function<int()> act;
+    };
+
+    CLI::App m_app{"TELVO: stability of room-and-pillar retreat mining panels in coal.",
+                   "telvo-cli"};
+    Workbooks m_workbooks;
+    Plotter m_plotter;
+    ReportRequest m_report;
+    ResultsRequest m_results;
+    ExplainRequest m_explained;
+    PlotRequest m_plot;
+    std::vector<std::string> m_checked;
+    NewRequest m_made;
+    SaveRequest m_converted, m_saved;
+    TableRequest m_table;
+    std::vector<Action> m_actions;
+};
+
+} // namespace telvo::cli
