@@ -105,19 +105,23 @@ project::ProjectCase readExample(const std::string& name) {
     return current;
 }
 
-/// A plan with everything on it, on a screen-filling widget: computed, placed and painted.
-void repaintPlan(benchmark::State& state) {
+/// A plan with everything on it: painted again, and after an input that was typed computed, placed
+/// and painted.
+void repaintPlan(benchmark::State& state, QSize size, bool typed) {
     const project::ProjectCase current = readExample("bleeder-rows-c-d.TLV");
     telvo::ui::PlanView view("plan");
-    view.resize(1600, 1000);
+    view.resize(size);
+    view.setDrawing(std::get<plot::Drawing>(plot::panelPlan(current, {})));
     view.show();
     QApplication::processEvents(); // only a window on the screen is painted
     for (auto _ : state) {
-        view.setDrawing(std::get<plot::Drawing>(plot::panelPlan(current, {})));
+        if (typed) view.setDrawing(std::get<plot::Drawing>(plot::panelPlan(current, {})));
         view.repaint();
     }
 }
-BENCHMARK(repaintPlan)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(repaintPlan, asItWas, QSize(900, 700), false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(repaintPlan, typed, QSize(900, 700), true)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(repaintPlan, fullScreen, QSize(1600, 1000), true)->Unit(benchmark::kMillisecond);
 
 /// A graph of an example: computed, composed and painted, in a new window of the usual size.
 void drawGraph(benchmark::State& state, const char* example, study::GraphKind kind) {
