@@ -1,10 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/ui/frmMain.h"
-#include "app/ui/Program.h"
-#include "base/files.h"
-#include "GuiTest.h"
+#include "programHome.h"
 #include "project/CaseFile.h"
-#include "report/ui/PrintDialogs.h"
 
 #include <algorithm>
 #include <fstream>
@@ -28,91 +24,8 @@
 
 using namespace telvo;
 using namespace telvo::test;
-using app::ui::Program;
 
 namespace {
-
-struct NoPrinter : report::ui::PrintDialogs {
-    bool choosePrinter(QPrinter&, QWidget*, const QString&) override { return false; }
-    bool setUpPrinter(QPrinter&, QWidget*) override { return false; }
-};
-
-/// A home of its own, and the running program in it. Boxes are answered from a list; windows that
-/// wait for an answer are closed.
-struct Home {
-    QTemporaryDir folder;
-    RecordedDialogs dialogs;
-    NoPrinter printer;
-    std::vector<std::string> asked;
-    std::deque<Answer> answers;
-    std::vector<QString> modalWindows;
-    std::unique_ptr<Program> program;
-    QTimer closer; ///< plays the user whom modal windows wait for
-
-    std::string path(const char* name) const { return folder.filePath(name).toStdString(); }
-    std::string data(const char* name) const { return path("Documents/MyBODRA/") + name; }
-    void put(const std::string& name, const std::string& bytes) const {
-        QDir().mkpath(folder.filePath("Documents/MyBODRA/Temp"));
-        std::ofstream(name, std::ios::binary) << bytes;
-    }
-
-    Home() {
-        QDir().mkpath(folder.filePath("Documents"));
-        QDir().mkpath(folder.filePath("install"));
-        QObject::connect(&closer, &QTimer::timeout, [this] {
-            if (auto* waiting = QApplication::activeModalWidget()) {
-                modalWindows.push_back(waiting->objectName());
-                waiting->close();
-            }
-        });
-        closer.start(1);
-    }
-
-    Program& start(const std::string& commandLine = {},
-                   std::chrono::year_month_day today = std::chrono::year{2014} / 1 / 1) {
-        program.reset();
-        const app::SystemFolders system = {path("install"), path("Documents"), path("")};
-        app::ui::Surroundings around{
-            system,
-            commandLine,
-            today,
-            [this](std::string_view text, Buttons, Answer preset, std::string_view title) {
-                asked.push_back(std::string(title) + ": " + std::string(text));
-                if (answers.empty()) return preset;
-                const Answer answer = answers.front();
-                answers.pop_front();
-                return answer;
-            },
-            dialogs,
-            printer};
-        program = std::make_unique<Program>(std::move(around));
-        program->start();
-        return *program;
-    }
-    /// Quits as the user does.
-    bool quit() { return program->window().close(); }
-
-    void trigger(const char* action) {
-        auto* found = program->window().findChild<QAction*>(action);
-        if (!found) qFatal("no action %s", action);
-        found->trigger();
-    }
-    template <typename Window>
-    Window* window(const char* name) {
-        for (QWidget* top : QApplication::topLevelWidgets())
-            if (top->objectName() == QLatin1String(name)) return static_cast<Window*>(top);
-        return nullptr;
-    }
-    std::string history() {
-        return control<QPlainTextEdit>(program->window(), "txtMain").toPlainText().toStdString();
-    }
-    std::string status() const { return program->messages().lastStatus(); }
-    bool wasAsked(const std::string& text) const {
-        return std::any_of(asked.begin(), asked.end(), [&](const std::string& one) {
-            return one.find(text) != std::string::npos;
-        });
-    }
-};
 
 std::string settingsWith(const std::string& lines) {
     return "[Version]\r\nINIFileVersion=050817\r\n" + lines;
@@ -142,10 +55,6 @@ class ProgramTest : public QObject {
     void menusHaveTheirCaptionsAndTellWhatIsMissing();
     void unsavedChangesKeepTheWindowOpen();
     void everyDialogOpensFromItsMenu();
-    void graphsAreOfferedWhereTheCaseHasThem();
-    void plotsStayThoseOfTheirRun();
-    void filesAreBrowsedAndImported();
-    void aCaseIsLoadedFromATable();
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
     void f1OnAFieldOpensTheTopicOfThatInput();
@@ -316,140 +225,6 @@ void ProgramTest::everyDialogOpensFromItsMenu() {
     home.trigger("mnuFileItem_2");
     QVERIFY(home.dialogs.asked.back().starts_with("Save Project As|" TELVO_EXAMPLES_DIR
                                                   "/Metric_deep-cover.TLV|"));
-}
-
-void ProgramTest::graphsAreOfferedWhereTheCaseHasThem() {
-    Home home;
-    Program& program = home.start();
-    const auto offered = [&] {
-        std::string states;
-        for (int kind = 0; kind < 6; ++kind)
-            states += program.window()
-                              .findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_%1").arg(kind))
-                              ->isEnabled()
-                          ? '1'
-                          : '0';
-        return states;
-    };
-    QCOMPARE(offered(), "000000"); // an empty case
-    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
-    QCOMPARE(offered(), "111111");
-    project::ProjectInput in = program.session().project().Input;
-    in.Anal = 2;
-    program.session().acceptParameters(in);
-    QCOMPARE(offered(), "111110");
-    home.trigger("mnuCalcGrafItem_1");
-    auto* graph = home.window<QWidget>("frmGraph");
-    QVERIFY(graph && graph->isVisible());
-    QVERIFY(graph->windowTitle().startsWith("Graph: SF vs Depth of Cover"));
-    home.dialogs.answers = {home.path("graph.csv")};
-    click(*graph, "cmdExport");
-    QVERIFY(QFile::exists(home.folder.filePath("graph.csv")));
-    program.settings().values().PlotRangeMin = 150;
-    home.trigger("mnuCalcGrafItem_0");
-    QVERIFY(home.wasAsked("Invalid Range settings. Check Options-> Output Options"));
-    home.answers = {Answer::No};
-    QVERIFY(home.quit());
-    QVERIFY(!home.window<QWidget>("frmGraph"));
-}
-
-void ProgramTest::plotsStayThoseOfTheirRun() {
-    Home home;
-    Program& program = home.start();
-    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
-    home.trigger("mnuCalcItem_0");
-    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
-    auto* plots = home.window<QWidget>("frmPlots");
-    QVERIFY(plots && plots->isVisible());
-    const auto shownStresses = [&] {
-        plots->findChild<QAction*>("mnuStresses")->trigger();
-        home.dialogs.answers = {home.path("stress.csv")};
-        click(*plots, "cmdExport");
-        QFile file(home.folder.filePath("stress.csv"));
-        const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        file.remove();
-        return bytes;
-    };
-    const QByteArray first = shownStresses();
-    QVERIFY(first.startsWith("Pillar,"));
-    project::ProjectInput deeper = program.session().project().Input;
-    deeper.DepthCover *= 1.5;
-    program.session().acceptParameters(deeper);
-    home.trigger("mnuCalcItem_0");
-    QCOMPARE(shownStresses(), first);
-
-    click(*home.window<QWidget>("frmResTxtPlt"), "cmdWorking");
-    auto* working = home.window<QWidget>("frmExplain");
-    QVERIFY(working && working->isVisible());
-    plots->close();
-    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
-    plots = home.window<QWidget>("frmPlots");
-    QVERIFY(shownStresses() != first);
-    home.answers = {Answer::No};
-    QVERIFY(home.quit());
-    QVERIFY(!home.window<QWidget>("frmPlots") && !home.window<QWidget>("frmExplain"));
-}
-
-/// Runs in the modal dialog of that name while a command shows it.
-template <typename Work>
-void inDialog(const char* name, Work work) {
-    QTimer::singleShot(0, qApp, [=] {
-        for (QWidget* top : QApplication::topLevelWidgets())
-            if (top->isVisible() && top->objectName() == name) work(*top);
-    });
-}
-
-void ProgramTest::filesAreBrowsedAndImported() {
-    Home home;
-    Program& program = home.start();
-    const std::string data = program.settings().values().DataPath;
-    inDialog("frmTextBrow", [&](QWidget& browser) {
-        QCOMPARE(QDir(control<QLineEdit>(browser, "txtFolder").text()),
-                 QDir(QString::fromStdString(data)));
-        click(browser, "chkUseNotepad");
-        click(browser, "cmdClose");
-    });
-    home.trigger("mnuFileItem_11");
-    QCOMPARE(program.settings().values().BrowseUseNotepad, 1);
-    const auto ini = readFile(program.folders().DataFolder + "TELVO.INI");
-    QVERIFY(ini && ini->find("BrowseUseNotepad=1") != std::string::npos);
-
-    auto bytes = readFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV");
-    QVERIFY(bytes && writeFile(home.path("mine.KRV"), "KORV\n" + *bytes));
-    home.dialogs.answers = {home.path("mine.KRV")};
-    home.trigger("mnuFileItem_5");
-    QCOMPARE(program.window().windowTitle(), "Untitled*");
-    QCOMPARE(program.session().project().Input.DepthCover, 900);
-
-    // No list is installed here.
-    inDialog("frmResource", [](QWidget& resources) { click(resources, "cmdClose"); });
-    home.trigger("mnuHelpItem_4");
-    QVERIFY(home.wasAsked("Requested File not found: " + home.path("install/Resources.lst")));
-    home.answers = {Answer::No};
-    QVERIFY(home.quit());
-}
-
-void ProgramTest::aCaseIsLoadedFromATable() {
-    Home home;
-    Program& program = home.start();
-    QVERIFY(writeFile(home.path("install/Resources.lst"), "TELVO.PDF; Program manual\n"));
-    QVERIFY(writeFile(home.path("cases.csv"), "Title,DepthCover\nfirst,500\nsecond,700\n"));
-    home.dialogs.answers = {home.path("cases.csv")};
-    inDialog("frmResource", [&](QWidget& resources) {
-        inDialog("frmCaseTable", [](QWidget& table) {
-            auto& view = control<QTableView>(table, "tblCases");
-            view.selectRow(1);
-            click(table, "cmdOK");
-        });
-        click(resources, "cmdImport");
-    });
-    home.trigger("mnuHelpItem_4");
-    QCOMPARE(program.window().windowTitle(), "Untitled*");
-    QCOMPARE(program.session().project().Title, "second");
-    QCOMPARE(program.session().project().Input.DepthCover, 700);
-    home.answers = {Answer::No};
-    QVERIFY(home.quit());
 }
 
 void ProgramTest::sizesComeBack() {

@@ -66,6 +66,13 @@ QPushButton* Form::addButton(QDialogButtonBox& box, const QString& name, const Q
     return button;
 }
 
+QPushButton* Form::makeButton(const QString& name, const QString& caption, const QString& toolTip) {
+    auto* made = new QPushButton(caption, this);
+    describe(*made, name, caption, toolTip);
+    made->setAutoDefault(false);
+    return made;
+}
+
 void Form::done(int result) {
     if (m_services.places && isVisible()) m_services.places->save(*this);
     QDialog::done(result);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QPushButton>
 #include <string_view>
 
 namespace telvo::ui {
@@ -51,6 +52,16 @@ class Form : public QDialog {
     QDialogButtonBox* makeButtons();
     QPushButton* addButton(QDialogButtonBox& box, const QString& name, const QString& caption,
                            QDialogButtonBox::ButtonRole role);
+
+    /// A button that Enter does not press, wherever the form puts it.
+    QPushButton* makeButton(const QString& name, const QString& caption, const QString& toolTip);
+    template <typename Owner>
+    QPushButton* makeButton(const QString& name, const QString& caption, const QString& toolTip,
+                            void (Owner::*action)()) {
+        QPushButton* made = makeButton(name, caption, toolTip);
+        connect(made, &QPushButton::clicked, static_cast<Owner*>(this), action);
+        return made;
+    }
 
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -71,12 +71,12 @@ frmExplain::frmExplain(WorkingView view, const telvo::ui::FormServices& services
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_splitter, 1);
     auto* buttons = makeButtons();
-    buttons->addButton(button("cmdCopy", tr("&Copy"),
-                              tr("Copies the working that is shown to the clipboard, as text"),
-                              &frmExplain::copy),
+    buttons->addButton(makeButton("cmdCopy", tr("&Copy"),
+                                  tr("Copies the working that is shown to the clipboard, as text"),
+                                  &frmExplain::copy),
                        QDialogButtonBox::ActionRole);
-    buttons->addButton(button("cmdPrint", tr("&Print..."), tr("Prints the working that is shown"),
-                              &frmExplain::print),
+    buttons->addButton(makeButton("cmdPrint", tr("&Print..."),
+                                  tr("Prints the working that is shown"), &frmExplain::print),
                        QDialogButtonBox::ActionRole);
     auto* close = addButton(*buttons, "cmdClose", tr("C&lose"), QDialogButtonBox::RejectRole);
     close->setToolTip(tr("Closes this window (Esc)"));
@@ -93,17 +93,6 @@ frmExplain::frmExplain(WorkingView view, const telvo::ui::FormServices& services
         report::lastPass({m_view.current, m_view.results, m_view.options, {}}) == engine::Retreat;
     showQuantity(retreat ? "TELVOSF.retreat" : "TELVOSF.development");
     m_list->setFocus();
-}
-
-QPushButton* frmExplain::button(const QString& name, const QString& caption, const QString& toolTip,
-                                void (frmExplain::*action)()) {
-    auto* made = new QPushButton(caption, this);
-    made->setObjectName(name);
-    made->setAccessibleName(QString(caption).remove('&'));
-    made->setToolTip(toolTip);
-    made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, action);
-    return made;
 }
 
 void frmExplain::makeShortcut(const QKeySequence& key, QWidget* target) {
@@ -157,10 +146,11 @@ QWidget* frmExplain::makeList() {
 
 QWidget* frmExplain::makeWorking() {
     auto* side = new QWidget(this);
-    m_back = button("cmdBack", tr("&Back"), tr("Goes back to the quantity before (Alt+Left)"),
-                    &frmExplain::back);
-    m_forward = button("cmdForward", tr("For&ward"),
-                       tr("Goes forward again after going back (Alt+Right)"), &frmExplain::forward);
+    m_back = makeButton("cmdBack", tr("&Back"), tr("Goes back to the quantity before (Alt+Left)"),
+                        &frmExplain::back);
+    m_forward =
+        makeButton("cmdForward", tr("For&ward"),
+                   tr("Goes forward again after going back (Alt+Right)"), &frmExplain::forward);
     makeShortcut(QKeySequence::Back, m_back);
     makeShortcut(QKeySequence::Forward, m_forward);
     m_withAll = new QCheckBox(tr("With &all that leads to it"), side);

@@ -46,8 +46,6 @@ class frmExplain : public telvo::ui::Form {
     void showEvent(QShowEvent* event) override;
 
   private:
-    QPushButton* button(const QString& name, const QString& caption, const QString& toolTip,
-                        void (frmExplain::*action)());
     QWidget* makeList();
     QWidget* makeWorking();
     void makeShortcut(const QKeySequence& key, QWidget* target);

@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
+#include "plot/ui/chartParts.h"
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/paintPlot.h"
 
@@ -22,43 +23,6 @@ namespace {
 constexpr int PaperFontPixels = 12;
 /// A strength above this many times everything else would flatten the rest.
 constexpr double OffScale = 1.6;
-
-/// Numbers of the axes without a locale.
-class PlainTicker : public QCPAxisTicker {
-  protected:
-    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
-        constexpr int digits = 10; // hides what a sum of steps leaves behind
-        return toQt(generalNumber(std::abs(tick) < 1e-12 ? 0 : tick, digits));
-    }
-};
-
-QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
-    const auto channel = [&](int from, int to) {
-        return static_cast<int>(std::lround(from + (to - from) * shareOfB));
-    };
-    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
-}
-
-/// Words onto lines no wider than `width`, as far as words allow.
-QString brokenAt(const QString& text, const QFontMetrics& metrics, int width) {
-    QStringList lines;
-    for (const QString& word : text.split(' ')) {
-        if (!lines.isEmpty() && metrics.horizontalAdvance(lines.back() + ' ' + word) <= width)
-            lines.back() += ' ' + word;
-        else
-            lines.append(word);
-    }
-    return lines.join('\n');
-}
-
-QFont titleFont(QFont font) {
-    if (font.pixelSize() > 0)
-        font.setPixelSize(static_cast<int>(std::lround(1.15 * font.pixelSize())));
-    else
-        font.setPointSizeF(1.15 * font.pointSizeF());
-    font.setBold(true);
-    return font;
-}
 
 } // namespace
 
@@ -87,11 +51,7 @@ DistributionChart::DistributionChart(const QString& name, QWidget* parent) : QCu
     legend->setBorderPen(Qt::NoPen);
     legend->setBrush(Qt::NoBrush);
     yAxis->setTicker(QSharedPointer<PlainTicker>::create());
-    for (QCPAxis* axis : {xAxis2, yAxis2}) {
-        axis->setVisible(true);
-        axis->setTicks(false);
-        axis->setTickLabels(false);
-    }
+    frameChart(*this);
     connect(this, &QCustomPlot::afterLayout, this, &DistributionChart::placeLabels);
 }
 
@@ -166,20 +126,7 @@ void DistributionChart::compose(const QPalette& inPalette, const QFont& font) {
 }
 
 void DistributionChart::composeAxes() {
-    const QColor text = m_palette.color(QPalette::Text);
-    const QColor base = m_palette.color(QPalette::Base);
-    const QPen frame(mixed(base, text, 0.7));
-    for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
-        axis->setBasePen(frame);
-        axis->setTickPen(frame);
-        axis->setSubTickPen(frame);
-        axis->setTickLabelColor(text);
-        axis->setLabelColor(text);
-        axis->setTickLabelFont(m_font);
-        axis->setLabelFont(m_font);
-        axis->grid()->setPen(QPen(mixed(base, text, 0.18), 1));
-        axis->grid()->setZeroLinePen(Qt::NoPen);
-    }
+    inkAxes(*this, m_palette, m_font);
     xAxis->grid()->setVisible(false);
     xAxis->setSubTicks(false);
     xAxis->setTickLength(0);

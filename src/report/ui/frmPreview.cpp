@@ -50,11 +50,7 @@ frmPreview::frmPreview(PrintJob job, const telvo::ui::FormServices& services,
 
 QPushButton* frmPreview::viewButton(QHBoxLayout& row, const QString& name, const QString& caption,
                                     const QString& toolTip) {
-    auto* made = new QPushButton(caption, this);
-    made->setObjectName(name);
-    made->setAccessibleName(QString(caption).remove('&'));
-    made->setToolTip(toolTip);
-    made->setAutoDefault(false);
+    QPushButton* made = makeButton(name, caption, toolTip);
     row.addWidget(made);
     return made;
 }

@@ -62,13 +62,13 @@ frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& serv
     // The help button that every form has carries this window's own name for it.
     findChild<QPushButton*>("cmdHelp")->setObjectName("Command10");
     if (m_view.viewPlots)
-        buttons->addButton(button("cmdViewPlots", tr("&View Plots"),
-                                  tr("Shows the plots of this run"), &frmResTxtPlt::viewPlots),
+        buttons->addButton(makeButton("cmdViewPlots", tr("&View Plots"),
+                                      tr("Shows the plots of this run"), &frmResTxtPlt::viewPlots),
                            QDialogButtonBox::ActionRole);
     if (m_view.showWorking)
-        buttons->addButton(button("cmdWorking", tr("Show &Working"),
-                                  tr("Shows formula, numbers and result of every quantity"),
-                                  &frmResTxtPlt::showWorking),
+        buttons->addButton(makeButton("cmdWorking", tr("Show &Working"),
+                                      tr("Shows formula, numbers and result of every quantity"),
+                                      &frmResTxtPlt::showWorking),
                            QDialogButtonBox::ActionRole);
     auto* close = addButton(*buttons, "Command1", tr("Cl&ose"), QDialogButtonBox::RejectRole);
     close->setToolTip(tr("Closes this window (Esc)"));
@@ -88,22 +88,12 @@ frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& serv
     showPage();
 }
 
-QPushButton* frmResTxtPlt::button(const QString& name, const QString& caption,
-                                  const QString& toolTip, void (frmResTxtPlt::*action)()) {
-    auto* made = new QPushButton(caption, this);
-    made->setObjectName(name);
-    made->setAccessibleName(QString(caption).remove('&'));
-    made->setToolTip(toolTip);
-    made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, action);
-    return made;
-}
-
 QHBoxLayout* frmResTxtPlt::makePageRow() {
-    m_previous = button("Command5", tr("Pr&evious Page"),
-                        tr("Shows the page before (Ctrl+Page Up)"), &frmResTxtPlt::previousPage);
-    m_next = button("cmdNextPage", tr("&Next Page"), tr("Shows the page after (Ctrl+Page Down)"),
-                    &frmResTxtPlt::nextPage);
+    m_previous =
+        makeButton("Command5", tr("Pr&evious Page"), tr("Shows the page before (Ctrl+Page Up)"),
+                   &frmResTxtPlt::previousPage);
+    m_next = makeButton("cmdNextPage", tr("&Next Page"),
+                        tr("Shows the page after (Ctrl+Page Down)"), &frmResTxtPlt::nextPage);
     // The keys without Ctrl scroll the page that is shown.
     makeShortcut(Qt::CTRL | Qt::Key_PageUp, m_previous);
     makeShortcut(Qt::CTRL | Qt::Key_PageDown, m_next);
@@ -118,18 +108,18 @@ QHBoxLayout* frmResTxtPlt::makePageRow() {
     row->addWidget(m_next);
     row->addStretch(1);
     row->addSpacing(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
-    row->addWidget(button("cmdCopyPage", tr("&Copy Page"),
-                          tr("Copies the page that is shown to the clipboard"),
-                          &frmResTxtPlt::copyPage));
-    row->addWidget(button("cmdCopyAll", tr("Copy &All"),
-                          tr("Copies all six pages to the clipboard"), &frmResTxtPlt::copyAll));
-    row->addWidget(button("Command3", tr("P&rint Page"), tr("Prints the page that is shown"),
-                          &frmResTxtPlt::printPage));
-    row->addWidget(
-        button("Command6", tr("Pr&int All"), tr("Prints all six pages"), &frmResTxtPlt::printAll));
-    row->addWidget(button("cmdPrinterSetup", tr("Printer Set&up"),
-                          tr("Chooses the printer and the orientation of the paper"),
-                          &frmResTxtPlt::setUpPrinter));
+    row->addWidget(makeButton("cmdCopyPage", tr("&Copy Page"),
+                              tr("Copies the page that is shown to the clipboard"),
+                              &frmResTxtPlt::copyPage));
+    row->addWidget(makeButton("cmdCopyAll", tr("Copy &All"),
+                              tr("Copies all six pages to the clipboard"), &frmResTxtPlt::copyAll));
+    row->addWidget(makeButton("Command3", tr("P&rint Page"), tr("Prints the page that is shown"),
+                              &frmResTxtPlt::printPage));
+    row->addWidget(makeButton("Command6", tr("Pr&int All"), tr("Prints all six pages"),
+                              &frmResTxtPlt::printAll));
+    row->addWidget(makeButton("cmdPrinterSetup", tr("Printer Set&up"),
+                              tr("Chooses the printer and the orientation of the paper"),
+                              &frmResTxtPlt::setUpPrinter));
     return row;
 }
 

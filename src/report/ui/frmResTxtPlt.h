@@ -35,8 +35,6 @@ class frmResTxtPlt : public telvo::ui::Form {
     void load();
 
   private:
-    QPushButton* button(const QString& name, const QString& caption, const QString& toolTip,
-                        void (frmResTxtPlt::*action)());
     QHBoxLayout* makePageRow();
     void makeShortcut(const QKeySequence& key, QPushButton* target);
     void nextPage();

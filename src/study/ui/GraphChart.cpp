@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
+#include "plot/ui/chartParts.h"
 #include "report/sections.h"
 
 #include <algorithm>
@@ -13,6 +14,13 @@ namespace telvo::study::ui {
 
 using telvo::ui::toQt;
 
+using telvo::ui::brokenAt;
+using telvo::ui::frameChart;
+using telvo::ui::inkAxes;
+using telvo::ui::mixed;
+using telvo::ui::PlainTicker;
+using telvo::ui::titleFont;
+
 namespace {
 
 constexpr double CurveWidth = 1.5; // points
@@ -21,45 +29,6 @@ constexpr double OwnMarkScale = 1.9; // of the symbols
 constexpr double EndMarkScale = 1.1;
 constexpr double MarkedStep = 0.03; // share of the axis from which the ends of a jump are marked
 constexpr double CoverPixels = 4;   // between points that a label may not cover
-
-/// Numbers of the axes without a locale.
-class PlainTicker : public QCPAxisTicker {
-  protected:
-    QString getTickLabel(double tick, const QLocale&, QChar, int) override {
-        constexpr int digits = 10; // hides what a sum of steps leaves behind
-        return toQt(generalNumber(std::abs(tick) < 1e-12 ? 0 : tick, digits));
-    }
-};
-
-QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
-    const auto channel = [&](int from, int to) {
-        return static_cast<int>(std::lround(from + (to - from) * shareOfB));
-    };
-    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
-}
-
-/// Words onto lines no wider than `width`, as far as words allow.
-QString brokenAt(const QString& text, const QFontMetricsF& metrics, double width) {
-    QStringList lines;
-    for (const QString& word : text.split(' ')) {
-        const bool fits =
-            !lines.isEmpty() && metrics.horizontalAdvance(lines.back() + ' ' + word) <= width;
-        if (fits)
-            lines.back() += ' ' + word;
-        else
-            lines.append(word);
-    }
-    return lines.join('\n');
-}
-
-QFont titleFont(QFont font) {
-    if (font.pixelSize() > 0)
-        font.setPixelSize(static_cast<int>(std::lround(1.2 * font.pixelSize())));
-    else
-        font.setPointSizeF(1.2 * font.pointSizeF());
-    font.setBold(true);
-    return font;
-}
 
 } // namespace
 
@@ -90,11 +59,7 @@ GraphChart::GraphChart(SfGraph graph, std::string caption, QWidget* parent)
     axisRect()->setAutoMargins(QCP::msLeft | QCP::msTop | QCP::msBottom);
     for (QCPAxis* axis : {xAxis, yAxis})
         axis->setTicker(QSharedPointer<PlainTicker>::create());
-    for (QCPAxis* axis : {xAxis2, yAxis2}) {
-        axis->setVisible(true);
-        axis->setTicks(false);
-        axis->setTickLabels(false);
-    }
+    frameChart(*this);
     connect(this, &QCustomPlot::afterLayout, this, &GraphChart::placeLabels);
 }
 
@@ -134,20 +99,7 @@ void GraphChart::composeTitles() {
 }
 
 void GraphChart::composeAxes() {
-    const QColor text = m_ink.palette.color(QPalette::Text);
-    const QColor base = m_ink.palette.color(QPalette::Base);
-    const QPen frame(mixed(base, text, 0.7));
-    for (QCPAxis* axis : {xAxis, yAxis, xAxis2, yAxis2}) {
-        axis->setBasePen(frame);
-        axis->setTickPen(frame);
-        axis->setSubTickPen(frame);
-        axis->setTickLabelColor(text);
-        axis->setLabelColor(text);
-        axis->setTickLabelFont(m_ink.font);
-        axis->setLabelFont(m_ink.font);
-        axis->grid()->setPen(QPen(mixed(base, text, 0.18), 1));
-        axis->grid()->setZeroLinePen(Qt::NoPen);
-    }
+    inkAxes(*this, m_ink.palette, m_ink.font);
     // A horizontal line belongs to a value of the vertical axis.
     yAxis->grid()->setVisible((m_options.GridStyle & 1) != 0);
     xAxis->grid()->setVisible((m_options.GridStyle & 2) != 0);

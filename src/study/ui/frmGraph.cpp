@@ -46,7 +46,7 @@ frmGraph::frmGraph(GraphSubject subject, const GraphOptions& options, GraphActio
     auto* buttons = makeButtons();
     const auto add = [&](const char* name, const QString& text, const QString& toolTip,
                          void (frmGraph::*action)()) {
-        buttons->addButton(button(name, text, toolTip, action), QDialogButtonBox::ActionRole);
+        buttons->addButton(makeButton(name, text, toolTip, action), QDialogButtonBox::ActionRole);
     };
     add("cmdOptions", tr("&Options..."), tr("Changes how graphs are drawn"),
         &frmGraph::editOptions);
@@ -62,17 +62,6 @@ frmGraph::frmGraph(GraphSubject subject, const GraphOptions& options, GraphActio
     connect(m_view, &GraphView::readingChanged, this, &frmGraph::showReading);
     showReading();
     m_view->setFocus();
-}
-
-QPushButton* frmGraph::button(const QString& name, const QString& caption, const QString& toolTip,
-                              void (frmGraph::*action)()) {
-    auto* made = new QPushButton(caption, this);
-    made->setObjectName(name);
-    made->setAccessibleName(QString(caption).remove('&'));
-    made->setToolTip(toolTip);
-    made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, action);
-    return made;
 }
 
 QLabel* frmGraph::textLabel(const QString& name, const QString& accessibleName) {
@@ -95,8 +84,8 @@ QHBoxLayout* frmGraph::makeTargetRow() {
             [this](const QString& message) { messages().status(fromQt(message)); });
     auto* label = new QLabel(tr("&Value at %1 =").arg(factor), this);
     label->setBuddy(m_target);
-    auto* find = button("cmdFindTarget", tr("&Find"), tr("Tells where the curves have this factor"),
-                        &frmGraph::findTarget);
+    auto* find = makeButton("cmdFindTarget", tr("&Find"),
+                            tr("Tells where the curves have this factor"), &frmGraph::findTarget);
     find->setDefault(true); // Return in the box
     auto* row = new QHBoxLayout;
     row->addWidget(label);

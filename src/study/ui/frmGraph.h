@@ -50,8 +50,6 @@ class frmGraph : public telvo::ui::Form {
     telvo::ui::Picture picture() const;
 
   private:
-    QPushButton* button(const QString& name, const QString& caption, const QString& toolTip,
-                        void (frmGraph::*action)());
     QLabel* textLabel(const QString& name, const QString& accessibleName);
     QHBoxLayout* makeTargetRow();
     void showReading();

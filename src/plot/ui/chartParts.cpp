@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "plot/ui/chartParts.h"
+
+#include "base/numbers.h"
+#include "base/ui/qtText.h"
+
+#include <cmath>
+#include <QStringList>
+
+namespace telvo::ui {
+
+QString PlainTicker::getTickLabel(double tick, const QLocale&, QChar, int) {
+    constexpr int digits = 10; // hides what a sum of steps leaves behind
+    return toQt(generalNumber(std::abs(tick) < 1e-12 ? 0 : tick, digits));
+}
+
+QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
+    const auto channel = [&](int from, int to) {
+        return static_cast<int>(std::lround(from + (to - from) * shareOfB));
+    };
+    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
+}
+
+QString brokenAt(const QString& text, const QFontMetricsF& metrics, double width) {
+    QStringList lines;
+    for (const QString& word : text.split(' ')) {
+        const bool fits =
+            !lines.isEmpty() && metrics.horizontalAdvance(lines.back() + ' ' + word) <= width;
+        if (fits)
+            lines.back() += ' ' + word;
+        else
+            lines.append(word);
+    }
+    return lines.join('\n');
+}
+
+QFont titleFont(QFont font) {
+    constexpr double larger = 1.2;
+    if (font.pixelSize() > 0)
+        font.setPixelSize(static_cast<int>(std::lround(larger * font.pixelSize())));
+    else
+        font.setPointSizeF(larger * font.pointSizeF());
+    font.setBold(true);
+    return font;
+}
+
+void frameChart(QCustomPlot& chart) {
+    for (QCPAxis* axis : {chart.xAxis2, chart.yAxis2}) {
+        axis->setVisible(true);
+        axis->setTicks(false);
+        axis->setTickLabels(false);
+    }
+}
+
+void inkAxes(QCustomPlot& chart, const QPalette& palette, const QFont& font) {
+    const QColor text = palette.color(QPalette::Text);
+    const QColor base = palette.color(QPalette::Base);
+    const QPen frame(mixed(base, text, 0.7));
+    for (QCPAxis* axis : {chart.xAxis, chart.yAxis, chart.xAxis2, chart.yAxis2}) {
+        axis->setBasePen(frame);
+        axis->setTickPen(frame);
+        axis->setSubTickPen(frame);
+        axis->setTickLabelColor(text);
+        axis->setLabelColor(text);
+        axis->setTickLabelFont(font);
+        axis->setLabelFont(font);
+        axis->grid()->setPen(QPen(mixed(base, text, 0.18), 1));
+        axis->grid()->setZeroLinePen(Qt::NoPen);
+    }
+}
+
+} // namespace telvo::ui

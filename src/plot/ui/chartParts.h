@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "plot/ui/customPlot.h"
+
+#include <QColor>
+#include <QFont>
+#include <QFontMetricsF>
+#include <QPalette>
+#include <QString>
+
+/// What all charts of the program have in common.
+namespace telvo::ui {
+
+/// Numbers of the axes without a locale.
+class PlainTicker : public QCPAxisTicker {
+  protected:
+    QString getTickLabel(double tick, const QLocale& locale, QChar format, int precision) override;
+};
+
+QColor mixed(const QColor& a, const QColor& b, double shareOfB);
+
+/// Words onto lines no wider than `width`, as far as words allow.
+QString brokenAt(const QString& text, const QFontMetricsF& metrics, double width);
+
+/// Larger and bold.
+QFont titleFont(QFont font);
+
+/// A box around the chart: the upper and the right axis have neither ticks nor numbers.
+void frameChart(QCustomPlot& chart);
+
+/// Colours and fonts of the four axes.
+void inkAxes(QCustomPlot& chart, const QPalette& palette, const QFont& font);
+
+} // namespace telvo::ui

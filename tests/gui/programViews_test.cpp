@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "programHome.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QTableView>
+
+using namespace telvo;
+using namespace telvo::test;
+
+/// The windows around the case: graphs, plots, working, text browser, documents, tables.
+class ProgramViewsTest : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void graphsAreOfferedWhereTheCaseHasThem();
+    void plotsStayThoseOfTheirRun();
+    void filesAreBrowsedAndImported();
+    void aCaseIsLoadedFromATable();
+};
+
+void ProgramViewsTest::graphsAreOfferedWhereTheCaseHasThem() {
+    Home home;
+    Program& program = home.start();
+    const auto offered = [&] {
+        std::string states;
+        for (int kind = 0; kind < 6; ++kind)
+            states += program.window()
+                              .findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_%1").arg(kind))
+                              ->isEnabled()
+                          ? '1'
+                          : '0';
+        return states;
+    };
+    QCOMPARE(offered(), "000000"); // an empty case
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    QCOMPARE(offered(), "111111");
+    project::ProjectInput in = program.session().project().Input;
+    in.Anal = 2;
+    program.session().acceptParameters(in);
+    QCOMPARE(offered(), "111110");
+    home.trigger("mnuCalcGrafItem_1");
+    auto* graph = home.window<QWidget>("frmGraph");
+    QVERIFY(graph && graph->isVisible());
+    QVERIFY(graph->windowTitle().startsWith("Graph: SF vs Depth of Cover"));
+    home.dialogs.answers = {home.path("graph.csv")};
+    click(*graph, "cmdExport");
+    QVERIFY(QFile::exists(home.folder.filePath("graph.csv")));
+    program.settings().values().PlotRangeMin = 150;
+    home.trigger("mnuCalcGrafItem_0");
+    QVERIFY(home.wasAsked("Invalid Range settings. Check Options-> Output Options"));
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+    QVERIFY(!home.window<QWidget>("frmGraph"));
+}
+
+void ProgramViewsTest::plotsStayThoseOfTheirRun() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    home.trigger("mnuCalcItem_0");
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
+    auto* plots = home.window<QWidget>("frmPlots");
+    QVERIFY(plots && plots->isVisible());
+    const auto shownStresses = [&] {
+        plots->findChild<QAction*>("mnuStresses")->trigger();
+        home.dialogs.answers = {home.path("stress.csv")};
+        click(*plots, "cmdExport");
+        QFile file(home.folder.filePath("stress.csv"));
+        const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        file.remove();
+        return bytes;
+    };
+    const QByteArray first = shownStresses();
+    QVERIFY(first.startsWith("Pillar,"));
+    project::ProjectInput deeper = program.session().project().Input;
+    deeper.DepthCover *= 1.5;
+    program.session().acceptParameters(deeper);
+    home.trigger("mnuCalcItem_0");
+    QCOMPARE(shownStresses(), first);
+
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdWorking");
+    auto* working = home.window<QWidget>("frmExplain");
+    QVERIFY(working && working->isVisible());
+    plots->close();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
+    plots = home.window<QWidget>("frmPlots");
+    QVERIFY(shownStresses() != first);
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+    QVERIFY(!home.window<QWidget>("frmPlots") && !home.window<QWidget>("frmExplain"));
+}
+
+void ProgramViewsTest::filesAreBrowsedAndImported() {
+    Home home;
+    Program& program = home.start();
+    const std::string data = program.settings().values().DataPath;
+    inDialog("frmTextBrow", [&](QWidget& browser) {
+        QCOMPARE(QDir(control<QLineEdit>(browser, "txtFolder").text()),
+                 QDir(QString::fromStdString(data)));
+        click(browser, "chkUseNotepad");
+        click(browser, "cmdClose");
+    });
+    home.trigger("mnuFileItem_11");
+    QCOMPARE(program.settings().values().BrowseUseNotepad, 1);
+    const auto ini = readFile(program.folders().DataFolder + "TELVO.INI");
+    QVERIFY(ini && ini->find("BrowseUseNotepad=1") != std::string::npos);
+
+    auto bytes = readFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV");
+    QVERIFY(bytes && writeFile(home.path("mine.KRV"), "KORV\n" + *bytes));
+    home.dialogs.answers = {home.path("mine.KRV")};
+    home.trigger("mnuFileItem_5");
+    QCOMPARE(program.window().windowTitle(), "Untitled*");
+    QCOMPARE(program.session().project().Input.DepthCover, 900);
+
+    // No list is installed here.
+    inDialog("frmResource", [](QWidget& resources) { click(resources, "cmdClose"); });
+    home.trigger("mnuHelpItem_4");
+    QVERIFY(home.wasAsked("Requested File not found: " + home.path("install/Resources.lst")));
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+}
+
+void ProgramViewsTest::aCaseIsLoadedFromATable() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(writeFile(home.path("install/Resources.lst"), "TELVO.PDF; Program manual\n"));
+    QVERIFY(writeFile(home.path("cases.csv"), "Title,DepthCover\nfirst,500\nsecond,700\n"));
+    home.dialogs.answers = {home.path("cases.csv")};
+    inDialog("frmResource", [&](QWidget& resources) {
+        inDialog("frmCaseTable", [](QWidget& table) {
+            auto& view = control<QTableView>(table, "tblCases");
+            view.selectRow(1);
+            click(table, "cmdOK");
+        });
+        click(resources, "cmdImport");
+    });
+    home.trigger("mnuHelpItem_4");
+    QCOMPARE(program.window().windowTitle(), "Untitled*");
+    QCOMPARE(program.session().project().Title, "second");
+    QCOMPARE(program.session().project().Input.DepthCover, 700);
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
+}
+
+QTEST_MAIN(ProgramViewsTest)
+#include "programViews_test.moc"
