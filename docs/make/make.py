@@ -3,7 +3,9 @@
 """Makes the help and the manuals of TELVO from the folders below docs/. See docs/README.md."""
 
 import argparse
+import functools
 import glob
+import multiprocessing
 import os
 import shutil
 import subprocess
@@ -74,6 +76,25 @@ def arguments():
     return parser.parse_args()
 
 
+JOBS = []  # what forked processes do; they have it from their start, so that nothing is handed over
+
+
+def run_job(number):
+    JOBS[number]()
+
+
+def write_pdfs(manuals, given):
+    """In one process for each processor: setting pages is most of the work."""
+    import pdf
+    everything = {name for manual in manuals for name in manual.ids}
+    for manual in manuals:
+        JOBS.append(functools.partial(pdf.write, manual, everything,
+                                      os.path.join(given.build, manual.settings["file"]),
+                                      given.version, os.path.join(HERE, "print.css"), given.build))
+    with multiprocessing.get_context("fork").Pool() as pool:
+        pool.map(run_job, range(len(JOBS)), chunksize=1)
+
+
 def main():
     given = arguments()
     wanted = given.only or ["help", "pdf"]
@@ -106,11 +127,7 @@ def main():
     if "help" in wanted or "chm" in wanted:
         pages.write(stylesheet)
     if "pdf" in wanted:
-        import pdf
-        everything = {name for manual in manuals for name in manual.ids}
-        for manual in manuals:
-            pdf.write(manual, everything, os.path.join(given.build, manual.settings["file"]),
-                      given.version, os.path.join(HERE, "print.css"), given.build)
+        write_pdfs(manuals, given)
     if "chm" in wanted:
         import chm
         chm.write(pages, os.path.join(given.build, "chm"), "TELVO.CHM")

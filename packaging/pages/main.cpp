@@ -8,6 +8,8 @@
 #include "cli/ui/drawCase.h"
 #endif
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 #include <cstdio>
 #include <string>

@@ -6,11 +6,14 @@
 #include "cli/plotCommand.h"
 #include "cli/tableCommand.h"
 
-#include <CLI/CLI.hpp>
-
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace telvo::cli {
 
@@ -19,6 +22,7 @@ class CommandLine {
   public:
     /// Given: what this program can do besides text
     CommandLine(Workbooks workbooks, Plotter plotter);
+    ~CommandLine();
     CommandLine(const CommandLine&) = delete; // the parser points into it
     CommandLine& operator=(const CommandLine&) = delete;
 
@@ -26,7 +30,7 @@ class CommandLine {
     int run(int argc, char** argv);
 
     /// The commands and options, for those who document them.
-    const CLI::App& app() const { return m_app; }
+    const CLI::App& app() const { return *m_app; }
 
   private:
     struct Action {
@@ -34,8 +38,7 @@ class CommandLine {
         std::function<int()> act;
     };
 
-    CLI::App m_app{"TELVO: stability of room-and-pillar retreat mining panels in coal.",
-                   "telvo-cli"};
+    std::unique_ptr<CLI::App> m_app;
     Workbooks m_workbooks;
     Plotter m_plotter;
     ReportRequest m_report;
