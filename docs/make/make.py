@@ -104,11 +104,11 @@ def main():
     if given.screens:
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
         pose(os.path.join(given.docs, "windows.txt"), given.examples, given.screens, pictures)
-    formulas = Formulas(os.path.join(given.build, "formulas"))
     program = Program(given.cli, given.examples)
     answers = Answers(given.cli, [given.examples, given.cases],
                       os.path.join(given.build, "answers.json"))
-    sources = Sources(answers, given.cases)
+    sources = Sources(answers, given.cases, given.docs)
+    formulas = Formulas(os.path.join(given.build, "formulas"), sources.equations.number)
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
     if "pdf" not in wanted:

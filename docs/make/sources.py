@@ -8,18 +8,20 @@ import os
 import sys
 
 from answers import Answers
+from equations import Equations
 from faults import DocsError
 from figures import Figures
 from verification import Verification
 
 
 class Sources:
-    def __init__(self, program, cases):
+    def __init__(self, program, cases, docs):
+        self.equations = Equations(docs)
         self.figures = Figures(program)
         self.verification = Verification(program, os.path.join(cases, "expected.json"))
 
     def fill(self, text, path):
-        return self.figures.fill(self.verification.fill(text, path))
+        return self.figures.fill(self.verification.fill(self.equations.fill(text, path), path))
 
 
 def main():
@@ -30,7 +32,8 @@ def main():
     parser.add_argument("--cli", required=True)
     parser.add_argument("--only", help="one manual")
     given = parser.parse_args()
-    sources = Sources(Answers(given.cli, [given.examples, given.cases]), given.cases)
+    sources = Sources(Answers(given.cli, [given.examples, given.cases]), given.cases,
+                      given.docs)
     faults = 0
     for settings in sorted(glob.glob(os.path.join(given.docs, given.only or "*", "manual.ini"))):
         for path in sorted(glob.glob(os.path.join(os.path.dirname(settings), "*.md"))):

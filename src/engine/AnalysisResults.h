@@ -38,7 +38,7 @@ struct AnalysisResults {
     double PanelWidth = 0;         // ft | m
     double AMZBreadth = 0;         // ft | m
     double AMZArea = 0;            // ft2 | m2
-    double PillarLength = 0;       // extent square to the entries; ft | m
+    double PillarLength = 0;       // between the crosscut ribs, square to the crosscuts; ft | m
     PerPillar PillarSkewWidth;     // ft | m
     PerPillar PillarArea;          // ft2 | m2
     PerPillar MinDimension;        // width used for strength; ft | m

@@ -6,7 +6,8 @@
 
 namespace telvo::engine {
 
-/// Pillar extent square to the entries: (Sc - We / sin Theta) sin Theta; ft | m.
+/// Distance between the crosscut ribs of a pillar, square to the crosscuts:
+/// (Sc - We / sin Theta) sin Theta; ft | m.
 /// Notes: what is 0 may come out a rounding error below it and is returned as 0; a length that is
 ///        really negative stays so.
 double pillarLength(const WorkingInputs& in);

@@ -42,7 +42,7 @@ std::string breadthRule(const Run& run) {
     const std::string rule =
         isEnglish(run) ? "automatic, set by the parameter form: 5 sqrt(H) as a whole number"
                        : "automatic, set by the parameter form: 5 sqrt(H) with H in feet, back in "
-                         "metres, as a whole number";
+                         "meters, as a whole number";
     if (breadth && *breadth == input.BreadthAMZ) return rule;
     return rule + "; the case holds another value, and the analysis takes what the case holds";
 }
@@ -105,7 +105,7 @@ void addGeometry(Run& run) {
     const int pillars = run.in.NumberPillars;
     sheet.chapter("Panel geometry");
     sheet.add("Wp", at, sum("C", 1, pillars));
-    sheet.add("HW", at, run.in.H / run.in.PanelWidth, Kind::Number, "H / Wp");
+    sheet.add("rHW", at, run.in.H / run.in.PanelWidth, Kind::Number, "H / Wp");
     sheet.add("B", at, "B0");
     sheet.add("Az", at, "B * Wp");
     sheet.add("Lp", at, "(Sc - We / sinT) * sinT");
@@ -136,9 +136,9 @@ void addBleederRow(Run& run, int k) {
     if (!sheet.has("PillarLengthAlong"))
         sheet.add("Lr", at, run.in.PillarLengthAlong, Kind::Length, "Sc - We",
                   "along the entries, whatever the crosscut angle");
-    sheet.add("sr", at, "S1 * (0.64 + 0.54 * W / h - 0.18 * W^2 / (h * Lr))");
-    sheet.add("Kr", at, "W * sr * Lr");
-    sheet.add("Tr", at, "(We + W) * Sc * H * Gamma", "overburden of one bleeder pillar");
+    sheet.add("sr", at, "S1 * (0.64 + 0.54 * Wr / h - 0.18 * Wr^2 / (h * Lr))");
+    sheet.add("Kr", at, "Wr * sr * Lr");
+    sheet.add("Tr", at, "(We + Wr) * Sc * H * Gamma", "overburden of one bleeder pillar");
     constexpr double negligible = 0.01;
     if (excess >= negligible)
         sheet.add("Xr", at, "(Kr - Tr) * B / Sc", "lent to the barrier beside the row");
@@ -204,7 +204,7 @@ void addArchFactor(Run& run) {
     const At at;
     const std::string unit(unitName(Kind::Length, run.in.Units));
     const std::string asItIs =
-        isEnglish(run) ? "" : "; 80 is compared with metres as it is with feet";
+        isEnglish(run) ? "" : "; 80 is compared with meters as it is with feet";
     const double W = archPanelWidth(run.in);
     if (!run.in.ArchAutomatic)
         sheet.add("Fpa", at, "F0", "entered by hand");

@@ -124,20 +124,20 @@ void addRemnant(PassRun& p, int k) {
     const At at{p.pass, k};
     const double width = p.r.RemnantWidth[k];
     const double length = p.r.AbutmentHalfWidth;
-    sheet.add("Wr", at, "Wb - Sl");
+    sheet.add("Wm", at, "Wb - Sl");
     if (length != 0 && width != 0)
-        sheet.add("Lm", at, "Gamma * H * Wr * a + a * Ls + X");
+        sheet.add("Lm", at, "Gamma * H * Wm * a + a * Ls + X");
     else
         sheet.add("Lm", at, "0",
                   width == 0 ? "the remnant has no width" : "the remnant has no length",
-                  width == 0 ? "Wr = 0" : "a = 0");
+                  width == 0 ? "Wm = 0" : "a = 0");
     if (width < p.in.h)
         sheet.add("sm", at, "0", "a remnant narrower than the mining height has no strength",
-                  "Wr < h");
+                  "Wm < h");
     else
-        sheet.add("sm", at, "S1 * (0.64 + 0.54 * Wr / h)", "infinitely long, as a barrier is",
-                  "Wr >= h");
-    sheet.add("Km", at, "a * sm * Wr");
+        sheet.add("sm", at, "S1 * (0.64 + 0.54 * Wm / h)", "infinitely long, as a barrier is",
+                  "Wm >= h");
+    sheet.add("Km", at, "a * sm * Wm");
     if (p.in.rowLeft(k))
         sheet.add("Kn", at, "Km + a * Xr / Sc", "the bleeder row lends over the remnant's length");
     else
@@ -148,7 +148,7 @@ void addRemnant(PassRun& p, int k) {
         sheet.add("SFm", at, "0",
                   width > 0 ? "no load on the remnant: the factor is not computed and stays 0"
                             : "nothing is left of the barrier",
-                  width > 0 ? "Lm = 0" : "Wr <= 0");
+                  width > 0 ? "Lm = 0" : "Wm <= 0");
 }
 
 void addRemnantTransfer(PassRun& p, int k) {
@@ -160,7 +160,7 @@ void addRemnantTransfer(PassRun& p, int k) {
         sheet.add("Lrem", at, "X",
                   p.hasBarrier(k) ? "the slab cut takes the whole barrier: all of X goes to the AMZ"
                                   : "without a barrier all of X goes to the AMZ",
-                  "Wr <= 0");
+                  "Wm <= 0");
     else if (SF <= TransferThreshold)
         sheet.add("Lrem", at, "min(X, (1.5 - SFm) * 0.67 * X)",
                   "the remnant is weak (tie included); at most X", "SFm <= 1.5");
@@ -202,7 +202,7 @@ void addBarrier(PassRun& p, int k) {
     const At at{p.pass, k};
     if (!p.hasBarrier(k)) {
         sheet.add("Ltb", at, "0",
-                  "no barrier, nothing that could be handed on: with Rs = 0 the AMZ has the whole "
+                  "no barrier, nothing that could be transferred: with Rs = 0 the AMZ has the whole "
                   "side abutment already",
                   "Wb = 0");
         return;
@@ -254,7 +254,7 @@ void addFactor(PassRun& p) {
                            : "all pillars, left rows included";
     if (p.pass > report::lastPass(p.run.source))
         rule += "; not printed, since the case has no active gob to retreat from, yet the warnings "
-                "count it";
+                "use it";
     const std::string load = "Q" + std::to_string(p.in.AnalysisCase);
     p.sheet.add("SF", {p.pass}, (p.in.AnalysisCase == ActiveGob ? "Ka / " : "Kt / ") + load, rule);
 }

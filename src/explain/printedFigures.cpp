@@ -143,7 +143,7 @@ void tellActiveMiningZonePage(FigureFinder& finder) {
         finder.tell(symbol, {Retreat, k}, label, LabelLeader, 0);
     };
     value("Wp", "Panel Width.");
-    value("HW", "Depth to Panel Width Ratio");
+    value("rHW", "Depth to Panel Width Ratio");
     value("B", "AMZ Breadth");
     value("Az", "AMZ Area");
     value("e", "Extraction Ratio");
@@ -228,7 +228,7 @@ void tellRemnantPage(FigureFinder& finder) {
     };
     for (const int k : {FirstSide, SecondSide}) {
         if (finder.goTo(5, "REMNANT       WIDTH"))
-            row({Retreat, k}, sideLabel(k), sideWidth, {"Wr", "a", "Kn"});
+            row({Retreat, k}, sideLabel(k), sideWidth, {"Wm", "a", "Kn"});
         if (finder.goTo(5, "REMNANT    TOTAL LOAD"))
             row({Retreat, k}, sideLabel(k), sideWidth, {"Lm", "SFm", "Lm", "Lrem"});
     }

@@ -144,7 +144,7 @@ bool listed(const std::string& list, std::string symbol) {
 }
 
 TEST(TheoryManual, ListsEverySymbolAndQuantityOfTheWorking) {
-    const std::string list = *readFile(TELVO_DOCS_DIR "/theory/09-symbols.md");
+    const std::string list = *readFile(TELVO_DOCS_DIR "/theory/11-symbols.md");
     std::set<std::string> symbols, quantities;
     for (const char* folder : {TELVO_EXAMPLES_DIR, TELVO_CASES_DIR})
         for (const auto& entry : fs::recursive_directory_iterator(folder)) {
