@@ -17,6 +17,7 @@ sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import charts  # noqa: E402
 from answers import Answers  # noqa: E402
 from book import Manual, in_help  # noqa: E402
+from commands import Commands  # noqa: E402
 from faults import DocsError  # noqa: E402
 from formulas import Formulas  # noqa: E402
 from help import Help  # noqa: E402
@@ -107,7 +108,7 @@ def main():
     program = Program(given.cli, given.examples)
     answers = Answers(given.cli, [given.examples, given.cases],
                       os.path.join(given.build, "answers.json"))
-    sources = Sources(answers, given.cases, given.docs)
+    sources = Sources(answers, given.cases, given.docs, Commands(given.cli, given.examples))
     formulas = Formulas(os.path.join(given.build, "formulas"), sources.equations.number)
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]

@@ -1,13 +1,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fills the chapters with what the program says. Called by itself, it checks the chapters of all
-manuals against the program without making anything, and needs nothing but Python."""
+"""Fills the chapters with what the program says and runs the commands that they print. Called by
+itself, it checks the chapters of all manuals, and single documents beside them, against the program
+without making anything, and needs nothing but Python."""
 
 import argparse
 import glob
 import os
+import re
 import sys
 
 from answers import Answers
+from commands import Commands, of_manual_page
 from equations import Equations
 from faults import DocsError
 from figures import Figures
@@ -15,13 +18,20 @@ from verification import Verification
 
 
 class Sources:
-    def __init__(self, program, cases, docs):
+    def __init__(self, program, cases, docs, commands):
         self.equations = Equations(docs)
         self.figures = Figures(program)
         self.verification = Verification(program, os.path.join(cases, "expected.json"))
+        self.commands = commands
 
     def fill(self, text, path):
-        return self.figures.fill(self.verification.fill(self.equations.fill(text, path), path))
+        self.commands.check(text)
+        text = self.equations.fill(without_remarks(text), path)
+        return self.figures.fill(self.verification.fill(text, path))
+
+
+def without_remarks(text):
+    return re.sub(r"<!--.*?-->\n?", "", text, flags=re.DOTALL)
 
 
 def main():
@@ -31,19 +41,35 @@ def main():
     parser.add_argument("--cases", required=True)
     parser.add_argument("--cli", required=True)
     parser.add_argument("--only", help="one manual")
+    parser.add_argument("--document", action="append", default=[],
+                        help="a document of its own, whose commands are run")
     given = parser.parse_args()
-    sources = Sources(Answers(given.cli, [given.examples, given.cases]), given.cases,
-                      given.docs)
+    commands = Commands(given.cli, given.examples)
+    sources = Sources(Answers(given.cli, [given.examples, given.cases]), given.cases, given.docs,
+                      commands)
     faults = 0
+
+    def attempt(path, read):
+        with open(path, encoding="utf-8") as file:
+            text = file.read()
+        try:
+            read(text)
+        except DocsError as fault:
+            print(f"{path}: {fault}", file=sys.stderr)
+            return 1
+        return 0
     for settings in sorted(glob.glob(os.path.join(given.docs, given.only or "*", "manual.ini"))):
         for path in sorted(glob.glob(os.path.join(os.path.dirname(settings), "*.md"))):
-            with open(path, encoding="utf-8") as file:
-                text = file.read()
-            try:
-                sources.fill(text, path)
-            except DocsError as fault:
-                print(f"{path}: {fault}", file=sys.stderr)
-                faults += 1
+            faults += attempt(path, lambda text, path=path: sources.fill(text, path))
+    for path in given.document:
+        faults += attempt(path, lambda text, page=path.endswith(".1.in"): commands.check(
+            of_manual_page(text) if page else text))
+    try:
+        commands.check_helps()
+    except DocsError as fault:
+        print(f"--help: {fault}", file=sys.stderr)
+        faults += 1
+    print(f"{commands.count} commands of the documents were run")
     return 1 if faults else 0
 
 

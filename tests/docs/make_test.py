@@ -10,6 +10,7 @@ sys.path.insert(0, os.path.join(DOCS, "make"))
 
 from answers import Answers  # noqa: E402
 from arithmetic import shown, written  # noqa: E402
+from commands import Commands, of_manual_page  # noqa: E402
 from faults import DocsError  # noqa: E402
 from figures import Figures, date_of_making  # noqa: E402
 from verification import Verification  # noqa: E402
@@ -77,6 +78,53 @@ class Tutorials(unittest.TestCase):
     def test_the_date_can_be_fixed(self):
         os.environ["SOURCE_DATE_EPOCH"] = "0"
         self.assertEqual(date_of_making(), "1 January 1970")
+
+
+class PrintedCommands(unittest.TestCase):
+    def run_block(self, *lines, before=""):
+        commands = Commands(CLI, EXAMPLES)
+        commands.check(before + "\n```\n" + "\n".join(lines) + "\n```\n")
+        return commands.count
+
+    def assert_noticed(self, text, *lines, **more):
+        with self.assertRaisesRegex(DocsError, text):
+            self.run_block(*lines, **more)
+
+    def test_lines_run_in_their_order_in_one_folder(self):
+        self.assertEqual(3, self.run_block("telvo-cli table export t*.TLV -o all.csv    many cases",
+                                           "telvo-cli results all.csv --format csv > numbers.csv",
+                                           "telvo-cli plot examples/deep-cover.TLV --kind plan -o a.svg"))
+        self.assert_noticed("ends with 3", "telvo-cli results all.csv")
+
+    def test_a_wrong_option_file_or_exit_status_is_noticed(self):
+        self.assert_noticed("ends with 2", "telvo-cli results panel.TLV -o results.csv")
+        self.assert_noticed("ends with 0, not 1", "telvo-cli check panel.TLV  # exit status 1")
+        self.assertEqual(1, self.run_block("telvo-cli check none.TLV  # exit status 3"))
+        self.assertEqual(1, self.run_block("telvo-cli check mine.TLV", before="<!-- with mine.TLV = deep-cover.TLV -->"))
+
+    def test_a_wrong_line_within_a_sentence_is_noticed(self):
+        with self.assertRaisesRegex(DocsError, "ends with 3"):
+            Commands(CLI, EXAMPLES).check("Say `telvo-cli check\nnone.TLV` now.")
+
+    def test_what_is_shown_below_a_command_has_to_be_what_it_prints(self):
+        self.run_block("$ telvo-cli check panel.TLV", "OK")
+        self.run_block("$ telvo-cli report panel.TLV --page 1", "...", "[WARNINGS]", "...")
+        self.assert_noticed("something else", "$ telvo-cli check panel.TLV", "All is well")
+        self.assert_noticed("something else", "$ telvo-cli report panel.TLV --page 1", "...", "SF 3", "...")
+
+    def test_a_synopsis_has_the_options_of_the_help(self):
+        self.run_block("telvo-cli results CASE... --format text|json|csv", "telvo-cli report CASE [--page N]")
+        self.assert_noticed("nothing of yaml", "telvo-cli results CASE --format text|yaml")
+        self.assert_noticed("nothing of --pages", "telvo-cli report CASE [--pages N]")
+        self.assert_noticed("no command", "telvo-cli compare CASE CASE")
+        self.assert_noticed("no scripts/instal", "scripts/instal     gets the packages")
+
+    def test_what_is_marked_is_not_run(self):
+        self.assertEqual(0, self.run_block("telvo-cli check none.TLV", before="<!-- not run: a file of the reader -->"))
+
+    def test_examples_of_the_help_run(self):
+        self.assertIn("table", Commands(CLI, EXAMPLES).check_helps())
+        self.assertEqual("```\ntelvo-cli check a-b.TLV\n```", of_manual_page(".PP\n.nf\ntelvo\\-cli check a\\-b.TLV\n.fi\n"))
 
 
 if __name__ == "__main__":
