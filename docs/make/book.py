@@ -71,6 +71,7 @@ class Manual:
             root = ElementTree.fromstring(f"<div>{html_entities(fragment)}</div>")
         except ElementTree.ParseError as error:
             raise DocsError(f"{path}: {error}") from error
+        caption_tables(root)
         topic = None
         for element in root:
             classes = element.get("class", "").split()
@@ -101,6 +102,14 @@ class Manual:
                 topic.keywords.append((word, anchor))
             if name and (node.tag == "dt" or node.tag in HEADINGS):
                 topic.keywords.append((plain(node), anchor))
+
+
+def caption_tables(root):
+    """A paragraph "Table: ..." before a table is its caption."""
+    for element, following in zip(root, list(root)[1:]):
+        if element.tag == "p" and following.tag == "table" and (element.text or "").startswith("Table: "):
+            element.text = element.text.removeprefix("Table: ")
+            element.set("class", "table-caption")
 
 
 def plain(element):

@@ -133,13 +133,21 @@ class Figures:
 TITLES = {"Title", "Description", "FileVersion"}
 
 
-def date_of_making():
-    """Today, or the day of SOURCE_DATE_EPOCH, which makes a build repeatable."""
+def moment_of_making():
+    """Now, or the moment of SOURCE_DATE_EPOCH, which makes a build repeatable."""
     seconds = os.environ.get("SOURCE_DATE_EPOCH")
     utc = datetime.timezone.utc
-    day = datetime.datetime.fromtimestamp(int(seconds), utc) if seconds else \
+    return datetime.datetime.fromtimestamp(int(seconds), utc) if seconds else \
         datetime.datetime.now(utc)
-    return f"{day.day} {day:%B %Y}"
+
+
+def date_of_making():
+    day = moment_of_making()
+    return f"{day:%B} {day.day}, {day.year}"
+
+
+def time_of_making():
+    return f"{moment_of_making():%Y-%m-%dT%H:%M:%SZ}"
 
 
 def quantity(answer, name):

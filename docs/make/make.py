@@ -7,6 +7,7 @@ import functools
 import glob
 import multiprocessing
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -84,14 +85,22 @@ def run_job(number):
     JOBS[number]()
 
 
+def disclaimer_of(project):
+    """The text of the program's own window, in paragraphs."""
+    with open(os.path.join(project, "src", "app", "reminders.h"), encoding="utf-8") as file:
+        text = re.search(r"DisclaimerText =(.*?);", file.read(), re.DOTALL)
+    return "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', text[1])).split("\\n")
+
+
 def write_pdfs(manuals, given):
     """In one process for each processor: setting pages is most of the work."""
     import pdf
-    everything = {name for manual in manuals for name in manual.ids}
-    for manual in manuals:
-        JOBS.append(functools.partial(pdf.write, manual, everything,
-                                      os.path.join(given.build, manual.settings["file"]),
-                                      given.version, os.path.join(HERE, "print.css"), given.build))
+    titles = {name: manual.settings["title"] for manual in manuals for name in manual.ids}
+    edition = pdf.Edition(given.version, given.build, os.path.join(HERE, "print.css"), titles,
+                          disclaimer_of(os.path.dirname(os.path.abspath(given.docs))))
+    # The long ones first, so that no processor is left with one at the end.
+    for manual in sorted(manuals, key=lambda manual: -sum(len(list(c.iter())) for c in manual.chapters)):
+        JOBS.append(functools.partial(pdf.write, manual, edition, given.build))
     with multiprocessing.get_context("fork").Pool() as pool:
         pool.map(run_job, range(len(JOBS)), chunksize=1)
 

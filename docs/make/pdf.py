@@ -1,39 +1,90 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Writes a manual as one PDF: title page, contents with page numbers, chapters."""
+"""Writes a manual as PDF: title page, contents with page numbers, chapters, index.
+
+Pages are set once, for the width of A4 and the height of Letter, and written on both papers: a page
+has the same number on either.
+"""
 
 import copy
+import functools
 import html
 import os
 import xml.etree.ElementTree as ElementTree
 
+import references
 from book import HEADINGS, plain
 from faults import DocsError
+from figures import date_of_making, time_of_making
 
 PAGE = """<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
-<meta name="author" content="TELVO"/></head>
+<meta name="author" content="TELVO"/><meta name="description" content="{subtitle}"/>
+<meta name="keywords" content="{keywords}"/>
+<meta name="dcterms.created" content="{time}"/><meta name="dcterms.modified" content="{time}"/>
+<style>@page {{ @bottom-center {{ content: "Version {version}, {date}" }} }}</style></head>
 <body class="{kind}">
 <section class="title"><p class="program">TELVO</p><p class="name">{name}</p>
-<p class="subtitle">{subtitle}</p><p class="version">Version {version}</p></section>
-<nav><h1 class="contents">Contents</h1>
+<p class="subtitle">{subtitle}</p><p class="version">Version {version}, {date}</p>
+<div class="legal">{legal}</div></section>
 {contents}
-</nav>
 {chapters}
+{index}
 </body></html>
 """
+LICENSE = ("TELVO and this document are free: you may use, copy and change them under the GNU General "
+           "Public License, version 3 or (at your option) any later version.")
+POINTS = 72 / 25.4
+PAPERS = (("", 210, 297), ("-Letter", 215.9, 279.4))  # behind the name, mm
+SET_FOR = (210, 279.4)
+FEW_FIGURES = 5
+LONG_LISTING = 28  # lines; a longer one may go over the end of a page
+SHORT_TABLE = 9    # rows; a shorter one stays on a page
 
 
-def write(manual, others, target, version, stylesheet, sources):
-    """`others` are the ids that live in other manuals; links to them become plain text."""
+class Edition:
+    """What is alike in all documents of one making."""
+
+    def __init__(self, version, sources, stylesheet, titles, disclaimer):
+        self.version = version
+        self.sources = sources        # folder of formulas/ and pictures/
+        self.stylesheet = stylesheet
+        self.titles = titles          # id -> title of the manual that it lies in
+        self.disclaimer = disclaimer  # paragraphs
+
+
+def file_names(name):
+    """The documents that are made of a manual, one for each paper."""
+    base, extension = os.path.splitext(name)
+    return [base + more + extension for more, _, _ in PAPERS]
+
+
+def write(manual, edition, folder):
     from weasyprint import CSS, HTML
-    page = document(manual, others, version, sources)
-    HTML(string=page, base_url=sources + os.sep).write_pdf(target, stylesheets=[CSS(stylesheet)])
+    page = document(manual, edition)
+    pages = HTML(string=page, base_url=edition.sources + os.sep).render(
+        stylesheets=[CSS(edition.stylesheet)])
+    for name, (_, width, height) in zip(file_names(manual.settings["file"]), PAPERS):
+        pages.write_pdf(os.path.join(folder, name),
+                        finisher=functools.partial(put_on_paper, width=width, height=height))
 
 
-def document(manual, others, version, sources):
+def put_on_paper(_, pdf, width, height):
+    """Pages get the size of the paper, what is on them stays in the middle; viewers open the
+    bookmarks."""
+    aside, above = (width - SET_FOR[0]) / 2 * POINTS, (height - SET_FOR[1]) / 2 * POINTS
+    for item in pdf.objects:
+        if isinstance(item, dict) and item.get("Type") == "/Page":
+            left, bottom, right, top = item["MediaBox"]
+            item["MediaBox"][:] = [left - aside, bottom - above, right + aside, top + above]
+    pdf.catalog["PageMode"] = "/UseOutlines"
+
+
+def document(manual, edition):
     """The whole manual as one page of HTML."""
-    contents, chapters = [], []
-    counts = [0, 0]
+    settings = manual.settings
+    short = settings.getboolean("short", False)
+    places = references.Places(manual, edition.titles)
+    contents, captions, chapters = [], [], []
     for number, chapter in enumerate(manual.chapters):
         section = ElementTree.Element("section", {"class": "chapter"})
         section.extend(copy.deepcopy(element) for element in chapter)
@@ -41,33 +92,42 @@ def document(manual, others, version, sources):
             level = HEADINGS.get(element.tag)
             if level:
                 element.set("id", element.get("id") or f"section-{number}-{order}")
-                numbered(element, level, counts)
+                numbered(element, level, places.number_of(element.get("id")))
                 if level <= 2 or "topic" in element.get("class", ""):
                     contents.append(contents_line(element, level))
-            elif element.tag == "a" and element.get("href", "").startswith("#"):
-                relink(element, manual, others)
             elif element.tag == "img":
-                find_picture(element, manual, sources)
+                find_picture(element, manual, edition.sources)
+        places.mark_links(section)
         figures(section)
+        captions += caption_lines(section, number + 1)
         keep_together(section)
         chapters.append(ElementTree.tostring(section, encoding="unicode", method="html"))
-    settings = manual.settings
-    return PAGE.format(kind=manual.name, title=html.escape("TELVO: " + settings["title"]),
+    lists = [] if short else [navigation("Contents", contents)]
+    if len(captions) > FEW_FIGURES and not short:
+        lists.append(navigation("Figures and tables", captions))
+    index = references.index(manual) if settings.getboolean("index", False) else ""
+    legal = "".join(f"<p>{html.escape(text)}</p>" for text in [LICENSE, *edition.disclaimer])
+    return PAGE.format(kind=manual.name + (" short" if short else ""),
+                       title=html.escape("TELVO: " + settings["title"]),
                        name=html.escape(settings["title"]),
                        subtitle=html.escape(settings.get("subtitle", "")),
-                       version=version, contents="\n".join(contents),
-                       chapters="\n".join(chapters))
+                       keywords=html.escape(settings.get("keywords", "coal, pillar design, retreat mining")),
+                       version=edition.version, date=date_of_making(), time=time_of_making(),
+                       legal=legal, contents="\n".join(lists), chapters="\n".join(chapters),
+                       index=index)
 
 
-def numbered(element, level, counts):
+def navigation(title, lines):
+    name = title.lower().replace(" ", "-")
+    return (f'<nav class="{name}"><h1 class="contents" data-title="{title}" data-bookmark="{title}">'
+            f'{title}</h1>\n' + "\n".join(lines) + "\n</nav>")
+
+
+def numbered(element, level, number):
     """Chapters and sections are numbered: 2, 2.1."""
-    if level == 1:
-        counts[:] = [counts[0] + 1, 0]
-        number = f"{counts[0]}"
-    elif level == 2:
-        counts[1] += 1
-        number = f"{counts[0]}.{counts[1]}"
-    element.set("data-title", plain(element))
+    title = plain(element)
+    element.set("data-title", title)
+    element.set("data-bookmark", title if level > 2 else f"{number}  {title}")
     if level > 2:
         return
     mark = ElementTree.Element("span", {"class": "number"})
@@ -78,17 +138,12 @@ def numbered(element, level, counts):
 def contents_line(element, level):
     number = element.find("span[@class='number']")
     mark = "" if number is None else f'<span class="number">{number.text}</span>'
-    return (f'<p class="level{level}"><a href="#{element.get("id")}">'
-            f'{mark}{html.escape(element.get("data-title"))}</a></p>')
+    return line_of_list(f"level{level}", element.get("id"),
+                        mark + html.escape(element.get("data-title")))
 
 
-def relink(element, manual, others):
-    name = element.get("href")[1:]
-    if name in manual.ids:
-        return
-    if name not in others:
-        raise DocsError(f"{manual.folder}: link to #{name}, which is nowhere")
-    del element.attrib["href"]
+def line_of_list(kind, target, text):
+    return f'<p class="{kind}"><a href="#{target}">{text}</a></p>'
 
 
 def find_picture(element, manual, sources):
@@ -112,11 +167,22 @@ def window_size(element, path):
 
 
 def keep_together(section):
-    """A sentence that leads to a table, a listing or a picture stays on its page."""
+    """A sentence that leads to a table, a listing or a picture stays on its page, and so do the first
+    and the last rows of a table."""
     for element, following in zip(section, list(section)[1:]):
         leads = plain(element).endswith(":") or "check" in following.get("class", "")
         if element.tag == "p" and leads:
             element.set("class", "leading")
+    for listing in section.iter("pre"):
+        if plain_lines(listing) > LONG_LISTING:
+            listing.set("class", "long")
+    for table in section.iter("table"):
+        if len(list(table.iter("tr"))) < SHORT_TABLE and "check" not in table.get("class", ""):
+            table.set("class", (table.get("class", "") + " short").strip())
+
+
+def plain_lines(element):
+    return "".join(element.itertext()).strip("\n").count("\n") + 1
 
 
 def figures(section):
@@ -130,3 +196,25 @@ def figures(section):
                 continue
             paragraph.tag = "figure"
             ElementTree.SubElement(paragraph, "figcaption").text = image.get("alt")
+
+
+def caption_lines(section, chapter):
+    """Numbers the figures and the tables that have a caption: Figure 4.1. Returned: their list."""
+    lines, counts = [], {"Figure": 0, "Table": 0}
+    for element in section.iter():
+        kind = "Figure" if element.tag == "figcaption" else \
+            "Table" if element.get("class") == "table-caption" else None
+        if not kind:
+            continue
+        counts[kind] += 1
+        number = f"{kind} {chapter}.{counts[kind]}"
+        name = number.lower().replace(" ", "-").replace(".", "-")
+        element.set("id", element.get("id") or name)
+        title = plain(element)
+        mark = ElementTree.Element("b")
+        mark.text, mark.tail, element.text = number, "  " + (element.text or ""), None
+        element.insert(0, mark)
+        short = title if len(title) < 80 else title.split(". ")[0].rstrip(".")
+        lines.append(line_of_list("level2", element.get("id"),
+                                  f'<span class="number">{number}</span>{html.escape(short)}'))
+    return lines

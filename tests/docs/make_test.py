@@ -77,7 +77,7 @@ class Tutorials(unittest.TestCase):
 
     def test_the_date_can_be_fixed(self):
         os.environ["SOURCE_DATE_EPOCH"] = "0"
-        self.assertEqual(date_of_making(), "1 January 1970")
+        self.assertEqual(date_of_making(), "January 1, 1970")
 
 
 class PrintedCommands(unittest.TestCase):
