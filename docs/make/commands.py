@@ -27,7 +27,7 @@ from faults import DocsError
 
 PIECE = re.compile(r"<!--(?P<remark>.*?)-->|^(?P<fence>```+)(?P<kind>[^\n`]*)\n(?P<block>.*?)^(?P=fence)\s*$"
                    r"|`(?P<span>telvo-cli [^`]+)`", re.DOTALL | re.MULTILINE)
-PLACEHOLDER = re.compile(r"[\[\]]|\.\.\.|^[A-Z]+\d?$|^[A-Z]+[-.#]\w+$|\w\|\w")
+PLACEHOLDER = re.compile(r"[\[\]]|\.\.\.|^[A-Z]+\d?$|^(FILE|TABLE|FOLDER|CASE)[-.#]\w+$|\w\|\w")
 STATUS = re.compile(r"\s+# exit status (\d)\s*$")
 # These install or build and are not run; a script has to be there.
 TOOLS = re.compile(r"(?:sudo )?(?:(scripts/[\w-]+)|apt|apt-get|git|cd|cmake|ctest|telvo)(?= |$)")
@@ -72,7 +72,6 @@ class Commands:
             if example:
                 self.check("```\n" + re.sub("^  ", "", example[1], flags=re.MULTILINE).rstrip() + "\n```",
                            () if name == "new" else READERS_CASES)
-        return self._names()
 
     def _names(self):
         return re.findall(r"^  ([a-z]+) ", self._help([]).partition("Subcommands:")[2], re.MULTILINE)

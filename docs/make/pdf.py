@@ -21,7 +21,8 @@ PAGE = """<!DOCTYPE html>
 <meta name="author" content="TELVO"/><meta name="description" content="{subtitle}"/>
 <meta name="keywords" content="{keywords}"/>
 <meta name="dcterms.created" content="{time}"/><meta name="dcterms.modified" content="{time}"/>
-<style>@page {{ @bottom-center {{ content: "Version {version}, {date}" }} }}</style></head>
+<style>@page {{ @bottom-center {{ content: "Version {version}, {date}" }} }}
+@page title {{ @bottom-center {{ content: none }} }}</style></head>
 <body class="{kind}">
 <section class="title"><p class="program">TELVO</p><p class="name">{name}</p>
 <p class="subtitle">{subtitle}</p><p class="version">Version {version}, {date}</p>

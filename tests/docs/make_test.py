@@ -93,7 +93,7 @@ class PrintedCommands(unittest.TestCase):
     def test_lines_run_in_their_order_in_one_folder(self):
         self.assertEqual(3, self.run_block("telvo-cli table export t*.TLV -o all.csv    many cases",
                                            "telvo-cli results all.csv --format csv > numbers.csv",
-                                           "telvo-cli plot examples/deep-cover.TLV --kind plan -o a.svg"))
+                                           "telvo-cli explain examples/deep-cover.TLV TELVOSF.retreat"))
         self.assert_noticed("ends with 3", "telvo-cli results all.csv")
 
     def test_a_wrong_option_file_or_exit_status_is_noticed(self):
@@ -122,8 +122,7 @@ class PrintedCommands(unittest.TestCase):
     def test_what_is_marked_is_not_run(self):
         self.assertEqual(0, self.run_block("telvo-cli check none.TLV", before="<!-- not run: a file of the reader -->"))
 
-    def test_examples_of_the_help_run(self):
-        self.assertIn("table", Commands(CLI, EXAMPLES).check_helps())
+    def test_examples_of_a_manual_page_are_found(self):
         self.assertEqual("```\ntelvo-cli check a-b.TLV\n```", of_manual_page(".PP\n.nf\ntelvo\\-cli check a\\-b.TLV\n.fi\n"))
 
 
