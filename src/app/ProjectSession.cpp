@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "engine/driver.h"
+#include "engine/loading.h"
 #include "project/CaseFile.h"
 #include "report/keyFigures.h"
 
@@ -329,6 +330,10 @@ project::KeyFigures ProjectSession::figures(const project::ProjectCase& current)
 std::string ProjectSession::inputEcho() const {
     engine::AnalysisResults results;
     results.AnalysisCase = engine::analysisCase(project().Input.Anal, m_previousAnalysisCase);
+    if (const auto prepared =
+            engine::PrepareAnalysis(project().Input, project().Units, m_previousAnalysisCase);
+        const auto* in = std::get_if<engine::WorkingInputs>(&prepared))
+        results.ArchFactor = engine::pressureArchFactor(*in);
     return report::inputEchoPage({project(), results, runOptions().report, ModuleBuild});
 }
 

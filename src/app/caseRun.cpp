@@ -2,11 +2,19 @@
 #include "app/caseRun.h"
 
 #include "engine/driver.h"
+#include "project/automatic.h"
 #include "report/sections.h"
 
 #include <utility>
 
 namespace telvo::app {
+
+std::vector<std::string> recordNotes(const project::ProjectCase& current) {
+    std::vector<std::string> notes;
+    for (auto& stale : project::staleAutomaticValues(current.Input, current.Units))
+        notes.push_back(std::move(stale.remark));
+    return notes;
+}
 
 RunOutcome runCase(const project::ProjectCase& current, const RunOptions& options) {
     auto prepared =
@@ -22,7 +30,9 @@ RunOutcome runCase(const project::ProjectCase& current, const RunOptions& option
     if (options.writePages)
         run.pages =
             report::writeReport({current, run.results, options.report, ModuleBuild}, run.warnings);
-    run.notes = engine::analysisNotes(run.results);
+    run.notes = recordNotes(current);
+    for (const std::string_view note : engine::analysisNotes(run.results))
+        run.notes.emplace_back(note);
     return run;
 }
 

@@ -7,6 +7,7 @@
 #include "report/ReportWriter.h"
 #include "report/warnings.h"
 
+#include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -27,8 +28,12 @@ struct CaseRun {
     engine::AnalysisResults results;
     report::Warnings warnings;
     report::ReportPages pages;
-    std::vector<std::string_view> notes; ///< remarks for the reader of this run
+    std::vector<std::string> notes; ///< remarks for the reader of this run, one sentence each
 };
+
+/// What a reader of any outcome has to know of the record: automatic values that it stores and that
+/// are not its own. They are the first of a run's notes.
+std::vector<std::string> recordNotes(const project::ProjectCase& current);
 
 /// Why there is a run, or none: a check refused an input, or the computation could not finish.
 using RunOutcome = std::variant<CaseRun, Refusal, Fault>;

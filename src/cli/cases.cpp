@@ -194,8 +194,10 @@ void runCase(CaseOutcome& outcome, const app::RunOptions& options) {
     app::RunOutcome run = app::runCase(*outcome.current, options);
     if (auto* good = std::get_if<app::CaseRun>(&run)) {
         outcome.run = std::move(*good);
+        outcome.notes = outcome.run->notes;
         return;
     }
+    outcome.notes = app::recordNotes(*outcome.current);
     outcome.status = Refused;
     if (const auto* refusal = std::get_if<Refusal>(&run))
         outcome.message = refusal->message;
@@ -212,6 +214,11 @@ void complainOf(const CaseOutcome& outcome) {
     // A fault of reading names the file itself, with the line.
     complain(outcome.status == FileTrouble ? outcome.message
                                            : outcome.file + ": " + outcome.message);
+}
+
+void tellNotes(const CaseOutcome& outcome) {
+    for (const std::string& note : outcome.notes)
+        complain(outcome.file + ": " + note);
 }
 
 bool mayWrite(const std::string& target, bool force) {

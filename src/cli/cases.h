@@ -35,6 +35,7 @@ struct CaseOutcome {
     std::optional<std::uint32_t> row;            ///< of a table
     std::optional<project::ProjectCase> current; ///< nothing when it could not be read
     std::optional<app::CaseRun> run;             ///< nothing when it was not or could not be run
+    std::vector<std::string> notes;              ///< remarks on record and run
     std::string message;                         ///< why there is no run; empty when all is well
     ExitStatus status = AllGood;
 };
@@ -71,6 +72,9 @@ void complain(const std::string& message);
 
 /// Says why a case has no run.
 void complainOf(const CaseOutcome& outcome);
+
+/// Says the remarks on a case.
+void tellNotes(const CaseOutcome& outcome);
 
 /// Whether a file may be written: it does not exist, or `force`. Complains where it may not.
 bool mayWrite(const std::string& target, bool force);

@@ -25,11 +25,6 @@ bool readsInputTwice(const std::vector<std::string>& files) {
     return true;
 }
 
-void tellNotes(const CaseOutcome& outcome) {
-    for (const auto note : outcome.run->notes)
-        complain(outcome.file + ": " + std::string(note));
-}
-
 std::string withLineFeeds(std::string text) {
     std::erase(text, '\r');
     return text;
@@ -90,8 +85,8 @@ int runReport(const ReportRequest& request) {
     const auto add = [&](CaseOutcome& outcome) {
         runCase(outcome, {.report = request.options, .writePages = true});
         raise(status, outcome.status);
-        if (!outcome.run) return complainOf(outcome);
         tellNotes(outcome);
+        if (!outcome.run) return complainOf(outcome);
         if (any && !request.page) text += "\r\n"; // parts this report from the one before
         text += joinedPages(outcome.run->pages, request.page);
         any = true;
@@ -121,10 +116,8 @@ int runResults(const ResultsRequest& request) {
     const auto add = [&](CaseOutcome& outcome) {
         runCase(outcome, {.report = request.options, .writePages = false});
         raise(status, outcome.status);
-        if (!outcome.run)
-            complainOf(outcome);
-        else
-            tellNotes(outcome);
+        tellNotes(outcome);
+        if (!outcome.run) complainOf(outcome);
         if (json) {
             print((first ? "" : ",\n") + jsonWriter.of(outcome));
         } else if (csv) {
@@ -148,6 +141,8 @@ int runCheck(const std::vector<std::string>& files, const Workbooks& workbooks) 
         std::string message = outcome.message;
         raise(status, outcome.status);
         if (outcome.current) {
+            for (const std::string& note : app::recordNotes(*outcome.current))
+                complain(outcome.file + ": " + note);
             if (const auto refused = project::checkBeforeAnalysis(outcome.current->Input)) {
                 message = refused->message;
                 raise(status, Refused);

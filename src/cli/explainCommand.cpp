@@ -45,6 +45,7 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
 int runExplain(const ExplainRequest& request) {
     CaseOutcome outcome = readCase(request.source, request.workbooks);
     runCase(outcome, {.report = request.options, .writePages = false});
+    tellNotes(outcome);
     if (!outcome.run) {
         complainOf(outcome);
         return outcome.status;
@@ -56,8 +57,6 @@ int runExplain(const ExplainRequest& request) {
         if (selected.empty()) return complainOfName(chapters, request.quantity);
         chapters = std::move(selected);
     }
-    for (const auto note : outcome.run->notes)
-        complain(outcome.file + ": " + std::string(note));
     print(request.list ? explain::quantityList(chapters) : explain::workingText(chapters));
     return finishOutput();
 }

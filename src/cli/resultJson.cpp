@@ -141,6 +141,10 @@ std::string ResultJson::of(const CaseOutcome& outcome) const {
     add(out, "file", text(asUtf8(outcome.file)));
     add(out, "valid", Json(json_object_new_boolean(outcome.run.has_value())));
     add(out, "message", text(asUtf8(outcome.message)));
+    Json notes(json_object_new_array());
+    for (const std::string& note : outcome.notes)
+        append(notes, text(note));
+    add(out, "notes", std::move(notes));
     add(out, "inputs", outcome.current ? inputsJson(*outcome.current) : nullptr);
     add(out, "results", outcome.run ? resultsJson(outcome.run->results) : nullptr);
     add(out, "warnings", outcome.run ? warningsJson(outcome.run->warnings) : nullptr);

@@ -50,17 +50,6 @@ std::string_view folderOf(std::string_view fileName) {
     return fileName.substr(0, fileName.find_last_of("/\\") + 1);
 }
 
-/// What the parameter form shows for the inputs of a case.
-float automaticArchFactor(const ProjectCase& current) {
-    const ProjectInput& in = current.Input;
-    double width = 0;
-    for (int i = 1; i <= distanceCount(in); ++i)
-        width += in.XcutCenters[i];
-    constexpr double most = std::numeric_limits<float>::max();
-    const auto single = [most](double x) { return static_cast<float>(std::clamp(x, -most, most)); };
-    return formArchFactor(single(width), single(in.DepthCover), current.Units);
-}
-
 } // namespace
 
 std::string_view unitLabel(std::int16_t units, Quantity quantity) {
@@ -124,8 +113,8 @@ const std::string_view ConversionUntouchedNote =
 
 std::optional<std::string> archFactorRemark(const ProjectCase& before, const ProjectCase& after) {
     if (before.Input.Arch == 0 || after.Input.Arch == 0) return std::nullopt;
-    const float was = automaticArchFactor(before);
-    const float is = automaticArchFactor(after);
+    const float was = automaticArchFactor(before.Input, before.Units);
+    const float is = automaticArchFactor(after.Input, after.Units);
     // A depth or width at the end of the number range has no factor in feet.
     if (was == is || !std::isfinite(was) || !std::isfinite(is)) return std::nullopt;
     return "The automatic pressure arch factor changes from " + generalNumber(was) + " to " +

@@ -66,7 +66,9 @@ void developmentGeometry(EchoPage& page, const ProjectInput& in) {
     page.line();
 }
 
-void defaultParameters(EchoPage& page, const ProjectInput& in, std::int16_t units) {
+/// Given: archFactorUsed  what the analysis computes with; 0 where that is not known
+void defaultParameters(EchoPage& page, const ProjectInput& in, std::int16_t units,
+                       float archFactorUsed) {
     page.heading("DEFAULT PARAMETERS");
     page.value("In Situ Coal Strength", in.CoalStrength, unitLabel(units, Quantity::Strength));
     page.value("Unit Weight of Overburden", in.UnitWeight, unitLabel(units, Quantity::UnitWeight));
@@ -76,6 +78,9 @@ void defaultParameters(EchoPage& page, const ProjectInput& in, std::int16_t unit
     page.value("Pressure Arch Factor", in.ArchFactor);
     page.line(in.Arch == 1 ? "Pressure Arch Factor set automatically"
                            : "Pressure Arch Factor set manualy");
+    // The record's own factor may be that of another depth, and the analysis has a rule of its own.
+    if (in.Arch != 0 && archFactorUsed != 0 && archFactorUsed != in.ArchFactor)
+        page.value("Pressure Arch Factor used by the analysis", archFactorUsed);
     page.line();
 }
 
@@ -117,7 +122,7 @@ std::string inputEchoPage(const ReportSource& source) {
     page.line();
     description(page, current);
     developmentGeometry(page, current.Input);
-    defaultParameters(page, current.Input, current.Units);
+    defaultParameters(page, current.Input, current.Units, source.results.ArchFactor);
     retreatMining(page, current.Input, source.results.AnalysisCase);
     return page.take();
 }

@@ -106,8 +106,11 @@ void ResultsTest::init() {
     project::ProjectCase current;
     QVERIFY(!project::readCaseFile(TELVO_EXAMPLES_DIR "/deep-cover.TLV", current).fault);
     const auto run = app::runCase(current);
-    view = {
-        std::get<app::CaseRun>(run).pages, {}, {current.FileName, 0, "050817", 2026y / 3 / 7}, {}};
+    view = {std::get<app::CaseRun>(run).pages,
+            {},
+            {},
+            {current.FileName, 0, "050817", 2026y / 3 / 7},
+            {}};
     messages.asked.clear();
     messages.statuses.clear();
     dialogs.target.clear();

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <tuple>
 
 namespace telvo::report {
 namespace {
@@ -104,6 +105,20 @@ TEST(Sections, ValuesStandUnderTheirHeaderWords) {
         all += "=== page " + std::to_string(i) + "\r\n" + pages[i];
     EXPECT_EQ(all, withCrLf(*expected));
     EXPECT_EQ(panel.r, before) << "the units of the report leaked into the results";
+}
+
+/// The record may hold a factor of another depth; an entered one is the one that is used.
+TEST(Sections, PageOfTheInputShowsTheArchFactorThatWasUsed) {
+    constexpr std::string_view used =
+        "Pressure Arch Factor used by the analysis.........      0.71";
+    FullPanel panel;
+    panel.r.ArchFactor = 0.71F;
+    for (const auto& [arch, stored, shown] :
+         {std::tuple{1, 0.95F, true}, {1, 0.71F, false}, {0, 0.95F, false}}) {
+        panel.current.Input.Arch = static_cast<std::int16_t>(arch);
+        panel.current.Input.ArchFactor = stored;
+        EXPECT_EQ(panel.pages()[0].find(used) != string::npos, shown) << arch << ", " << stored;
+    }
 }
 
 /// The lines of a page that are not empty, each ended by "|", leaders and blanks cut to one.

@@ -72,6 +72,8 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
     }
     column->addSpacing(fontMetrics().height() / 2);
     column->addWidget(m_factBox);
+    m_automatic = plainLabel("lblAutomatic", left);
+    column->addWidget(m_automatic);
     column->addStretch(1);
     layout->addWidget(left, 1);
 
@@ -94,6 +96,14 @@ void CaseOverview::showCase() {
         QStringLiteral("<span>%1</span>").arg(toQt(current.FileName).toHtmlEscaped()));
     m_factBox->setVisible(!empty);
     m_plan->setVisible(!empty);
+    QStringList stale;
+    if (!empty)
+        for (const std::string& note : recordNotes(current))
+            stale.append(tr("Note: %1.").arg(toQt(note)));
+    if (!stale.isEmpty())
+        stale.append(tr("OK in Input, Project Parameters takes the automatic values."));
+    m_automatic->setText(stale.join('\n'));
+    m_automatic->setVisible(!stale.isEmpty());
     if (empty) return;
     showFacts();
     showPlan();

@@ -34,6 +34,7 @@ class CaseOverview : public QWidget {
     QLabel* m_title = nullptr;
     QLabel* m_file = nullptr;
     QWidget* m_factBox = nullptr;
+    QLabel* m_automatic = nullptr; ///< automatic values of the record that are not its own
     std::map<std::string, QLabel*> m_facts;
     telvo::ui::PlanView* m_plan = nullptr;
 };

@@ -233,15 +233,15 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
 
     closeResults();
     const ShownRun shown{current, std::move(run.results), m_program.session().reportOptions()};
-    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, sheetHeading(),
-                                  [this, shown] { viewPlots(shown); },
+    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, run.notes,
+                                  sheetHeading(), [this, shown] { viewPlots(shown); },
                                   [this, shown] { showWorking(shown); }},
                                  m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);
     m_results->load();
     m_results->raise(); // also above a form that is open
     m_results->activateWindow();
-    for (const std::string_view note : run.notes)
+    for (const std::string& note : run.notes)
         messages.tell(note, std::string(titles::Results).append(titles::Message));
     return std::nullopt;
 }

@@ -56,6 +56,7 @@ frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& serv
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(makePageRow());
+    if (!m_view.notes.empty()) layout->addWidget(makeNotes());
     layout->addWidget(m_text, 1);
 
     auto* buttons = makeButtons();
@@ -121,6 +122,19 @@ QHBoxLayout* frmResTxtPlt::makePageRow() {
                               tr("Chooses the printer and the orientation of the paper"),
                               &frmResTxtPlt::setUpPrinter));
     return row;
+}
+
+QLabel* frmResTxtPlt::makeNotes() {
+    QStringList lines;
+    for (const std::string& note : m_view.notes)
+        lines.append(tr("Note: %1.").arg(toQt(note)));
+    auto* notes = new QLabel(lines.join('\n'), this);
+    notes->setObjectName("lblNotes");
+    notes->setAccessibleName(tr("Notes on this run"));
+    notes->setTextFormat(Qt::PlainText);
+    notes->setWordWrap(true);
+    notes->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    return notes;
 }
 
 void frmResTxtPlt::makeShortcut(const QKeySequence& key, QPushButton* target) {

@@ -7,6 +7,8 @@
 
 #include <functional>
 #include <span>
+#include <string>
+#include <vector>
 
 class QHBoxLayout;
 class QLabel;
@@ -19,6 +21,7 @@ namespace telvo::report::ui {
 struct ResultsView {
     ReportPages pages;
     std::string WarningSummary;      ///< depth and stability-factor warnings; may be empty
+    std::vector<std::string> notes;  ///< remarks on record and run, shown above every page
     SheetHeading heading;            ///< case name, units, module header and date of printed sheets
     std::function<void()> viewPlots; ///< empty: there is no such button
     std::function<void()> showWorking = {}; ///< likewise
@@ -36,6 +39,7 @@ class frmResTxtPlt : public telvo::ui::Form {
 
   private:
     QHBoxLayout* makePageRow();
+    QLabel* makeNotes();
     void makeShortcut(const QKeySequence& key, QPushButton* target);
     void nextPage();
     void previousPage();
