@@ -24,6 +24,10 @@ class Sheet:
     def run(self, example, changes):
         return self.program.run(example, changes, self.folder)
 
+    def converted(self, example, changes):
+        """The record of an example with changed inputs, converted to the other units."""
+        return self.program.run_converted(example, changes, self.folder)
+
     @staticmethod
     def figure(width=6.1, height=3.5, columns=1):
         """Axes, in inches; as many beside each other as there are columns."""

@@ -25,12 +25,12 @@ from faults import DocsError
 NAMED = re.compile(r"^# |^\$\$(?P<tex>.+?)\$\$(?:[ \t]*\{#(?P<name>eq-[\w-]+)\})?$",
                    re.DOTALL | re.MULTILINE)
 PARTS = re.compile(r"^\$\$(?P<tex>.+?)\$\$(?:[ \t]*\{#(?P<name>eq-[\w-]+)\})?$"
-                   r"|^\{\{where(?P<own>[^{}]*)\}\}$|^(?P<heading>#+ .*)$", re.DOTALL | re.MULTILINE)
+                   r"|^\{\{where(?P<own>[^{}]*)\}\}$|^(?P<heading>#+ [^\n]*)$", re.DOTALL | re.MULTILINE)
 REFERENCE = re.compile(r"\[\]\(#(eq-[\w-]+)\)")
 CODE = re.compile(r"(^```.*?^```$)", re.DOTALL | re.MULTILINE)
 # What of a formula is no symbol: words, functions, spaces and signs.
 NO_SYMBOL = re.compile(r"\\mathrm\{[^{}]*\}|\\(?!Gamma|Theta|beta|sigma)[A-Za-z]+|\\[,;: ]")
-SYMBOL = re.compile(r"(?:SF|\\(?:Gamma|Theta|beta|sigma)|[A-Za-z])(?:_(?:\{([^{}]*)\}|(\w)))?")
+SYMBOL = re.compile(r"(?:SF|dR|\\(?:Gamma|Theta|beta|sigma)|[A-Za-z])(?:_(?:\{([^{}]*)\}|(\w)))?")
 ROW = re.compile(r"^\| `(?P<plain>\w+)` \| \$(?P<tex>[^$]+)\$ \| [^|]* \| (?P<unit>[^|]*) \| "
                  r"(?P<meaning>[^|]*) \|$", re.MULTILINE)
 
@@ -128,6 +128,9 @@ class Equations:
             for symbol in symbols_of(tex):
                 found, entry = self._meaning(symbol, local)
                 rows.setdefault(found, entry)
+        for symbol, entry in local.items():  # an index, say
+            if symbol not in map(plain_symbol, rows):
+                rows[symbol] = entry
         cells = [f"<td>${tex}$</td><td>{html.escape(meaning)}{self._unit(unit)}</td>"
                  for tex, (meaning, unit) in rows.items()]
         half = (len(cells) + 1) // 2

@@ -14,6 +14,7 @@ import json
 import os
 import re
 import subprocess
+import tempfile
 
 from book import DocsError
 
@@ -60,6 +61,19 @@ class Program:
             if not record["valid"] or not record["results"]:
                 raise DocsError(f"{record['file']}: {record['message']}")
         return records
+
+    def run_converted(self, example, changes, folder):
+        """The record of an example with changed inputs, converted to the other units by the program."""
+        rows = list(csv.DictReader(io.StringIO(
+            self.call("table", "export", self.case(example), "-o", "-"))))
+        with tempfile.TemporaryDirectory(dir=folder) as place:
+            table, case = os.path.join(place, "one.csv"), os.path.join(place, "one.TLV")
+            with open(table, "w", encoding="utf-8", newline="") as file:
+                writer = csv.DictWriter(file, rows[0].keys())
+                writer.writeheader()
+                writer.writerow({**rows[0], **changes})
+            self.call("convert", table + "#2", "-o", case)
+            return json.loads(self.call("results", case, "--format", "json"))[0]
 
     def steps(self, name):
         if name not in self._steps:

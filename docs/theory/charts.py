@@ -114,7 +114,7 @@ def chart_transfer(sheet):
               [quantity(r, "LTRANSREM.retreat.second") /
                quantity(r, "FrontOnRemnant.retreat.second") for r in runs],
               color=RED, ls="--", label="remnant: Lrem over X")
-    axes.set(xlabel="stability factor of the barrier or remnant", ylabel="share handed to the AMZ",
+    axes.set(xlabel="stability factor of the barrier or remnant", ylabel="share transferred to the AMZ",
              xlim=(0, 2), ylim=(-0.03, 1.05))
     axes.legend()
     return figure
@@ -171,6 +171,132 @@ def chart_slab_cut(sheet):
     axes.set(xlabel="slab cut in the second barrier, 60 ft wide (ft)", ylabel="stability factor")
     axes.legend()
     return figure
+
+
+# Where a result jumps: what is changed and between which values, and what to look at. The pairs are
+# as close as the place is sharp.
+JUMPS = (
+    ("$H - 80 = W_p$", "the arch begins: $F_{pa}$ falls from 1", CASE, {"BarrierSecondGob": 150},
+     {"DepthCover": 399}, {"DepthCover": 400}, ("ArchFactor", "TELVOSF.development")),
+    ("Automatic $F_{pa}$", "steps of 0.01", CASE, {"BarrierSecondGob": 150},
+     {"DepthCover": 899}, {"DepthCover": 901}, ("ArchFactor", "TELVOSF.development")),
+    ("Automatic *B*", "whole feet or meters; half a foot", CASE, {},
+     {"BreadthAMZ": 150}, {"BreadthAMZ": 150.5}, ("TELVOSF.retreat",)),
+    ("$E_a = W_l$", "*X* takes its second form", CASE, {},
+     {"ExtentActiveGob": 380}, {"ExtentActiveGob": 380.01},
+     ("FrontOnRemnant.retreat.second", "RemnantSF.second", "TELVOSF.retreat")),
+    ("$W_l/2 = H\\,t_a$ with $E_a > W_l$", "the same, over the depth", CASE, {},
+     {"DepthCover": 494.9}, {"DepthCover": 495},
+     ("FrontOnRemnant.retreat.second", "RemnantSF.second", "TELVOSF.retreat")),
+    ("$W_b = h$", "strength from 0 to $1.18\\,S_1$", CASE, {"SlabcutSecondGob": 0},
+     {"BarrierSecondGob": 5.49}, {"BarrierSecondGob": 5.5},
+     ("BarrierSF.retreat.second", "TELVOSF.retreat")),
+    ("$W_m = h$", "the same for a remnant", CASE, {},
+     {"SlabcutSecondGob": 54.51}, {"SlabcutSecondGob": 54.5},
+     ("RemnantSF.second", "LTRANSREM.retreat.second", "TELVOSF.retreat")),
+    ("$W_b = 0$", "the barrier's rules fall away", CASE, {"SlabcutSecondGob": 0},
+     {"BarrierSecondGob": 0}, {"BarrierSecondGob": 0.01},
+     ("LTRANSBAR.retreat.second", "TELVOSF.retreat")),
+    ("$SF_b = 1.5$", "kink: below it the barrier transfers load", CASE, {},
+     {"BarrierSecondGob": 90}, {"BarrierSecondGob": 80},
+     ("BarrierSF.retreat.second", "LTRANSBAR.retreat.second", "TELVOSF.retreat")),
+    ("$SF_m = 0.0075$", "kink: LTRANSREM is capped at *X*", CASE, {},
+     {"SlabcutSecondGob": 60}, {"SlabcutSecondGob": 54}, ("LTRANSREM.retreat.second",)),
+    ("Excess of rows C and D", "counted $B/S_c$ times for the remnant; off and on", "bleeder-rows-c-d.TLV",
+     {}, {"RowC": 0}, {"RowC": 1}, ("RemnantTotalCapacity.first", "RemnantSF.first")),
+    ("Width of a bleeder row", "strongest at 1.5 times its length", "bleeder-rows-c-d.TLV", {},
+     {"WidthC": 105}, {"WidthC": 160}, ("BleederStrength.first", "BleederExcess.first")),
+)
+NAMES = {"ArchFactor": "$F_{pa}$", "TELVOSF.development": "SF development", "TELVOSF.retreat": "SF retreat",
+         "FrontOnRemnant.retreat.second": "*X*", "RemnantSF.second": "$SF_m$", "RemnantSF.first": "$SF_m$",
+         "BarrierSF.retreat.second": "$SF_b$", "LTRANSBAR.retreat.second": "$L_{tb}$",
+         "LTRANSREM.retreat.second": "$L_{rem}$", "RemnantTotalCapacity.first": "$K_n$",
+         "BleederStrength.first": "$s_r$", "BleederExcess.first": "$X_r$"}
+LABELS = {"DepthCover": "depth", "BreadthAMZ": "breadth", "ExtentActiveGob": "extent of the active gob",
+          "BarrierSecondGob": "second barrier", "SlabcutSecondGob": "second slab cut", "RowC": "row C",
+          "WidthC": "row C wide"}
+
+
+def sized(name, run):
+    value = quantity(run, name)
+    if name.startswith(("Arch", "TELVOSF", "RemnantSF", "BarrierSF")):
+        return f"{value:.2f}"
+    if name.startswith("BleederStrength"):
+        return f"{value / 144:,.0f} psi"
+    return f"{value / 2000:,.0f} tons"
+
+
+def table_peculiarities(sheet):
+    rows = []
+    for where, what, case, base, before, after, watched in JUMPS:
+        first, second = sheet.run(case, [{**base, **before}, {**base, **after}])
+        (field, old), (_, new) = (*before.items(), *after.items())
+        unit = "" if field == "RowC" else " ft"
+        rows.append([where, what, f"{LABELS[field]} {old:g} to {new:g}{unit}", "; ".join(
+            f"{NAMES[name]} {sized(name, first)} to {sized(name, second)}" for name in watched)])
+    return markdown_table(["Where", "What happens", "Example", "Size"], rows)
+
+
+def table_arch_jump(sheet):
+    widths = (200, 320)
+    runs = sheet.run(CASE, [{**panel(width), "DepthCover": width + 80} for width in widths])
+    return " and ".join(f"{quantity(run, 'ArchFactor'):.2f} for a panel of {width} ft"
+                        for width, run in zip(widths, runs))
+
+
+def table_stale_breadth(sheet):
+    rows = []
+    for depth in (400, 650, 900, 1200):
+        own = round(5 * sqrt(depth))
+        stale, fresh = sheet.run(CASE, [{"DepthCover": depth, "BreadthAMZ": b, "AMZ": 0} for b in (150, own)])
+        rows.append([f"{depth} ft", f"{own} ft"] + [f"{quantity(run, 'TELVOSF.retreat'):.2f}"
+                                                    for run in (stale, fresh)])
+    return markdown_table(["Depth", "Breadth that belongs to it", "SF retreat with 150 ft",
+                           "SF retreat with its own"], rows)
+
+
+def table_crosscut_angle(sheet):
+    angles = (90, 80, 70, 60)
+    runs = sheet.run(CASE, [{"XcutAngle": angle} for angle in angles])
+    rows = []
+    for angle, run in zip(angles, runs):
+        cells = [f"{angle}\u00b0", f"{quantity(run, 'PillarLength'):.1f} ft"]
+        for name, form in (("PillarLength", ""), ("PillarArea.1", ""), ("PillarStrength.1", ""),
+                           ("TELVOSF.retreat", "")):
+            change = quantity(run, name) / quantity(runs[0], name) - 1
+            cells.append(f"{100 * change:+.1f} %".replace("-", "\u2212"))
+        rows.append(cells)
+    return markdown_table(["Crosscut angle", "$L_p$", "$L_p$", "Area", "Strength", "SF retreat"], rows)
+
+
+def table_bleeder_excess(sheet):
+    run, = sheet.run("bleeder-rows-c-d.TLV", [{}])
+    times = quantity(run, "AMZBreadth") / run["inputs"]["XcutSpacing"]
+    return f"{times:.2f} times in the example bleeder-rows-c-d."
+
+
+def table_conversion(sheet):
+    rows = []
+    for depth in (450, 550, 700, 900):
+        english, = sheet.run(CASE, [{"DepthCover": depth, "BreadthAMZ": round(5 * sqrt(depth))}])
+        meters = sheet.converted(CASE, {"DepthCover": depth, "BreadthAMZ": round(5 * sqrt(depth))})
+        pair = [(quantity(english, name), quantity(meters, name))
+                for name in ("ArchFactor", "TELVOSF.development", "TELVOSF.retreat")]
+        rows.append([f"{depth} ft"] + [f"{value:.2f}" for both in pair for value in both])
+    return markdown_table(["Depth", "Fpa", "converted", "SF devel.", "converted", "SF retreat",
+                           "converted"], rows)
+
+
+def in_meters(feet):
+    return lambda sheet: f"{feet / FEET:.1f}"
+
+
+table_meters_650, table_meters_1000, table_meters_2000, table_meters_425 = map(
+    in_meters, (650, 1000, 2000, 425))
+
+
+def table_metric_arch_depth(_):
+    return f"{80 * FEET + 320:.0f}"
 
 
 def table_metric(sheet):
