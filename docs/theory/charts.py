@@ -179,7 +179,7 @@ JUMPS = (
     ("$H - 80 = W_p$", "the arch begins: $F_{pa}$ falls from 1", CASE, {"BarrierSecondGob": 150},
      {"DepthCover": 399}, {"DepthCover": 400}, ("ArchFactor", "TELVOSF.development")),
     ("Automatic $F_{pa}$", "steps of 0.01", CASE, {"BarrierSecondGob": 150},
-     {"DepthCover": 899}, {"DepthCover": 901}, ("ArchFactor", "TELVOSF.development")),
+     {"DepthCover": 917}, {"DepthCover": 918}, ("ArchFactor", "TELVOSF.development")),
     ("Automatic *B*", "whole feet or meters; half a foot", CASE, {},
      {"BreadthAMZ": 150}, {"BreadthAMZ": 150.5}, ("TELVOSF.retreat",)),
     ("$E_a = W_l$", "*X* takes its second form", CASE, {},
@@ -200,8 +200,6 @@ JUMPS = (
     ("$SF_b = 1.5$", "kink: below it the barrier transfers load", CASE, {},
      {"BarrierSecondGob": 90}, {"BarrierSecondGob": 80},
      ("BarrierSF.retreat.second", "LTRANSBAR.retreat.second", "TELVOSF.retreat")),
-    ("$SF_m = 0.0075$", "kink: LTRANSREM is capped at *X*", CASE, {},
-     {"SlabcutSecondGob": 60}, {"SlabcutSecondGob": 54}, ("LTRANSREM.retreat.second",)),
     ("Excess of rows C and D", "counted $B/S_c$ times for the remnant; off and on", "bleeder-rows-c-d.TLV",
      {}, {"RowC": 0}, {"RowC": 1}, ("RemnantTotalCapacity.first", "RemnantSF.first")),
     ("Width of a bleeder row", "strongest at 1.5 times its length", "bleeder-rows-c-d.TLV", {},
@@ -234,6 +232,8 @@ def table_peculiarities(sheet):
         unit = "" if field == "RowC" else " ft"
         rows.append([where, what, f"{LABELS[field]} {old:g} to {new:g}{unit}", "; ".join(
             f"{NAMES[name]} {sized(name, first)} to {sized(name, second)}" for name in watched)])
+    rows.append(["$SF_m = 0.0075$", "kink: LTRANSREM is capped at *X*", "a remnant without strength",
+                 f"the cap takes off {100 * (1.5 * 0.67 - 1):.1f} percent of *X* at most"])
     return markdown_table(["Where", "What happens", "Example", "Size"], rows)
 
 
