@@ -105,15 +105,23 @@ def write_pdfs(manuals, given):
         pool.map(run_job, range(len(JOBS)), chunksize=1)
 
 
+def say(step):
+    """What is being done: the making takes minutes."""
+    print(f"docs: {step}", flush=True)
+
+
 def main():
     given = arguments()
     wanted = given.only or ["help", "pdf"]
     pictures = os.path.join(given.build, "pictures")
     if given.cli:
+        say("drawings of cases")
         draw(os.path.join(given.docs, "drawings.txt"), given.examples, given.cli, pictures)
     if given.screens:
+        say("pictures of windows")
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
         pose(os.path.join(given.docs, "windows.txt"), given.examples, given.screens, pictures)
+    say("numbers, printed commands and formulas")
     program = Program(given.cli, given.examples)
     answers = Answers(given.cli, [given.examples, given.cases],
                       os.path.join(given.build, "answers.json"))
@@ -129,6 +137,7 @@ def main():
     manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
     pages = Help([manual for manual in manuals if in_help(manual.folder)], os.path.join(given.build, "help"), given.build)
     stylesheet = os.path.join(HERE, "help.css")
+    say("pages of the help")
     if given.screens:
         # The help window shows the help, which shows the help window.
         shutil.copy(os.path.join(pictures, "frmMain.png"), os.path.join(pictures, "frmHelp.png"))
@@ -137,6 +146,7 @@ def main():
     if "help" in wanted or "chm" in wanted:
         pages.write(stylesheet)
     if "pdf" in wanted:
+        say("manuals for print")
         write_pdfs(manuals, given)
     if "chm" in wanted:
         import chm
