@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SettingsStore.h"
 
+#include "app/platform/FileLock.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
@@ -42,8 +43,7 @@ struct Key {
 #define FIELD(name) #name, [](Settings & s) -> Field { return &s.name; }
 #define ELEMENT(name, i) #name #i, [](Settings & s) -> Field { return &s.name[i]; }
 
-// In the order in which the sections are read. The order inside a section has no meaning to the
-// file.
+// In the order in which a section is written; it has no meaning to the file.
 constexpr Key Keys[] = {
     {"Settings", FIELD(DefaultUnits), "", Switch},
     {"Settings", FIELD(DisplayHistoryWin), "", Switch},
@@ -93,9 +93,9 @@ constexpr Key Keys[] = {
     {"TELVOOptions", FIELD(PrintModuleHeader), "1", Switch},
     {"TELVOOptions", FIELD(PlotEntryDims), "1", Switch},
     {"TELVOOptions", FIELD(PlotXcutDims), "1", Switch},
+    {"TELVOOptions", FIELD(PlotGobDims), "1", Switch}, // written before the next two
     {"TELVOOptions", FIELD(PlotSingleXcutDims), "1", Switch},
     {"TELVOOptions", FIELD(PlotGobExtLoose), "1", Switch},
-    {"TELVOOptions", FIELD(PlotGobDims), "1", Switch},
     {"TELVOOptions", FIELD(PlotRangeMin), "100", PlotRange},
     {"TELVOOptions", FIELD(PlotRangeMax), "150", PlotRange},
     {"TELVOOptions", FIELD(PrintPlotReminder), "1", Switch},
@@ -145,6 +145,17 @@ std::string slotKey(std::string_view name, std::size_t slot) {
     return std::string(name) + std::to_string(slot + 1);
 }
 
+RecentFiles recentFilesOf(const IniFile& file) {
+    RecentFiles files(static_cast<std::size_t>(
+        ClampSetting(leadingInteger(readText(file, "FileMenu", "MaxLastFiles")),
+                     RecentFileCount.low, RecentFileCount.high)));
+    for (std::size_t i = 0; i < files.size(); ++i)
+        files[i] = {readText(file, "FileMenu", slotKey("LastFile", i)),
+                    leadingInteger(readText(file, "FileMenu", slotKey("LastFileMode", i))),
+                    readText(file, "FileMenu", slotKey("LastFileLong", i))};
+    return files;
+}
+
 void writeRecentFiles(IniFile& file, Settings& settings) {
     // The count is written as it is and put into its range only then.
     file.set("FileMenu", "MaxLastFiles", generalNumber(settings.MaxLastFiles));
@@ -156,6 +167,17 @@ void writeRecentFiles(IniFile& file, Settings& settings) {
         file.set("FileMenu", slotKey("LastFileMode", i), generalNumber(recent.LastFileMode));
         file.set("FileMenu", slotKey("LastFileLong", i), recent.LastFileLong);
     }
+}
+
+RecentFiles usedSlots(const Settings& settings) {
+    const auto first = settings.RecentFiles.begin();
+    return {first, first + std::clamp<std::int16_t>(settings.MaxLastFiles, 0, 4)};
+}
+
+void setSlots(Settings& settings, const RecentFiles& files) {
+    settings.RecentFiles = {};
+    settings.MaxLastFiles = static_cast<std::int16_t>(std::min<std::size_t>(files.size(), 4));
+    std::copy_n(files.begin(), settings.MaxLastFiles, settings.RecentFiles.begin());
 }
 
 /// The file as it is now; a missing one is empty.
@@ -199,22 +221,35 @@ SettingsStore::SettingsStore(std::string path, SettingsSurroundings surroundings
     m_values.ExternalEditor = m_surroundings.ExternalEditor;
     m_values.DataPath = m_surroundings.DataFolder;
     m_values.GraphTitle = m_surroundings.ProgramTitle;
+    m_known = m_values;
+}
+
+std::string SettingsStore::lockFile() const {
+    return m_surroundings.LockFile.empty() ? m_path + ".lock" : m_surroundings.LockFile;
 }
 
 bool SettingsStore::checkVersion() {
+    const FileLock lock(lockFile()); // two programs at their first start
     std::error_code error;
     const auto file = pathFromUtf8(m_path);
     if (std::filesystem::exists(file, error)) {
         const auto content = contentOf(m_path);
-        if (!content) return false; // what cannot be read may be worth keeping
+        if (!content) { // what cannot be read may be worth keeping
+            m_trouble = content.fault();
+            return false;
+        }
         if (content->value("Version", "INIFileVersion") == SettingsVersion) return false;
         // The settings of another build are not carried over.
         std::filesystem::remove(file, error);
     }
     IniFile fresh;
     fresh.set("Version", "INIFileVersion", SettingsVersion);
-    (void)write(fresh); // a data folder that cannot be written leaves the program without a file
-    (void)SaveSettings(SettingsSaveMode::All);
+    if (const Status written = writeFile(m_path, fresh.text()); !written) {
+        m_trouble = written.fault();
+        return false;
+    }
+    m_messages.history("Saving default settings to file: " + m_path);
+    if (const Status saved = save(SettingsSaveMode::All); !saved) m_trouble = saved.fault();
     return true;
 }
 
@@ -226,15 +261,7 @@ void SettingsStore::loadSection(const IniFile& file, std::string_view section) {
 }
 
 void SettingsStore::loadRecentFiles(const IniFile& file) {
-    m_values.MaxLastFiles = ClampSetting(leadingInteger(readText(file, "FileMenu", "MaxLastFiles")),
-                                         RecentFileCount.low, RecentFileCount.high);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(m_values.MaxLastFiles); ++i) {
-        RecentFile& recent = m_values.RecentFiles[i];
-        recent.LastFile = readText(file, "FileMenu", slotKey("LastFile", i));
-        recent.LastFileMode =
-            leadingInteger(readText(file, "FileMenu", slotKey("LastFileMode", i)));
-        recent.LastFileLong = readText(file, "FileMenu", slotKey("LastFileLong", i));
-    }
+    setSlots(m_values, recentFilesOf(file));
 }
 
 void SettingsStore::settleDataPath() {
@@ -248,8 +275,19 @@ void SettingsStore::settleDataPath() {
 }
 
 void SettingsStore::LoadSettings() {
+    std::error_code error;
+    const bool exists = std::filesystem::exists(pathFromUtf8(m_path), error);
     const auto content = contentOf(m_path);
-    readSettings(content ? *content : IniFile());
+    if (!content && !m_trouble) m_trouble = content.fault();
+    if (content && exists) {
+        readSettings(*content);
+        return;
+    }
+    IniFile fresh; // what would have been written
+    for (const Key& key : Keys)
+        fresh.set(key.section, key.name, fieldText(key.field(m_values)));
+    readSettings(fresh);
+    m_seen = IniFile(); // but nothing of it is in a file
 }
 
 void SettingsStore::readSettings(const IniFile& file) {
@@ -263,6 +301,8 @@ void SettingsStore::readSettings(const IniFile& file) {
     if (m_values.BrowseFontName.empty()) m_values.BrowseFontName = m_surroundings.DefaultFont;
     loadSection(file, "Graph");
     loadSection(file, "TELVOOptions");
+    m_seen = file;
+    m_known = m_values;
     if (m_values.PlotRangeMin == m_values.PlotRangeMax) {
         m_values.PlotRangeMin = 50;
         m_values.PlotRangeMax = 150;
@@ -272,20 +312,63 @@ void SettingsStore::readSettings(const IniFile& file) {
 
 Status SettingsStore::SaveSettings(SettingsSaveMode mode) {
     m_messages.history("Saving default settings to file: " + m_path);
-    auto file = contentOf(m_path);
-    if (!file) return file.fault(); // what cannot be read now would be lost by a write
-    for (const Section& section : Sections) {
-        if (mode != SettingsSaveMode::All && mode != section.mode) continue;
-        if (section.mode == SettingsSaveMode::FileMenu) writeRecentFiles(*file, m_values);
-        for (const Key& key : Keys)
-            if (key.section == section.name)
-                file->set(key.section, key.name, fieldText(key.field(m_values)));
-    }
-    return write(*file);
+    const FileLock lock(lockFile()); // without one the last writer wins, as ever
+    return save(mode);
 }
 
-Status SettingsStore::write(const IniFile& file) const {
-    return writeFile(m_path, file.text());
+Status SettingsStore::save(SettingsSaveMode mode) {
+    auto file = contentOf(m_path);
+    if (!file) return file.fault(); // what cannot be read now would be lost by a write
+    IniFile seen = m_seen;
+    for (const Section& section : Sections) {
+        if (mode != SettingsSaveMode::All && mode != section.mode) continue;
+        if (section.mode == SettingsSaveMode::FileMenu) {
+            mergeRecentFiles(*file);
+            Settings written = m_values; // the count is put into its range behind the first writing
+            writeRecentFiles(*file, written);
+            writeRecentFiles(seen, m_values);
+        }
+        for (const Key& key : Keys) {
+            if (key.section != section.name) continue;
+            const std::string text = fieldText(key.field(m_values));
+            const bool changedByOthers =
+                file->value(key.section, key.name) != m_seen.value(key.section, key.name);
+            if (changedByOthers && text == fieldText(key.field(m_known))) continue;
+            file->set(key.section, key.name, text);
+            seen.set(key.section, key.name, text);
+        }
+    }
+    Status written = writeFile(m_path, file->text());
+    if (!written) return written;
+    m_seen = std::move(seen);
+    m_known = m_values;
+    return written;
+}
+
+void SettingsStore::mergeRecentFiles(const IniFile& file) {
+    const RecentFiles others = recentFilesOf(file);
+    if (others != recentFilesOf(m_seen))
+        setSlots(m_values, mergedRecentFiles(usedSlots(m_known), usedSlots(m_values), others));
+}
+
+RecentFiles mergedRecentFiles(const RecentFiles& known, const RecentFiles& own,
+                              const RecentFiles& others) {
+    // What was not used since stands in the old order at the end of the list.
+    auto old = known.rbegin();
+    auto used = own.rbegin();
+    for (; used != own.rend(); ++used) {
+        old = std::find(old, known.rend(), *used);
+        if (old == known.rend()) break;
+        ++old;
+    }
+    RecentFiles merged(own.begin(), used.base());
+    for (const RecentFile& other : others)
+        if (std::none_of(merged.begin(), merged.end(), [&](const RecentFile& file) {
+                return file.LastFileLong == other.LastFileLong;
+            }))
+            merged.push_back(other);
+    if (merged.size() > 4) merged.resize(4);
+    return merged;
 }
 
 bool updateRecentFiles(Settings& settings, const RecentFile& file) {

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvo::app {
 
@@ -25,6 +26,8 @@ struct RecentFile {
 
     bool operator==(const RecentFile&) const = default;
 };
+
+using RecentFiles = std::vector<RecentFile>; // the most recent first
 
 /// The preferences of one user, by the names of their keys. Flags are 0/1, font flags -1/0.
 struct Settings {
@@ -96,6 +99,7 @@ struct SettingsSurroundings {
     std::string DefaultFont;
     std::string ExternalEditor;
     std::string ProgramTitle;
+    std::string LockFile = {}; ///< held while the file is written; empty: one beside it
 };
 
 /// Which sections a save writes.
@@ -104,8 +108,10 @@ enum class SettingsSaveMode { All = 1, Settings, FileMenu, TextBrowse, Graph, TE
 /// The value held within its range: low when it lies outside, rounded half to even.
 std::int16_t ClampSetting(double value, std::int16_t low, std::int16_t high);
 
-/// The settings and their file "TELVO.INI". The file is never held open; a save reads it again and
-/// replaces only the keys of its sections, so that two running programs keep each other's sections.
+/// The settings and their file "TELVO.INI". The file is never held open. A save locks it against
+/// other programs, reads it again and writes the keys of its sections; a key that another program
+/// has changed meanwhile and this one has not stays as that program left it. The recent files of
+/// both are merged.
 class SettingsStore {
   public:
     /// Settings at their initial values; no file is touched yet.
@@ -119,9 +125,12 @@ class SettingsStore {
     /// build is deleted first, one that cannot be read is left alone. Returned: whether the file is
     /// new.
     bool checkVersion();
+    /// Why the file cannot be read or made, as that check and LoadSettings() found.
+    const std::optional<Fault>& trouble() const { return m_trouble; }
 
     /// Reads all sections. Missing keys and texts that are no number become the read default or 0;
-    /// what lies outside its range becomes the lower bound.
+    /// what lies outside its range becomes the lower bound. Without a readable file the values are
+    /// those of a fresh one.
     void LoadSettings();
     /// The same from a file's content.
     void readSettings(const IniFile& file);
@@ -134,18 +143,30 @@ class SettingsStore {
     void loadSection(const IniFile& file, std::string_view section);
     void loadRecentFiles(const IniFile& file);
     void settleDataPath();
-    Status write(const IniFile& file) const;
+    std::string lockFile() const;
+    Status save(SettingsSaveMode mode);
+    void mergeRecentFiles(const IniFile& file);
 
     std::string m_path;
     SettingsSurroundings m_surroundings;
     Messages& m_messages;
     Settings m_values;
+    // What this program knows of the file, to tell what others have changed in it since.
+    IniFile m_seen;   ///< the file as it was last read or written here
+    Settings m_known; ///< the values at that time
+    std::optional<Fault> m_trouble;
 };
 
 /// The update of the recent-files list after a successful open or save: the file comes first, its
 /// older entry goes, the fifth drops out. With KeepFileNames 0 nothing changes.
 /// Returned: whether the list changed and is to be saved.
 bool updateRecentFiles(Settings& settings, const RecentFile& file);
+
+/// The recent files of a user who runs two programs: those of the other program, as the file has
+/// them now, below the ones that this program has used since it last knew the file.
+/// Given: known  this program's list at that time      own  its list now
+RecentFiles mergedRecentFiles(const RecentFiles& known, const RecentFiles& own,
+                              const RecentFiles& others);
 
 /// Caption of slot 1 to 4 in the File menu; empty for a slot that is not shown.
 std::string recentFileCaption(const Settings& settings, int slot);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SettingsStore.h"
 
+#include "app/platform/FileLock.h"
 #include "base/TemporaryFolder.h"
 #include "RecordedMessages.h"
 
@@ -59,6 +60,70 @@ TEST(SettingsStore, WhatCannotBeReadIsLeftAlone) {
     EXPECT_FALSE(store.checkVersion());
     EXPECT_FALSE(store.SaveSettings(SettingsSaveMode::All));
     EXPECT_TRUE(std::filesystem::is_directory(s.path));
+}
+
+TEST(SettingsStore, WithoutAFileTheValuesAreThoseOfAFreshOne) {
+    Store s;
+    SettingsStore fresh = s.open();
+    fresh.checkVersion();
+    fresh.LoadSettings();
+    EXPECT_FALSE(fresh.trouble());
+    std::filesystem::remove(s.path);
+    std::filesystem::create_directory(s.path);
+    SettingsStore unreadable = s.open();
+    unreadable.checkVersion();
+    unreadable.LoadSettings();
+    EXPECT_EQ(unreadable.values(), fresh.values());
+    EXPECT_EQ(unreadable.trouble()->where, s.path);
+    s.path = s.folder.root + "no/TELVO.INI"; // and where none can be made
+    SettingsStore unwritable = s.open();
+    EXPECT_FALSE(unwritable.checkVersion());
+    unwritable.LoadSettings();
+    EXPECT_EQ(unwritable.values(), fresh.values());
+    EXPECT_TRUE(unwritable.trouble());
+}
+
+TEST(SettingsStore, TwoProgramsKeepEachOthersChanges) {
+    Store s;
+    SettingsStore first = s.open();
+    first.checkVersion();
+    first.LoadSettings();
+    SettingsStore second = s.open();
+    second.LoadSettings();
+    second.values().DisplayFontSize = 14;
+    second.values().ShowDisclaim = 0;
+    ASSERT_TRUE(second.SaveSettings(SettingsSaveMode::Settings));
+    first.values().DefaultUnits = 1;
+    first.values().ShowDisclaim = 0;
+    ASSERT_TRUE(first.SaveSettings(SettingsSaveMode::Settings));
+    first.values().DisplayHistoryWin = 0; // a second save still does not know the other's font
+    ASSERT_TRUE(first.SaveSettings(SettingsSaveMode::All));
+    second.values().DefaultUnits = 0; // as it was in this program all the time
+    second.values().DisplayFontSize = 12;
+    ASSERT_TRUE(second.SaveSettings(SettingsSaveMode::Settings));
+    SettingsStore third = s.open();
+    third.LoadSettings();
+    EXPECT_EQ(third.values().DisplayFontSize, 12);
+    EXPECT_EQ(third.values().ShowDisclaim, 0);
+    EXPECT_EQ(third.values().DefaultUnits, 1);
+    EXPECT_EQ(third.values().DisplayHistoryWin, 0);
+
+    // The older program closes idle, then uses a file of its own.
+    const auto use = [](SettingsStore& store, const std::string& name) {
+        updateRecentFiles(store.values(), {name, 0, "/" + name});
+        ASSERT_TRUE(store.SaveSettings(SettingsSaveMode::FileMenu));
+    };
+    use(second, "a");
+    use(second, "b");
+    ASSERT_TRUE(first.SaveSettings(SettingsSaveMode::FileMenu));
+    EXPECT_EQ(first.values().RecentFiles[0].LastFile, "b");
+    use(first, "c");
+    use(second, "a");
+    third.LoadSettings();
+    EXPECT_EQ(third.values().MaxLastFiles, 3);
+    EXPECT_EQ(third.values().RecentFiles[0].LastFile, "a");
+    EXPECT_EQ(third.values().RecentFiles[1].LastFile, "c");
+    EXPECT_EQ(third.values().RecentFiles[2].LastFile, "b");
 }
 
 TEST(SettingsStore, ValuesAreReadWithTheirDefaultsAndRanges) {
@@ -173,6 +238,40 @@ TEST(RecentFiles, TheLatestComesFirstAndTheFifthDropsOut) {
     v.KeepFileNames = 0;
     EXPECT_FALSE(open("f"));
     EXPECT_EQ(names(), "ebdc");
+}
+
+TEST(RecentFiles, OfTwoProgramsAreMerged) {
+    const auto list = [](std::string_view names) {
+        RecentFiles files;
+        for (const char c : names)
+            files.push_back({std::string(1, c), 0, '/' + std::string(1, c)});
+        return files;
+    };
+    const struct {
+        const char *known, *own, *others, *merged;
+    } rows[] = {{"abc", "abc", "dabc", "dabc"}, // idle
+                {"abc", "xabc", "dabc", "xdab"},
+                {"abcd", "yxab", "eabc", "yxea"},
+                {"abc", "bac", "dabc", "bdac"}, // one used again
+                {"abc", "cba", "d", "cbd"},     // the last one never moved
+                {"", "a", "b", "ab"},
+                {"a", "a", "", ""}};
+    for (const auto& row : rows)
+        EXPECT_EQ(mergedRecentFiles(list(row.known), list(row.own), list(row.others)),
+                  list(row.merged))
+            << row.own;
+}
+
+TEST(FileLock, IsHeldByOneAlone) {
+    const test::TemporaryFolder folder;
+    const std::string path = folder.root + "lock";
+    {
+        const FileLock first(path);
+        EXPECT_TRUE(first.held());
+        EXPECT_FALSE(FileLock(path, std::chrono::milliseconds{20}).held());
+    }
+    EXPECT_TRUE(FileLock(path).held());
+    EXPECT_FALSE(FileLock(folder.root + "no/lock").held());
 }
 
 TEST(CheckSettings, RefusesInTheOrderOfTheDialog) {
