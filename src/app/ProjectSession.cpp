@@ -5,9 +5,10 @@
 #include "base/numbers.h"
 #include "engine/driver.h"
 #include "engine/loading.h"
-#include "project/CaseFile.h"
+#include "project/keptItems.h"
 #include "report/keyFigures.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 #include <utility>
@@ -36,6 +37,26 @@ std::string quoted(const std::string& path) {
     return '"' + path + '"';
 }
 
+bool says(const Fault& fault, std::errc error) {
+    return fault.message.find(std::make_error_code(error).message()) != std::string::npos;
+}
+
+/// Why a save failed, in words that name what a user can change.
+std::string savingTrouble(const std::string& path, const Fault& fault) {
+    std::error_code error;
+    const std::filesystem::path folder = pathFromUtf8(path).parent_path();
+    if (!folder.empty() && !std::filesystem::exists(folder, error))
+        return "The folder does not exist: " + utf8FromPath(folder);
+    if (says(fault, std::errc::read_only_file_system)) return "The disk can only be read: " + path;
+    if (says(fault, std::errc::no_space_on_device)) return "The disk is full: " + path;
+    if (says(fault, std::errc::permission_denied) ||
+        says(fault, std::errc::operation_not_permitted))
+        return std::filesystem::exists(pathFromUtf8(path), error)
+                   ? "The file may only be read, or its folder may not be written to: " + path
+                   : "You may not write to the folder: " + utf8FromPath(folder);
+    return faultText(fault);
+}
+
 } // namespace
 
 ProjectSession::ProjectSession(SettingsStore& settings, Messages& messages, FileDialogs& dialogs)
@@ -61,8 +82,14 @@ void ProjectSession::changed() {
     if (onChange) onChange();
 }
 
-void ProjectSession::FileNew() {
-    project::newCase(m_open.Project, m_settings.values().DefaultUnits, true);
+bool ProjectSession::isUntouched() const {
+    return m_empty && m_saved && !m_named && project().Title.empty() &&
+           project().Description.empty();
+}
+
+void ProjectSession::FileNew(std::optional<std::int16_t> units) {
+    project::newCase(m_open.Project, units.value_or(m_settings.values().DefaultUnits), true);
+    m_open.Kept = {};
     m_open.copyProjectToWorking();
     m_saved = m_empty = true;
     m_named = false;
@@ -83,6 +110,31 @@ std::optional<std::string> ProjectSession::readOrTell(const std::string& path) {
     return std::nullopt;
 }
 
+project::KeptItems ProjectSession::keptOf(const project::CaseReading& reading) const {
+    if (reading.kept.empty()) return {};
+    return {reading.kept, m_empty ? std::string() : displayName(), project().Units,
+            reading.fault.has_value()};
+}
+
+void ProjectSession::tellDamage(const Fault& fault, const project::KeptItems& kept,
+                                const project::ProjectCase& record) {
+    m_messages.tell(faultText(fault) + "\nThe items before it were read. The case is untitled." +
+                    "\n\nFrom the file: " + project::givenItemsText(kept, record) +
+                    "\n\nNot from the file, but from " + project::keptOrigin(kept, record) + ": " +
+                    project::keptItemsText(kept, record) + "\n\n" + std::string(UnsettledMessage) +
+                    '.');
+    m_messages.status("File read in part");
+}
+
+void ProjectSession::tellOlderLevel() {
+    if (project().FileVersion >= project::CurrentLevel) return;
+    std::string line(OlderLevel);
+    if (!m_open.Kept.items.empty())
+        line += ", those of " + project::keptOrigin(m_open.Kept, project()) + ": " +
+                project::keptItemsText(m_open.Kept, project());
+    m_messages.history(line);
+}
+
 bool ProjectSession::LoadKORVFile(const std::string& path) {
     m_messages.status("Importing: " + path);
     m_messages.history("Importing: " + path);
@@ -95,21 +147,21 @@ bool ProjectSession::LoadKORVFile(const std::string& path) {
         m_messages.status("File not imported");
         return false;
     }
-    if (reading.fault)
-        m_messages.tell(faultText(*reading.fault) +
-                        "\nThe items before it were read. The case is untitled.");
-    acceptImported(std::move(record), path);
-    if (reading.fault) m_messages.status("File read in part");
+    const project::KeptItems kept = keptOf(reading);
+    acceptImported(record, path, kept);
+    if (reading.fault) tellDamage(*reading.fault, kept, record);
     return !reading.fault;
 }
 
-void ProjectSession::acceptImported(project::ProjectCase imported, const std::string& from) {
+void ProjectSession::acceptImported(project::ProjectCase imported, const std::string& from,
+                                    project::KeptItems kept) {
     imported.FileName = Untitled;
     m_open.Project = std::move(imported);
+    m_open.Kept = std::move(kept);
     m_open.copyProjectToWorking();
     m_saved = m_named = m_empty = false;
     m_onDisk.reset();
-    if (project().FileVersion < project::CurrentLevel) m_messages.history(OlderLevel);
+    tellOlderLevel();
     m_messages.history("Imported as an untitled case: " + from);
     m_messages.status("File imported: " + from);
     changed();
@@ -128,17 +180,17 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
         m_messages.status("File not opened");
         return false;
     }
+    project::KeptItems kept = keptOf(reading);
     m_empty = false;
+    m_open.Kept = kept;
     if (reading.fault) {
         // What was read is kept, but under no name: a save cannot replace the damaged file.
         record.FileName = Untitled;
         m_open.Project = std::move(record);
         m_saved = m_named = false;
         m_onDisk.reset();
-        m_messages.tell(faultText(*reading.fault) +
-                        "\nThe items before it were read. The case is untitled.");
-        m_messages.status("File read in part");
-        changed();
+        changed(); // no factor of it may be seen behind the box
+        tellDamage(*reading.fault, kept, project());
         return false;
     }
     record.FileName = path;
@@ -146,7 +198,7 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
     m_open.copyProjectToWorking();
     m_saved = m_named = true;
     m_onDisk = std::move(*bytes);
-    if (project().FileVersion < project::CurrentLevel) m_messages.history(OlderLevel);
+    tellOlderLevel();
     m_messages.status("File opened: " + displayName());
     if (updateRecentFiles(m_settings.values(), {displayName(), ProjectFileMode, path}))
         (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
@@ -174,7 +226,19 @@ bool ProjectSession::changedOnDisk(const std::string& path) const {
     return !bytes || *bytes != *m_onDisk;
 }
 
+bool ProjectSession::confirmUnsettled() {
+    return !isUnsettled() ||
+           m_messages.ask("A part of this case is not from its file: " +
+                              project::keptItemsText(m_open.Kept, project()) +
+                              "\nSave it all the same? The new file will not tell.",
+                          Buttons::YesNo, Answer::No, {}) == Answer::Yes;
+}
+
 bool ProjectSession::FileMenuSave(bool saveAs) {
+    if (!confirmUnsettled()) {
+        m_messages.status("File not saved");
+        return false;
+    }
     std::string path = project().FileName;
     if (saveAs || !m_named) {
         const auto chosen = askSavePath();
@@ -197,12 +261,16 @@ bool ProjectSession::FileMenuSave(bool saveAs) {
 bool ProjectSession::saveTo(const std::string& path) {
     m_messages.status("Saving: " + path);
     if (const Status saved = project::saveCaseFile(m_open.Project, path); !saved) {
-        m_messages.tell("The file was not saved. " + faultText(saved.fault()));
         m_messages.status("File not saved");
-        return false;
+        const bool again =
+            m_messages.ask("The file was not saved. " + savingTrouble(path, saved.fault()) +
+                               "\nSave the case under another name?",
+                           Buttons::YesNo, Answer::Yes, {}) == Answer::Yes;
+        const auto other = again ? askSavePath() : std::nullopt;
+        return other && saveTo(*other);
     }
     m_saved = m_named = true;
-    m_empty = false;
+    if (!isUnsettled()) m_open.Kept = {}; // the values of an older level are the file's now
     auto bytes = readFile(path);
     m_onDisk = bytes ? std::optional(std::move(*bytes)) : std::nullopt;
     m_messages.history("File saved: " + path);
@@ -214,15 +282,27 @@ bool ProjectSession::saveTo(const std::string& path) {
 }
 
 bool ProjectSession::settleUnsaved() {
-    if (m_saved) return true;
-    const Answer answer = m_messages.ask("Save changes to: " + project().FileName + "?",
-                                         Buttons::YesNo, Answer::No, {});
-    return answer == Answer::Yes ? FileMenuSave(false) : answer == Answer::No;
+    return settleUnsaved(Answer::No);
 }
 
-bool ProjectSession::newCommand() {
+bool ProjectSession::settleUnsaved(Answer preset) {
+    if (m_saved) return true;
+    switch (m_messages.ask("Save changes to: " + project().FileName + "?", Buttons::YesNoCancel,
+                           preset, {})) {
+    case Answer::Yes:
+        return FileMenuSave(false);
+    case Answer::No:
+        if (onDiscard) onDiscard(unsaved());
+        m_messages.history("Changes discarded: " + project().FileName);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool ProjectSession::newCommand(std::optional<std::int16_t> units) {
     if (!settleUnsaved()) return false;
-    FileNew();
+    FileNew(units);
     return true;
 }
 
@@ -245,22 +325,23 @@ bool ProjectSession::openRecent(int slot) {
     return !path.empty() && settleUnsaved() && LoadProjFile(path);
 }
 
+bool ProjectSession::openNamed(const std::string& path) {
+    std::string extension = utf8FromPath(pathFromUtf8(path).extension());
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+    if (!settleUnsaved()) return false;
+    return extension == '.' + std::string(project::SiblingExtension) ? LoadKORVFile(path)
+                                                                     : LoadProjFile(path);
+}
+
 bool ProjectSession::mayClose() {
-    if (m_saved) return true;
-    switch (m_messages.ask("Save changes to: " + project().FileName + "?", Buttons::YesNoCancel,
-                           Answer::Yes, {})) {
-    case Answer::Yes:
-        return FileMenuSave(false);
-    case Answer::No:
-        return true;
-    default:
-        return false;
-    }
+    return settleUnsaved(Answer::Yes);
 }
 
 bool ProjectSession::acceptParameters(const project::ProjectInput& values) {
     const bool modified = values != project().Input;
     m_open.Project.Input = values;
+    m_open.Kept = {};
     m_open.copyProjectToWorking();
     m_empty = false;
     if (modified) m_saved = false;
@@ -279,6 +360,7 @@ bool ProjectSession::acceptDescription(std::string_view title, std::string_view 
 
 void ProjectSession::acceptConverted(project::ProjectCase converted) {
     m_open.Project = std::move(converted);
+    m_open.Kept = {};
     m_open.copyProjectToWorking();
     m_saved = m_named = false;
     m_onDisk.reset();
@@ -288,13 +370,28 @@ void ProjectSession::acceptConverted(project::ProjectCase converted) {
     changed();
 }
 
-void ProjectSession::acceptRecovered(project::ProjectCase recovered) {
-    m_open.Project = std::move(recovered);
+void ProjectSession::takeRecovered(UnsavedCase recovered) {
+    m_open.Project = std::move(recovered.current);
+    m_open.Kept = std::move(recovered.kept);
     m_open.copyProjectToWorking();
-    m_saved = m_named = m_empty = false;
+    m_saved = m_named = false;
+    m_empty = project().Input == project::newCase(project().Units).Input;
     m_onDisk.reset();
+}
+
+void ProjectSession::acceptRecovered(UnsavedCase recovered) {
+    takeRecovered(std::move(recovered));
     m_messages.history("Unsaved case recovered: " + quoted(project().FileName));
     m_messages.status("Unsaved case recovered");
+    changed();
+}
+
+void ProjectSession::acceptDiscarded(UnsavedCase discarded) {
+    const std::string name = discarded.current.FileName;
+    discarded.current.FileName = Untitled;
+    takeRecovered(std::move(discarded));
+    m_messages.history("Discarded case brought back as an untitled case: " + quoted(name));
+    m_messages.status("Discarded case brought back");
     changed();
 }
 
@@ -325,6 +422,14 @@ project::KeyFigures ProjectSession::figures(const project::ProjectCase& current)
         width += current.Input.XcutCenters[i];
     if (width > 0) figures.PanelWidth = generalNumber(width, 10);
     return figures;
+}
+
+project::KeyFigures ProjectSession::figuresOfOpen(const project::ProjectCase& trial) const {
+    project::KeyFigures all = figures(trial);
+    if (!isUnsettled()) return all;
+    project::KeyFigures width;
+    width.PanelWidth = std::move(all.PanelWidth);
+    return width;
 }
 
 std::string ProjectSession::inputEcho() const {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "app/caseRun.h"
+#include "app/recovery.h"
 #include "app/SettingsStore.h"
 #include "base/FileDialogs.h"
 #include "base/Messages.h"
+#include "project/CaseFile.h"
 #include "project/KeyFigures.h"
 #include "project/ProjectInput.h"
 
@@ -26,18 +28,27 @@ class ProjectSession {
 
     /// Called after every change of the case, its name or its saved state.
     std::function<void()> onChange;
+    /// Keeps a copy of a case whose unsaved changes the user lets go.
+    std::function<void(const UnsavedCase&)> onDiscard;
 
     const project::ProjectCase& project() const { return m_open.Project; }
     project::OpenCase& open() { return m_open; }
     bool isSaved() const { return m_saved; }
     bool isEmpty() const { return m_empty; }
+    /// Nothing at all was entered yet: the start page has the place of the case.
+    bool isUntouched() const;
+    /// The case is that of a damaged file and was not accepted in the parameter form since. It
+    /// shows no factors.
+    bool isUnsettled() const { return m_open.Kept.damaged; }
+    /// The case as a copy keeps it.
+    UnsavedCase unsaved() const { return {project(), m_open.Kept}; }
     /// File name without its folder.
     std::string displayName() const;
     /// Name in the title of the main window: with "*" when there are unsaved changes.
     std::string windowTitle() const;
 
-    /// A new untitled case in the default units, without a question.
-    void FileNew();
+    /// A new untitled case in the default units, or in those given, without a question.
+    void FileNew(std::optional<std::int16_t> units = {});
     /// Opens a file without a question. What does not open leaves the case and its name; a damaged
     /// file opens as far as it could be read, untitled and unsaved.
     bool LoadProjFile(const std::string& path);
@@ -45,20 +56,25 @@ class ProjectSession {
     /// unsaved, and not in the recent list. A file without one leaves the case.
     bool LoadKORVFile(const std::string& path);
     /// Takes a case that came from elsewhere, such as a row of a table: untitled and unsaved.
-    void acceptImported(project::ProjectCase imported, const std::string& from);
+    void acceptImported(project::ProjectCase imported, const std::string& from,
+                        project::KeptItems kept = {});
     /// Saves under the case's name, or, when it has none yet or `saveAs` is set, under one that is
     /// asked for.
     bool FileMenuSave(bool saveAs);
 
     // The menu's commands: they ask about unsaved changes before these go.
-    bool newCommand();
+    bool newCommand(std::optional<std::int16_t> units = {});
     bool openCommand();
     bool importCommand();
     /// A slot of the recent-files list, 1 to 4.
     bool openRecent(int slot);
+    /// A file that was named otherwise, as by a drop on the window; that of the sibling program is
+    /// imported.
+    bool openNamed(const std::string& path);
     /// Query step of the shutdown: whether the window may close.
     bool mayClose();
-    /// Asks about unsaved changes. Returned: whether a command that replaces the case may go on.
+    /// Asks about unsaved changes. What is let go is kept as a discarded copy.
+    /// Returned: whether a command that replaces the case may go on.
     bool settleUnsaved();
 
     /// OK of the parameter form. Returned: whether the values differ from those of the project.
@@ -69,7 +85,9 @@ class ProjectSession {
     void acceptConverted(project::ProjectCase converted);
     /// A case that was kept when the program ended unexpectedly; it is unsaved and the first save
     /// asks for its name.
-    void acceptRecovered(project::ProjectCase recovered);
+    void acceptRecovered(UnsavedCase recovered);
+    /// A case that was let go, brought back untitled and unsaved.
+    void acceptDiscarded(UnsavedCase discarded);
 
     /// A run with the report options of the settings; it remembers the loading condition.
     RunOutcome run(const project::ProjectCase& current);
@@ -78,12 +96,21 @@ class ProjectSession {
     /// The figures of a case without a run's traces; the panel width alone where it cannot be
     /// computed.
     project::KeyFigures figures(const project::ProjectCase& current) const;
+    /// The same for values of the open case; an unsettled one has no factors.
+    project::KeyFigures figuresOfOpen(const project::ProjectCase& trial) const;
     /// Page 0 of the project, which needs no run.
     std::string inputEcho() const;
 
   private:
     RunOptions runOptions() const;
     std::optional<std::string> readOrTell(const std::string& path);
+    project::KeptItems keptOf(const project::CaseReading& reading) const;
+    void tellDamage(const Fault& fault, const project::KeptItems& kept,
+                    const project::ProjectCase& record);
+    void tellOlderLevel();
+    void takeRecovered(UnsavedCase recovered);
+    bool confirmUnsettled();
+    bool settleUnsaved(Answer preset);
     std::optional<std::string> askSavePath();
     bool changedOnDisk(const std::string& path) const;
     bool saveTo(const std::string& path);
@@ -101,5 +128,10 @@ class ProjectSession {
     int m_previousAnalysisCase = 1;
     std::int16_t m_graphUnitsOf = -1; ///< units that GraphUnits last followed
 };
+
+/// Why a case of a damaged file has no factors.
+inline constexpr std::string_view UnsettledMessage =
+    "A part of this case is not from its file. Look at it under Input, Project Parameters and "
+    "accept it there with OK; until then no stability factors are shown";
 
 } // namespace telvo::app

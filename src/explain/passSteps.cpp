@@ -201,10 +201,11 @@ void addBarrier(PassRun& p, int k) {
     Worksheet& sheet = p.sheet;
     const At at{p.pass, k};
     if (!p.hasBarrier(k)) {
-        sheet.add("Ltb", at, "0",
-                  "no barrier, nothing that could be transferred: with Rs = 0 the AMZ has the whole "
-                  "side abutment already",
-                  "Wb = 0");
+        sheet.add(
+            "Ltb", at, "0",
+            "no barrier, nothing that could be transferred: with Rs = 0 the AMZ has the whole "
+            "side abutment already",
+            "Wb = 0");
         return;
     }
     sheet.add("Lbt", at, "Gamma * H * (We / 2 + Wb) * B", "the barrier with half an entry");

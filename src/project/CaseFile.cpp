@@ -331,14 +331,22 @@ bool hasCaseTag(std::string_view bytes) {
 }
 
 std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
-                                   ProjectCase& into, int firstLine) {
+                                   ProjectCase& into, int firstLine,
+                                   std::vector<std::string>* kept) {
     ItemReader reader(bytes, name, firstLine);
+    const auto settle = [&](std::string_view item, bool inLevel = true) {
+        if (kept && !(inLevel && reader.good())) kept->emplace_back(item);
+    };
     const auto number = [&](std::string_view item, auto& field, Form, int sinceLevel) {
         if (level >= sinceLevel) reader.number(item, field);
+        settle(item, level >= sinceLevel);
     };
     reader.number("Units", into.Units);
+    settle("Units");
     if (reader.good() && (into.Units < English || into.Units > Metric)) into.Units = English;
     if (std::string title = reader.text("Title"); reader.good()) into.Title = std::move(title);
+    settle("Title");
+    settle("Description"); // one that breaks off is the file's as far as it goes
     if (reader.good()) {
         if (level >= 50)
             readMarkedDescription(reader, into);
@@ -347,8 +355,11 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
     }
     visitItemsBeforeCount(into.Input, number);
     if (reader.good()) readEntryCount(reader, into.Input.NumberEntries);
-    for (int i = 1; reader.good() && i < into.Input.NumberEntries; ++i)
-        reader.number(distanceName(i), into.Input.XcutCenters[i]);
+    settle("NumberEntries");
+    for (int i = 1; i < into.Input.NumberEntries; ++i) {
+        if (reader.good()) reader.number(distanceName(i), into.Input.XcutCenters[i]);
+        settle(distanceName(i));
+    }
     visitItemsAfterDistances(into.Input, number);
     into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
     return reader.fault();
@@ -366,7 +377,7 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
     }
     reading.accepted = true;
     into.FileVersion = static_cast<std::int16_t>(level);
-    reading.fault = readCaseItems(afterLine(bytes), level, name, into);
+    reading.fault = readCaseItems(afterLine(bytes), level, name, into, 2, &reading.kept);
     return reading;
 }
 
@@ -378,14 +389,16 @@ CaseReading readCaseSection(std::string_view bytes, std::string_view name, Proje
         bytes = afterLine(bytes);
         if (level == 0) continue;
         into.FileVersion = static_cast<std::int16_t>(level);
-        return {true, readCaseItems(bytes, level, name, into, line + 1)};
+        CaseReading reading{true, {}, {}};
+        reading.fault = readCaseItems(bytes, level, name, into, line + 1, &reading.kept);
+        return reading;
     }
-    return {false, Fault{"Invalid file format", std::string(name)}};
+    return {false, Fault{"Invalid file format", std::string(name)}, {}};
 }
 
 CaseReading readCaseFile(const std::string& path, ProjectCase& into) {
     const auto bytes = readFile(path);
-    if (!bytes) return {false, bytes.fault()};
+    if (!bytes) return {false, bytes.fault(), {}};
     CaseReading reading = readCaseText(*bytes, path, into);
     if (!reading.fault) into.FileName = path;
     return reading;

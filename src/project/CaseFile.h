@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvo::project {
 
@@ -27,6 +28,9 @@ struct CaseReading {
     bool accepted = false; ///< the tag is known; otherwise nothing of the record was changed
     std::optional<Fault>
         fault; ///< the tag is unknown, or what stopped the reading and at which line
+    /// Items that the file did not give, by name in file order: those of later levels and those
+    /// behind a fault. The record holds what it held before the reading.
+    std::vector<std::string> kept;
 };
 
 /// Reads the text of a case file of any level into a record.
@@ -38,8 +42,10 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
 
 /// The items after the tag line, by the rules of a level. Below level 50 the description is exactly
 /// five lines without markers; no tag leads there today.
+/// Given: kept  takes the names of the items that the text did not give
 std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
-                                   ProjectCase& into, int firstLine = 2);
+                                   ProjectCase& into, int firstLine = 2,
+                                   std::vector<std::string>* kept = nullptr);
 
 /// Reads the case in a file of the sibling program KORV: it begins on the first line that is one of
 /// the tags and follows the rules of a case file. What stands before and behind it is passed over.

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvo::project {
 
@@ -79,12 +80,22 @@ struct ProjectCase {
     bool operator==(const ProjectCase&) const = default;
 };
 
+/// Items of the open case that the file it was read from did not give: it broke off before them, or
+/// it is of a level that lacks them. They hold what the record held before.
+struct KeptItems {
+    std::vector<std::string> items; ///< names of the case file, in its order
+    std::string from;               ///< name of the case before; empty: the defaults of a new case
+    std::int16_t units = English;   ///< units in which that case held its values
+    bool damaged = false;           ///< the file broke off
+};
+
 /// The case that a program has open, held twice: the project copy is what was last read, saved or
 /// accepted, and what a save writes; the working copy is what a trial run computes from, so that it
 /// changes nothing of the project.
 struct OpenCase {
     ProjectCase Project;
     ProjectInput Working;
+    KeptItems Kept; ///< empty once the values were accepted in the parameter form
 
     /// After every read, and when the parameter form opens.
     void copyProjectToWorking() { Working = Project.Input; }

@@ -4,11 +4,13 @@
 #include "app/History.h"
 #include "app/recovery.h"
 #include "base/TemporaryFolder.h"
+#include "base/text.h"
 #include "project/CaseFile.h"
 #include "project/units.h"
 #include "RecordedDialogs.h"
 #include "RecordedMessages.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace telvo::app {
@@ -82,6 +84,52 @@ TEST_F(ProjectSessionTest, UnsavedChangesAreAskedForBeforeTheyGo) {
     EXPECT_TRUE(fs::exists(folder.root + "mine.TLV"));
 }
 
+TEST_F(ProjectSessionTest, CancelKeepsTheCaseAndNoKeepsACopy) {
+    std::vector<UnsavedCase> discarded;
+    session.onDiscard = [&](const UnsavedCase& gone) { discarded.push_back(gone); };
+    ASSERT_TRUE(session.LoadProjFile(example("two-side-gobs.TLV")));
+    edit(8.5);
+    const std::string other = example("deep-cover.TLV");
+    for (int command = 0; command < 4; ++command) {
+        messages.answers = {Answer::Cancel};
+        dialogs.answers = {other};
+        EXPECT_FALSE(command == 0   ? session.newCommand()
+                     : command == 1 ? session.openCommand()
+                     : command == 2 ? session.openNamed(other)
+                                    : session.openRecent(1));
+        EXPECT_EQ(session.windowTitle(), "two-side-gobs.TLV*") << command;
+    }
+    EXPECT_TRUE(discarded.empty());
+    EXPECT_TRUE(session.openNamed(other)); // No is what a hasty Return answers
+    EXPECT_EQ(session.windowTitle(), "deep-cover.TLV");
+    ASSERT_EQ(discarded.size(), 1U);
+    EXPECT_EQ(discarded[0].current.Input.EntryHeight, 8.5);
+    EXPECT_EQ(discarded[0].current.FileName, folder.root + "two-side-gobs.TLV");
+    session.acceptDiscarded(discarded[0]);
+    EXPECT_EQ(session.windowTitle(), "Untitled*"); // a save cannot replace the file that it was
+    EXPECT_EQ(session.project().Input, discarded[0].current.Input);
+    messages.answers = {Answer::No};
+    EXPECT_TRUE(session.mayClose());
+    EXPECT_EQ(discarded.size(), 2U);
+}
+
+TEST_F(ProjectSessionTest, ASavedTitleAloneLeavesTheCaseEmpty) {
+    session.FileNew();
+    EXPECT_TRUE(session.isUntouched());
+    session.acceptDescription("Mine", "");
+    EXPECT_FALSE(session.isUntouched());
+    dialogs.answers = {folder.root + "title.TLV"};
+    ASSERT_TRUE(session.FileMenuSave(false));
+    EXPECT_TRUE(session.isEmpty());
+    EXPECT_FALSE(session.isUntouched());
+    UnsavedCase copy = session.unsaved();
+    session.acceptRecovered(copy);
+    EXPECT_TRUE(session.isEmpty());
+    copy.current.Input.DepthCover = 1;
+    session.acceptRecovered(copy);
+    EXPECT_FALSE(session.isEmpty());
+}
+
 TEST_F(ProjectSessionTest, WhatDoesNotOpenLeavesTheCase) {
     const std::string path = example("two-side-gobs.TLV");
     ASSERT_TRUE(session.LoadProjFile(path));
@@ -135,27 +183,106 @@ TEST_F(ProjectSessionTest, ADamagedFileOpensUnderNoName) {
     EXPECT_EQ(session.project().Input.EntryHeight, 5.5); // read before the damage
     EXPECT_EQ(session.open().Working.EntryHeight, 99);
     EXPECT_EQ(settings.values().MaxLastFiles, 0);
+    messages.answers = {Answer::Yes};
     dialogs.answers = {std::nullopt};
     EXPECT_FALSE(session.FileMenuSave(false)); // asks for a name
     EXPECT_EQ(folder.content("damaged.TLV"), bytes);
+}
+
+// A file of 2150 ft that breaks off behind the angle, over a metric case with other widths.
+TEST_F(ProjectSessionTest, ADamagedFileTellsWhatItDidNotGive) {
+    ASSERT_TRUE(session.LoadProjFile(example("metric-two-side-gobs.TLV")));
+    const project::ProjectInput metric = session.project().Input;
+    const std::string damaged =
+        folder.put("half.TLV", "TELVO_602\r\n 0\r\nHalf\r\n##StartDesc##\r\n"
+                               "##EndDesc##\r\n6\r\n2150\r\n90\r\n");
+    EXPECT_FALSE(session.LoadProjFile(damaged));
+    EXPECT_EQ(session.project().Input.EntryWidth, metric.EntryWidth);
+    EXPECT_TRUE(
+        wasAsked("From the file: Units English, Title \"Half\", Description, Entry Height 6 "
+                 "(ft), Depth of Cover 2150 (ft), Crosscut Angle 90 (degrees)\n"));
+    EXPECT_TRUE(
+        wasAsked("Not from the file, but from the case before, metric-two-side-gobs.TLV, in "
+                 "metric units (the numbers now count in English units; nothing was "
+                 "converted): Entry Width 6 (m), Crosscut Spacing "));
+    EXPECT_TRUE(wasAsked("Center to Center Distance #1 "));
+    EXPECT_TRUE(wasAsked("Leave pillar Row 'A' in place no"));
+    EXPECT_TRUE(wasAsked("Extent of First Gob"));
+    // It has no factors until its values were accepted in the form.
+    EXPECT_TRUE(session.isUnsettled());
+    EXPECT_EQ(session.figuresOfOpen(session.project()).DevelopmentSF, "");
+    EXPECT_NE(session.figures(session.project()).DevelopmentSF, "");
+    // A save would hide what is not its own; a copy does not.
+    messages.asked.clear();
+    EXPECT_FALSE(session.FileMenuSave(false));
+    EXPECT_TRUE(wasAsked("A part of this case is not from its file: Entry Width 6 (m)"));
+    const auto copy = readRecovery(*recoveryText(session.unsaved()), "copy");
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(copy->kept.items, session.open().Kept.items);
+    EXPECT_EQ(copy->kept.from, "metric-two-side-gobs.TLV");
+    session.FileNew();
+    EXPECT_FALSE(session.isUnsettled());
+    session.acceptRecovered(*copy);
+    EXPECT_TRUE(session.isUnsettled());
+    EXPECT_EQ(session.open().Kept.units, project::Metric);
+    EXPECT_FALSE(session.acceptParameters(session.project().Input));
+    EXPECT_FALSE(session.isUnsettled());
+    EXPECT_NE(session.figuresOfOpen(session.project()).DevelopmentSF, "");
+}
+
+TEST_F(ProjectSessionTest, AnOlderLevelTellsWhatItLacks) {
+    const std::string text =
+        folder.content(fs::path(example("deep-cover.TLV")).filename().string());
+    // Level 50 has no automatic arch factor, reserved item, arch factor, rows and widths.
+    std::vector<std::string> lines;
+    for (const auto line : splitLines(text))
+        lines.emplace_back(line);
+    std::string old = "TELVO_500\r\n";
+    const std::size_t amz = lines.size() - 20; // flag of the automatic breadth
+    for (std::size_t i = 1; i < lines.size() - 6; ++i)
+        if (i != amz + 1 && i != amz + 3 && i != amz + 4) old += lines[i] + "\r\n";
+    ASSERT_TRUE(session.LoadProjFile(folder.put("old.TLV", old)));
+    EXPECT_EQ(session.open().Kept.items,
+              (std::vector<std::string>{"Arch", "Reserved", "ArchFactor", "RowA", "RowB", "RowC",
+                                        "RowD", "WidthC", "WidthD"}));
+    EXPECT_FALSE(session.isUnsettled());
+    EXPECT_NE(session.figuresOfOpen(session.project()).DevelopmentSF, "");
+    const auto told =
+        std::find_if(messages.lines.begin(), messages.lines.end(), [](const auto& line) {
+            return line.starts_with(
+                "The file is of an older level; items that are not in it keep their "
+                "previous values, those of the defaults of a new case, in English "
+                "units: Pressure Arch Factor set automatically yes, Pressure Arch "
+                "Factor 1, Leave pillar Row 'A' in place no");
+        });
+    EXPECT_NE(told, messages.lines.end());
+    edit(5);
+    EXPECT_TRUE(session.open().Kept.items.empty());
 }
 
 TEST_F(ProjectSessionTest, AFailedSaveSaysWhyAndKeepsTheCaseUnsaved) {
     edit();
     dialogs.answers = {folder.root + "no/such/folder/case.TLV"};
     EXPECT_FALSE(session.FileMenuSave(false));
-    EXPECT_TRUE(wasAsked("The file was not saved. "));
-    EXPECT_TRUE(wasAsked("no/such/folder"));
+    EXPECT_TRUE(wasAsked("The file was not saved. The folder does not exist: " + folder.root +
+                         "no/such/folder\nSave the case under another name?"));
     EXPECT_FALSE(session.isSaved());
     EXPECT_EQ(session.displayName(), "Untitled");
     dialogs.answers = {folder.root + "case.TLV"};
     EXPECT_TRUE(session.FileMenuSave(false));
     EXPECT_EQ(session.windowTitle(), "case.TLV");
+    // From the box one comes to another name.
+    messages.asked.clear();
+    dialogs.answers = {folder.root, folder.root + "other.TLV"};
+    EXPECT_TRUE(session.FileMenuSave(true));
+    EXPECT_EQ(session.windowTitle(), "other.TLV");
+    dialogs.answers = {folder.root + "case.TLV"};
+    EXPECT_TRUE(session.FileMenuSave(true));
     EXPECT_EQ(settings.values().RecentFiles[0],
               (RecentFile{"case.TLV", 0, folder.root + "case.TLV"}));
     edit(8);
     EXPECT_TRUE(session.FileMenuSave(false)); // its own save is no change on disk
-    EXPECT_EQ(messages.asked.size(), 1U);
+    EXPECT_EQ(messages.asked.size(), 1U);     // that of the folder
     edit(9);
     fs::remove(folder.root + "case.TLV");
     EXPECT_TRUE(session.FileMenuSave(false)); // brings a removed file back
@@ -210,16 +337,29 @@ TEST(Recovery, KeepsTheCaseAndItsName) {
     unsaved.FileName = "/cases/\xC3\x84 b.TLV";
     unsaved.Title = "Unsaved";
     unsaved.Input.DepthCover = 312.5;
-    const auto text = recoveryText(unsaved);
+    const auto text = recoveryText({unsaved});
     ASSERT_TRUE(text);
     const auto kept = readRecovery(*text, "copy");
     ASSERT_TRUE(kept);
-    EXPECT_EQ(*kept, unsaved);
+    EXPECT_EQ(kept->current, unsaved);
+    EXPECT_TRUE(kept->kept.items.empty());
+    EXPECT_EQ(recoveredName(*text), unsaved.FileName);
+    // So does a copy of a damaged file, however its line was hurt.
+    const auto damaged = *recoveryText({unsaved, {{"Units", "WidthD"}, "a b", 1, true}});
+    EXPECT_EQ(readRecovery(damaged, "copy")->kept.items.size(), 2U);
+    EXPECT_EQ(readRecovery(damaged, "copy")->kept.from, "a b");
+    for (const char* line : {"", "1", "x ", ", ", "0 ,,", "9 Units"}) {
+        std::string hurt = damaged;
+        const auto at = hurt.find("1 Units,WidthD a b");
+        hurt.replace(at, 18, line);
+        const auto read = readRecovery(hurt, "copy");
+        EXPECT_TRUE(!read || read->kept.damaged) << line;
+    }
     // Whatever is cut off is damage, not half a case.
     for (std::size_t length = 0; length + 4 < text->size(); length += 3)
         EXPECT_FALSE(readRecovery(text->substr(0, length), "copy")) << length;
     unsaved.Input.NumberEntries = 11;
-    EXPECT_FALSE(recoveryText(unsaved));
+    EXPECT_FALSE(recoveryText({unsaved}));
 }
 
 } // namespace

@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QProcess>
 #include <QSplitter>
 #include <QTableView>
 #include <QTabWidget>
@@ -63,8 +62,6 @@ class ProgramTest : public QObject {
     void theParameterFormBlocksTheMainWindow();
     void historyIsShownHiddenClearedAndCut();
     void aHomeThatCannotBeWrittenIsNoObstacle();
-    void aKilledProgramLosesNothing();
-    void aRunningProgramKeepsItsCopy();
 };
 
 void ProgramTest::theFirstStartLeavesSettingsAndExamples() {
@@ -379,82 +376,5 @@ void ProgramTest::aHomeThatCannotBeWrittenIsNoObstacle() {
     QCOMPARE(home.program->folders().DataFolder, home.path("install/"));
 }
 
-void ProgramTest::aKilledProgramLosesNothing() {
-    Home home;
-    home.put(home.data("TELVO.INI"), settingsWith("[Settings]\r\nShowDisclaim=0\r\n"));
-    QProcess victim;
-    victim.start(QApplication::applicationFilePath(), {"--victim", home.folder.path()});
-    const QDir temp(home.folder.filePath("Documents/MyBODRA/Temp"));
-    // The victim types into the open form; the copy has to be there within five seconds of it.
-    QTRY_VERIFY_WITH_TIMEOUT(victim.canReadLine(), 30000);
-    QTRY_VERIFY_WITH_TIMEOUT(!temp.entryList({"~recovery-*.tmp"}).isEmpty(), 5000);
-    QTest::qWait(200);
-    victim.kill();
-    QVERIFY(victim.waitForFinished());
-
-    home.answers = {Answer::Cancel}; // not now
-    home.start();
-    QVERIFY(home.wasAsked("TELVO ended without saving the case: Untitled\nA copy of 20"));
-    QVERIFY(home.quit());
-    home.start(); // Yes
-    QCOMPARE(home.program->session().project().Input.DepthCover, 1234.0);
-    QCOMPARE(home.program->window().windowTitle(), "Untitled*");
-    // The copy is this program's own now; it goes when the case is saved.
-    home.dialogs.answers = {home.path("kept.TLV")};
-    home.trigger("mnuFileItem_2");
-    QTRY_VERIFY_WITH_TIMEOUT(temp.entryList({"~recovery-*"}).isEmpty(), 5000);
-    home.asked.clear();
-    QVERIFY(home.quit());
-    home.start();
-    QVERIFY(home.asked.empty());
-}
-
-void ProgramTest::aRunningProgramKeepsItsCopy() {
-    Home first;
-    first.start();
-    first.program->session().acceptDescription("Mine", "");
-    QVERIFY(first.program->recovery().keep());
-    // A second program in the same home does not offer what belongs to a running one.
-    std::vector<project::ProjectCase> offered;
-    app::ui::RecoveryKeeper second(first.program->folders().TempDataFolder,
-                                   first.program->messages(), [] { return std::nullopt; });
-    second.offer([&](project::ProjectCase kept) { offered.push_back(std::move(kept)); });
-    QVERIFY(offered.empty() && first.asked.empty());
-    // A damaged copy is told and put out of the way.
-    first.put(first.data("Temp/~recovery-1-1.tmp"), "TELVO recovery copy of: x\r\nTELVO_602\r\n");
-    second.offer([&](project::ProjectCase kept) { offered.push_back(std::move(kept)); });
-    QVERIFY(first.wasAsked("~recovery-1-1.tmp"));
-    QVERIFY(QFile::exists(QString::fromStdString(first.data("Temp/~recovery-1-1.tmp.damaged"))));
-    QVERIFY(offered.empty());
-}
-
-/// The program that is going to be killed: types a depth into the open form and waits.
-static int victim(const QString& home) {
-    RecordedDialogs dialogs;
-    NoPrinter printer;
-    const std::string root = home.toStdString();
-    const app::SystemFolders system = {root + "/install", root + "/Documents", root};
-    Program program({system,
-                     {},
-                     std::chrono::year{2014} / 1 / 1,
-                     [](auto, auto, Answer preset, auto) { return preset; },
-                     dialogs,
-                     printer});
-    program.start();
-    program.window().findChild<QAction*>("mnuEditItem_1")->trigger();
-    for (QWidget* top : QApplication::topLevelWidgets())
-        if (top->objectName() == "frmTELVOParm") type(*top, "txtDepthCover", "1234");
-    std::puts("typed");
-    std::fflush(stdout);
-    return QApplication::exec();
-}
-
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName("telvo");
-    const QStringList arguments = QApplication::arguments();
-    if (arguments.size() == 3 && arguments[1] == "--victim") return victim(arguments[2]);
-    ProgramTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(ProgramTest)
 #include "program_test.moc"

@@ -7,6 +7,7 @@
 #include "base/text.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/PlanView.h"
+#include "project/keptItems.h"
 #include "project/units.h"
 
 #include <QFormLayout>
@@ -70,6 +71,10 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
         m_facts[name] = value;
         facts->addRow(caption, value);
     }
+    m_kept = plainLabel("lblKept", left);
+    m_kept->setFrameShape(QFrame::StyledPanel);
+    m_kept->setMargin(fontMetrics().height() / 3);
+    column->addWidget(m_kept);
     column->addSpacing(fontMetrics().height() / 2);
     column->addWidget(m_factBox);
     m_automatic = plainLabel("lblAutomatic", left);
@@ -87,13 +92,16 @@ void CaseOverview::showCase() {
     const project::ProjectCase& current = m_program.session().project();
     const bool empty = m_program.session().isEmpty();
     const QString title = toQt(withoutControls(current.Title));
-    m_title->setText(empty ? tr("New case") : title.isEmpty() ? tr("(no title)") : title);
-    m_file->setText(empty ? tr("Enter the panel with Input, Project Parameters, or open a project "
-                               "file with File, Open.")
-                          : toQt(m_program.session().windowTitle()));
+    const bool untouched = m_program.session().isUntouched();
+    m_title->setText(untouched ? tr("New case") : title.isEmpty() ? tr("(no title)") : title);
+    m_file->setText(untouched
+                        ? tr("Enter the panel with Input, Project Parameters, or open a project "
+                             "file with File, Open.")
+                        : toQt(m_program.session().windowTitle()));
     // A tool tip would take a name like "<b>" for markup.
     m_file->setToolTip(
         QStringLiteral("<span>%1</span>").arg(toQt(current.FileName).toHtmlEscaped()));
+    showKept();
     m_factBox->setVisible(!empty);
     m_plan->setVisible(!empty);
     QStringList stale;
@@ -113,7 +121,7 @@ void CaseOverview::showFacts() {
     const project::ProjectCase& current = m_program.session().project();
     const project::ProjectInput& in = current.Input;
     const std::string length(project::unitLabel(current.Units, project::Quantity::Length));
-    const project::KeyFigures figures = m_program.session().figures(current);
+    const project::KeyFigures figures = m_program.session().figuresOfOpen(current);
     const auto show = [this](const char* name, const std::string& text) {
         m_facts.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
     };
@@ -126,6 +134,18 @@ void CaseOverview::showFacts() {
     show("lblDevelopmentSF", figures.DevelopmentSF);
     show("lblRetreatSF", figures.RetreatSF);
     show("lblBarrierSF", figures.BarrierSF);
+}
+
+void CaseOverview::showKept() {
+    const project::KeptItems& kept = m_program.session().open().Kept;
+    m_kept->setVisible(!kept.items.empty());
+    if (kept.items.empty()) return;
+    const project::ProjectCase& current = m_program.session().project();
+    std::string text = kept.damaged ? "The file was damaged. " : "The file is of an older level. ";
+    text += "Not in it, but from " + project::keptOrigin(kept, current) + ": " +
+            project::keptItemsText(kept, current) + '.';
+    if (kept.damaged) text += "\nInput, Project Parameters: look at them and press OK.";
+    m_kept->setText(toQt(text));
 }
 
 void CaseOverview::showPlan() {

@@ -27,12 +27,14 @@ class CaseOverview : public QWidget {
 
   private:
     void addFact(QVBoxLayout& layout, const std::string& name, const QString& caption);
+    void showKept();
     void showFacts();
     void showPlan();
 
     Program& m_program;
     QLabel* m_title = nullptr;
     QLabel* m_file = nullptr;
+    QLabel* m_kept = nullptr; ///< what the case file did not give
     QWidget* m_factBox = nullptr;
     QLabel* m_automatic = nullptr; ///< automatic values of the record that are not its own
     std::map<std::string, QLabel*> m_facts;

@@ -37,6 +37,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::string_view SettingsFile = "TELVO.INI";
+constexpr std::string_view SettingsLock = "~TELVO.INI.lock"; // in the temporary data folder
 constexpr std::string_view WindowsFile = "TELVO-windows.ini";
 constexpr std::string_view HelpFolder = "help"; // in the install folder
 constexpr std::string_view HelpFile = "TELVO.CHM";
@@ -94,20 +95,24 @@ Surroundings Surroundings::ofDesktop(FileDialogs& files, report::ui::PrintDialog
 Program::Program(Surroundings surroundings)
     : m_surroundings(std::move(surroundings)), m_messages(m_surroundings.box),
       m_folders(resolveFolders(m_surroundings.system)),
-      m_settings(
-          m_folders.DataFolder + std::string(SettingsFile),
-          {m_folders.DataFolder, defaultFont(), externalEditor(), std::string(titles::Program)},
-          m_messages),
+      m_settings(m_folders.DataFolder + std::string(SettingsFile),
+                 {m_folders.DataFolder, defaultFont(), externalEditor(),
+                  std::string(titles::Program),
+                  m_folders.TempDataFolder + std::string(SettingsLock)},
+                 m_messages),
       m_session(m_settings, m_messages, m_surroundings.fileDialogs),
       m_printer(m_messages, m_surroundings.printDialogs),
       m_places(m_folders.DataFolder + std::string(WindowsFile)),
-      m_recovery(m_folders.TempDataFolder, m_messages,
-                 [this]() -> std::optional<project::ProjectCase> {
-                     if (auto draft = m_window ? m_window->commands().draft() : std::nullopt)
-                         return draft;
-                     if (m_session.isSaved()) return std::nullopt;
-                     return m_session.project();
-                 }) {}
+      m_recovery(m_folders.TempDataFolder, m_messages, [this]() -> std::optional<UnsavedCase> {
+          if (auto draft = m_window ? m_window->commands().draft() : std::nullopt)
+              return UnsavedCase{std::move(*draft), m_session.unsaved().kept};
+          if (m_session.isSaved()) return std::nullopt;
+          return m_session.unsaved();
+      }) {
+    m_session.onDiscard = [this](const UnsavedCase& discarded) {
+        m_recovery.keepDiscarded(discarded);
+    };
+}
 
 Program::~Program() = default;
 
@@ -123,9 +128,9 @@ void Program::start() {
     m_session.FileNew();
     m_window->show();
     m_window->applyHistoryFont();
+    tellSettingsTrouble();
     openFirstFiles();
-    m_recovery.offer(
-        [this](project::ProjectCase kept) { m_session.acceptRecovered(std::move(kept)); });
+    m_recovery.offer([this](UnsavedCase kept) { m_session.acceptRecovered(std::move(kept)); });
 }
 
 void Program::loadMainWindow() {
@@ -144,6 +149,17 @@ void Program::loadMainWindow() {
     if (m_settings.values().ShowDisclaim == 1) frmDisclaimer(m_settings, formServices()).exec();
     if (m_settings.values().RemindAnnualUpdates == 1 && isUpdateReminderDue(m_surroundings.today))
         frmUpdate(m_settings, formServices()).exec();
+}
+
+void Program::tellSettingsTrouble() {
+    const auto& trouble = m_settings.trouble();
+    if (!trouble) return;
+    std::string text =
+        "The settings file cannot be used. " + faultText(*trouble) +
+        "\nThe program runs with its initial settings; changes of them are not kept.";
+    for (const std::string& fallback : m_folders.fallbacks)
+        text += '\n' + fallback + '.';
+    m_messages.tell(text);
 }
 
 void Program::openFirstFiles() {

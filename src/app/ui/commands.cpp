@@ -12,6 +12,7 @@
 #include "app/ui/Program.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "project/keptItems.h"
 #include "project/ui/frmConvert.h"
 #include "project/ui/frmTELVODesc.h"
 #include "project/ui/frmTELVOParm.h"
@@ -115,6 +116,26 @@ void Commands::openRecent(int slot) {
     m_program.session().openRecent(slot);
 }
 
+void Commands::openNamed(const std::string& path) {
+    m_program.session().openNamed(path);
+}
+
+void Commands::newCase(std::int16_t units) {
+    if (m_program.session().newCommand(units)) editParameters();
+}
+
+void Commands::bringBack(const KeptCopy& copy) {
+    ProjectSession& session = m_program.session();
+    if (!session.settleUnsaved()) return;
+    m_program.recovery().bringBack(copy, [&](UnsavedCase kept) {
+        if (copy.discarded)
+            session.acceptDiscarded(std::move(kept));
+        else
+            session.acceptRecovered(std::move(kept));
+    });
+    m_window.showCase(); // the copy is no longer among those in the menu
+}
+
 void Commands::printerSetup() {
     note(m_program.printer().setUp(&m_window) ? "Printer set up" : "Printer setup cancelled");
 }
@@ -168,7 +189,7 @@ void Commands::editParameters() {
     };
     actions.results = [this](const project::ProjectCase& trial) { return showResults(trial); };
     actions.figures = [this](const project::ProjectCase& trial) {
-        return m_program.session().figures(trial);
+        return m_program.session().figuresOfOpen(trial);
     };
     actions.makePicture = [this](QWidget* parent) {
         return layoutPicture(m_program.settings(), parent);
@@ -206,6 +227,7 @@ std::optional<project::ProjectCase> Commands::draft() const {
 void Commands::stabilityFactors() {
     ProjectSession& session = m_program.session();
     if (session.isEmpty()) {
+        m_program.messages().status("No stability factors: the current file is empty");
         m_program.messages().tell("Current file is empty");
         return;
     }
@@ -217,6 +239,13 @@ void Commands::stabilityFactors() {
 
 std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
     DesktopMessages& messages = m_program.messages();
+    if (m_program.session().isUnsettled()) {
+        messages.status("No stability factors: a part of the case is not from its file");
+        messages.tell(
+            std::string(UnsettledMessage) + ".\nNot from the file: " +
+            project::keptItemsText(m_program.session().open().Kept, m_program.session().project()));
+        return std::nullopt;
+    }
     RunOutcome outcome = m_program.session().run(current);
     if (auto* refused = std::get_if<Refusal>(&outcome)) {
         messages.status("No stability factors: an input is refused");
@@ -294,6 +323,10 @@ void Commands::fileConversion() {
     }
     if (!session.isSaved()) {
         m_program.messages().tell("Save Current File before accessing this option");
+        return;
+    }
+    if (session.isUnsettled()) {
+        m_program.messages().tell(std::string(UnsettledMessage) + '.');
         return;
     }
     note("File conversion");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/ui/RecoveryKeeper.h"
 #include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
 #include "report/ui/frmResTxtPlt.h"
@@ -36,6 +37,12 @@ class Commands {
     void importKORV();
     void viewSourceFiles();
     void openRecent(int slot);
+    /// Opens a file that was dropped on the window or picked on the start page.
+    void openNamed(const std::string& path);
+    /// A new case in the given units and its parameter form.
+    void newCase(std::int16_t units);
+    /// A discarded or abandoned copy becomes the case.
+    void bringBack(const KeptCopy& copy);
     void printerSetup();
     void print();
     void preview();

@@ -11,8 +11,11 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QLabel>
+#include <QLocale>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QSplitter>
@@ -32,6 +35,21 @@ struct frmMain::Entry {
     QString tip;
     QKeySequence shortcut = {};
 };
+
+namespace {
+
+/// A path that makes no menu wider than the screen: its folders in the middle go first.
+QString shortened(const QString& path) {
+    const QFontMetrics metrics(QApplication::font("QMenu"));
+    return metrics.elidedText(path, Qt::ElideMiddle, metrics.averageCharWidth() * 70);
+}
+
+/// A tool tip would take a name like "<b>" for markup.
+QString plainTip(const QString& text) {
+    return QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped());
+}
+
+} // namespace
 
 frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *this) {
     setObjectName("frmMain");
@@ -87,6 +105,12 @@ void frmMain::buildMenus() {
           tr("Read project files and other text files")},
          {},
          {tr("E&xit"), [this] { close(); }, tr("End the program"), QKeySequence::Quit}});
+    m_keptCopies = new QMenu(tr("Recover &Discarded"), this);
+    m_keptCopies->menuAction()->setObjectName("mnuFileRecover");
+    m_keptCopies->setToolTipsVisible(true);
+    file->insertMenu(findChild<QAction*>("mnuFileItem_7"), m_keptCopies);
+    file->insertSeparator(findChild<QAction*>("mnuFileItem_7"));
+    connect(file, &QMenu::aboutToShow, this, &frmMain::showKeptCopies);
     m_recentSeparator = file->addSeparator();
     for (int slot = 1; slot <= 4; ++slot) {
         QAction* action = file->addAction(QString());
@@ -275,6 +299,24 @@ void frmMain::applyHistoryFont() {
     txtMain->setFont(font);
 }
 
+void frmMain::showKeptCopies() {
+    m_keptCopies->clear();
+    int number = 0;
+    for (const KeptCopy& copy : m_program.recovery().copies()) {
+        const QString name = QFileInfo(copy.name).fileName();
+        const QString time = QLocale().toString(copy.time, QLocale::ShortFormat);
+        QAction* action = m_keptCopies->addAction(QStringLiteral("&%1 %2").arg(++number).arg(
+            (copy.discarded ? tr("%1, discarded %2") : tr("%1, left unsaved %2"))
+                .arg(shortened(name), time)
+                .replace('&', "&&")));
+        action->setObjectName(QStringLiteral("mnuFileRecover_%1").arg(number));
+        action->setToolTip(plainTip(copy.name));
+        connect(action, &QAction::triggered, this,
+                [this, copy] { dispatch([this, copy] { m_commands.bringBack(copy); }); });
+    }
+    m_keptCopies->setEnabled(number > 0);
+}
+
 void frmMain::showRecentFiles() {
     const Settings& settings = m_program.settings().values();
     bool any = false;
@@ -285,7 +327,9 @@ void frmMain::showRecentFiles() {
         QAction* action = m_recent[static_cast<std::size_t>(slot - 1)];
         action->setVisible(!caption.isEmpty());
         any = any || !caption.isEmpty();
-        action->setText('&' + toQt(std::to_string(slot)) + ' ' + caption.replace('&', "&&"));
+        action->setToolTip(plainTip(caption));
+        action->setText('&' + toQt(std::to_string(slot)) + ' ' +
+                        shortened(caption).replace('&', "&&"));
     }
     m_recentSeparator->setVisible(any);
 }
@@ -294,8 +338,9 @@ void frmMain::SetGraphMenu() {
     const ProjectSession& session = m_program.session();
     for (int kind = 0; kind < study::GraphKinds; ++kind)
         findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(kind)))
-            ->setEnabled(!session.isEmpty() && study::isOffered(static_cast<study::GraphKind>(kind),
-                                                                session.project().Input));
+            ->setEnabled(
+                !session.isEmpty() && !session.isUnsettled() &&
+                study::isOffered(static_cast<study::GraphKind>(kind), session.project().Input));
 }
 
 void frmMain::showCase() {
@@ -303,6 +348,7 @@ void frmMain::showCase() {
     setWindowTitle(toQt(session.windowTitle())); // the desktop adds the name of the program
     m_overview->showCase();
     showRecentFiles();
+    showKeptCopies();
     SetGraphMenu();
 }
 

@@ -47,6 +47,8 @@ class frmMain : public QMainWindow {
     void buildToolbar();
     void buildCentre();
     void showRecentFiles();
+    /// Fills File, Recover Discarded with the copies that there are.
+    void showKeptCopies();
     void SetGraphMenu();
     void addLine(const std::string& line, std::size_t dropped);
     void setHistoryShown(bool shown);
@@ -63,6 +65,7 @@ class frmMain : public QMainWindow {
     QLabel* m_status = nullptr;
     std::vector<QAction*> m_recent;
     QAction* m_recentSeparator = nullptr;
+    QMenu* m_keptCopies = nullptr;
     std::string m_font; ///< family last applied to the history pane
 };
 

@@ -52,6 +52,8 @@ frmTELVOParm::frmTELVOParm(OpenCase& open, bool confirmCancel, ParameterActions 
     build();
     m_open.copyProjectToWorking();
     fill(m_open.Working);
+    m_kept.emplace(*this, m_open);
+    markRefusals();
     connect(qApp, &QApplication::focusChanged, this, &frmTELVOParm::focusMoved);
     Timer1.setSingleShot(true);
     connect(&Timer1, &QTimer::timeout, this, &frmTELVOParm::showFigures);
@@ -182,8 +184,9 @@ void frmTELVOParm::markRefusals() {
         const auto refused =
             std::find_if(refusals.begin(), refusals.end(),
                          [&, &control = name](const Refusal& r) { return r.control == control; });
-        telvo::ui::markRefused(*edit,
-                               refused == refusals.end() ? QString() : toQt(refused->message));
+        telvo::ui::markRefused(*edit, refused != refusals.end() ? toQt(refused->message)
+                                      : m_kept ? m_kept->messageOf(name, edit->text())
+                                               : QString());
     }
 }
 

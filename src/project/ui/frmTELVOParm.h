@@ -7,6 +7,7 @@
 #include "project/checks.h"
 #include "project/KeyFigures.h"
 #include "project/ProjectInput.h"
+#include "project/ui/KeptMarks.h"
 
 #include <functional>
 #include <map>
@@ -129,8 +130,9 @@ class frmTELVOParm : public telvo::ui::Form {
     QTabWidget* m_tabs = nullptr;
     QSplitter* m_splitter = nullptr;
     LayoutPicture m_picture;
-    QTimer Timer1;                 ///< first figures and picture, once the form is on the screen
-    std::string m_pendingAdvisory; ///< control that was left and may owe an advisory
+    std::optional<KeptMarks> m_kept; ///< of values that the case file did not give
+    QTimer Timer1;                   ///< first figures and picture, once the form is on the screen
+    std::string m_pendingAdvisory;   ///< control that was left and may owe an advisory
 };
 
 } // namespace telvo::project::ui
