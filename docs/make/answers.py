@@ -74,17 +74,37 @@ class Answers:
             raise DocsError(f"{case} {changes}: {answer['message']}")
         return answer
 
+    def refusal(self, case, changes=()):
+        """The message with which a case is refused, or nothing."""
+        try:
+            self.results(case, changes)
+        except DocsError as fault:
+            return str(fault)
+        return ""
+
     def page(self, number, case, changes=(), options=()):
         return self._of_case(case, changes, "report", "CASE", "--page", str(number), *options)
 
-    def working(self, quantity, case):
-        return self._of_case(case, (), "explain", "CASE", quantity)
+    def working(self, quantity, case, changes=()):
+        return self._of_case(case, changes, "explain", "CASE", quantity)
 
     def graph(self, kind, case, changes=()):
         """Rows of the numbers behind a graph, the titles first."""
         answer = self._of_case(case, changes, "plot", "CASE", "--kind", kind, "-o", "graph.csv",
                                made="graph.csv")
         return list(csv.reader(io.StringIO(answer)))
+
+    def crossing(self, case, changes, kind, column, factor):
+        """The first place where a curve of a graph has this factor, between its points on the
+        straight line."""
+        rows = [[float(cell) if cell else None for cell in row]
+                for row in self.graph(kind, case, changes)[1:]]
+        column, factor = int(column), float(factor)
+        for left, right in zip(rows, rows[1:]):
+            a, b = left[column], right[column]
+            if None not in (a, b) and a != b and min(a, b) <= factor <= max(a, b):
+                return left[0] + (right[0] - left[0]) * (factor - a) / (b - a)
+        raise DocsError(f"{case}: the graph {kind} never has the factor {factor}")
 
     def version(self):
         return self.call("--version").split()[1]

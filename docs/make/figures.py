@@ -108,16 +108,7 @@ class Figures:
         return shown(quantity(answer, word), *rest)
 
     def _crossing(self, case, changes, kind, column, factor, form):
-        """The first place where a curve of a graph has this factor, between its points on the
-        straight line."""
-        rows = [[float(cell) if cell else None for cell in row]
-                for row in self.program.graph(kind, case, changes)[1:]]
-        column, factor = int(column), float(factor)
-        for left, right in zip(rows, rows[1:]):
-            a, b = left[column], right[column]
-            if None not in (a, b) and a != b and min(a, b) <= factor <= max(a, b):
-                return format(left[0] + (right[0] - left[0]) * (factor - a) / (b - a), form)
-        raise DocsError(f"{case}: the graph {kind} never has the factor {factor}")
+        return format(self.program.crossing(case, changes, kind, column, factor), form)
 
     def _expect(self, reader, finished):
         result = self.program.results(reader.case, tuple(reader.entered.items()))["inputs"]

@@ -21,7 +21,7 @@ class Sources:
     def __init__(self, program, cases, docs, commands):
         self.equations = Equations(docs)
         self.figures = Figures(program)
-        self.verification = Verification(program, os.path.join(cases, "expected.json"))
+        self.verification = Verification(program, os.path.join(cases, "expected.json"), docs)
         self.commands = commands
 
     def fill(self, text, path):

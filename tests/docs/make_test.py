@@ -8,9 +8,11 @@ import unittest
 DOCS, EXAMPLES, CLI = sys.argv[1:4]
 sys.path.insert(0, os.path.join(DOCS, "make"))
 
+import rules  # noqa: E402
 from answers import Answers  # noqa: E402
 from arithmetic import shown, written  # noqa: E402
 from commands import Commands, of_manual_page  # noqa: E402
+from equations import Equations, symbols_of  # noqa: E402
 from faults import DocsError  # noqa: E402
 from figures import Figures, date_of_making  # noqa: E402
 from verification import Verification  # noqa: E402
@@ -20,7 +22,7 @@ PROGRAM = Answers(CLI, [EXAMPLES])
 
 class Checks(unittest.TestCase):
     def check(self, lines, case="two-side-gobs"):
-        return Verification(PROGRAM, "").fill(f"# Rule\n\n```check {case}\n{lines}\n```\n", "chapter")
+        return Verification(PROGRAM, "", "").fill(f"# Rule\n\n```check {case}\n{lines}\n```\n", "chapter")
 
     def assert_noticed(self, text, *given):
         with self.assertRaisesRegex(DocsError, text):
@@ -42,6 +44,28 @@ class Checks(unittest.TestCase):
         self.check(f"Load: 3.4951e6 {load}")
         self.assert_noticed("page 2", f"Load: 3.4949e6 {load}")
 
+    def test_a_condition_has_to_hold(self):
+        self.assertIn("as required", self.check("Longer than wide: 80 > 65\nWidth: 320 => PanelWidth"))
+        self.assert_noticed("is False", "Longer than wide: 80 > 6500")
+        self.check("Longer than wide: 80 > 6500 => no")
+        self.assert_noticed("is True", "Longer than wide: 80 > 65 => no")
+
+    def test_branches_texts_and_refusals_are_compared(self):
+        self.check('Supercritical: 800 / 2 > 345 => branch SideAbutmentLoad.first "Es / 2 > H * ts"')
+        self.assert_noticed("branch", 'Supercritical: True => branch SideAbutmentLoad.second "Es / 2 > H * ts"')
+        self.assert_noticed("says", 'Nothing: True => says 1 "no such words"')
+        self.check('Height: True => refused "Invalid entry height" EntryHeight=0')
+        self.assert_noticed("refused", 'Height: True => refused "Invalid entry height" EntryHeight=1')
+
+    def test_a_kept_value_goes_on_to_later_blocks(self):
+        text = ("# R\n\n```check two-side-gobs\nW: W = 320 => PanelWidth\nkeep All = W\n```\n\n"
+                "```check two-side-gobs\nW: All => PanelWidth\n```\n")
+        self.assertIn("All", Verification(PROGRAM, "", "").fill(text, "chapter"))
+
+    def test_a_changed_depth_brings_its_breadth(self):
+        self.check("Breadth: 100 => AMZBreadth", "two-side-gobs DepthCover=400")
+        self.check("Breadth: 150 => AMZBreadth", "two-side-gobs DepthCover=400 AMZ=0")
+
     def test_what_cannot_be_asked_is_noticed(self):
         self.assert_noticed("cannot work out", "Width: 4 * w => PanelWidth")
         self.assert_noticed("no case", "Width: 1 => PanelWidth", "nowhere")
@@ -51,6 +75,29 @@ class Checks(unittest.TestCase):
     def test_arithmetic_is_set_for_reading(self):
         self.assertEqual(written("2 * a**2 <= 60 * deg"), "2 × a<sup>2</sup> ≤ 60°")
         self.assertEqual(shown(18879562472.727272), "1.887956247 × 10<sup>10</sup>")
+
+
+class EquationsAndRules(unittest.TestCase):
+    def filled(self, text):
+        equations = Equations(DOCS)
+        return equations.fill(text, os.path.join(DOCS, "theory", "chapter.md"))
+
+    def test_an_equation_is_followed_by_its_symbols(self):
+        self.assertIn("Panel width (ft, m)", self.filled("$$A_z = B\\,W_p$$ {#eq-a}\n\n{{where}}\n"))
+        with self.assertRaisesRegex(DocsError, "not listed"):
+            self.filled("$$A_z = B\\,W_p$$ {#eq-a}\n\n## Next\n")
+        with self.assertRaisesRegex(DocsError, "nobody explains the symbol q"):
+            self.filled("$$A_z = q$$ {#eq-a}\n\n{{where}}\n")
+        with self.assertRaisesRegex(DocsError, "no equation is called"):
+            self.filled("see [](#eq-nowhere)")
+
+    def test_indexed_symbols_are_those_of_the_list(self):
+        self.assertEqual(symbols_of(r"L_{c1} = \frac{C_{n-1}}{2\,\sin\Theta} + SF_m"),
+                         ["L_{c1}", "C_{n-1}", r"\Theta", "SF_m"])
+
+    def test_a_rule_without_a_check_is_noticed(self):
+        with self.assertRaisesRegex(DocsError, "there is no hand case"):
+            rules.matrix(DOCS, {})
 
 
 class Tutorials(unittest.TestCase):
