@@ -113,6 +113,13 @@ def table_examples(sheet):
                            "Warnings"], rows)
 
 
+def table_limits(_):
+    rows = [[what, f"{feet} ft", f"{feet / 3.280839895013123:.1f} m", printed] for what, feet, printed in (
+        ("Shallow to intermediate cover", 650, "200 m"), ("Intermediate to deep cover", 1000, "300 m"),
+        ("Very deep cover", 2000, "600 m"), ("Panel width", 425, "130 m"))]
+    return markdown_table(["Limit", "English", "Metric, exact", "As the texts print it"], rows)
+
+
 def table_suggested(sheet):
     depths = (650, 700, 750, 800, 850, 900, 950, 1000)
     least = least_factors(sheet, MAINS, [{**narrow(), "DepthCover": d} for d in depths],

@@ -31,3 +31,23 @@ def table_strengths(sheet):
             for s, run in zip(strengths, runs)]
     return markdown_table(["Strength", "Times 900 psi", "Development", "Retreat",
                            "Second barrier, retreat"], rows)
+
+
+MEAN = 0.35 / 6 ** 0.5
+TOTAL = (MEAN ** 2 + 0.25 ** 2) ** 0.5
+
+
+def table_mean_uncertainty(_):
+    return f"{100 * MEAN:.0f}"
+
+
+def table_total_uncertainty(_):
+    return f"{100 * TOTAL:.0f}"
+
+
+def table_low(_):
+    return f"{1.5 * (1 - TOTAL):.1f}"
+
+
+def table_high(_):
+    return f"{1.5 * (1 + TOTAL):.1f}"

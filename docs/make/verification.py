@@ -96,7 +96,7 @@ class Screen:
         if spacing:
             return f"Center to Center Distance #{spacing.group(1)} {value} {'m' if metric else 'ft'}"
         label, units = self.fields[field]
-        return f"{label} {value} {units[metric]}".strip()
+        return f"{label} {value} {units[metric]}".strip().replace(" \u00b0", "\u00b0")
 
 
 class Verification:
