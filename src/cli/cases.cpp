@@ -8,6 +8,8 @@
 #include <charconv>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <new>
 #include <utility>
 
 #ifdef _WIN32
@@ -19,7 +21,8 @@ namespace telvo::cli {
 
 namespace {
 
-constexpr std::string_view StandardInput = "standard input";
+constexpr std::string_view StandardStream = "-";             // as an argument
+constexpr std::string_view StandardInput = "standard input"; // as messages name it
 
 Result<std::string> readStandardInput() {
 #ifdef _WIN32
@@ -40,7 +43,7 @@ Result<std::string> readStandardInput() {
 /// An argument taken apart: a file and, where one is meant, a row of the table in it.
 struct Source {
     std::string file;
-    std::optional<std::uint32_t> row;
+    std::optional<std::string> row; // its digits, which may be more than any number
 };
 
 /// The argument without "#" and the digits behind it; the whole of it where it does not end so.
@@ -52,6 +55,7 @@ std::string_view withoutRow(std::string_view argument) {
 }
 
 bool exists(std::string_view file) {
+    if (file == StandardStream) return true;
     std::error_code error;
     return std::filesystem::exists(pathFromUtf8(file), error);
 }
@@ -60,30 +64,36 @@ Source sourceOf(const std::string& argument) {
     const auto file = withoutRow(argument);
     if (file.size() == argument.size() || exists(argument) || !exists(file))
         return {argument, std::nullopt};
-    const std::string_view digits = std::string_view(argument).substr(file.size() + 1);
-    std::uint32_t row = 0; // 0, and what no table can have, is a row that is not there
-    std::from_chars(digits.data(), digits.data() + digits.size(), row);
-    return {std::string(file), row};
+    return {std::string(file), argument.substr(file.size() + 1)};
+}
+
+/// The number of a row; 0, which no row has, for one that no table can have.
+std::uint32_t rowNumber(const std::string& digits) {
+    std::uint32_t row = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), row);
+    return error == std::errc() ? row : 0;
 }
 
 bool isPacked(std::string_view bytes) {
     return bytes.starts_with("PK\x03\x04") || bytes.starts_with("\xD0\xCF\x11\xE0");
 }
 
-/// A case file is one by its tag, whatever its name; a table by its ending or as a workbook.
+/// A case file is one by its tag, whatever its name; a table by what it holds, so that it may come
+/// through a pipe, or by its ending, so that one without headings is told as such.
 bool isTable(std::string_view bytes, const std::string& file) {
     if (project::hasCaseTag(bytes)) return false;
     const std::string ending = endingOf(file);
-    return isPacked(bytes) || ending == ".csv" || ending == ".tsv" || ending == ".xlsx";
+    return isPacked(bytes) || ending == ".csv" || ending == ".tsv" || ending == ".xlsx" ||
+           table::looksLikeCsv(bytes);
 }
 
 Result<table::CaseTable> readTable(std::string_view bytes, const std::string& file,
                                    const Workbooks& workbooks) {
     if (!isPacked(bytes)) return table::readCsv(bytes, file);
     if (workbooks.read) return workbooks.read(bytes, file);
-    if (endingOf(file) != ".xlsx")
-        return Fault{"is a workbook; its name has to end in .xlsx", file};
-    return Fault{"this build does not read workbooks; save the table as CSV", file};
+    return Fault{"is a packed file, such as a workbook, which this build does not read; save the "
+                 "table as CSV",
+                 file};
 }
 
 CaseOutcome troubled(const std::string& argument, std::string message) {
@@ -94,8 +104,9 @@ CaseOutcome troubled(const std::string& argument, std::string message) {
     return outcome;
 }
 
-CaseOutcome outcomeOf(const std::string& file, table::CaseRow& row) {
-    const std::string name = table::rowName(file, row.number);
+/// Given: argument  the table as the command line names it
+CaseOutcome outcomeOf(const std::string& file, const std::string& argument, table::CaseRow& row) {
+    const std::string name = table::rowName(argument, row.number);
     if (row.good()) {
         CaseOutcome outcome;
         outcome.file = name;
@@ -109,21 +120,23 @@ CaseOutcome outcomeOf(const std::string& file, table::CaseRow& row) {
     return troubled(name, std::move(message));
 }
 
-void visitTable(table::CaseTable table, std::optional<std::uint32_t> wanted,
-                const std::string& argument,
+void visitTable(table::CaseTable table, const Source& source,
                 const std::function<void(CaseOutcome& outcome)>& visit) {
-    for (const std::string& remark : table::remarks(table))
+    std::optional<std::uint32_t> wanted;
+    if (source.row) wanted = rowNumber(*source.row);
+    for (const std::string& remark : table::remarks(table, wanted))
         complain(table.file + ": " + remark);
     if (wanted ? table.row(*wanted) == nullptr : table.rows.empty()) {
-        CaseOutcome none = troubled(
-            argument, table.file + (wanted ? ": row " + std::to_string(*wanted) + " has no case"
-                                           : std::string(": the table has no case")));
+        CaseOutcome none = source.row
+                               ? troubled(source.file + "#" + *source.row,
+                                          table.file + ": row " + *source.row + " has no case")
+                               : troubled(source.file, table.file + ": the table has no case");
         visit(none);
         return;
     }
     for (table::CaseRow& row : table.rows) {
         if (wanted && row.number != *wanted) continue;
-        CaseOutcome outcome = outcomeOf(table.file, row);
+        CaseOutcome outcome = outcomeOf(table.file, source.file, row);
         visit(outcome);
     }
 }
@@ -148,31 +161,51 @@ std::string endingOf(std::string_view file) {
     return ending;
 }
 
-bool namesWorkbook(std::string_view argument) {
-    return endingOf(withoutRow(argument)) == ".xlsx";
+bool mayBeWorkbook(std::string_view argument) {
+    const std::string_view file = withoutRow(argument);
+    const std::string ending = endingOf(file);
+    if (ending == ".xlsx" || file == StandardStream) return true;
+    if (ending == ".tlv" || file.starts_with('-')) return false;
+    std::error_code error;
+    const auto type = std::filesystem::status(pathFromUtf8(file), error).type();
+    if (type != std::filesystem::file_type::regular) // a pipe can be read but once
+        return type == std::filesystem::file_type::fifo;
+    char begin[4] = {};
+    std::ifstream(pathFromUtf8(file), std::ios::binary).read(begin, sizeof begin);
+    return isPacked({begin, sizeof begin});
+}
+
+bool readsInputTwice(const std::vector<std::string>& files) {
+    const auto count = std::count_if(files.begin(), files.end(), [](const std::string& file) {
+        return withoutRow(file) == StandardStream;
+    });
+    if (count < 2) return false;
+    complain("- can be given only once");
+    return true;
 }
 
 void visitCases(const std::string& argument, const Workbooks& workbooks,
                 const std::function<void(CaseOutcome& outcome)>& visit) {
     CaseOutcome outcome;
-    if (argument == "-") {
-        const auto bytes = readStandardInput();
-        outcome = bytes ? caseOf(*bytes, StandardInput, argument)
-                        : troubled(argument, faultText(bytes.fault()));
-        return visit(outcome);
-    }
-    const Source source = sourceOf(argument);
-    const auto bytes = readFile(source.file);
-    if (!bytes) {
-        outcome = troubled(argument, faultText(bytes.fault()));
-    } else if (isTable(*bytes, source.file)) {
-        auto table = readTable(*bytes, source.file, workbooks);
-        if (table) return visitTable(std::move(*table), source.row, argument, visit);
-        outcome = troubled(argument, faultText(table.fault()));
-    } else if (source.row) {
-        outcome = troubled(argument, source.file + ": is no table, and has no rows");
-    } else {
-        outcome = caseOf(*bytes, argument, argument);
+    try {
+        const Source source = sourceOf(argument);
+        const bool standard = source.file == StandardStream;
+        const std::string name = standard ? std::string(StandardInput) : source.file;
+        const auto bytes = standard ? readStandardInput() : readFile(source.file);
+        if (!bytes) {
+            outcome = troubled(argument, faultText(bytes.fault()));
+        } else if (isTable(*bytes, name)) {
+            auto table = readTable(*bytes, name, workbooks);
+            if (table) return visitTable(std::move(*table), source, visit);
+            outcome = troubled(argument, faultText(table.fault()));
+        } else if (source.row) {
+            outcome = troubled(argument, name + ": is no table, and has no rows");
+        } else {
+            outcome = caseOf(*bytes, name, argument);
+        }
+    } catch (const std::bad_alloc&) {
+        // What was taken for this file is free again, and the next one may be smaller.
+        outcome = troubled(argument, argument + ": there is not enough memory to read it");
     }
     visit(outcome);
 }
@@ -185,7 +218,8 @@ CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks) {
     });
     if (count > 1)
         return troubled(argument, argument + ": is a table of " + std::to_string(count) +
-                                      " cases; name one by its row, such as " + only.file);
+                                      " cases; name one by its row, such as " +
+                                      (argument == StandardStream ? "-- " : "") + only.file);
     return only;
 }
 

@@ -51,13 +51,18 @@ struct Workbooks {
 /// Ending of a file name in small letters, such as ".csv".
 std::string endingOf(std::string_view file);
 
-/// Whether a name is that of a workbook, with or without the row of a table behind it.
-bool namesWorkbook(std::string_view argument);
+/// Whether an argument is a workbook or may be one: by its name, with or without a row behind it,
+/// by what the file begins with, or because only reading it, from a pipe, would tell.
+bool mayBeWorkbook(std::string_view argument);
+
+/// Whether several arguments are standard input, which is complained of.
+bool readsInputTwice(const std::vector<std::string>& files);
 
 /// Calls visit for every case that an argument names: a case file, standard input for "-", every
 /// row of a table, or for "FILE#ROW" one of its rows. A file that has such a name itself comes
-/// first. Items that an older level lacks start from the new-case defaults. What a table's reader
-/// has to know is said on standard error.
+/// first. What is a table shows from its content. Items that an older level lacks start from the
+/// new-case defaults. What a table's reader has to know is said on standard error. A file for which
+/// memory runs out is an outcome of its own.
 void visitCases(const std::string& argument, const Workbooks& workbooks,
                 const std::function<void(CaseOutcome& outcome)>& visit);
 

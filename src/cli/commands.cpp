@@ -18,13 +18,6 @@ namespace {
 /// As a file to write, "-" is standard output.
 constexpr std::string_view StandardOutput = "-";
 
-/// Several cases may not share the one standard input.
-bool readsInputTwice(const std::vector<std::string>& files) {
-    if (std::count(files.begin(), files.end(), "-") < 2) return false;
-    complain("- can be given only once");
-    return true;
-}
-
 std::string withLineFeeds(std::string text) {
     std::erase(text, '\r');
     return text;

@@ -41,7 +41,10 @@ Plotter plotterOfThisBuild() {
 
 Workbooks workbooksOfThisBuild() {
 #ifdef TELVO_WORKBOOKS
-    return {telvo::table::readWorkbook, telvo::table::writeWorkbook, telvo::table::writeTemplate};
+    return {[](std::string_view bytes, const std::string& file) {
+                return telvo::table::readWorkbook(bytes, file);
+            },
+            telvo::table::writeWorkbook, telvo::table::writeTemplate};
 #else
     return {};
 #endif
@@ -55,7 +58,7 @@ void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
     // What draws also tells in its help what can be drawn.
     const std::string_view command = argc > 1 ? argv[1] : "";
     const bool draws = command == "plot" || command == "--help" || command == "-h";
-    const bool workbooks = argc > 1 && std::any_of(argv + 1, argv + argc, namesWorkbook);
+    const bool workbooks = argc > 1 && std::any_of(argv + 1, argv + argc, mayBeWorkbook);
     if (!draws && !workbooks) return;
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);

@@ -159,8 +159,7 @@ int runTableExport(const TableRequest& request) {
     if (workbook && !request.separator.empty())
         return wrongUsage("--separator: a workbook has none");
     if (workbook && !request.workbooks.write) return wrongUsage(request.target + NoWorkbooks);
-    if (std::count(request.files.begin(), request.files.end(), "-") > 1)
-        return wrongUsage("- can be given only once");
+    if (readsInputTwice(request.files)) return WrongUsage;
     if (request.target != "-" && !mayWrite(request.target, request.force)) return FileTrouble;
     ExitStatus status = AllGood;
     std::vector<project::ProjectCase> cases;

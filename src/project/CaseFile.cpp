@@ -85,8 +85,14 @@ std::string_view withoutByteOrderMark(std::string_view bytes) {
     return bytes.starts_with(ByteOrderMark) ? bytes.substr(ByteOrderMark.size()) : bytes;
 }
 
-std::string_view afterLine(std::string_view bytes) {
-    const auto end = bytes.find('\n');
+/// What ends the lines of a file: LF, with or without CR before it, or CR alone, as the desktop
+/// computers of the nineties had it. A CR within a line of a file with LF is none.
+char lineEndOf(std::string_view bytes) {
+    return bytes.find('\n') == std::string_view::npos ? '\r' : '\n';
+}
+
+std::string_view afterLine(std::string_view bytes, char lineEnd) {
+    const auto end = bytes.find(lineEnd);
     return end == std::string_view::npos ? std::string_view() : bytes.substr(end + 1);
 }
 
@@ -104,7 +110,8 @@ int levelOfTag(std::string_view bytes) {
 class ItemReader {
   public:
     ItemReader(std::string_view bytes, std::string_view name, int firstLine)
-        : m_rest(bytes), m_name(name), m_line(firstLine - 1), m_utf8(isValidUtf8(bytes)) {}
+        : m_rest(bytes), m_name(name), m_line(firstLine - 1), m_lineEnd(lineEndOf(bytes)),
+          m_utf8(isValidUtf8(bytes)) {}
 
     const std::optional<Fault>& fault() const { return m_fault; }
     bool good() const { return !m_fault; }
@@ -147,7 +154,7 @@ class ItemReader {
             fail(item, "the file ends before this item");
             return std::nullopt;
         }
-        const auto end = m_rest.find('\n');
+        const auto end = m_rest.find(m_lineEnd);
         auto line = m_rest.substr(0, end);
         m_rest = end == std::string_view::npos ? std::string_view() : m_rest.substr(end + 1);
         if (line.ends_with('\r')) line.remove_suffix(1);
@@ -186,6 +193,7 @@ class ItemReader {
     std::string_view m_rest;
     std::string_view m_name;
     int m_line;
+    char m_lineEnd;
     bool m_utf8;
     std::optional<Fault> m_fault;
 };
@@ -377,16 +385,18 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
     }
     reading.accepted = true;
     into.FileVersion = static_cast<std::int16_t>(level);
-    reading.fault = readCaseItems(afterLine(bytes), level, name, into, 2, &reading.kept);
+    reading.fault =
+        readCaseItems(afterLine(bytes, lineEndOf(bytes)), level, name, into, 2, &reading.kept);
     return reading;
 }
 
 CaseReading readCaseSection(std::string_view bytes, std::string_view name, ProjectCase& into) {
     bytes = withoutByteOrderMark(bytes);
+    const char lineEnd = lineEndOf(bytes);
     for (int line = 1; !bytes.empty(); ++line) {
         const auto tag = trimmed(bytes.substr(0, bytes.find_first_of("\r\n")));
         const int level = tag.find(',') == std::string_view::npos ? levelOfTag(tag) : 0;
-        bytes = afterLine(bytes);
+        bytes = afterLine(bytes, lineEnd);
         if (level == 0) continue;
         into.FileVersion = static_cast<std::int16_t>(level);
         CaseReading reading{true, {}, {}};

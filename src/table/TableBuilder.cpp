@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "project/automatic.h"
 #include "table/columns.h"
 
 #include <algorithm>
@@ -23,30 +24,14 @@ std::string inQuotes(std::string_view text) {
     return "\"" + excerpt(text.substr(0, 200)) + "\"";
 }
 
-/// Whether the number would be a whole one if its sign parted the thousands: 1 to 3 digits, no
-/// leading zero, the sign, exactly three digits.
-bool maybeThousands(std::string_view text, char sign) {
-    if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
-    const auto at = text.find(sign);
-    if (at == std::string_view::npos || at < 1 || at > 3 || text.size() != at + 4) return false;
-    if (text.front() == '0') return false;
-    return std::all_of(text.begin(), text.end(), [&](char c) { return c == sign || isDigit(c); });
-}
-
-bool isNumberAlone(std::string_view text) {
-    const auto read = leadingNumber(text);
-    return read && trimmed(text.substr(read->length)).empty();
-}
-
-std::string withPoint(std::string_view text) {
-    std::string out(text);
-    std::replace(out.begin(), out.end(), ',', '.');
-    return out;
+bool isBlank(const Cell& cell) {
+    return cell.kind == Cell::Kind::Blank ||
+           (cell.kind == Cell::Kind::Text && trimmed(cell.text).empty());
 }
 
 /// Reads the units of a row into `units`; why they cannot be read.
 std::optional<std::string> readUnits(const Cell& cell, std::int16_t& units) {
-    if (cell.kind == Cell::Kind::Blank) return std::nullopt;
+    if (isBlank(cell)) return std::nullopt;
     if (cell.kind == Cell::Kind::Refused) return cell.text;
     std::string name;
     for (const char c : trimmed(cell.text))
@@ -122,43 +107,6 @@ Result<double> readNumber(const Cell& cell, const Column& column, const DecimalS
 
 } // namespace
 
-void DecimalSigns::note(std::string_view text) {
-    text = trimmed(text);
-    const auto commas = std::count(text.begin(), text.end(), ',');
-    const auto points = std::count(text.begin(), text.end(), '.');
-    if (commas + points != 1 || !isNumberAlone(withPoint(text))) return;
-    if (points == 1)
-        m_point = m_point || !maybeThousands(text, '.');
-    else if (maybeThousands(text, ','))
-        m_maybeComma = true;
-    else
-        m_comma = true;
-}
-
-Result<std::string> DecimalSigns::read(std::string_view text) const {
-    const auto refuse = [&](std::string_view why) {
-        return Fault{inQuotes(text) + " " + std::string(why), {}};
-    };
-    const auto commas = std::count(text.begin(), text.end(), ',');
-    const auto points = std::count(text.begin(), text.end(), '.');
-    if (commas > 0 && points > 0)
-        return refuse("has a sign between the thousands; write the number without it");
-    if (points == 1 && maybeThousands(text, '.') && (m_comma || (m_maybeComma && !m_point)))
-        return refuse("may have a decimal point or a point between the thousands, because other "
-                      "numbers of the table have a comma");
-    if (commas == 1 && isNumberAlone(withPoint(text))) {
-        if (!m_commaPossible) return refuse("has a decimal comma; numbers take a \".\"");
-        if (m_point)
-            return refuse("has a decimal comma, while other numbers of the table have a point");
-        if (!m_comma)
-            return refuse("may be a decimal number or a whole one with a sign between the "
-                          "thousands; write it with a point, or without the sign");
-        return withPoint(text);
-    }
-    if (text.find_first_not_of("+-.") == std::string_view::npos) return refuse("is not a number");
-    return std::string(text);
-}
-
 bool TableBuilder::namesField(const std::vector<std::string>& headings) {
     return std::any_of(headings.begin(), headings.end(), [](const std::string& heading) {
         const auto found = columnOf(trimmed(heading));
@@ -171,10 +119,12 @@ Status TableBuilder::setHeadings(const std::vector<std::string>& headings, std::
     m_places.assign(columns().size(), std::nullopt);
     m_table.unknownColumns.clear();
     m_table.missingColumns.clear();
+    m_headings = 0;
     std::size_t unknown = 0;
     for (std::size_t i = 0; i < headings.size(); ++i) {
         const auto name = trimmed(headings[i]);
         if (name.empty()) continue;
+        m_headings = i + 1;
         const auto found = columnOf(name);
         if (!found) {
             if (++unknown <= MostListed)
@@ -194,7 +144,9 @@ Status TableBuilder::setHeadings(const std::vector<std::string>& headings, std::
         return Fault{"the first row does not name an input field, such as DepthCover; a table of "
                      "cases needs the names of its columns there",
                      m_table.file};
-    for (std::size_t i = FirstFieldColumn; i < columns().size(); ++i)
+    if (m_headings > MaxColumns)
+        return Fault{"has more than " + std::to_string(MaxColumns) + " columns", m_table.file};
+    for (std::size_t i = UnitsColumn; i < columns().size(); ++i)
         if (!m_places[i]) m_table.missingColumns.push_back(columns()[i].name);
     return success();
 }
@@ -207,53 +159,78 @@ bool TableBuilder::isNumeric(std::size_t column) const {
     return isRead(column) && *m_columns[column] >= FirstFieldColumn;
 }
 
+const Cell& TableBuilder::cellOf(std::size_t column, const std::vector<Cell>& cells) const {
+    static const Cell none;
+    const auto place = m_places[column];
+    return place && *place < cells.size() ? cells[*place] : none;
+}
+
+bool TableBuilder::takesFault(const CaseRow& row) const {
+    return row.faults.size() < (m_faults < MaxFaults ? MaxFaultsOfRow : 1);
+}
+
+void TableBuilder::addFault(CaseRow& row, std::string why, std::size_t place,
+                            std::string_view name) {
+    if (!takesFault(row)) return;
+    ++m_faults;
+    std::string where = "row " + std::to_string(row.number) + ", column " + columnLetters(place);
+    if (!name.empty()) where += " (" + std::string(name) + ")";
+    row.faults.push_back({std::move(why), std::move(where)});
+}
+
 Status TableBuilder::addRow(std::uint32_t number, const std::vector<Cell>& cells,
                             const DecimalSigns& signs) {
-    const bool blank = std::all_of(cells.begin(), cells.end(), [](const Cell& cell) {
-        return cell.kind == Cell::Kind::Blank ||
-               (cell.kind == Cell::Kind::Text && trimmed(cell.text).empty());
-    });
-    if (blank) return success();
+    if (std::all_of(cells.begin(), cells.end(), isBlank)) return success();
     if (m_table.rows.size() == MaxRows)
         return Fault{"the table has more than " + std::to_string(MaxRows) + " cases", m_table.file};
     CaseRow& row = m_table.rows.emplace_back();
     row.number = number;
-    static const Cell none;
-    const auto cellOf = [&](std::size_t column) -> const Cell& {
-        const auto place = m_places[column];
-        return place && *place < cells.size() ? cells[*place] : none;
-    };
-    const auto fail = [&](std::size_t column, std::string why) {
-        if (row.faults.size() >= MaxFaultsOfRow) return;
-        row.faults.push_back({std::move(why), "row " + std::to_string(number) + ", column " +
-                                                  columnLetters(*m_places[column]) + " (" +
-                                                  columns()[column].name + ")"});
-    };
+    if (m_wholeRows && cells.size() < m_headings)
+        addFault(row,
+                 "the row ends here, while the headings go on to column " +
+                     columnLetters(m_headings - 1) +
+                     "; a row that may have been cut off is not read. Blank cells need their "
+                     "separators, too",
+                 cells.size() - 1, {});
     for (std::size_t i = m_columns.size(); i < cells.size(); ++i) {
-        if (cells[i].kind == Cell::Kind::Blank || trimmed(cells[i].text).empty()) continue;
-        row.faults.push_back({"this cell has no heading above it; a separator within a cell needs "
-                              "quotes around the cell",
-                              "row " + std::to_string(number) + ", column " + columnLetters(i)});
+        if (isBlank(cells[i])) continue;
+        addFault(row,
+                 "this cell has no heading above it; a separator within a cell needs quotes around "
+                 "the cell",
+                 i, {});
         break;
     }
+    readFields(row, cells, signs);
+    if (row.good()) computeAutomatic(row, cells);
+    return success();
+}
+
+void TableBuilder::readFields(CaseRow& row, const std::vector<Cell>& cells,
+                              const DecimalSigns& signs) {
+    const auto fail = [&](std::size_t column, std::string why) {
+        addFault(row, std::move(why), *m_places[column], columns()[column].name);
+    };
     std::int16_t units = project::English;
-    if (auto refused = readUnits(cellOf(UnitsColumn), units)) fail(UnitsColumn, *refused);
+    if (auto refused = readUnits(cellOf(UnitsColumn, cells), units)) fail(UnitsColumn, *refused);
+    row.blank[UnitsColumn] = m_places[UnitsColumn] && isBlank(cellOf(UnitsColumn, cells));
     row.current = project::newCase(units);
-    row.current.FileName = rowName(m_table.file, number);
+    row.current.FileName = rowName(m_table.file, row.number);
     std::string text;
-    if (auto refused = readText(cellOf(TitleColumn), text)) fail(TitleColumn, *refused);
+    if (auto refused = readText(cellOf(TitleColumn, cells), text)) fail(TitleColumn, *refused);
     setTitle(row.current, text);
     text.clear();
-    if (auto refused = readText(cellOf(DescriptionColumn), text)) fail(DescriptionColumn, *refused);
+    if (auto refused = readText(cellOf(DescriptionColumn, cells), text))
+        fail(DescriptionColumn, *refused);
     setDescription(row.current, text);
     std::size_t column = FirstFieldColumn;
     visitNumbers(row.current.Input, [&](std::string_view, project::FieldKind, auto& field) {
         using Field = std::remove_cvref_t<decltype(field)>;
         const std::size_t here = column++;
-        const Cell& cell = cellOf(here);
-        if (cell.kind == Cell::Kind::Blank ||
-            (cell.kind == Cell::Kind::Text && trimmed(cell.text).empty()))
+        const Cell& cell = cellOf(here, cells);
+        if (isBlank(cell)) {
+            row.blank[here] = m_places[here].has_value();
             return;
+        }
         const auto value = readNumber(cell, columns()[here], signs);
         if (!value) return fail(here, value.fault().message);
         if constexpr (std::is_same_v<Field, float>)
@@ -263,7 +240,67 @@ Status TableBuilder::addRow(std::uint32_t number, const std::vector<Cell>& cells
     });
     // As the reader of case files has it: a panel has at least one entry.
     if (row.current.Input.NumberEntries == 0) row.current.Input.NumberEntries = 1;
+    // Behind the last entry there is nothing to be given.
+    for (int i = project::distanceCount(row.current.Input) + 1; i < project::MaxEntries; ++i)
+        row.blank[distanceColumn(i)] = false;
+}
+
+void TableBuilder::computeAutomatic(CaseRow& row, const std::vector<Cell>& cells) {
+    static const std::size_t breadth = *columnOf("BreadthAMZ");
+    static const std::size_t factor = *columnOf("ArchFactor");
+    project::ProjectInput& in = row.current.Input;
+    const auto take = [&](std::size_t column, auto& field, auto value) {
+        field = value;
+        row.automatic[column] = true;
+        row.blank[column] = false;
+    };
+    if (in.AMZ == 1 && in.BreadthAMZ == 0)
+        if (const auto made = project::automaticAMZBreadth(in.DepthCover, row.current.Units))
+            take(breadth, in.BreadthAMZ, *made);
+    if (in.Arch == 1 && (in.ArchFactor == 0 || isBlank(cellOf(factor, cells)))) {
+        const float made = project::automaticArchFactor(in, row.current.Units);
+        if (std::isfinite(made)) take(factor, in.ArchFactor, made);
+    }
+}
+
+Status TableBuilder::refuseMerged(std::uint32_t firstRow, std::size_t firstColumn,
+                                  std::uint32_t lastRow, std::size_t lastColumn) {
+    constexpr std::size_t most = MaxRows * 64;
+    std::vector<std::size_t> inside;
+    for (std::size_t column = UnitsColumn; column < columns().size(); ++column)
+        if (m_places[column] && *m_places[column] >= firstColumn && *m_places[column] <= lastColumn)
+            inside.push_back(column);
+    ++m_merged;
+    if (!inside.empty()) {
+        const std::string first = columnLetters(firstColumn) + std::to_string(firstRow);
+        auto row = std::lower_bound(
+            m_table.rows.begin(), m_table.rows.end(), firstRow,
+            [](const CaseRow& each, std::uint32_t wanted) { return each.number < wanted; });
+        for (; row != m_table.rows.end() && row->number <= lastRow; ++row) {
+            m_merged += inside.size();
+            for (const std::size_t column : inside)
+                if ((row->number != firstRow || *m_places[column] != firstColumn) &&
+                    takesFault(*row))
+                    addFault(*row,
+                             "the cell is merged with " + first +
+                                 "; unmerge the cells and give each its own value",
+                             *m_places[column], columns()[column].name);
+        }
+    }
+    if (m_merged > most) return Fault{"has merged cells over each other", m_table.file};
     return success();
+}
+
+CaseTable TableBuilder::take() {
+    // Computed in every row, it takes no value of a new case.
+    std::erase_if(m_table.missingColumns, [this](const std::string& name) {
+        const std::size_t column = *columnOf(name);
+        return !m_table.rows.empty() &&
+               std::all_of(m_table.rows.begin(), m_table.rows.end(), [column](const CaseRow& row) {
+                   return !row.good() || row.automatic[column];
+               });
+    });
+    return std::move(m_table);
 }
 
 const CaseRow* CaseTable::row(std::uint32_t number) const {
@@ -275,24 +312,6 @@ const CaseRow* CaseTable::row(std::uint32_t number) const {
 
 std::string rowName(const std::string& file, std::uint32_t number) {
     return file + "#" + std::to_string(number);
-}
-
-std::vector<std::string> remarks(const CaseTable& table) {
-    const auto list = [](const std::vector<std::string>& names) {
-        std::string out;
-        for (const std::string& name : names)
-            out += (out.empty() ? "" : ", ") + name;
-        return out;
-    };
-    std::vector<std::string> lines;
-    if (table.laterSheet) lines.push_back("read from the sheet \"" + table.sheet + "\"");
-    if (!table.unknownColumns.empty())
-        lines.push_back("columns that are no input field and are not read: " +
-                        list(table.unknownColumns));
-    if (!table.missingColumns.empty())
-        lines.push_back("fields without a column, which take the values of a new case: " +
-                        list(table.missingColumns));
-    return lines;
 }
 
 } // namespace telvo::table

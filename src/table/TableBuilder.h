@@ -2,6 +2,7 @@
 #pragma once
 
 #include "table/CaseTable.h"
+#include "table/DecimalSigns.h"
 
 #include <cstdint>
 #include <optional>
@@ -26,29 +27,14 @@ struct Cell {
     double number = 0;
 };
 
-/// The decimal signs that the numbers of a table have. A table in text keeps one sign; which one
-/// shows only from all of its numbers: "1,234" alone may be 1.234 or 1234.
-class DecimalSigns {
-  public:
-    /// Given: commaPossible  false where the comma separates the cells
-    explicit DecimalSigns(bool commaPossible = false) : m_commaPossible(commaPossible) {}
-
-    /// Takes note of a cell of a column of numbers.
-    void note(std::string_view text);
-    /// The text with "." as its decimal sign, or why it cannot be read.
-    Result<std::string> read(std::string_view text) const;
-
-  private:
-    bool m_commaPossible;
-    bool m_comma = false;      // like 6,5
-    bool m_maybeComma = false; // like 1,234
-    bool m_point = false;      // like 6.5
-};
-
 /// Makes a table of rows of cells: finds the columns by the headings, reads the cells of each row.
 class TableBuilder {
   public:
-    explicit TableBuilder(std::string file) { m_table.file = std::move(file); }
+    /// Given: wholeRows  whether a row has a cell for each heading, and was cut off where it has
+    ///                   not: so in text, while workbooks leave blank cells out
+    TableBuilder(std::string file, bool wholeRows) : m_wholeRows(wholeRows) {
+        m_table.file = std::move(file);
+    }
 
     /// Whether one of the headings is an input field.
     static bool namesField(const std::vector<std::string>& headings);
@@ -62,15 +48,30 @@ class TableBuilder {
     /// Reads a row; a blank one is skipped. Faults: the table has too many rows.
     Status addRow(std::uint32_t number, const std::vector<Cell>& cells, const DecimalSigns& signs);
 
-    CaseTable take() { return std::move(m_table); }
-    const CaseTable& table() const { return m_table; }
-    void setSheet(std::string name, bool isLater) {
-        m_table.sheet = std::move(name);
-        m_table.laterSheet = isLater;
-    }
+    /// Refuses the cells of a merged range but the first one: a spreadsheet shows its value for all
+    /// of them, while the file may hold nothing or something else there. Rows and columns count
+    /// from 1 and 0. Faults: more ranges over each other than a sheet can have.
+    Status refuseMerged(std::uint32_t firstRow, std::size_t firstColumn, std::uint32_t lastRow,
+                        std::size_t lastColumn);
+
+    /// The table, once; nothing may be added afterwards.
+    CaseTable take();
+    std::size_t rowCount() const { return m_table.rows.size(); }
+    void setSheet(std::string name) { m_table.sheet = std::move(name); }
+    void setOpenRow(std::uint32_t number) { m_table.openRow = number; }
 
   private:
+    bool takesFault(const CaseRow& row) const;
+    void addFault(CaseRow& row, std::string why, std::size_t place, std::string_view name);
+    void readFields(CaseRow& row, const std::vector<Cell>& cells, const DecimalSigns& signs);
+    void computeAutomatic(CaseRow& row, const std::vector<Cell>& cells);
+    const Cell& cellOf(std::size_t column, const std::vector<Cell>& cells) const;
+
     CaseTable m_table;
+    bool m_wholeRows;
+    std::size_t m_headings = 0; // up to the last one that is not blank
+    std::size_t m_faults = 0;
+    std::size_t m_merged = 0;                          // cells of merged ranges
     std::vector<std::optional<std::size_t>> m_columns; // of the file: which column it is
     std::vector<std::optional<std::size_t>> m_places;  // of each column: where it is in the file
 };

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "base/Result.h"
+#include "table/ReadWatch.h"
 
+#include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -47,9 +50,41 @@ class XmlHandler {
     std::optional<std::string> m_fault;
 };
 
+/// What the parts of one workbook may cost together, whatever they hold. A small packed file can
+/// ask for any amount of memory and time; bytes alone do not bound either.
+class XmlBudget {
+  public:
+    explicit XmlBudget(const ReadWatch& watch) : m_watch(watch) {}
+
+    /// What a parser finds. Rows, cells and their values are nearly all of a workbook.
+    enum Event { CellElement, OtherElement, Characters };
+    /// Pays for an event. False when nothing is left.
+    bool pay(Event event) { return m_left[event] > 0 && --m_left[event] > 0; }
+    /// Why the reading has to end: it was stopped, or has taken too long.
+    std::optional<std::string> ended() const;
+    const ReadWatch& watch() const { return m_watch; }
+
+  private:
+    static constexpr std::chrono::seconds MostTime{120};
+
+    const ReadWatch& m_watch;
+    // A table of the most rows with every column has 21 million cells and values.
+    std::uint64_t m_left[3] = {40'000'000, 5'000'000, 40'000'000};
+    std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+};
+
+/// Deepest nesting of elements; a workbook has some 10.
+inline constexpr int MaxXmlDepth = 64;
+/// Most bytes of a tag with its attributes, or of a comment.
+inline constexpr std::size_t MaxXmlToken = std::size_t{1} << 20;
+/// Most different names of elements, and of attributes; a part has some 100.
+inline constexpr std::size_t MaxXmlNames = 2000;
+
 /// Reads XML block by block, never as a whole. A document type is refused: workbooks have none, and
 /// entities can blow a small text up.
-/// Faults: what the handler refuses, a text that is no XML, bytes that cannot be read.
-Status readXml(const PartReader& part, XmlHandler& handler, const std::string& where);
+/// Faults: what the handler refuses, a text that is no XML, one beyond the limits, bytes that
+/// cannot be read, too little memory.
+Status readXml(const PartReader& part, XmlHandler& handler, const std::string& where,
+               XmlBudget& budget);
 
 } // namespace telvo::table

@@ -26,9 +26,16 @@ constexpr WholeColumn WholeColumns[] = {
     {"Anal", "Loading condition", 0, 3,
      "0 development, 1 one active section, 2 with one side gob, 3 with two"},
     {"Reserved", "Kept with the case, used by nothing", -32768, 32767, "-32768 to 32767"},
-    {"AMZ", "Breadth of the active mining zone is computed from the depth of cover", 0, 1,
-     "0 no, 1 yes"},
-    {"Arch", "Pressure arch factor is computed", 0, 1, "0 no, 1 yes"},
+    {"AMZ",
+     "1: a BreadthAMZ that is blank or 0 is computed from DepthCover when the table is read, and "
+     "the "
+     "parameter form keeps it so; the analysis uses what BreadthAMZ holds",
+     0, 1, "0 no, 1 yes"},
+    {"Arch",
+     "1: the analysis computes the pressure arch factor that it uses, whatever ArchFactor holds; "
+     "an "
+     "ArchFactor that is blank or 0 gets what the parameter form would show",
+     0, 1, "0 no, 1 yes"},
     {"RowA", "Row A of pillars is left, beside the first side barrier", 0, 1, "0 no, 1 yes"},
     {"RowB", "Row B of pillars is left, beside the second side barrier", 0, 1, "0 no, 1 yes"},
     {"RowC", "Row C of pillars is left", 0, 1, "0 no, 1 yes"},
@@ -66,6 +73,8 @@ Column describedColumn(std::string_view name, project::FieldKind kind) {
             column.meaning = std::string(field.group) + ": " + std::string(field.label);
         column.valid = field.valid;
     }
+    if (name == "BreadthAMZ") column.valid += "; blank or 0 with AMZ 1: computed";
+    if (name == "ArchFactor") column.valid += "; blank or 0 with Arch 1: computed";
     return column;
 }
 
@@ -91,10 +100,17 @@ std::vector<Column> makeColumns() {
 }
 
 std::string folded(std::string_view heading) {
+    constexpr std::string_view passed = " \t\r\n.()";
+    constexpr std::string_view noBreakBlank = "\xC2\xA0";
     std::string out;
-    for (const char c : heading) {
-        if (c == ' ' || c == '.' || c == '(' || c == ')' || c == '\t') continue;
-        out += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    for (std::size_t i = 0; i < heading.size(); ++i) {
+        const char c = heading[i];
+        if (heading.substr(i, noBreakBlank.size()) == noBreakBlank) {
+            ++i;
+            continue;
+        }
+        if (passed.find(c) == std::string_view::npos)
+            out += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     }
     return out;
 }
@@ -122,6 +138,11 @@ std::optional<std::size_t> columnOf(std::string_view heading) {
     const auto found = byName.find(folded(heading));
     if (found == byName.end()) return std::nullopt;
     return found->second;
+}
+
+std::size_t distanceColumn(int distance) {
+    static const std::size_t first = *columnOf(DistanceColumns[0]);
+    return first + static_cast<std::size_t>(distance - 1);
 }
 
 std::string columnLetters(std::size_t index) {

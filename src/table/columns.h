@@ -53,8 +53,12 @@ struct Column {
 /// All columns.
 const std::vector<Column>& columns();
 
-/// The column that a heading names: capitals, blanks, points and parentheses do not count.
+/// The column that a heading names: capitals, blanks, line
+/// breaks, points and parentheses do not count.
 std::optional<std::size_t> columnOf(std::string_view heading);
+
+/// The column of a center-to-center distance, 1 to 9.
+std::size_t distanceColumn(int distance);
 
 /// How a spreadsheet names a column counted from 0: A, Z, AA.
 std::string columnLetters(std::size_t index);

@@ -12,8 +12,9 @@ namespace telvo::table {
 namespace {
 
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
-constexpr std::size_t MostColumns = 16384; // of a spreadsheet
+constexpr std::size_t MostCells = 16384; // of a row, as in a spreadsheet
 constexpr std::size_t MostNotes = 10;
+constexpr std::size_t MostHeadingBytes = std::size_t{1} << 20; // looked at to tell a table
 
 /// Splits a text into rows of cells.
 class CsvScanner {
@@ -21,6 +22,8 @@ class CsvScanner {
     CsvScanner(std::string_view text, char separator) : m_rest(text), m_separator(separator) {}
 
     bool atEnd() const { return m_rest.empty(); }
+    /// Whether a line end stands behind the row that was read last.
+    bool hadLineEnd() const { return m_lineEnd; }
     /// Number of the next row; a row of several lines counts as one, as in a spreadsheet.
     std::uint32_t row() const { return m_row; }
 
@@ -29,8 +32,9 @@ class CsvScanner {
     std::optional<std::string> next(std::vector<std::string>& cells, std::size_t& count) {
         count = 0;
         ++m_row;
+        m_lineEnd = false;
         while (true) {
-            if (count == MostColumns) return "has more than 16384 cells";
+            if (count == MostCells) return "has more than 16384 cells";
             if (count == cells.size()) cells.emplace_back();
             std::string& cell = cells[count++];
             cell.clear();
@@ -46,6 +50,7 @@ class CsvScanner {
             const char c = m_rest.front();
             m_rest.remove_prefix(1);
             if (c == m_separator) continue;
+            m_lineEnd = true;
             if (c == '\r' && m_rest.starts_with('\n')) m_rest.remove_prefix(1);
             return std::nullopt;
         }
@@ -68,14 +73,22 @@ class CsvScanner {
     std::string_view m_rest;
     char m_separator;
     std::uint32_t m_row = 0;
+    bool m_lineEnd = false;
 };
+
+/// Number of line ends, each of which may be CR LF, LF or CR.
+std::uint32_t lineEndCount(std::string_view text) {
+    std::uint32_t count = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if (text[i] == '\n' || (text[i] == '\r' && text.substr(i + 1, 1) != "\n")) ++count;
+    return count;
+}
 
 /// Why bytes are no text at all.
 std::optional<std::string> notText(std::string_view bytes) {
     if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF"))
         return "is text in UTF-16; save it as CSV in UTF-8";
-    if (bytes.starts_with("PK\x03\x04"))
-        return "is a packed file, such as a workbook; the name of a workbook ends in .xlsx";
+    if (bytes.starts_with("PK\x03\x04")) return "is a packed file, such as a workbook, and no text";
     if (bytes.starts_with("\xD0\xCF\x11\xE0"))
         return "is an old workbook (.xls); save it as .xlsx or CSV";
     if (bytes.find('\0') != std::string_view::npos) return "is not text";
@@ -107,11 +120,10 @@ char foundSeparator(std::string_view text) {
 std::optional<char> namedSeparator(std::string_view& text) {
     if (text.size() < 6 || !text.starts_with("sep=")) return std::nullopt;
     const char separator = text[4];
-    const auto end = text.find('\n');
-    if (trimmed(text.substr(5, end == std::string_view::npos ? end : end - 5))
-            .find_first_not_of("\r") != std::string_view::npos)
-        return std::nullopt;
-    text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+    const auto end = std::min(text.find_first_of("\r\n"), text.size());
+    if (!trimmed(text.substr(5, end - 5)).empty()) return std::nullopt;
+    const bool both = text.substr(end, LineBreak.size()) == LineBreak;
+    text.remove_prefix(std::min(end + (both ? 2 : 1), text.size()));
     return separator;
 }
 
@@ -132,7 +144,20 @@ void appendCell(std::string& out, std::string_view text, char separator) {
 
 } // namespace
 
-Result<CaseTable> readCsv(std::string_view bytes, const std::string& file) {
+bool looksLikeCsv(std::string_view bytes) {
+    if (bytes.starts_with(Utf8Mark)) bytes.remove_prefix(Utf8Mark.size());
+    const auto named = namedSeparator(bytes);
+    bytes.remove_prefix(std::min(bytes.find_first_not_of("\r\n"), bytes.size()));
+    bytes = bytes.substr(0, MostHeadingBytes);
+    std::vector<std::string> cells;
+    std::size_t count = 0;
+    CsvScanner scanner(bytes, named ? *named : foundSeparator(bytes));
+    if (bytes.empty() || scanner.next(cells, count)) return false;
+    cells.resize(count);
+    return TableBuilder::namesField(cells);
+}
+
+Result<CaseTable> readCsv(std::string_view bytes, const std::string& file, const ReadWatch& watch) {
     if (auto why = notText(bytes)) return Fault{*why, file};
     const std::string decoded = isValidUtf8(bytes) ? std::string() : asUtf8(bytes);
     std::string_view text = decoded.empty() ? bytes : std::string_view(decoded);
@@ -143,22 +168,24 @@ Result<CaseTable> readCsv(std::string_view bytes, const std::string& file) {
                      file};
     const auto start = text.find_first_not_of("\r\n");
     if (start == std::string_view::npos) return Fault{"the table is empty", file};
-    const auto blankLines = text.substr(0, start);
-    const auto linesBefore =
-        static_cast<std::uint32_t>(std::count(blankLines.begin(), blankLines.end(), '\n'));
+    const std::uint32_t linesBefore = lineEndCount(text.substr(0, start));
     text.remove_prefix(start);
     const char separator = named ? *named : foundSeparator(text);
 
-    TableBuilder builder(file);
+    TableBuilder builder(file, true);
     const auto scan = [&](auto&& take) -> std::optional<Fault> {
         CsvScanner scanner(text, separator);
         std::vector<std::string> cells;
         std::size_t count = 0;
         while (!scanner.atEnd()) {
             const std::uint32_t row = scanner.row() + 1 + linesBefore;
+            if (row % RowsPerLook == 0) {
+                if (watch.stopped()) return Fault{ReadingStopped, file};
+                watch.tell(builder.rowCount());
+            }
             if (auto why = scanner.next(cells, count))
                 return Fault{*why, file + ", row " + std::to_string(row)};
-            if (auto fault = take(row, cells, count)) return fault;
+            if (auto fault = take(row, cells, count, scanner.hadLineEnd())) return fault;
         }
         return std::nullopt;
     };
@@ -166,7 +193,7 @@ Result<CaseTable> readCsv(std::string_view bytes, const std::string& file) {
     DecimalSigns signs(separator != ',');
     bool headed = false;
     const auto fault = scan([&](std::uint32_t row, const std::vector<std::string>& cells,
-                                std::size_t count) -> std::optional<Fault> {
+                                std::size_t count, bool) -> std::optional<Fault> {
         if (!headed) {
             headed = true;
             const Status done = builder.setHeadings(
@@ -181,15 +208,20 @@ Result<CaseTable> readCsv(std::string_view bytes, const std::string& file) {
     std::vector<Cell> row;
     headed = false;
     const auto again = scan([&](std::uint32_t number, std::vector<std::string>& cells,
-                                std::size_t count) -> std::optional<Fault> {
+                                std::size_t count, bool hadLineEnd) -> std::optional<Fault> {
         if (!std::exchange(headed, true)) return std::nullopt;
         row.resize(count);
         for (std::size_t i = 0; i < count; ++i) {
             row[i].kind = cells[i].empty() ? Cell::Kind::Blank : Cell::Kind::Text;
             std::swap(row[i].text, cells[i]);
+            if (row[i].text.size() > MaxCellBytes)
+                row[i] = {Cell::Kind::Refused, "the text is longer than a cell can hold", 0};
         }
+        const std::size_t before = builder.rowCount();
         const Status added = builder.addRow(number, row, signs);
-        return added ? std::nullopt : std::optional(added.fault());
+        if (!added) return added.fault();
+        if (!hadLineEnd && builder.rowCount() > before) builder.setOpenRow(number);
+        return std::nullopt;
     });
     if (again) return *again;
     return builder.take();
@@ -218,6 +250,8 @@ Result<CsvText> writeCsv(std::span<const project::ProjectCase> cases, char separ
         for (std::size_t i = 0; i < cells->size(); ++i) {
             const CellValue& cell = (*cells)[i];
             if (!cell.blank) appendCell(out.bytes, cell.text, separator);
+            if (cell.isNumber && separator != ',' && maybeThousands(cell.text, '.'))
+                out.bytes += '0';
             endCell(i);
             if (cell.isNumber || cell.text.empty() ||
                 std::string_view("=+-@").find(cell.text.front()) == std::string_view::npos)

@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "table/CaseTable.h"
+#include "table/ReadWatch.h"
 
 #include <span>
 #include <string>
@@ -14,10 +15,17 @@ namespace telvo::table {
 
 /// Reads a table in text. The separator is the one that makes the most headings known; a first line
 /// "sep=;" names it. Valid UTF-8, with or without byte order mark, is read as such, anything else
-/// as Windows-1252. Semicolon and tab leave room for a decimal comma. Faults: what is no such text,
-/// headings that are missing or stand twice, a quote without its end. Given: file  how messages
-/// name it
-Result<CaseTable> readCsv(std::string_view bytes, const std::string& file);
+/// as Windows-1252. Semicolon and tab leave room for a decimal comma. A row has a cell for each
+/// heading; a shorter one is refused, because it may have been cut off.
+/// Faults: what is no such text, headings that are missing or stand twice, a quote without its end,
+/// the watch that ends the reading.
+/// Given: file  how messages name it
+Result<CaseTable> readCsv(std::string_view bytes, const std::string& file,
+                          const ReadWatch& watch = {});
+
+/// Whether bytes are a table in text, whatever the file is called: the first row names an input
+/// field.
+bool looksLikeCsv(std::string_view bytes);
 
 struct CsvText {
     std::string bytes;              ///< UTF-8, lines ended by CR LF
@@ -26,8 +34,9 @@ struct CsvText {
 
 /// Writes a table in text. Texts stand as they are, so that they read back unchanged: one that
 /// begins like a formula is not altered but noted, because a spreadsheet that opens the file
-/// computes it. Faults: a value that no reader would accept; `where` names case and column. Given:
-/// separator  ',' ';' or a tab
+/// computes it. Where the comma may be a decimal sign, 1.234 stands as 1.2340, which nobody takes
+/// for a whole number. Faults: a value that no reader would accept; `where` names case and column.
+/// Given: separator  ',' ';' or a tab
 Result<CsvText> writeCsv(std::span<const project::ProjectCase> cases, char separator);
 
 } // namespace telvo::table

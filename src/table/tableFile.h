@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "table/CaseTable.h"
+#include "table/ReadWatch.h"
 
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@ namespace telvo::table {
 inline constexpr std::string_view WorkbookEnding = ".xlsx";
 
 /// Reads a table from a file, as text or as a workbook, whichever it is.
-Result<CaseTable> readTableFile(const std::string& path);
+/// Faults: those of readFile(), readCsv() and readWorkbook(), too little memory.
+Result<CaseTable> readTableFile(const std::string& path, const ReadWatch& watch = {});
 
 } // namespace telvo::table

@@ -102,7 +102,9 @@ void writeHeadings(Book& book, lxw_worksheet* sheet, std::span<const std::string
 }
 
 /// The sheet of the cases. Returned: whether numbers stand in it that exactNumbers() has to put in.
-bool writeCases(Book& book, lxw_worksheet* sheet, std::span<const project::ProjectCase> cases) {
+/// Given: left  columns whose cells stay blank
+bool writeCases(Book& book, lxw_worksheet* sheet, std::span<const project::ProjectCase> cases,
+                const ColumnSet& left) {
     std::vector<std::string> names;
     for (std::size_t i = 0; i < columns().size(); ++i) {
         const Column& column = columns()[i];
@@ -129,7 +131,7 @@ bool writeCases(Book& book, lxw_worksheet* sheet, std::span<const project::Proje
         for (std::size_t i = 0; i < cells->size(); ++i) {
             const CellValue& cell = (*cells)[i];
             const auto column = static_cast<lxw_col_t>(i);
-            if (cell.blank) continue;
+            if (cell.blank || left[i]) continue;
             if (cell.isNumber && !needsExactNumber(cell.text)) {
                 book.check(worksheet_write_number(sheet, row, column, cell.number, nullptr), "");
                 continue;
@@ -183,9 +185,7 @@ void writeColumns(Book& book, lxw_worksheet* sheet) {
     }
 }
 
-} // namespace
-
-Result<std::string> writeWorkbook(std::span<const project::ProjectCase> cases) {
+Result<std::string> writeBook(std::span<const project::ProjectCase> cases, const ColumnSet& left) {
     if (cases.size() > MaxRows)
         return Fault{"a table has at most " + std::to_string(MaxRows) + " cases", {}};
     std::error_code error;
@@ -199,7 +199,7 @@ Result<std::string> writeWorkbook(std::span<const project::ProjectCase> cases) {
         const PointLocale point;
         Book book(path);
         lxw_worksheet* sheet = book.addSheet("Cases");
-        if (!book.fault()) inexact = writeCases(book, sheet, cases);
+        if (!book.fault()) inexact = writeCases(book, sheet, cases, left);
         if (!book.fault()) writeColumns(book, book.addSheet("Columns"));
         book.close();
         if (book.fault()) return *book.fault();
@@ -209,10 +209,36 @@ Result<std::string> writeWorkbook(std::span<const project::ProjectCase> cases) {
     return withExactNumbers(*bytes);
 }
 
-Result<std::string> writeTemplate() {
+/// A panel of five entries under 500 ft that runs as it is.
+project::ProjectCase templateCase() {
     project::ProjectCase first = project::newCase(project::English);
     first.Title = "First case";
-    return writeWorkbook({&first, 1});
+    first.Description = "Example: replace these values by your own.";
+    first.DescriptionLines = 1;
+    project::ProjectInput& in = first.Input;
+    in.EntryHeight = 6;
+    in.DepthCover = 500;
+    in.EntryWidth = 20;
+    in.XcutSpacing = 80;
+    in.NumberEntries = 5;
+    for (int i = 1; i < in.NumberEntries; ++i)
+        in.XcutCenters[i] = 80;
+    return first;
+}
+
+} // namespace
+
+Result<std::string> writeWorkbook(std::span<const project::ProjectCase> cases) {
+    return writeBook(cases, {});
+}
+
+Result<std::string> writeTemplate() {
+    const project::ProjectCase first = templateCase();
+    // A copy of the row with another depth gets the values of that depth.
+    ColumnSet automatic;
+    automatic.set(*columnOf("BreadthAMZ"));
+    automatic.set(*columnOf("ArchFactor"));
+    return writeBook({&first, 1}, automatic);
 }
 
 } // namespace telvo::table

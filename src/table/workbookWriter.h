@@ -16,7 +16,8 @@ namespace telvo::table {
 /// case and column.
 Result<std::string> writeWorkbook(std::span<const project::ProjectCase> cases);
 
-/// The workbook to begin a table with: one row with the values of a new case.
+/// The workbook to begin a table with: one row that runs as it is, whose automatic values are left
+/// to be computed when it is read.
 Result<std::string> writeTemplate();
 
 } // namespace telvo::table

@@ -53,13 +53,28 @@ class ZipPart {
     std::shared_ptr<std::uint64_t> m_unpacked;
 };
 
+constexpr std::size_t MaxParts = 10'000;
+
+/// Number of entries in the directory of a packed file, at most; the library takes some hundred
+/// bytes of memory for each before it tells their number.
+std::size_t entryCount(std::string_view bytes) {
+    constexpr std::string_view mark = "PK\x01\x02";
+    std::size_t count = 0;
+    for (auto at = bytes.find(mark); at != std::string_view::npos && count <= MaxParts;
+         at = bytes.find(mark, at + mark.size()))
+        ++count;
+    return count;
+}
+
 } // namespace
 
-Result<CaseTable> readWorkbook(std::string_view bytes, const std::string& file) {
+Result<CaseTable> readWorkbook(std::string_view bytes, const std::string& file,
+                               const ReadWatch& watch) {
     if (bytes.starts_with("\xD0\xCF\x11\xE0"))
         return Fault{"is an old workbook (.xls) or one with a password; save it as .xlsx without a "
                      "password",
                      file};
+    if (entryCount(bytes) > MaxParts) return Fault{"has too many parts for a workbook", file};
     ErrorText error;
     zip_source_t* source = zip_source_buffer_create(bytes.data(), bytes.size(), 0, &error.error);
     zip_t* opened = source ? zip_open_from_source(source, ZIP_RDONLY, &error.error) : nullptr;
@@ -86,7 +101,7 @@ Result<CaseTable> readWorkbook(std::string_view bytes, const std::string& file) 
         return std::optional<PartReader>(
             [reader](char* into, std::size_t size) { return reader->read(into, size); });
     };
-    return readWorkbookParts(parts, file);
+    return readWorkbookParts(parts, file, watch);
 }
 
 } // namespace telvo::table

@@ -71,6 +71,12 @@ class Cli : public testing::Test {
         write("odd#2", plain);
         write("odd", plain);
         write("bad.csv", "Seam;Title;DepthCover;EntryHeight\na;One;6,5;7\nb;Two;deep;7\n");
+        write("short.csv", "DepthCover,EntryHeight,Units\n5,6,0\n5\n7,6,0");
+        const char ods[] = // a packed file whose only part is "content.xml"
+            "PK\x03\x04\x14\0\0\0\0\0\0\0!\0\0\0\0\0\0\0\0\0\0\0\0\0\x0b\0\0\0content.xml"
+            "PK\x01\x02\x14\x03\x14\0\0\0\0\0\0\0!\0\0\0\0\0\0\0\0\0\0\0\0\0\x0b\0\0\0\0\0\0\0\0\0"
+            "\0\0\x80\x01\0\0\0\0content.xmlPK\x05\x06\0\0\0\0\x01\0\x01\0\x39\0\0\0\x29\0\0\0\0\0";
+        write("old.ods", string(ods, sizeof ods - 1));
         ASSERT_EQ(run("table export metric.TLV plain.TLV -o two.csv").status, 0);
     }
     void TearDown() override { fs::remove_all(m_folder); }
@@ -171,6 +177,48 @@ TEST_F(Cli, CasesComeThroughEveryTableUnchangedAndReplaceNothing) {
                   replaced(run("report gobs.TLV").out, "gobs.TLV", table + "#4"));
     }
 }
+
+TEST_F(Cli, TablesAreKnownByTheirContentAndPassThroughPipes) {
+    ASSERT_EQ(run("table export metric.TLV plain.TLV -o two.xlsx").status, 0);
+    const string wanted = run("results two.csv --format csv").out;
+    for (const string table : {"two.csv", "two.xlsx"}) {
+        string named = wanted;
+        for (auto at = named.find("two.csv#"); at != string::npos; at = named.find("two.csv#"))
+            named.replace(at, 8, "-#");
+        const Ran piped = run("results - --format csv", read(table));
+        EXPECT_EQ(piped.out, named) << table << piped.err;
+        EXPECT_EQ(run("check -- -#3", read(table)).out, "OK\n");
+        EXPECT_EQ(run("check -- -#4", read(table)).out, "standard input: row 4 has no case\n");
+        // Whatever the file is called, and where it can be read but once.
+        write("table.dat", read(table));
+        EXPECT_EQ(run("check table.dat").out, "table.dat#2: OK\ntable.dat#3: OK\n");
+        ASSERT_EQ(std::system(("cd '" + m_folder.string() +
+                               "' && rm -f pipe && mkfifo pipe && (cat " + table + " > pipe &)")
+                                  .c_str()),
+                  0);
+        EXPECT_EQ(run("check pipe").out, "pipe#2: OK\npipe#3: OK\n");
+    }
+    EXPECT_EQ(run("check -- - -#2", read("two.csv")).status, 2);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) // whose own memory is more than the limit
+TEST_F(Cli, AFileThatNeedsTooMuchMemoryLeavesTheOthersAlone) {
+    string large = "DepthCover,Title\n";
+    for (int i = 0; i < 200'000; ++i)
+        large += "300," + string(100, 'x') + "\n";
+    write("large.csv", large);
+    write("stdin", "");
+    const string command = "cd '" + m_folder.string() +
+                           "' && ulimit -v 100000 && '" TELVO_CLI
+                           "' results --format json plain.TLV large.csv gobs.TLV >stdout 2>stderr";
+    EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 3);
+    EXPECT_NE(read("stderr").find("large.csv: there is not enough memory"), string::npos)
+        << read("stderr");
+    const string out = read("stdout");
+    EXPECT_TRUE(out.starts_with("[\n") && out.ends_with("\n]\n"));
+    EXPECT_NE(out.find("\"gobs.TLV\""), string::npos);
+}
+#endif
 
 using Values = std::map<string, string>;
 

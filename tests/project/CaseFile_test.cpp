@@ -143,6 +143,7 @@ TEST(CaseFile, TagAndEncodingAreRecognised) {
         {"byte-order mark", "\xEF\xBB\xBF" + text(), true}, {"Windows-1252", windows, true},
         {"item ends at a comma", text(Count, "", "TELVO_602,rest of the line"), true},
         {"line feeds alone", text(Count, "-", "", 53, "\n"), true},
+        {"carriage returns alone", text(Count, "-", "", 53, "\r"), true},
         {"no last line break", text().substr(0, text().size() - 2), true},
         {"more lines behind", text() + "extra\r\n\r\n", true}, {"empty", "", false},
         {"unknown level", text(Count, "", "TELVO_603"), false},

@@ -61,7 +61,11 @@ TEST(CsvTable, ColumnsAreFoundByNameAndTheRestTakesTheDefaultsOfItsUnits) {
     EXPECT_EQ(read->row(5)->current.Input.CoalStrength, 900);
     EXPECT_EQ(read->row(4), nullptr);
     EXPECT_EQ(read->unknownColumns, std::vector<string>{"A (seam)"});
-    EXPECT_EQ(read->missingColumns.size(), columns().size() - 3 - 2);
+    EXPECT_EQ(read->missingColumns.size(), columns().size() - 3 - 2 - 2)
+        << "breadth and arch factor are computed";
+    // What no cell gave: row 2 lacks nothing of its columns, row 5 its depth. The distance behind
+    // its last entry is none.
+    EXPECT_EQ(remarks(*read)[2], "blank cells take the values of a new case: DepthCover in row 5");
 }
 
 TEST(CsvTable, BadCellsAreNamedAndGoodRowsComeThrough) {
@@ -104,12 +108,128 @@ TEST(CsvTable, DecimalSignsAreReadRightOrNotAtAll) {
     EXPECT_EQ(depths(";", "a;6,5\na;1,234\na;-,5\na;0,125\n"), "6.5000 1.2340 -0.500 0.1250 ");
     EXPECT_EQ(depths("\t", "a\t6,5\n"), "6.5000 ");
     EXPECT_EQ(depths(";", "a;1,234\n"), "? ") << "a thousand, or a bit more than one";
-    EXPECT_EQ(depths(";", "a;1.234\n"), "1.2340 ");
+    EXPECT_EQ(depths(";", "a;1.234\n"), "? ") << "the same of the other sign";
+    EXPECT_EQ(depths(";", "a;1.2340\nb;1.234\n"), "1.2340 1.2340 ");
+    EXPECT_EQ(depths(",", "a,1.234\n"), "1.2340 ");
     EXPECT_EQ(depths(";", "a;6,5\na;1.234\n"), "6.5000 ? ") << "the point parts thousands here";
     EXPECT_EQ(depths(";", "a;6.5\na;6,5\na;1.234\n"), "6.5000 ? ? ");
     EXPECT_EQ(depths(";", "a;1.234,5\na;1,234.5\n"), "? ? ");
     EXPECT_EQ(depths(",", "a,\"6,5\"\na,6,5\na,7\n"), "? ? 7.0000 ");
     EXPECT_EQ(depths(";", "a;6,5E2\na; 7 \na;+\n"), "650.00 7.0000 ? ");
+}
+
+TEST(CsvTable, DoubtfulNumbersAreToldWithHowToWriteThem) {
+    const auto told = [](const string& bytes) {
+        const auto read = readCsv(bytes, "t.csv");
+        return read ? test::faults(*read) : faultText(read.fault());
+    };
+    const string where = "row 2, column B (DepthCover): ";
+    EXPECT_EQ(told("Title,DepthCover\na,\"1,500\"\n"),
+              where + "\"1,500\" is doubtful; write 1500 or 1.5\n");
+    EXPECT_EQ(told("Title;DepthCover\na;-1,234\n"),
+              where + "\"-1,234\" is doubtful; write -1234 or -1.2340\n");
+    EXPECT_EQ(told("Title;DepthCover\na;2.000\n"),
+              where + "\"2.000\" is doubtful, because a comma may be the decimal sign here; write "
+                      "2000 or 2.0\n");
+    // Written by this program it is not.
+    auto current = project::newCase(project::English);
+    current.Input.DepthCover = 412.125;
+    for (const char separator : {',', ';', '\t'}) {
+        const auto read = readCsv(writeCsv({&current, 1}, separator)->bytes, "t.csv");
+        EXPECT_EQ(read->rows.at(0).current.Input.DepthCover, 412.125);
+    }
+}
+
+TEST(CsvTable, WhatTheFileDoesNotHoldIsNeverMadeUpInSilence) {
+    // Depth 400 ft: 5 sqrt(400) = 100 ft; 1000 ft: 158.1 ft, as a whole number. Width 120 ft:
+    // 1 - 0.28 ln(400/120) = 0.663; ln(1000/120) gives 0.406.
+    const auto read = readCsv("DepthCover,NumberEntries,XcutCenters.1,XcutCenters.2,XcutCenters.3,"
+                              "AMZ,BreadthAMZ,Arch,ArchFactor,CoalStrength,Units\n"
+                              "400,3,60,60,,1,,1,,,0\n"
+                              "1000,3,60,60,,1,0,1,0,700,\n"
+                              "400,3,60,,,0,,0,,,0\n"
+                              "400,3,60,60,,1,112,1,0.5,700,0\n"
+                              "400,3,60,60,,1,112,1\n"
+                              "400,3,60,60,,1,112,1,0.5,700,0",
+                              "t.csv");
+    ASSERT_TRUE(read) << faultText(read.fault());
+    ASSERT_EQ(read->rows.size(), 6U);
+    const auto& in = read->rows[0].current.Input;
+    EXPECT_EQ(in.BreadthAMZ, 100);
+    EXPECT_EQ(in.ArchFactor, 0.66F);
+    EXPECT_EQ(in.CoalStrength, 900);
+    EXPECT_EQ(read->rows[1].current.Input.BreadthAMZ, 158);
+    EXPECT_EQ(read->rows[1].current.Input.ArchFactor, 0.41F);
+    EXPECT_EQ(read->rows[2].current.Input.BreadthAMZ, 0)
+        << "not automatic, and the check refuses it";
+    EXPECT_EQ(read->rows[3].current.Input.BreadthAMZ, 112) << "given, and kept";
+    EXPECT_EQ(
+        test::faults(*read),
+        "row 6, column H: the row ends here, while the headings go on to column K; a row that "
+        "may have been cut off is not read. Blank cells need their separators, too\n");
+    const auto lines = remarks(*read);
+    ASSERT_EQ(lines.size(), 4U);
+    EXPECT_EQ(lines[1],
+              "blank cells take the values of a new case: Units in row 3; XcutCenters.2 in "
+              "row 4; CoalStrength in rows 2, 4; BreadthAMZ in row 4; ArchFactor in row 4");
+    EXPECT_EQ(lines[2],
+              "not given and marked automatic, so computed on reading: BreadthAMZ in rows "
+              "2 to 3; ArchFactor in rows 2 to 3");
+    EXPECT_EQ(lines[3],
+              "row 7 is the last one and has no line end; look whether the file was cut off");
+    // Of one row, what concerns it.
+    EXPECT_EQ(remarks(*read, 4).size(), 2U);
+    EXPECT_EQ(remarks(*read, 5).size(), 1U);
+    EXPECT_EQ(
+        rowRemarks(read->rows[0]),
+        (std::vector<string>{"CoalStrength: blank; as in a new case, 900 psi",
+                             "BreadthAMZ: not given; computed, as it is marked automatic: 100 ft",
+                             "ArchFactor: not given; computed, as it is marked automatic: 0.66"}));
+}
+
+TEST(CsvTable, AFileThatWasCutOffNeverGivesOtherResultsInSilence) {
+    std::vector<project::ProjectCase> cases(2, project::newCase(project::English));
+    cases[1].Input.DepthCover = 437.25;
+    cases[1].Input.WidthD = 16.25F;
+    const string whole = writeCsv(cases, ',')->bytes;
+    const auto start = whole.rfind("\r\n", whole.size() - 3) + 2;
+    for (std::size_t cut = start + 1; cut < whole.size() - 1; ++cut) {
+        const auto read = readCsv(whole.substr(0, cut), "t.csv");
+        const bool told = !read || read->rows.size() < 2 || !read->rows[1].good() || read->openRow;
+        EXPECT_TRUE(told) << whole.substr(start, cut - start);
+    }
+}
+
+TEST(CsvTable, TablesAreKnownByTheirContent) {
+    EXPECT_TRUE(looksLikeCsv("\xEF\xBB\xBFTitle;DepthCover\n"));
+    EXPECT_TRUE(looksLikeCsv("sep=;\r\n\r\n\"Depth\nCover\";x"));
+    EXPECT_TRUE(looksLikeCsv("DepthCover\r"));
+    EXPECT_FALSE(looksLikeCsv(""));
+    EXPECT_FALSE(looksLikeCsv("Title,Units\nDepthCover\n"));
+    EXPECT_FALSE(looksLikeCsv("TELVO_602\n0\nDepthCover\n"));
+}
+
+TEST(CsvTable, RowListsAndFaultsStayShort) {
+    string many = "DepthCover,CoalStrength\n";
+    for (int i = 0; i < 30'000; ++i)
+        many += i % 2 == 0 ? "300,\n" : "x,y\n";
+    const auto read = readCsv(many, "t.csv");
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(remarks(*read)[1].ends_with(
+        "CoalStrength in rows 2, 4, 6, 8, 10, 12, 14, 16, 18, 20 and 14990 more"))
+        << remarks(*read)[1];
+    EXPECT_EQ(read->rows[1].faults.size(), 2U);
+    EXPECT_EQ(read->rows.back().faults.size(), 1U);
+    string wide = "DepthCover";
+    wide += string(MaxColumns, ',') + "CoalStrength\n";
+    EXPECT_NE(faultOf(wide).find("more than 1024 columns"), string::npos);
+    const auto longCell =
+        readCsv("DepthCover,Title\n3," + string(MaxCellBytes + 1, 'x') + "\n", "t");
+    EXPECT_NE(test::faults(*longCell).find("longer than a cell can hold"), string::npos);
+    std::stop_source stop;
+    stop.request_stop();
+    EXPECT_EQ(faultText(readCsv(many, "t.csv", {stop.get_token(), {}}).fault()),
+              "t.csv: the reading was stopped");
 }
 
 TEST(CsvTable, WhatIsNoTableIsTold) {

@@ -2,12 +2,16 @@
 #include "table/workbookReader.h"
 #include "table/workbookWriter.h"
 
+#include "project/checks.h"
 #include "table/cases.h"
 
 #include <algorithm>
 #include <clocale>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <stop_token>
+#include <tuple>
 #include <zip.h>
 
 using namespace telvo;
@@ -19,7 +23,7 @@ namespace {
 using PartTexts = std::map<string, string>;
 
 /// A workbook of one sheet "S" with the rows given as XML.
-PartTexts workbookOf(const string& rows) {
+PartTexts workbookOf(const string& rows, const string& behind = "") {
     return {{"xl/workbook.xml",
              "<workbook><sheets><sheet name=\"Notes\" r:id=\"r9\" xmlns:r=\"r\"/>"
              "<sheet name=\"S\" r:id=\"r1\" xmlns:r=\"r\"/></sheets></workbook>"},
@@ -40,7 +44,7 @@ PartTexts workbookOf(const string& rows) {
              "<sst><si><t>DepthCover</t></si><si><r><t>Ti</t></r><r><t>tle</t></r>"
              "<rPh><t>xx</t></rPh></si><si><t>6.5</t></si><si><t>NumberEntries</t></si></sst>"},
             {"xl/worksheets/a.xml", "<x:worksheet xmlns:x=\"u\"><x:sheetData>" + rows +
-                                        "</x:sheetData><junk></x:worksheet>"}};
+                                        "</x:sheetData>" + behind + "</x:worksheet>"}};
 }
 
 Result<CaseTable> readParts(const PartTexts& texts) {
@@ -104,7 +108,11 @@ TEST(Workbook, EveryCaseComesBackToTheLastDigit) {
 
     const auto sample = readWorkbook(*writeTemplate(), "t.xlsx");
     ASSERT_TRUE(sample) << faultText(sample.fault());
-    EXPECT_EQ(sample->rows.at(0).current.Input, project::newCase(project::English).Input);
+    // Depth 500 ft: 5 sqrt(500) = 111.8 ft. Width 320 ft: 1 - 0.28 ln(500/320) = 0.875.
+    EXPECT_EQ(project::checkBeforeAnalysis(sample->rows.at(0).current.Input), std::nullopt);
+    EXPECT_EQ(sample->rows[0].current.Input.BreadthAMZ, 112);
+    EXPECT_EQ(sample->rows[0].current.Input.ArchFactor, 0.88F);
+    EXPECT_EQ(remarks(*sample).size(), 1U);
 }
 
 TEST(Workbook, ATextThatNoCellHoldsIsRefused) {
@@ -152,6 +160,156 @@ TEST(Workbook, CellsOfEveryKindAreReadOrNamed) {
     EXPECT_EQ(std::count(found.begin(), found.end(), '\n'), 8) << found;
 }
 
+/// Cells of a row of the headings Title, DepthCover, NumberEntries, RowA.
+string rowOf(const string& depth, const string& rest = "") {
+    return "<row><c t=\"inlineStr\"><is><t>a</t></is></c>" + depth + rest + "</row>";
+}
+
+TEST(Workbook, AFormulaThatWasNeverComputedIsNoValue) {
+    // As openpyxl and pandas, other writers, and a spreadsheet for an empty text write them.
+    for (const char* cell :
+         {"<c><f>1400/2</f><v></v></c>", "<c><f>1400/2</f><v/></c>", "<c><f>1400/2</f></c>",
+          "<c t=\"n\"><f>1400/2</f><v> </v></c>", "<c t=\"b\"><f>1&lt;2</f><v/></c>",
+          "<c t=\"e\"><f>A1</f><v/></c>", "<c t=\"str\"><f>A1</f></c>"}) {
+        const auto read = readParts(workbookOf(Headings + rowOf(cell)));
+        ASSERT_TRUE(read) << faultText(read.fault());
+        EXPECT_NE(
+            test::faults(*read).find("row 2, column B (DepthCover): the formula has no stored"),
+            string::npos)
+            << cell;
+    }
+    const auto read = readParts(workbookOf(Headings + rowOf("<c t=\"str\"><f>A1</f><v></v></c>") +
+                                           rowOf("<c><v></v></c>") + rowOf("<c/>")));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(test::faults(*read), "");
+    EXPECT_NE(remarks(*read).at(2).find("DepthCover in rows 2 to 4"), string::npos);
+}
+
+TEST(Workbook, CellsMergedWithAnotherOneAreRefused) {
+    const string depth = "<c><v>300</v></c>";
+    const auto read = readParts(
+        workbookOf(Headings + rowOf(depth) + rowOf("<c/>", "<c><v>4</v></c>") + rowOf(depth) +
+                       rowOf("<c r=\"B5\"><v>7</v></c>") + rowOf(depth),
+                   "<mergeCells count=\"4\"><mergeCell ref=\"B2:B3\"/><mergeCell ref=\"C3:D3\"/>"
+                   "<mergeCell ref=\"A4:B5\"/><mergeCell ref=\"A1:A6\"/></mergeCells>"));
+    ASSERT_TRUE(read) << faultText(read.fault());
+    const string why = "; unmerge the cells and give each its own value\n";
+    EXPECT_EQ(test::faults(*read),
+              "row 3, column B (DepthCover): the cell is merged with B2" + why +
+                  "row 3, column D (RowA): the cell is merged with C3" + why +
+                  "row 4, column B (DepthCover): the cell is merged with A4" + why +
+                  "row 5, column B (DepthCover): the cell is merged with A4" + why);
+    EXPECT_TRUE(read->rows[0].good() && read->rows[4].good()) << "a merged title makes no value up";
+    EXPECT_FALSE(readParts(workbookOf(Headings, "<mergeCell ref=\"B3:B2\"/>")));
+    string many;
+    for (int i = 0; i < 20'000; ++i)
+        many += "<mergeCell ref=\"A1:XFD1048576\"/>";
+    string rows = Headings;
+    for (int i = 0; i < 1000; ++i)
+        rows += "<row><c/><c><v>1</v></c></row>";
+    EXPECT_NE(faultText(readParts(workbookOf(rows, many)).fault()).find("over each other"),
+              string::npos);
+}
+
+/// A workbook of these sheets: name, state and whether it has a case.
+PartTexts workbookOfSheets(const std::vector<std::tuple<string, string, bool>>& sheets) {
+    PartTexts texts = workbookOf("");
+    string list, relations;
+    for (const auto& [name, state, hasCase] : sheets) {
+        list += "<sheet name=\"" + name + "\" state=\"" + state + "\" id=\"" + name + "\"/>";
+        relations +=
+            "<Relationship Id=\"" + name + "\" Type=\"t/worksheet\" Target=\"" + name + ".xml\"/>";
+        texts["xl/" + name + ".xml"] = "<worksheet><sheetData>" + Headings +
+                                       (hasCase ? rowOf("<c><v>1</v></c>") : "") +
+                                       "</sheetData></worksheet>";
+    }
+    auto& related = texts["xl/_rels/workbook.xml.rels"];
+    related.insert(related.find("</R>"), relations);
+    texts["xl/workbook.xml"] = "<workbook><sheets>" + list + "</sheets></workbook>";
+    return texts;
+}
+
+TEST(Workbook, TheFirstSheetInSightWithCasesIsReadAndTheOthersAreNamed) {
+    using Lines = std::vector<string>;
+    auto read = readParts(workbookOfSheets({{"Old", "hidden", true},
+                                            {"Empty", "visible", false},
+                                            {"New", "", true},
+                                            {"Later", "visible", true},
+                                            {"Secret", "veryHidden", true}}));
+    ASSERT_TRUE(read) << faultText(read.fault());
+    EXPECT_EQ(read->sheet, "New");
+    EXPECT_EQ(read->sheetNotes,
+              (Lines{"read from the sheet \"New\"",
+                     "other sheets with cases, which are not read: \"Old\" (hidden), \"Later\", "
+                     "\"Secret\" (hidden)"}));
+    read = readParts(workbookOfSheets({{"Old", "hidden", true}}));
+    EXPECT_NE(faultText(read.fault()).find("the only sheet with cases is hidden: \"Old\""),
+              string::npos);
+    // Damage beside the cases is told and leaves them alone.
+    PartTexts texts = workbookOfSheets({{"New", "", true}, {"Later", "", true}});
+    texts["xl/Later.xml"] = "<worksheet><a></b>";
+    read = readParts(texts);
+    ASSERT_TRUE(read) << faultText(read.fault());
+    EXPECT_EQ(read->rows.size(), 1U);
+    EXPECT_EQ(read->sheetNotes, (Lines{"sheets that are damaged and are not read: \"Later\""}));
+}
+
+TEST(Workbook, NoFileEatsTheProgram) {
+    const auto told = [](const string& inside) {
+        return faultOf(zipped(workbookOf(Headings + inside)));
+    };
+    const auto many = [](int count, const std::function<string(int)>& each) {
+        string out;
+        for (int i = 0; i < count; ++i)
+            out += each(i);
+        return out;
+    };
+    const auto same = [&](const string& text, int count) {
+        return many(count, [&](int) { return text; });
+    };
+    EXPECT_NE(told(same("<b>", 100'000)).find("nested deeper than 64"), string::npos);
+    const string megabytes(3 << 20, 'a');
+    EXPECT_NE(told("<!--" + megabytes + "-->").find("of more than 1 MB"), string::npos);
+    EXPECT_NE(told("<row x=\"" + megabytes + "\"/>").find("of more than 1 MB"), string::npos);
+    EXPECT_NE(told("<" + megabytes + "/>").find("of more than 1 MB"), string::npos);
+    EXPECT_EQ(told("<!--" + string(900'000, 'a') + "-->"), "");
+    const auto names = [](const string& before, const string& behind) {
+        return [=](int i) { return before + std::to_string(i) + behind; };
+    };
+    EXPECT_NE(told(many(5000, names("<n", "/>"))).find("more kinds of elements"), string::npos);
+    EXPECT_NE(told(many(5000, names("<n a", "=\"1\"/>"))).find("more kinds of"), string::npos);
+    EXPECT_NE(told(same("<c/>", 20'000)).find("has no column"), string::npos);
+
+    PartTexts twice = workbookOf(Headings);
+    twice["xl/workbook.xml"] =
+        "<workbook><sheets>" + same("<sheet name=\"S\" id=\"r9\"/>", 999) + "</sheets></workbook>";
+    EXPECT_EQ(faultText(readParts(twice).fault()),
+              "t.xlsx, xl/notes.xml: is the part of more than one sheet");
+    PartTexts crowd = workbookOf(Headings);
+    for (int i = 0; i < 10'001; ++i)
+        crowd["p" + std::to_string(i)];
+    EXPECT_EQ(faultOf(zipped(crowd)), "t.xlsx: has too many parts for a workbook");
+
+    std::stop_source stop;
+    std::size_t rows = 0;
+    string long_ = Headings;
+    long_ += same("<row><c/><c><v>1</v></c></row>", 20'000);
+    const auto watched = readWorkbook(zipped(workbookOf(long_)), "t.xlsx",
+                                      {stop.get_token(), [&](std::size_t count) {
+                                           rows = count;
+                                           if (count > 1000) stop.request_stop();
+                                       }});
+    ASSERT_FALSE(watched);
+    EXPECT_TRUE(watched.fault().message == ReadingStopped && rows > 1000 && rows < 20'000) << rows;
+}
+
+TEST(Workbook, OtherFilesOfSpreadsheetsAreCalledWhatTheyAre) {
+    EXPECT_EQ(faultOf(zipped({{"mimetype", "x"}, {"content.xml", "<a/>"}})),
+              "t.xlsx: is an OpenDocument file (.ods); save it as .xlsx or CSV");
+    EXPECT_EQ(faultOf(zipped({{"xl/workbook.bin", "x"}})),
+              "t.xlsx: is a binary workbook (.xlsb); save it as .xlsx or CSV");
+}
+
 TEST(Workbook, DamageIsTold) {
     const auto told = [](const string& rows) {
         const auto read = readParts(workbookOf(rows));
@@ -177,14 +335,8 @@ TEST(Workbook, HostileFilesAreRefused) {
     const string bomb = zipped(workbookOf(Headings + string(20'000'000, ' ')));
     EXPECT_LT(bomb.size(), 40'000U);
     EXPECT_NE(faultOf(bomb).find("unpacks to more than 300 times"), string::npos);
-    const string shared = "<sst>" + [] {
-        string many;
-        for (int i = 0; i < 500'000; ++i)
-            many += "<si/>";
-        return many;
-    }();
     PartTexts cut = workbookOf(Headings);
-    cut["xl/strings.xml"] = shared;
+    cut["xl/strings.xml"] = "<sst><si/>";
     EXPECT_NE(faultOf(zipped(cut)).find("is damaged"), string::npos);
     string broken = zipped(workbookOf(Headings));
     for (std::size_t at = 40; at < broken.size(); at += 7) { // never a crash

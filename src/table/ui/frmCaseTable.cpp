@@ -59,15 +59,10 @@ frmCaseTable::frmCaseTable(table::CaseTable table, const FormServices& services,
     remarks->setWordWrap(true);
     remarks->setTextInteractionFlags(Qt::TextSelectableByMouse);
     QStringList lines;
-    if (!m_table.sheet.empty()) lines.append(tr("Sheet: %1").arg(toQt(m_table.sheet)));
-    const auto list = [&](const QString& caption, const std::vector<std::string>& names) {
-        QStringList texts;
-        for (const std::string& name : names)
-            texts.append(toQt(name));
-        if (!texts.isEmpty()) lines.append(caption.arg(texts.join(", ")));
-    };
-    list(tr("Not read, because they are no input field: columns %1"), m_table.unknownColumns);
-    list(tr("Without a column, and as in a new case: %1"), m_table.missingColumns);
+    for (const std::string& remark : table::remarks(m_table)) {
+        QString line = toQt(remark);
+        lines.append(line.replace(0, 1, line.at(0).toUpper()));
+    }
     remarks->setText(lines.join('\n'));
     remarks->setVisible(!lines.isEmpty());
     layout->addWidget(remarks);
