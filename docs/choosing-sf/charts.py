@@ -17,7 +17,7 @@ def narrow(width=80):
 
 def least_factors(sheet, example, changes, name, flags, targets):
     """For each case the least factor among `targets` that raises none of the warnings. The factor is
-    brought about by the coal strength, to which it is proportional as no load is handed on."""
+    brought about by the coal strength, to which it is proportional as no load is transferred."""
     factors = quantities(sheet.run(example, [{**c, "CoalStrength": 900} for c in changes]), name)
     rows = [{**change, "CoalStrength": 900 * target / factor}
             for change, factor in zip(changes, factors) for target in targets]
@@ -109,7 +109,7 @@ def table_examples(sheet):
                      f"{quantity(run, 'TELVOSF.retreat'):.2f}" if given["ExtentActiveGob"]
                      else "\u2013", f"{min(barriers):.2f}" if barriers else "\u2013",
                      ", ".join(raised) or "none"])
-    return markdown_table(["Example", "H (ft)", "Wp (ft)", "w/h", "Devel.", "Retreat", "Barrier",
+    return markdown_table(["Example", "Depth (ft)", "Width (ft)", "w/h", "Devel.", "Retreat", "Barrier",
                            "Warnings"], rows)
 
 

@@ -60,7 +60,7 @@ class Places:
                 told.add(self.titles[name])
             elif name not in told and self.number_of(name) != here:
                 told.add(name)
-                element.set("class", "page" if element in tables else "ref")
+                element.set("class", "page" if element in tables or name.startswith("eq-") else "ref")
                 number = self.number_of(name)
                 element.set("data-number", number if "." in number else "chapter " + number)
 

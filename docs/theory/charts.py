@@ -31,7 +31,7 @@ def chart_arch_factor(sheet):
     for width, color in ((200, GREEN), (320, BLUE), (600, OCHRE)):
         runs = sheet.run(CASE, [{"DepthCover": d, **panel(width)} for d in depths])
         left.plot(depths, quantities(runs, "ArchFactor"), color=color, label=f"{width} ft wide")
-    left.set(xlabel="depth of cover (ft)", ylabel="pressure arch factor Fpa", ylim=(0.25, 1.03))
+    left.set(xlabel="depth of cover (ft)", ylabel="pressure arch factor $F_{pa}$", ylim=(0.25, 1.03))
     left.legend()
     english = sheet.run(CASE, [{"DepthCover": d} for d in depths])
     meters = sheet.run(CASE, [metric({"DepthCover": d}) for d in depths])
@@ -60,7 +60,7 @@ def chart_gob_extent(sheet):
         axes.plot(extents, [load / 2000 for load in quantities(runs, "SideAbutmentLoad.first")],
                   color=color, label=f"abutment angle {angle}\u00b0")
     axes.set(xlabel="extent of the gob (ft), at 900 ft of cover",
-             ylabel="abutment load Ls (tons/ft)")
+             ylabel="abutment load $L_s$ (tons/ft)")
     axes.legend()
     return figure
 
@@ -72,9 +72,9 @@ def chart_reach(sheet):
         runs = sheet.run(CASE, [{"BarrierFirstGob": w, "SlabcutFirstGob": 0, "DepthCover": depth}
                                 for w in widths])
         axes.plot([w + 10 for w in widths], quantities(runs, "RFactorSide.first"), color=color,
-                  label=f"{depth} ft of cover, D = {quantity(runs[0], 'AbutmentExtent'):.0f} ft")
-    axes.plot([0], [0], "o", color=RED, label="no barrier: Rs = 0")
-    axes.set(xlabel="barrier and half an entry, We / 2 + Wb (ft)", ylabel="R-factor Rs",
+                  label=f"{depth} ft of cover, $D$ = {quantity(runs[0], 'AbutmentExtent'):.0f} ft")
+    axes.plot([0], [0], "o", color=RED, label="no barrier: $R_s$ = 0")
+    axes.set(xlabel="barrier and half an entry, $W_e/2 + W_b$ (ft)", ylabel="R-factor $R_s$",
              xlim=(-5, 345), ylim=(-0.03, 1.03))
     axes.legend()
     return figure
@@ -93,8 +93,8 @@ def chart_strength(sheet):
     wide = span(0, 15, 301)
     runs = sheet.run(CASE, [{"BarrierFirstGob": r * height, "SlabcutFirstGob": 0} for r in wide])
     axes.plot(wide, [s / 129600 for s in quantities(runs, "BarrierStrength.first")], color=RED,
-              ls="--", label="barrier (nothing below w/h = 1)")
-    axes.set(xlabel="width-to-height ratio w/h", ylabel="strength over S1")
+              ls="--", label="barrier (nothing below $w/h$ = 1)")
+    axes.set(xlabel="width-to-height ratio $w/h$", ylabel="strength over $S_1$")
     axes.legend()
     return figure
 
@@ -107,13 +107,13 @@ def chart_transfer(sheet):
     shares = [quantity(r, "LTRANSBAR.retreat.second") /
               (quantity(r, "BarrierSideAbutmentLoad.retreat.second") +
                quantity(r, "BarrierArchLoad.retreat.second")) for r in runs]
-    axes.plot(factors, shares, color=BLUE, label="barrier: Ltb over Lbs + Lba")
+    axes.plot(factors, shares, color=BLUE, label="barrier: $L_{tb}$ over $L_{bs} + L_{ba}$")
     changes = [{"CoalStrength": s} for s in span(10, 3000, 300)]
     runs = sheet.run(CASE, changes)
     axes.plot(quantities(runs, "RemnantSF.second"),
               [quantity(r, "LTRANSREM.retreat.second") /
                quantity(r, "FrontOnRemnant.retreat.second") for r in runs],
-              color=RED, ls="--", label="remnant: Lrem over X")
+              color=RED, ls="--", label="remnant: $L_{rem}$ over $X$")
     axes.set(xlabel="stability factor of the barrier or remnant", ylabel="share transferred to the AMZ",
              xlim=(0, 2), ylim=(-0.03, 1.05))
     axes.legend()
@@ -148,12 +148,12 @@ def chart_active_gob(sheet):
     extents = span(0, 380, 191) + [380.001] + span(382, 800, 210)
     runs = sheet.run(CASE, [{"ExtentActiveGob": e} for e in extents])
     for name, color, style, label in (
-            ("AbutmentLoadAMZ.retreat.front", BLUE, "-", "Laf, on the AMZ"),
-            ("FrontOnRemnant.retreat.first", RED, "-", "X, over a remnant")):
+            ("AbutmentLoadAMZ.retreat.front", BLUE, "-", "$L_{af}$, on the AMZ"),
+            ("FrontOnRemnant.retreat.first", RED, "-", "$X$, over a remnant")):
         tons = [load / 2e6 for load in quantities(runs, name)]
         axes.plot(extents, tons, color=color, ls=style, label=label)
     axes.axvline(quantity(runs[-1], "LoadedWidth"), color=GREY, lw=0.8, ls=":")
-    axes.set(xlabel="extent of the active gob Ea (ft); dotted: loaded width Wl",
+    axes.set(xlabel="extent of the active gob $E_a$ (ft); dotted: loaded width $W_l$",
              ylabel="load (1000 tons)")
     axes.legend()
     return figure
@@ -163,7 +163,7 @@ def chart_slab_cut(sheet):
     figure, axes = sheet.figure(height=2.5)
     cuts = span(0, 60, 241)
     runs = sheet.run(CASE, [{"SlabcutSecondGob": c} for c in cuts])
-    axes.plot(cuts, quantities(runs, "RemnantSF.second"), color=BLUE, label="remnant factor SFm")
+    axes.plot(cuts, quantities(runs, "RemnantSF.second"), color=BLUE, label="remnant factor $SF_m$")
     axes.plot(cuts, quantities(runs, "TELVOSF.retreat"), color=RED, label="panel, retreat")
     axes.plot(cuts, quantities(runs, "BarrierSF.retreat.second"), color=OCHRE,
               label="barrier, retreat")
@@ -215,10 +215,16 @@ LABELS = {"DepthCover": "depth", "BreadthAMZ": "breadth", "ExtentActiveGob": "ex
           "WidthC": "row C wide"}
 
 
-def sized(name, run):
+def sized(name, first, second):
+    """Both values, with a third decimal where two do not tell them apart."""
+    pair = one_sized(name, first, 2), one_sized(name, second, 2)
+    return pair if pair[0] != pair[1] else (one_sized(name, first, 3), one_sized(name, second, 3))
+
+
+def one_sized(name, run, decimals):
     value = quantity(run, name)
     if name.startswith(("Arch", "TELVOSF", "RemnantSF", "BarrierSF")):
-        return f"{value:.2f}"
+        return f"{value:.{decimals}f}"
     if name.startswith("BleederStrength"):
         return f"{value / 144:,.0f} psi"
     return f"{value / 2000:,.0f} tons"
@@ -231,7 +237,7 @@ def table_peculiarities(sheet):
         (field, old), (_, new) = (*before.items(), *after.items())
         unit = "" if field == "RowC" else " ft"
         rows.append([where, what, f"{LABELS[field]} {old:g} to {new:g}{unit}", "; ".join(
-            f"{NAMES[name]} {sized(name, first)} to {sized(name, second)}" for name in watched)])
+            NAMES[name] + " {} to {}".format(*sized(name, first, second)) for name in watched)])
     rows.append(["$SF_m = 0.0075$", "kink: LTRANSREM is capped at *X*", "a remnant without strength",
                  f"the cap takes off {100 * (1.5 * 0.67 - 1):.1f} percent of *X* at most"])
     return markdown_table(["Where", "What happens", "Example", "Size"], rows)
@@ -266,7 +272,8 @@ def table_crosscut_angle(sheet):
             change = quantity(run, name) / quantity(runs[0], name) - 1
             cells.append(f"{100 * change:+.1f} %".replace("-", "\u2212"))
         rows.append(cells)
-    return markdown_table(["Crosscut angle", "$L_p$", "$L_p$", "Area", "Strength", "SF retreat"], rows)
+    return markdown_table(["Crosscut angle", "$L_p$", "Change of $L_p$", "of the area", "of the strength",
+                           "of SF retreat"], rows)
 
 
 def table_bleeder_excess(sheet):
@@ -283,7 +290,7 @@ def table_conversion(sheet):
         pair = [(quantity(english, name), quantity(meters, name))
                 for name in ("ArchFactor", "TELVOSF.development", "TELVOSF.retreat")]
         rows.append([f"{depth} ft"] + [f"{value:.2f}" for both in pair for value in both])
-    return markdown_table(["Depth", "Fpa", "converted", "SF devel.", "converted", "SF retreat",
+    return markdown_table(["Depth", "$F_{pa}$", "converted", "SF devel.", "converted", "SF retreat",
                            "converted"], rows)
 
 
@@ -309,7 +316,7 @@ def table_metric(sheet):
                 for name in ("ArchFactor", "TELVOSF.development", "TELVOSF.retreat")]
         rows.append([f"{depth} ft = {depth / FEET:.1f} m"] +
                     [f"{value:.2f}" for both in pair for value in both])
-    return markdown_table(["Depth", "Fpa, ft", "Fpa, m", "SF devel., ft", "SF devel., m",
+    return markdown_table(["Depth", "$F_{pa}$, ft", "$F_{pa}$, m", "SF devel., ft", "SF devel., m",
                            "SF retreat, ft", "SF retreat, m"], rows)
 
 
@@ -324,5 +331,5 @@ def table_no_barrier(sheet):
                      f"{quantity(run, 'LTRANSREM.retreat.second') / 2e3:,.0f}",
                      f"{quantity(run, 'LTRANSBAR.retreat.second') / 2e3:,.0f}",
                      f"{quantity(run, 'TELVOSF.retreat'):.2f}"])
-    return markdown_table(["Wb (ft)", "Rs", "SFb", "Las (tons)", "Lrem (tons)", "Ltb (tons)",
+    return markdown_table(["$W_b$ (ft)", "$R_s$", "$SF_b$", "$L_{as}$ (tons)", "$L_{rem}$ (tons)", "$L_{tb}$ (tons)",
                            "SF"], rows)

@@ -36,7 +36,7 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
         ->capture_default_str();
     addRounding(*command, request.options);
     addUnits(*command, request.options);
-    command->footer("The last two concern the figures of the report that are told beside the "
+    command->footer("The last two concern the figures of the report that stand beside the "
                     "quantities.\n\n"
                     "Example:\n  telvo-cli explain panel.TLV BarrierSF.retreat.first");
     return command;

@@ -56,7 +56,7 @@ void addInputs(Run& run) {
 
 std::string tangentRule(double degrees) {
     return degrees < 90 ? std::string()
-                        : "an abutment angle of 90 degrees and more is analysed as 89.9 degrees, "
+                        : "an abutment angle of 90 degrees and more is analyzed as 89.9 degrees, "
                           "which keeps its tangent finite";
 }
 
@@ -242,7 +242,7 @@ void addRFactors(Run& run) {
                       "computed: the stresses of the plots divide by 1 - R");
         } else {
             sheet.add("Rs", at, share,
-                      "the share that the barrier takes, counted with half an entry; the AMZ takes "
+                      "the share that the barrier takes, together with half an entry; the AMZ takes "
                       "the rest");
         }
     }

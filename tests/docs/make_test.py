@@ -2,6 +2,7 @@
 """The comparison behind the manuals has to notice what is wrong: make_test.py DOCS EXAMPLES CLI"""
 
 import os
+import re
 import sys
 import unittest
 
@@ -94,6 +95,19 @@ class EquationsAndRules(unittest.TestCase):
     def test_indexed_symbols_are_those_of_the_list(self):
         self.assertEqual(symbols_of(r"L_{c1} = \frac{C_{n-1}}{2\,\sin\Theta} + SF_m"),
                          ["L_{c1}", "C_{n-1}", r"\Theta", "SF_m"])
+
+    def test_the_list_of_symbols_is_that_of_the_working(self):
+        with open(os.path.join(DOCS, "..", "src", "explain", "nomenclature.cpp"), encoding="utf-8") as file:
+            source = file.read()
+        rows = re.findall(r'^    \{"(\w+)", "([^"]+)",', source, re.MULTILINE)
+        self.assertGreater(len(rows), 90)
+        with open(os.path.join(DOCS, "theory", "11-symbols.md"), encoding="utf-8") as file:
+            listed = dict(re.findall(r"^\| `(\w+)` \| [^|]* \| ([^|]*) \|", file.read(), re.MULTILINE))
+        self.assertEqual(set(listed), {symbol for symbol, _ in rows})
+        for symbol, key in rows:
+            name = key.removeprefix("inputs.").removeprefix("{in}")
+            name = re.split(r"[.@]|\{[pqkid]\}", name)[0].replace("{K}", "First").replace("{R}", "C")
+            self.assertIn(f"`{name}`", listed[symbol], symbol)
 
     def test_a_rule_without_a_check_is_noticed(self):
         with self.assertRaisesRegex(DocsError, "there is no hand case"):
