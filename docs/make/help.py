@@ -11,6 +11,7 @@ from book import HEADINGS, DocsError, plain
 
 WIDEST = 640  # logical pixels of a picture
 WIDE_ROW = 80  # characters
+MOST_SEE_ALSO = 6
 PAGE = """<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"/><title>{title}</title>
 <link rel="stylesheet" type="text/css" href="help.css"/></head>
@@ -34,6 +35,9 @@ class Help:
                 if name in self.ids:
                     raise DocsError(f"{manual.folder}: the name {name} is there twice")
                 self.ids[name] = topic
+        self.targets = {topic.name: {(node.get("href") or "").removeprefix("#")
+                                     for element in topic.body for node in element.iter("a")}
+                        for _, topic in self.topics}
 
     def write(self, stylesheet):
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -42,7 +46,7 @@ class Help:
         contents, texts = [], []
         for index, (_, topic) in enumerate(self.topics):
             elements = [self._element(element, topic) for element in topic.body]
-            elements += self._children(index)
+            elements += self._children(index) + self._ways_on(index)
             body = "\n".join(ElementTree.tostring(e, encoding="unicode", method="html").strip()
                              for e in elements)
             self._store(topic.name + ".htm",
@@ -52,8 +56,44 @@ class Help:
                 contents += [f"{letter}\t{text}\t{address(topic, anchor)}" for text, anchor in rows]
             words = " ".join(plain(e) for e in topic.body[1:])
             texts.append(f"{topic.name}.htm\t{words}")
+        self._store("index.htm", PAGE.format(title="TELVO Help", body=self._entry_page()))
         self._store("contents.txt", "\n".join(contents) + "\n")
         self._store("search.txt", "\n".join(texts) + "\n")
+
+    def _entry_page(self):
+        """All pages, for a browser that opens the folder; the help window has them in its contents."""
+        lines = ["<h1>TELVO Help</h1>"]
+        for _, topic in self.topics:
+            lines.append(f'<p style="margin: 2px 0 2px {(topic.level - 1) * 24}px">'
+                         f'<a href="{topic.name}.htm">{html.escape(topic.title)}</a></p>')
+        return "\n".join(lines)
+
+    def _above(self, index):
+        level = self.topics[index][1].level
+        return next((topic for _, topic in reversed(self.topics[:index]) if topic.level < level), None)
+
+    def _linked_from(self, topic):
+        """Topics that lead to one, besides those that stand on its page anyway."""
+        return [other for _, other in self.topics
+                if other is not topic and other.name not in self.targets[topic.name]
+                and topic.name in {self.ids.get(name) for name in self.targets[other.name]}]
+
+    def _ways_on(self, index):
+        """Links to kindred pages, and up, back and on."""
+        _, topic = self.topics[index]
+        above = self._above(index)
+        box = ElementTree.Element("div", {"class": "ways"})
+        ElementTree.SubElement(box, "hr")
+        kindred = [other for other in self._linked_from(topic) if other is not above]
+        if kindred:
+            links(ElementTree.SubElement(box, "p"), "See also: ",
+                  [(other.title, other) for other in kindred[:MOST_SEE_ALSO]], ", ")
+        ways = [("Up: " + above.title, above)] if above else []
+        ways += [(word + self.topics[at][1].title, self.topics[at][1])
+                 for word, at in (("Previous: ", index - 1), ("Next: ", index + 1))
+                 if 0 <= at < len(self.topics)]
+        links(ElementTree.SubElement(box, "p"), "", ways, " | ")
+        return [box]
 
     def _children(self, index):
         """Links to the pages below a page."""
@@ -126,6 +166,15 @@ class Help:
     def _store(self, name, text):
         with open(os.path.join(self.folder, name), "w", encoding="utf-8", newline="\n") as file:
             file.write(text)
+
+
+def links(line, lead, wanted, between):
+    """Puts links into a paragraph."""
+    line.text = lead
+    for number, (text, topic) in enumerate(wanted):
+        link = ElementTree.SubElement(line, "a", href=topic.name + ".htm")
+        link.text = text
+        link.tail = between if number + 1 < len(wanted) else ""
 
 
 def address(topic, anchor):

@@ -64,6 +64,25 @@ std::string excerpt(const std::string& text, std::size_t place) {
            (to < text.size() ? "..." : "");
 }
 
+constexpr std::string_view MessageTopics = "Messages";
+constexpr std::string_view Anything = "...";
+
+/// Number of characters of `pattern` besides its "..." when `text` holds them in their order, else
+/// 0.
+std::size_t heldInOrder(std::string_view text, std::string_view pattern) {
+    std::size_t held = 0;
+    while (!pattern.empty()) {
+        const std::size_t gap = std::min(pattern.find(Anything), pattern.size());
+        const std::string_view part = pattern.substr(0, gap);
+        const std::size_t place = text.find(part);
+        if (place == std::string_view::npos) return 0;
+        text.remove_prefix(place + part.size());
+        pattern.remove_prefix(std::min(gap + Anything.size(), pattern.size()));
+        held += part.size();
+    }
+    return held;
+}
+
 } // namespace
 
 Result<HelpBook> HelpBook::open(const std::string& folder) {
@@ -112,8 +131,42 @@ std::string HelpBook::addressOf(std::string_view form, std::string_view control)
     return {};
 }
 
+std::string HelpBook::addressOfLine(std::string_view topicFile, std::string_view line) const {
+    const std::string_view text = trimmed(line);
+    std::string_view found;
+    std::size_t longest = 0;
+    for (const IndexLine& entry : m_index) {
+        const std::string_view address = entry.address;
+        const std::size_t place = address.find('#');
+        if (place == std::string_view::npos || address.substr(0, place) != topicFile) continue;
+        const std::string_view words =
+            std::string_view(entry.words).substr(0, entry.words.find(" of a "));
+        if (words.size() <= longest || !text.starts_with(words)) continue;
+        found = address;
+        longest = words.size();
+    }
+    return std::string(found);
+}
+
+std::string HelpBook::addressOfMessage(std::string_view message) const {
+    std::string found;
+    std::size_t most = 0;
+    for (const IndexLine& entry : m_index) {
+        if (!entry.address.starts_with(MessageTopics)) continue;
+        const std::size_t held = heldInOrder(message, entry.words);
+        if (held <= most) continue;
+        found = entry.address;
+        most = held;
+    }
+    return found;
+}
+
 void HelpBook::readTexts() {
     m_texts.resize(m_topics.size());
+    m_words.resize(m_topics.size());
+    for (const IndexLine& line : m_index)
+        if (const std::size_t topic = find(line.address); topic != npos)
+            m_words[topic].append(lowered(line.words)).append("\n");
     const auto bytes = readFile(m_folder + "search.txt");
     if (!bytes) return; // the titles are searched all the same
     for (const auto line : splitLines(*bytes)) {
@@ -125,7 +178,8 @@ void HelpBook::readTexts() {
 std::vector<SearchHit> HelpBook::search(std::string_view text) {
     if (m_texts.empty()) readTexts();
     const std::vector<std::string> words = wordsOf(text);
-    std::vector<SearchHit> inTitle, inText;
+    const std::string phrase = lowered(trimmed(text));
+    std::vector<SearchHit> named, inText;
     for (std::size_t i = 0; i < m_topics.size() && !words.empty(); ++i) {
         const std::string title = lowered(m_topics[i].title);
         const std::string body = lowered(m_texts[i]);
@@ -134,18 +188,19 @@ std::vector<SearchHit> HelpBook::search(std::string_view text) {
                 [&where](const std::string& word) { return where.find(word) != std::string::npos; };
         };
         if (!std::all_of(words.begin(), words.end(), [&](const std::string& word) {
-                return in(title)(word) || in(body)(word);
+                return in(title)(word) || in(m_words[i])(word) || in(body)(word);
             }))
             continue;
         std::size_t place = body.size();
         for (const std::string& word : words)
             place = std::min(place, body.find(word));
-        const bool titled = std::any_of(words.begin(), words.end(), in(title));
-        (titled ? inTitle : inText)
+        const bool first =
+            std::any_of(words.begin(), words.end(), in(title)) || in(m_words[i])(phrase);
+        (first ? named : inText)
             .push_back({i, excerpt(m_texts[i], place == body.size() ? 0 : place)});
     }
-    inTitle.insert(inTitle.end(), inText.begin(), inText.end());
-    return inTitle;
+    named.insert(named.end(), inText.begin(), inText.end());
+    return named;
 }
 
 } // namespace telvo::help

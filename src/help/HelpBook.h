@@ -48,8 +48,18 @@ class HelpBook {
     /// Where F1 on a control of a form leads; "" where nothing is said about it.
     std::string addressOf(std::string_view form, std::string_view control) const;
 
-    /// Topics that hold every word of the text, upper and lower case alike: those with a word in
-    /// the title first. The texts are read by the first search.
+    /// Where a printed line is explained on a topic: the place whose index words, without an
+    /// " of a ..." behind them, are the longest with which the line begins; "" for none.
+    std::string addressOfLine(std::string_view topicFile, std::string_view line) const;
+
+    /// Where a message is explained: the line of the index on a topic called "Messages..." whose
+    /// words the message holds in their order, "..." standing for anything; of several the one with
+    /// most of them, "" for none.
+    std::string addressOfMessage(std::string_view message) const;
+
+    /// Topics that hold every word of the text, in their title, index words or text, upper and
+    /// lower case alike. First come those with a word in the title or with the whole text in a line
+    /// of the index. The texts are read by the first search.
     std::vector<SearchHit> search(std::string_view text);
 
   private:
@@ -61,6 +71,7 @@ class HelpBook {
     std::vector<IndexLine> m_index;
     std::map<std::string, std::string, std::less<>> m_controls;
     std::vector<std::string> m_texts; ///< one per topic
+    std::vector<std::string> m_words; ///< index words of each topic in small letters, a line each
 };
 
 } // namespace telvo::help

@@ -15,6 +15,7 @@ from arithmetic import shown, written  # noqa: E402
 from commands import Commands, of_manual_page  # noqa: E402
 from equations import Equations, symbols_of  # noqa: E402
 from faults import DocsError  # noqa: E402
+import messages  # noqa: E402
 from figures import Figures, date_of_making  # noqa: E402
 from verification import Verification  # noqa: E402
 
@@ -185,6 +186,25 @@ class PrintedCommands(unittest.TestCase):
 
     def test_examples_of_a_manual_page_are_found(self):
         self.assertEqual("```\ntelvo-cli check a-b.TLV\n```", of_manual_page(".PP\n.nf\ntelvo\\-cli check a\\-b.TLV\n.fi\n"))
+
+
+class TextsOfTheProgram(unittest.TestCase):
+    def test_texts_are_found_where_they_are_handed_on(self):
+        source = '''
+            // tell("a remark of the source, not a text")
+            if (c == '"') return Fault{"the line is longer than " + number(Most) +
+                                       " bytes", at("line")};
+            notes.push_back("Front abutment is " "negative");
+            label->setText("A caption of a window");
+            {"txtWidth", test, "Invalid entry width"},'''
+        self.assertEqual(["the line is longer than ", " bytes", "line", "Front abutment is negative",
+                          "Invalid entry width"], messages.texts_of(source))
+
+    def test_an_entry_stands_for_what_it_says_only(self):
+        entry = "the line is longer than ... characters"
+        self.assertTrue(messages.covers(entry, "the line is longer than"))
+        self.assertFalse(messages.covers(entry, "the line is empty"))
+        self.assertFalse(messages.covers("...", "the line is empty"))
 
 
 if __name__ == "__main__":

@@ -14,8 +14,10 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTextBlock>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -192,6 +194,32 @@ class HelpTest : public QObject {
                                  .value<QImage>();
         QCOMPARE(picture.pixelColor(3, 3), QColor(Qt::white));
         QCOMPARE(picture.width() / picture.devicePixelRatio(), 20.0);
+    }
+
+    void aWidePictureIsShownAsWideAsTheWindow() {
+        Fixture f;
+        f.put("Panel.htm", "<p><img src=\"formulas/f.png\" width=\"900\" height=\"300\"/></p>"
+                           "<p><img src=\"formulas/f.png\" width=\"40\" height=\"20\"/></p>");
+        f.window->resize(800, 500);
+        f.window->showTopic("Panel.htm");
+        auto& page = control<PageView>(*f.window, "txtPage");
+        const auto picture = [&](int block) {
+            return page.document()
+                ->findBlockByNumber(block)
+                .begin()
+                .fragment()
+                .charFormat()
+                .toImageFormat();
+        };
+        QVERIFY(picture(0).width() < page.viewport()->width());
+        QCOMPARE(page.horizontalScrollBar()->maximum(), 0);
+        QVERIFY(qAbs(picture(0).width() - 3 * picture(0).height()) < 1e-6);
+        QCOMPARE(picture(1).width(), 40.0);
+        const double before = picture(0).width();
+        f.window->resize(1000, 500);
+        QTRY_VERIFY(picture(0).width() > before);
+        f.window->resize(1600, 500);
+        QTRY_COMPARE(picture(0).width(), 900.0);
     }
 
     void f1OpensTheTopicOfTheFieldElseThatOfTheForm() {

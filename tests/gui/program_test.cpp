@@ -13,6 +13,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QSplitter>
 #include <QTableView>
@@ -57,6 +58,7 @@ class ProgramTest : public QObject {
     void sizesComeBack();
     void viewRefusesPillarsWithoutSize();
     void f1OnAFieldOpensTheTopicOfThatInput();
+    void f1InAMessageBoxOpensItsEntry();
     void recentFilesFollowTheirSettings();
     void hostileSettingsBecomeTheirDefaults();
     void theParameterFormBlocksTheMainWindow();
@@ -276,6 +278,29 @@ void ProgramTest::f1OnAFieldOpensTheTopicOfThatInput() {
     form->close();
     QVERIFY(home.quit());
     QVERIFY(!help->isVisible()); // it does not keep the program running
+}
+
+void ProgramTest::f1InAMessageBoxOpensItsEntry() {
+    app::ui::DesktopMessages messages{{}};
+    int opened = 0, shown = 0;
+    messages.helpOf = [&](std::string_view text) -> std::function<void()> {
+        if (text != "Invalid entry height") return {};
+        return [&] { ++opened; };
+    };
+    QTimer user;
+    bool hasHelp = false;
+    connect(&user, &QTimer::timeout, this, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (!box) return;
+        ++shown;
+        hasHelp = box->button(QMessageBox::Help) != nullptr;
+        QTest::keyClick(box, hasHelp && opened == 0 ? Qt::Key_F1 : Qt::Key_Escape);
+    });
+    user.start(10);
+    QCOMPARE(messages.ask("Invalid entry height", Buttons::Ok, Answer::Ok, "Error"), Answer::Ok);
+    QVERIFY(hasHelp && opened == 1 && shown >= 2); // the box stays after the help
+    messages.tell("All is well");
+    QVERIFY(!hasHelp);
 }
 
 void ProgramTest::recentFilesFollowTheirSettings() {

@@ -83,6 +83,7 @@ class ResultsTest : public QObject {
     void aPrintThatFailsIsTold();
     void thePreviewShowsSheets();
     void buttonsFollowWhatIsThere();
+    void f1OpensWhatExplainsTheLine();
 
   private:
     QString shown(const frmResTxtPlt& form) {
@@ -144,6 +145,37 @@ void ResultsTest::warningsComeBeforeTheResults() {
         QCOMPARE(messages.lastStatus(), "Results displayed");
         QCOMPARE(shown(form), page(1));
     }
+}
+
+void ResultsTest::f1OpensWhatExplainsTheLine() {
+    QString at;
+    services.topicOfLine = [&](const QString& topicFile, const QString& line) {
+        at = topicFile;
+        return line.startsWith("Retreat..") ? "ReportPage1.htm#p1-retreat" : QString();
+    };
+    frmResTxtPlt form(view, services, *printer);
+    form.load();
+    show(form);
+    auto& text = control<QPlainTextEdit>(form, "RichTextBox1");
+    text.setFocus();
+    QTextCursor cursor = text.document()->find("Retreat..");
+    QVERIFY(!cursor.isNull());
+    for (int line = 0; line < 2; ++line) { // the line itself, and the one below it
+        text.setTextCursor(cursor);
+        topic.clear();
+        QTest::keyClick(&text, Qt::Key_F1);
+        QCOMPARE(topic, "ReportPage1.htm#p1-retreat");
+        cursor.movePosition(QTextCursor::NextBlock);
+    }
+    click(form, "cmdNextPage");
+    text.setFocus();
+    QTest::keyClick(&text, Qt::Key_F1);
+    QCOMPARE(topic, "ReportPage2.htm");
+    QCOMPARE(at, topic);
+    control(form, "Command1").setFocus();
+    QTest::keyClick(&control(form, "Command1"), Qt::Key_F1);
+    QCOMPARE(topic, "InterpretationOfTELVOStabilityFactors.htm");
+    services.topicOfLine = {};
 }
 
 void ResultsTest::pagesEndAtTheFirstAndTheLast() {

@@ -54,6 +54,43 @@ TEST_F(Book, SearchWantsEveryWordAndPutsTitlesFirst) {
     EXPECT_TRUE(book.search("  ").empty());
 }
 
+TEST_F(Book, SearchFindsTheWordsOfTheIndexToo) {
+    HelpBook book = made();
+    const auto found = book.search("Zone");
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(book.topics()[found[0].topic].file, "Depth.htm");
+    EXPECT_EQ(book.search("zone overburden").size(), 1U)
+        << "one word of the index, one of the text";
+}
+
+TEST_F(Book, APrintedLineLeadsToTheLongestWordsItBeginsWith) {
+    folder.put("contents.txt", "T\t1\tPage4.htm\tPage 4\n"
+                               "K\tTOTAL\tPage4.htm#total\n"
+                               "K\tTOTAL LOAD of a remnant\tPage4.htm#load\n"
+                               "K\tTOTAL LOAD\tPage5.htm#load\n"
+                               "K\tpage 4\tPage4.htm\n");
+    const HelpBook book = *HelpBook::open(folder.root);
+    EXPECT_EQ(book.addressOfLine("Page4.htm", "  TOTAL      4.33E+06"), "Page4.htm#total");
+    EXPECT_EQ(book.addressOfLine("Page4.htm", "TOTAL LOAD     1"), "Page4.htm#load");
+    EXPECT_EQ(book.addressOfLine("Page4.htm", "page 4"), "") << "words of the page, not of a place";
+    EXPECT_EQ(book.addressOfLine("Page4.htm", ""), "");
+}
+
+TEST_F(Book, AMessageLeadsToTheEntryThatSaysMostOfIt) {
+    folder.put("contents.txt", "T\t1\tMessages.htm\tMessages\n"
+                               "T\t2\tMessagesFiles.htm\tFiles\n"
+                               "K\t...: the file exists...\tMessagesFiles.htm#exists\n"
+                               "K\tInvalid ...\tMessages.htm#invalid\n"
+                               "K\tInvalid center-to-center distance #...\tMessages.htm#center\n"
+                               "K\tthe file\tDepth.htm#file\n");
+    const HelpBook book = *HelpBook::open(folder.root);
+    EXPECT_EQ(book.addressOfMessage("a.TLV: the file exists; --force overwrites it"),
+              "MessagesFiles.htm#exists");
+    EXPECT_EQ(book.addressOfMessage("Invalid center-to-center distance #3"), "Messages.htm#center");
+    EXPECT_EQ(book.addressOfMessage("Invalid entry height"), "Messages.htm#invalid");
+    EXPECT_EQ(book.addressOfMessage("the file is gone"), "");
+}
+
 TEST_F(Book, AnExcerptIsCutBetweenCharacters) {
     std::string text = "Panel.htm\t";
     for (int i = 0; i < 200; ++i)

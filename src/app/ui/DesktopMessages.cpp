@@ -49,7 +49,8 @@ DesktopMessages::DesktopMessages(Box box) : m_box(std::move(box)), m_history(Fir
 Answer DesktopMessages::ask(std::string_view text, Buttons buttons, Answer preset,
                             std::string_view title) {
     history(historyLine(text, title));
-    return m_box(text, buttons, preset, title.empty() ? titles::Program : title);
+    const std::string_view above = title.empty() ? titles::Program : title;
+    return m_box ? m_box(text, buttons, preset, above) : showBox(text, buttons, preset, above);
 }
 
 void DesktopMessages::history(std::string_view line) {
@@ -63,7 +64,7 @@ void DesktopMessages::status(std::string_view line) {
 }
 
 Answer DesktopMessages::showBox(std::string_view text, Buttons buttons, Answer preset,
-                                std::string_view title) {
+                                std::string_view title) const {
     const auto end = text.find_last_not_of("\r\n "); // line breaks at the end only take room
     QMessageBox box(iconOf(buttons, title), toQt(title), toQt(text.substr(0, end + 1)),
                     buttonsOf(buttons), QApplication::activeWindow());
@@ -71,7 +72,15 @@ Answer DesktopMessages::showBox(std::string_view text, Buttons buttons, Answer p
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     for (const auto& [answer, button] : AnswerButtons)
         if (answer == preset) box.setDefaultButton(button);
-    const int pressed = box.exec();
+    const auto help = helpOf ? helpOf(text) : nullptr;
+    if (help) {
+        box.addButton(QMessageBox::Help)->setShortcut(Qt::Key_F1);
+        // With a second button Escape would do nothing.
+        if (buttons == Buttons::Ok) box.setEscapeButton(QMessageBox::Ok);
+    }
+    int pressed = box.exec();
+    for (; pressed == QMessageBox::Help; pressed = box.exec())
+        help();
     for (const auto& [answer, button] : AnswerButtons)
         if (pressed == button) return answer;
     return preset;

@@ -13,7 +13,8 @@ namespace telvo::app::ui {
 /// come before the main window wait in the history.
 class DesktopMessages : public Messages {
   public:
-    /// Shows a box and returns the button pressed; tests put their own in its place.
+    /// Shows a box and returns the button pressed; tests put their own in its place, and where
+    /// there is none the desktop's is shown.
     using Box = std::function<Answer(std::string_view text, Buttons buttons, Answer preset,
                                      std::string_view title)>;
     explicit DesktopMessages(Box box);
@@ -28,12 +29,14 @@ class DesktopMessages : public Messages {
 
     std::function<void(const std::string& line, std::size_t dropped)> onLine;
     std::function<void(const std::string& status)> onStatus;
-
-    /// The box of the desktop.
-    static Answer showBox(std::string_view text, Buttons buttons, Answer preset,
-                          std::string_view title);
+    /// What opens the explanation of a message; an empty one where there is none.
+    std::function<std::function<void()>(std::string_view text)> helpOf;
 
   private:
+    /// The box of the desktop, with a button for help where the message is explained.
+    Answer showBox(std::string_view text, Buttons buttons, Answer preset,
+                   std::string_view title) const;
+
     Box m_box;
     History m_history;
     std::string m_status;

@@ -87,7 +87,7 @@ Surroundings Surroundings::ofDesktop(FileDialogs& files, report::ui::PrintDialog
             commandLineFile(),
             std::chrono::year{today.year()} / static_cast<unsigned>(today.month()) /
                 static_cast<unsigned>(today.day()),
-            &DesktopMessages::showBox,
+            {}, // the desktop's own
             files,
             print};
 }
@@ -111,6 +111,12 @@ Program::Program(Surroundings surroundings)
       }) {
     m_session.onDiscard = [this](const UnsavedCase& discarded) {
         m_recovery.keepDiscarded(discarded);
+    };
+    m_messages.helpOf = [this](std::string_view text) -> std::function<void()> {
+        const auto* window = helpWindow();
+        const QString topic = window ? window->addressOfMessage(text) : QString();
+        if (topic.isEmpty()) return {};
+        return [this, topic] { showHelp(topic); };
     };
 }
 
@@ -183,6 +189,10 @@ telvo::ui::FormServices Program::formServices() {
             [this](const QString& form, const QString& control) {
                 const auto* window = helpWindow();
                 return window ? window->addressOf(form, control) : QString();
+            },
+            [this](const QString& topicFile, const QString& line) {
+                const auto* window = helpWindow();
+                return window ? window->addressOfLine(topicFile, line) : QString();
             }};
 }
 

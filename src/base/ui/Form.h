@@ -21,6 +21,8 @@ struct FormServices {
     WindowPlaces* places = nullptr; ///< nullptr: sizes are not remembered
     /// Where F1 on a control of a form leads; "" for the topic of the form.
     std::function<QString(const QString& form, const QString& control)> topicOf = {};
+    /// Where a topic explains a printed line; "" for none.
+    std::function<QString(const QString& topicFile, const QString& line)> topicOfLine = {};
 };
 
 /// A dialog of the program: object name, remembered size, help on F1, messages under its title, a
@@ -66,11 +68,12 @@ class Form : public QDialog {
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
+    /// The topic of the control with the focus, or of what it lies in; else that of the form.
+    virtual QString focusTopic() const;
+
   private:
     void copyPicture();
     void help();
-    /// The topic of the control with the focus, or of what it lies in; else that of the form.
-    QString focusTopic() const;
 
     std::string_view m_prefix;
     QString m_helpTopic;

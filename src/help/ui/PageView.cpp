@@ -1,12 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "help/ui/PageView.h"
 
+#include <algorithm>
 #include <QEvent>
 #include <QImage>
 #include <QPainter>
 #include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <vector>
 
 namespace telvo::help::ui {
+
+namespace {
+
+constexpr int OwnWidth = QTextFormat::UserProperty; // of a picture, before it was made to fit
+constexpr double PageMargin = 8;                    // of the style sheet, each side
+constexpr double LeastRoom = 100;
+
+} // namespace
 
 PageView::PageView(const QString& folder, QWidget* parent)
     : QTextBrowser(parent), m_folder(folder) {
@@ -40,10 +52,46 @@ QVariant PageView::picture(const QString& file) const {
 
 void PageView::doSetSource(const QUrl& url, QTextDocument::ResourceType type) {
     const bool inHelp = url.isRelative() || url.isLocalFile();
-    if (inHelp)
+    if (inHelp) {
         QTextBrowser::doSetSource(url, type);
-    else
+        fitPictures();
+    } else
         Q_EMIT externalLink(url);
+}
+
+/// Pictures get their own size, or that of the room where it is smaller.
+void PageView::fitPictures() {
+    const double room =
+        std::max(LeastRoom, viewport()->width() - 2 * (document()->documentMargin() + PageMargin));
+    struct Change {
+        int position, length;
+        QTextImageFormat format;
+    };
+    std::vector<Change> changes;
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+        for (auto i = block.begin(); !i.atEnd(); ++i) {
+            QTextImageFormat format = i.fragment().charFormat().toImageFormat();
+            if (!format.isValid() || format.width() <= 0) continue;
+            const double own =
+                format.hasProperty(OwnWidth) ? format.doubleProperty(OwnWidth) : format.width();
+            const double fitting = std::min(own, room);
+            if (fitting == format.width()) continue;
+            format.setHeight(format.height() * fitting / format.width());
+            format.setWidth(fitting);
+            format.setProperty(OwnWidth, own);
+            changes.push_back({i.fragment().position(), i.fragment().length(), format});
+        }
+    QTextCursor cursor(document());
+    for (const Change& change : changes) {
+        cursor.setPosition(change.position);
+        cursor.setPosition(change.position + change.length, QTextCursor::KeepAnchor);
+        cursor.setCharFormat(change.format);
+    }
+}
+
+void PageView::resizeEvent(QResizeEvent* event) {
+    QTextBrowser::resizeEvent(event);
+    fitPictures();
 }
 
 void PageView::changeEvent(QEvent* event) {
@@ -51,6 +99,7 @@ void PageView::changeEvent(QEvent* event) {
     if (event->type() != QEvent::PaletteChange || source().isEmpty()) return;
     const int position = verticalScrollBar()->value();
     reload();
+    fitPictures();
     verticalScrollBar()->setValue(position);
 }
 

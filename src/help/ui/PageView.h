@@ -5,8 +5,8 @@
 
 namespace telvo::help::ui {
 
-/// A page of the help in the colours of the desktop. Links that leave the help are told, not
-/// followed.
+/// A page of the help in the colors of the desktop. A picture that is wider than the window is
+/// shown smaller. Links that leave the help are reported, not followed.
 class PageView : public QTextBrowser {
     Q_OBJECT
   public:
@@ -21,9 +21,11 @@ class PageView : public QTextBrowser {
   protected:
     void doSetSource(const QUrl& url, QTextDocument::ResourceType type) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
     QVariant picture(const QString& file) const;
+    void fitPictures();
 
     QString m_folder;
 };

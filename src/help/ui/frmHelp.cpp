@@ -282,6 +282,14 @@ QString frmHelp::addressOf(const QString& form, const QString& control) const {
     return toQt(m_book.addressOf(fromQt(form), fromQt(control)));
 }
 
+QString frmHelp::addressOfLine(const QString& topicFile, const QString& line) const {
+    return toQt(m_book.addressOfLine(fromQt(topicFile), fromQt(line)));
+}
+
+QString frmHelp::addressOfMessage(std::string_view message) const {
+    return toQt(m_book.addressOfMessage(message));
+}
+
 void frmHelp::open(const QString& address) {
     if (m_book.find(fromQt(address)) == HelpBook::npos) {
         m_messages.status("The help has no page " + fromQt(address));

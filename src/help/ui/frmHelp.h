@@ -45,6 +45,10 @@ class frmHelp : public QWidget {
     void showTopic(const QString& address);
     /// Where F1 on a control leads: HelpBook::addressOf().
     QString addressOf(const QString& form, const QString& control) const;
+    /// Where F1 on a printed line leads: HelpBook::addressOfLine().
+    QString addressOfLine(const QString& topicFile, const QString& line) const;
+    /// Where a message is explained: HelpBook::addressOfMessage().
+    QString addressOfMessage(std::string_view message) const;
 
   protected:
     bool event(QEvent* event) override;

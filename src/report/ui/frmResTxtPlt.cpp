@@ -17,6 +17,7 @@
 #include <QScrollBar>
 #include <QShortcut>
 #include <QStyle>
+#include <QTextBlock>
 #include <QVBoxLayout>
 #include <utility>
 
@@ -176,6 +177,17 @@ void frmResTxtPlt::showPage() {
     m_previous->setEnabled(m_page > 0);
     // A button that turns itself off must not leave the keyboard on a button of another kind.
     if (pressed && !pressed->isEnabled()) m_text->setFocus();
+}
+
+QString frmResTxtPlt::focusTopic() const {
+    if (!services().topicOfLine || focusWidget() != m_text) return Form::focusTopic();
+    const QString page = QString("ReportPage%1.htm").arg(m_page);
+    // A line of numbers belongs to the heading above it.
+    for (QTextBlock line = m_text->textCursor().block(); line.isValid(); line = line.previous()) {
+        const QString topic = services().topicOfLine(page, line.text());
+        if (!topic.isEmpty()) return topic;
+    }
+    return page;
 }
 
 void frmResTxtPlt::copyPage() {

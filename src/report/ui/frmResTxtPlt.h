@@ -37,6 +37,10 @@ class frmResTxtPlt : public telvo::ui::Form {
     /// Puts the warnings before the user and then shows the window, not modal, on page 1.
     void load();
 
+  protected:
+    /// On the text of a page: what explains the line with the cursor.
+    QString focusTopic() const override;
+
   private:
     QHBoxLayout* makePageRow();
     QLabel* makeNotes();
