@@ -6,6 +6,7 @@
     {{CASE: page N [from WORD]}}                 a page of the report, from a line with WORD on
     {{CASE: working QUANTITY [from QUANTITY]}}   how a quantity is worked out, from a step on
     {{CASE: crossing GRAPH COLUMN FACTOR FORMAT}}   where a graph has this factor
+    {{specimen CASE N}}                          page N, each line beside the chapter's explanation of it
     {{CASE: warnings}}                           numbers of the warnings
     {{version}}, {{date}}                        of the program; of the making
 
@@ -27,6 +28,7 @@ import re
 
 from answers import CONVERTED
 from faults import DocsError
+from specimen import specimen
 
 # Placeholders that begin with these words are those of program.py.
 FIGURE = re.compile(r"\{\{(?!(?:value|working|report|table) )([^{}]+)\}\}")
@@ -57,7 +59,11 @@ class Figures:
         reader = Reader()
 
         def answer(match):
+            words = match.group(1).split()
             try:
+                if words[0] == "specimen":
+                    page = int(words[2])
+                    return specimen(text, self.program.page(page, words[1]).splitlines(), page)
                 return self._answer(match.group(1).strip(), reader)
             except (DocsError, KeyError, IndexError, ValueError, TypeError) as fault:
                 raise DocsError(f"{match.group(0)}: {fault}") from fault

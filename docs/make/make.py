@@ -11,6 +11,7 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 
 sys.dont_write_bytecode = True  # the sources stay as they are
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
@@ -26,6 +27,7 @@ from program import Program, fill  # noqa: E402
 from sources import Sources  # noqa: E402
 
 SCREENS_CASE = "two-side-gobs.TLV"
+CHANGE = re.compile(r"[A-Z]\w*(\.\d)?=")  # a field and its value
 HERE = os.path.dirname(os.path.abspath(__file__))
 
 
@@ -34,20 +36,31 @@ def lines_of(listing):
         return [line.split() for line in file if line.strip() and not line.startswith("#")]
 
 
+def posed(examples, program, case, words, scratch):
+    """The file of an example, with the changes that stand among `words`, and the other words."""
+    changes = dict(word.split("=", 1) for word in words if CHANGE.match(word))
+    path = os.path.join(examples, case)
+    if changes:
+        path = program.changed(path, changes, scratch)
+    return path, [word for word in words if not CHANGE.match(word)]
+
+
 def draw(listing, examples, program, folder):
     """Drawings by the console program: one line each, name, case and what it is called with."""
     os.makedirs(folder, exist_ok=True)
-    for name, case, *arguments in lines_of(listing):
-        for extension, more in ((".svg", []), (".png", ["--dpi", "140"])):
-            subprocess.run([program, "plot", os.path.join(examples, case), *arguments, *more,
-                            "-o", os.path.join(folder, name + extension), "--force"], check=True)
+    for name, case, *words in lines_of(listing):
+        with tempfile.TemporaryDirectory() as scratch:
+            path, words = posed(examples, program, case, words, scratch)
+            for extension, more in ((".svg", []), (".png", ["--dpi", "140"])):
+                program.call("plot", path, *words, *more, "-o", os.path.join(folder, name + extension), "--force")
 
 
-def pose(listing, examples, program, folder):
+def pose(listing, examples, program, screens, folder):
     """Pictures of single windows: one line each, name, case, window and what it shows."""
-    for name, case, window, value in lines_of(listing):
-        subprocess.run([program, "case", os.path.join(examples, case), folder, name, window, value],
-                       check=True)
+    for name, case, *words in lines_of(listing):
+        with tempfile.TemporaryDirectory() as scratch:
+            path, words = posed(examples, program, case, words, scratch)
+            subprocess.run([screens, "case", path, folder, name, *words], check=True)
 
 
 def read(folder, formulas, sources, program, pictures):
@@ -114,15 +127,15 @@ def main():
     given = arguments()
     wanted = given.only or ["help", "pdf"]
     pictures = os.path.join(given.build, "pictures")
+    program = Program(given.cli, given.examples)
     if given.cli:
         say("drawings of cases")
-        draw(os.path.join(given.docs, "drawings.txt"), given.examples, given.cli, pictures)
+        draw(os.path.join(given.docs, "drawings.txt"), given.examples, program, pictures)
     if given.screens:
         say("pictures of windows")
         photograph(given.screens, ["windows", os.path.join(given.examples, SCREENS_CASE)], pictures)
-        pose(os.path.join(given.docs, "windows.txt"), given.examples, given.screens, pictures)
+        pose(os.path.join(given.docs, "windows.txt"), given.examples, program, given.screens, pictures)
     say("numbers, printed commands and formulas")
-    program = Program(given.cli, given.examples)
     answers = Answers(given.cli, [given.examples, given.cases],
                       os.path.join(given.build, "answers.json"))
     sources = Sources(answers, given.cases, given.docs, Commands(given.cli, given.examples))

@@ -15,7 +15,7 @@ TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|\'(?:\\.|[^\'\\\n])+\'|"(?:[^"\\\n]|\\.)
 # What hands a text to the user, or carries it there.
 CARRIERS = {"Refusal", "Fault", "refusal", "refuse", "refused", "fail", "tell", "ask", "complain",
             "wrongUsage", "cannotCompute"}
-LISTS = {"notes", "lines", "faults", "fallbacks"}  # to which a text is appended
+LISTS = {"notes", "lines", "faults", "fallbacks", "stale"}  # to which a text is appended
 OPENINGS = ("Invalid ", "Cannot ")
 ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
 LEAST = 12     # letters of a text that says something by itself

@@ -24,16 +24,18 @@ PAGE = """<!DOCTYPE html>
 <style>@page {{ @bottom-center {{ content: "Version {version}, {date}" }} }}
 @page title {{ @bottom-center {{ content: none }} }}</style></head>
 <body class="{kind}">
-<section class="title"><p class="program">TELVO</p><p class="name">{name}</p>
-<p class="subtitle">{subtitle}</p><p class="version">Version {version}, {date}</p>
-<div class="legal">{legal}</div></section>
+{cover}
 {contents}
 {chapters}
 {index}
 </body></html>
 """
+COVER = """<section class="title"><p class="program">TELVO</p><p class="name">{name}</p>
+<p class="subtitle">{subtitle}</p><p class="version">Version {version}, {date}</p>
+<div class="legal">{legal}</div></section>"""
 LICENSE = ("TELVO and this document are free: you may use, copy and change them under the GNU General "
            "Public License, version 3 or (at your option) any later version.")
+KEYWORDS = "coal, pillar design, retreat mining"
 POINTS = 72 / 25.4
 PAPERS = (("", 210, 297), ("-Letter", 215.9, 279.4))  # behind the name, mm
 SET_FOR = (210, 279.4)
@@ -64,6 +66,8 @@ def write(manual, edition, folder):
     page = document(manual, edition)
     pages = HTML(string=page, base_url=edition.sources + os.sep).render(
         stylesheets=[CSS(edition.stylesheet)])
+    if manual.settings.getboolean("sheet", False) and len(pages.pages) != 1:
+        raise DocsError(f"{manual.folder}: has {len(pages.pages)} pages instead of one")
     for name, (_, width, height) in zip(file_names(manual.settings["file"]), PAPERS):
         pages.write_pdf(os.path.join(folder, name),
                         finisher=functools.partial(put_on_paper, width=width, height=height))
@@ -83,7 +87,8 @@ def put_on_paper(_, pdf, width, height):
 def document(manual, edition):
     """The whole manual as one page of HTML."""
     settings = manual.settings
-    short = settings.getboolean("short", False)
+    sheet = settings.getboolean("sheet", False)
+    short = sheet or settings.getboolean("short", False)
     places = references.Places(manual, edition.titles)
     contents, captions, chapters = [], [], []
     for number, chapter in enumerate(manual.chapters):
@@ -93,7 +98,7 @@ def document(manual, edition):
             level = HEADINGS.get(element.tag)
             if level:
                 element.set("id", element.get("id") or f"section-{number}-{order}")
-                numbered(element, level, places.number_of(element.get("id")))
+                numbered(element, level, "" if sheet else places.number_of(element.get("id")))
                 if level <= 2 or "topic" in element.get("class", ""):
                     contents.append(contents_line(element, level))
             elif element.tag == "img":
@@ -108,14 +113,14 @@ def document(manual, edition):
         lists.append(navigation("Figures and tables", captions))
     index = references.index(manual) if settings.getboolean("index", False) else ""
     legal = "".join(f"<p>{html.escape(text)}</p>" for text in [LICENSE, *edition.disclaimer])
-    return PAGE.format(kind=manual.name + (" short" if short else ""),
-                       title=html.escape("TELVO: " + settings["title"]),
-                       name=html.escape(settings["title"]),
-                       subtitle=html.escape(settings.get("subtitle", "")),
-                       keywords=html.escape(settings.get("keywords", "coal, pillar design, retreat mining")),
-                       version=edition.version, date=date_of_making(), time=time_of_making(),
-                       legal=legal, contents="\n".join(lists), chapters="\n".join(chapters),
-                       index=index)
+    about = {"name": html.escape(settings["title"]),
+             "subtitle": html.escape(settings.get("subtitle", "")),
+             "version": edition.version, "date": date_of_making()}
+    kinds = [manual.name] + ["short"] * short + ["sheet"] * sheet
+    return PAGE.format(kind=" ".join(kinds), title="TELVO: " + about["name"],
+                       keywords=html.escape(settings.get("keywords", KEYWORDS)),
+                       time=time_of_making(), cover="" if sheet else COVER.format(legal=legal, **about),
+                       contents="\n".join(lists), chapters="\n".join(chapters), index=index, **about)
 
 
 def navigation(title, lines):
@@ -128,8 +133,8 @@ def numbered(element, level, number):
     """Chapters and sections are numbered: 2, 2.1."""
     title = plain(element)
     element.set("data-title", title)
-    element.set("data-bookmark", title if level > 2 else f"{number}  {title}")
-    if level > 2:
+    element.set("data-bookmark", title if level > 2 else f"{number}  {title}".strip())
+    if level > 2 or not number:
         return
     mark = ElementTree.Element("span", {"class": "number"})
     mark.text, mark.tail, element.text = number, element.text, None
@@ -178,6 +183,9 @@ def keep_together(section):
         if plain_lines(listing) > LONG_LISTING:
             listing.set("class", "long")
     for table in section.iter("table"):
+        head = table.find(".//th")
+        if head is not None and plain(head) == "Line":
+            table.set("class", "specimen")
         if len(list(table.iter("tr"))) < SHORT_TABLE and "check" not in table.get("class", ""):
             table.set("class", (table.get("class", "") + " short").strip())
 

@@ -75,6 +75,20 @@ class Program:
             self.call("convert", table + "#2", "-o", case)
             return json.loads(self.call("results", case, "--format", "json"))[0]
 
+    def changed(self, path, changes, folder):
+        """A case file in `folder` with fields changed, under the name of the other one."""
+        table = os.path.join(folder, "changed.csv")
+        rows = list(csv.reader(io.StringIO(self.call("table", "export", path, "-o", "-"))))
+        for field, value in changes.items():
+            if field not in rows[0]:
+                raise DocsError(f"{path}: no field is called {field}")
+            rows[1][rows[0].index(field)] = value
+        with open(table, "w", encoding="utf-8", newline="") as file:
+            csv.writer(file).writerows(rows)
+        target = os.path.join(folder, os.path.basename(path))
+        self.call("save", table + "#2", "-o", target)
+        return target
+
     def steps(self, name):
         if name not in self._steps:
             blocks = self.call("explain", self.case(name)).split("\n")

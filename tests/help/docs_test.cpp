@@ -177,7 +177,7 @@ TEST(Documents, EveryOneOfTheListIsMade) {
     const std::string folder = TELVO_DOCUMENTS_DIR;
     const auto list = util::readResourceList(folder + std::string(util::ResourceListFile));
     ASSERT_TRUE(list) << list.fault().message;
-    EXPECT_EQ(list->size(), 8U);
+    EXPECT_EQ(list->size(), 9U);
     for (const util::Resource& document : *list) {
         const auto bytes = readFile(folder + document.file);
         ASSERT_TRUE(bytes) << document.file;
