@@ -24,7 +24,7 @@ from faults import DocsError  # noqa: E402
 from formulas import Formulas  # noqa: E402
 from help import Help  # noqa: E402
 from program import Program, fill  # noqa: E402
-from sources import Sources  # noqa: E402
+from sources import Sources, check_others  # noqa: E402
 
 SCREENS_CASE = "two-side-gobs.TLV"
 CHANGE = re.compile(r"[A-Z]\w*(\.\d)?=")  # a field and its value
@@ -138,7 +138,8 @@ def main():
     say("numbers, printed commands and formulas")
     answers = Answers(given.cli, [given.examples, given.cases],
                       os.path.join(given.build, "answers.json"))
-    sources = Sources(answers, given.cases, given.docs, Commands(given.cli, given.examples))
+    commands = Commands(given.cli, given.examples)
+    sources = Sources(answers, given.cases, given.docs, commands)
     formulas = Formulas(os.path.join(given.build, "formulas"), sources.equations.number)
     folders = [os.path.dirname(path)
                for path in sorted(glob.glob(os.path.join(given.docs, "*", "manual.ini")))]
@@ -146,6 +147,10 @@ def main():
         folders = [folder for folder in folders if in_help(folder)]
     manuals = [read(folder, formulas, sources, program, pictures) for folder in folders]
     answers.keep()
+    if given.cli and "pdf" in wanted:
+        faults = check_others(commands, os.path.dirname(os.path.abspath(given.docs)))
+        if faults:
+            raise DocsError("\n".join(faults))
     # The user manual leads the contents of the help.
     manuals.sort(key=lambda manual: (int(manual.settings.get("order", "9")), manual.name))
     pages = Help([manual for manual in manuals if in_help(manual.folder)], os.path.join(given.build, "help"), given.build)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Fills the chapters with what the program says and runs the commands that they print. Called by
-itself, it checks the chapters of all manuals, and single documents beside them, against the program
+itself, it checks the chapters of all manuals, README and the manual page against the program
 without making anything, and needs nothing but Python."""
 
 import argparse
@@ -34,6 +34,25 @@ def without_remarks(text):
     return re.sub(r"<!--.*?-->\n?", "", text, flags=re.DOTALL)
 
 
+def check_others(commands, project):
+    """Runs what is printed besides the chapters: in README, the manual page and --help. Returned: the
+    faults, each with its place."""
+    faults = []
+
+    def attempt(place, check):
+        try:
+            check()
+        except DocsError as fault:
+            faults.append(f"{place}: {fault}")
+
+    for name, prepared in (("README.md", str), (os.path.join("packaging", "man", "telvo-cli.1.in"), of_manual_page)):
+        with open(os.path.join(project, name), encoding="utf-8") as file:
+            text = prepared(file.read())
+        attempt(name, lambda text=text: commands.check(text))
+    attempt("--help", commands.check_helps)
+    return faults
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--docs", required=True)
@@ -41,8 +60,6 @@ def main():
     parser.add_argument("--cases", required=True)
     parser.add_argument("--cli", required=True)
     parser.add_argument("--only", help="one manual")
-    parser.add_argument("--document", action="append", default=[],
-                        help="a document of its own, whose commands are run")
     given = parser.parse_args()
     commands = Commands(given.cli, given.examples)
     sources = Sources(Answers(given.cli, [given.examples, given.cases]), given.cases, given.docs,
@@ -61,13 +78,8 @@ def main():
     for settings in sorted(glob.glob(os.path.join(given.docs, given.only or "*", "manual.ini"))):
         for path in sorted(glob.glob(os.path.join(os.path.dirname(settings), "*.md"))):
             faults += attempt(path, lambda text, path=path: sources.fill(text, path))
-    for path in given.document:
-        faults += attempt(path, lambda text, page=path.endswith(".1.in"): commands.check(
-            of_manual_page(text) if page else text))
-    try:
-        commands.check_helps()
-    except DocsError as fault:
-        print(f"--help: {fault}", file=sys.stderr)
+    for fault in check_others(commands, os.path.dirname(os.path.abspath(given.docs))):
+        print(fault, file=sys.stderr)
         faults += 1
     print(f"{commands.count} commands of the documents were run")
     return 1 if faults else 0

@@ -26,15 +26,23 @@ std::string lowered(std::string_view text) {
     return out;
 }
 
-std::vector<std::string> wordsOf(std::string_view text) {
+std::vector<std::string> wordsIn(std::string_view text) {
     std::vector<std::string> words;
     std::size_t from = 0;
     while ((from = text.find_first_not_of(" \t\r\n", from)) != std::string_view::npos) {
         const std::size_t to = std::min(text.find_first_of(" \t\r\n", from), text.size());
-        words.push_back(lowered(text.substr(from, to - from)));
+        words.emplace_back(text.substr(from, to - from));
         from = to;
     }
     return words;
+}
+
+/// With one blank between two words.
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words)
+        text.append(text.empty() ? "" : " ").append(word);
+    return text;
 }
 
 /// The text between tabs; what is missing is empty.
@@ -132,7 +140,7 @@ std::string HelpBook::addressOf(std::string_view form, std::string_view control)
 }
 
 std::string HelpBook::addressOfLine(std::string_view topicFile, std::string_view line) const {
-    const std::string_view text = trimmed(line);
+    const std::string text = joined(wordsIn(line)); // columns are as wide as their numbers
     std::string_view found;
     std::size_t longest = 0;
     for (const IndexLine& entry : m_index) {
@@ -177,7 +185,7 @@ void HelpBook::readTexts() {
 
 std::vector<SearchHit> HelpBook::search(std::string_view text) {
     if (m_texts.empty()) readTexts();
-    const std::vector<std::string> words = wordsOf(text);
+    const std::vector<std::string> words = wordsIn(lowered(text));
     const std::string phrase = lowered(trimmed(text));
     std::vector<SearchHit> named, inText;
     for (std::size_t i = 0; i < m_topics.size() && !words.empty(); ++i) {

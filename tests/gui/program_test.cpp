@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ui/documentPaper.h"
 #include "programHome.h"
 #include "project/CaseFile.h"
 
@@ -59,6 +60,7 @@ class ProgramTest : public QObject {
     void viewRefusesPillarsWithoutSize();
     void f1OnAFieldOpensTheTopicOfThatInput();
     void f1InAMessageBoxOpensItsEntry();
+    void documentsOpenOnThePaperOfTheCountry();
     void recentFilesFollowTheirSettings();
     void hostileSettingsBecomeTheirDefaults();
     void theParameterFormBlocksTheMainWindow();
@@ -301,6 +303,20 @@ void ProgramTest::f1InAMessageBoxOpensItsEntry() {
     QVERIFY(hasHelp && opened == 1 && shown >= 2); // the box stays after the help
     messages.tell("All is well");
     QVERIFY(!hasHelp);
+}
+
+void ProgramTest::documentsOpenOnThePaperOfTheCountry() {
+    const Home home;
+    home.put(home.path("Manual.PDF"), "%PDF");
+    const std::string manual = home.path("Manual.PDF");
+    const auto opened = [&](QLocale::Territory territory) {
+        return app::ui::documentForPaper(manual, territory);
+    };
+    QCOMPARE(opened(QLocale::UnitedStates), manual); // there is only the one
+    home.put(home.path("Manual-Letter.PDF"), "%PDF");
+    QCOMPARE(opened(QLocale::UnitedStates), home.path("Manual-Letter.PDF"));
+    QCOMPARE(opened(QLocale::Germany), manual);
+    QCOMPARE(app::ui::documentForPaper("CaseTable.xlsx", QLocale::UnitedStates), "CaseTable.xlsx");
 }
 
 void ProgramTest::recentFilesFollowTheirSettings() {

@@ -129,6 +129,37 @@ TEST_F(Docs, EveryLineOfTheReportStandsInTheIndex) {
         EXPECT_TRUE(inIndex(label)) << label;
 }
 
+TEST_F(Docs, EveryLineOfTheReportThatHasAValueLeadsToItsPlace) {
+    project::ProjectCase current;
+    int lines = 0;
+    for (const char* file :
+         {"two-side-gobs.TLV", "bleeder-rows-c-d.TLV", "metric-manual-arch.TLV"}) {
+        project::readCaseFile(TELVO_EXAMPLES_DIR + ("/" + std::string(file)), current);
+        const auto outcome = app::runCase(current);
+        const auto& pages = std::get<app::CaseRun>(outcome).pages;
+        for (std::size_t page = 0; page < pages.size(); ++page) {
+            const std::string topic = "ReportPage" + std::to_string(page) + ".htm";
+            for (const auto line : splitLines(pages[page])) {
+                if (line.find("..") == std::string_view::npos && !line.starts_with('[')) continue;
+                if (page == 0 && line.starts_with('[') &&
+                    line.find("Gob]") == std::string_view::npos)
+                    continue; // headings of the input
+                ++lines;
+                if (line.starts_with('[') && line.find("GOB") == std::string_view::npos) continue;
+                EXPECT_NE(book.addressOfLine(topic, line), "") << topic << ": " << line;
+            }
+        }
+    }
+    EXPECT_GT(lines, 150);
+}
+
+TEST_F(Docs, TheSearchFindsWhatUsersAskFor) {
+    for (const char* words :
+         {"safety factor", "factor of safety", "goaf", "getting started", "quick start", "backup",
+          "batch", "error", "shortcut", "screenshot", "density", "calibration", "recovery"})
+        EXPECT_FALSE(book.search(words).empty()) << words;
+}
+
 /// The first part of a name that is not "inputs", without a pass: "TELVOSF.retreat" is TELVOSF.
 std::string quantityOf(std::string key) {
     if (key.starts_with("inputs.")) key.erase(0, 7);

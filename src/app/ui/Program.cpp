@@ -4,6 +4,7 @@
 #include "app/reminders.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
 #include "app/ui/dialogs/frmUpdate.h"
+#include "app/ui/documentPaper.h"
 #include "app/ui/frmMain.h"
 #include "base/files.h"
 #include "base/titles.h"
@@ -221,7 +222,8 @@ void Program::showHelp(const QString& topic) {
         openDocument(m_folders.InstallFolder + std::string(HelpFile));
 }
 
-void Program::openDocument(const std::string& path) {
+void Program::openDocument(const std::string& wanted) {
+    const std::string path = documentForPaper(wanted, QLocale::system().territory());
     std::error_code error;
     if (!std::filesystem::exists(pathFromUtf8(path), error))
         m_messages.tell("Requested File not found: " + path);

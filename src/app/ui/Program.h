@@ -63,8 +63,9 @@ class Program {
     /// Opens a topic of the help, "" its contents, "Index" its index; tells when the help is not
     /// installed.
     void showHelp(const QString& topic);
-    /// Opens a file with the desktop's program for it; tells when it is missing.
-    void openDocument(const std::string& path);
+    /// Opens a file with the desktop's program for it, on the paper of the user's country where it
+    /// comes on two; tells when it is missing.
+    void openDocument(const std::string& wanted);
     /// Opens a file in the external editor of the settings; tells when it does not start.
     void openInEditor(const std::string& path);
 
