@@ -16,13 +16,14 @@ TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|\'(?:\\.|[^\'\\\n])+\'|"(?:[^"\\\n]|\\.)
 CARRIERS = {"Refusal", "Fault", "refusal", "refuse", "refused", "fail", "tell", "ask", "complain",
             "wrongUsage", "cannotCompute"}
 LISTS = {"notes", "lines", "faults", "fallbacks", "stale"}  # to which a text is appended
-OPENINGS = ("Invalid ", "Cannot ")
+OPENINGS = ("Invalid ", "Cannot ", "The disk ", "The folder ", "The file ", "You may ")
+CONSTANTS = ("Message", "Question")  # what a text is called that is handed on later
 ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
 LEAST = 12     # letters of a text that says something by itself
 TERM = re.compile(r"^(.+?) ?\{#msg-[\w-]+[^}]*\}$", re.MULTILINE)
 CHAPTER = os.path.join("manual", "13-messages.md")
 # Titles, and names of quantities with what they belong to.
-NO_MESSAGES = re.compile(r"Help: Message$|Invalid Character$|HKEY_|&|[A-Z][a-z]+[A-Z]\w+ of ")
+NO_MESSAGES = re.compile(r"Help: Message$|Invalid Character$|HKEY_|&|The file as it is on disk|[A-Z][a-z]+[A-Z]\w+ of ")
 
 
 def texts_of(source):
@@ -35,7 +36,7 @@ def texts_of(source):
             if joined is not None and not source[last_end:token.start()].strip():
                 found[joined] = (found[joined][0] + value, found[joined][1])
             else:
-                found.append((value, any(stack)))
+                found.append((value, any(stack) or word.endswith(CONSTANTS)))
                 joined = len(found) - 1
             last_end = token.end()
             continue
