@@ -30,6 +30,7 @@ class Help:
         self.sources = sources  # folder of formulas/ and pictures/
         self.topics = [(manual, topic) for manual in manuals for topic in manual.topics]
         self.ids = {}
+        self.fitting = {}  # pictures: when changed, the fitting one, its size
         for manual in manuals:
             for name, topic in manual.ids.items():
                 if name in self.ids:
@@ -152,16 +153,26 @@ class Help:
             raise DocsError(f"{topic.name}: there is no picture {source}")
         target = os.path.join(self.folder, source)
         os.makedirs(os.path.dirname(target), exist_ok=True)
+        fitting, width, height = self._fitting(path)
+        if not os.path.exists(target):
+            shutil.copy(fitting, target)
+        image.set("width", str(round(width / 2)))
+        image.set("height", str(round(height / 2)))
+
+    def _fitting(self, path):
+        """A picture that is not too wide, with its size. Narrowing one takes long, and the help is
+        written twice: it is kept until the picture changes."""
         from PIL import Image
-        with Image.open(path) as picture:
-            if picture.width > 2 * WIDEST:
-                height = round(picture.height * 2 * WIDEST / picture.width)
-                picture = picture.convert("RGB").resize((2 * WIDEST, height), Image.LANCZOS)
-                picture.save(target, optimize=True)
-            else:
-                shutil.copy(path, target)
-            image.set("width", str(round(picture.width / 2)))
-            image.set("height", str(round(picture.height / 2)))
+        changed = os.path.getmtime(path)
+        if self.fitting.get(path, (0,))[0] != changed:
+            with Image.open(path) as picture:
+                size, narrow = picture.size, path
+                if picture.width > 2 * WIDEST:
+                    size = (2 * WIDEST, round(picture.height * 2 * WIDEST / picture.width))
+                    narrow = os.path.splitext(path)[0] + ".narrow.png"
+                    picture.convert("RGB").resize(size, Image.LANCZOS).save(narrow)
+            self.fitting[path] = (changed, narrow, *size)
+        return self.fitting[path][1:]
 
     def _store(self, name, text):
         with open(os.path.join(self.folder, name), "w", encoding="utf-8", newline="\n") as file:
