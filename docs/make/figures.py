@@ -148,8 +148,11 @@ def time_of_making():
 
 
 def quantity(answer, name):
-    """BarrierSF.retreat.first, PillarArea.1 or a field of the input, from the results of a case."""
+    """BarrierSF.retreat.first, PillarArea.1 or a field of the input, from the results of a case;
+    "inputs.ArchFactor" where a result has the name of a field."""
     first, *path = name.split(".")
+    if first == "inputs":  # a field that a result is called after
+        answer, (first, *path) = {"results": {}, "inputs": answer["inputs"]}, path
     value = answer["results"].get(first, answer["inputs"].get(first))
     for step in path:
         value = value[int(step) - 1] if step.isdigit() else value[step]

@@ -96,6 +96,8 @@ class Screen:
         if spacing:
             return f"Center to Center Distance #{spacing.group(1)} {value} {'m' if metric else 'ft'}"
         label, units = self.fields[field]
+        if not value:
+            return f"{label} left empty in a table"
         return f"{label} {value} {units[metric]}".strip().replace(" \u00b0", "\u00b0")
 
 
@@ -229,8 +231,6 @@ class Verification:
             if word == "flags":
                 by_hand = sorted(by_hand)
             return value, None, value == by_hand
-        if target.startswith("inputs."):
-            answer, target = {"results": answer["inputs"], "inputs": {}}, target.removeprefix("inputs.")
         value = quantity(answer, target)
         off = difference(value, by_hand)
         return value, off, off <= TOLERANCE

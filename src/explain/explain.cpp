@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace telvo::explain {
 
@@ -241,9 +242,10 @@ void addRFactors(Run& run) {
                       "an R-factor of exactly 1 is stored and printed as 0.999 once the loads are "
                       "computed: the stresses of the plots divide by 1 - R");
         } else {
-            sheet.add("Rs", at, share,
-                      "the share that the barrier takes, together with half an entry; the AMZ takes "
-                      "the rest");
+            sheet.add(
+                "Rs", at, share,
+                "the share that the barrier takes, together with half an entry; the AMZ takes "
+                "the rest");
         }
     }
 }
@@ -348,8 +350,30 @@ void addLeavePillars(Run& run) {
     }
 }
 
-void addSuggestedFactor(Run& run) {
+/// The least factor of the barriers that there are, over sides and passes.
+void addLeastBarrierFactor(Run& run) {
+    const At* least = nullptr;
+    std::vector<At> barriers;
+    for (const int pass : {Development, Retreat})
+        for (int k = FirstSide; k <= run.in.AnalysisCase; ++k)
+            if (run.in.BarrierWidth[k] != 0) barriers.push_back({pass, k});
+    const auto factor = [&](const At& at) { return run.results.BarrierSF[at.pass][at.side]; };
+    for (const At& at : barriers)
+        if (!least || factor(at) < factor(*least)) least = &at;
+    if (least)
+        run.sheet.add(
+            "SFmin", *least, factor(*least), Kind::Factor, "SFb",
+            "the least over both sides and both passes, compared without rounding; a side "
+            "without a barrier has none");
+}
+
+void addWarningFigures(Run& run) {
     Worksheet& sheet = run.sheet;
+    const double n = run.in.NumberPillars;
+    sheet.add("rwh", {}, (run.results.PanelWidth - n * run.in.We) / (n * run.in.h), Kind::Number,
+              "(Wp - (n - 1) * We) / ((n - 1) * h)",
+              "below 4.0 the warnings ask for a factor of 2.0");
+    addLeastBarrierFactor(run);
     const double feet = run.in.H * (isEnglish(run) ? 1 : project::FeetPerMetre);
     if (feet <= report::ShallowLimit || feet > report::DeepLimit) return;
     constexpr int halfEven = 0, unrounded = 1, cut = 2;
@@ -414,7 +438,7 @@ Chapters explain(const project::ProjectCase& current, const AnalysisResults& res
     addStresses(run);
     sheet.chapter("Figures that only the report has");
     addLeavePillars(run);
-    addSuggestedFactor(run);
+    addWarningFigures(run);
     addNotArising(run);
     addPrintedFigures(source, sheet);
     std::erase_if(sheet.chapters(), [](const Chapter& chapter) { return chapter.steps.empty(); });

@@ -136,6 +136,8 @@ constexpr Symbol Symbols[] = {
     // Figures that only the report has
     {"To", "LeavePillarLoad.{R}", "Row {R}: tributary area load of a pillar"},
     {"Xo", "LeavePillarExcess.{R}", "Row {R}: excess load-bearing capacity"},
+    {"rwh", "WidthToHeightRatio", "Mean width-to-height ratio of the pillars across the panel"},
+    {"SFmin", "LeastBarrierSF", "Least barrier stability factor, as the warnings compare it"},
     {"Hft", "DepthInFeet", "Depth of cover in feet, for the limits of the warnings"},
     {"SFsug", "SuggestedSF", "Suggested minimum TELVO SF at intermediate depth"},
 };
