@@ -13,11 +13,10 @@ import sys
 
 TOKEN = re.compile(r'//[^\n]*|/\*.*?\*/|\'(?:\\.|[^\'\\\n])+\'|"(?:[^"\\\n]|\\.)*"|[(){}]|\w+', re.DOTALL)
 # What hands a text to the user, or carries it there.
-CARRIERS = {"Refusal", "Fault", "refusal", "refuse", "refused", "fail", "tell", "ask", "complain",
-            "wrongUsage", "cannotCompute"}
+CARRIERS = re.compile(r"(refus|fault|fail$|tell$|ask$|complain|wrongUsage|cannot)|.*Fault$", re.IGNORECASE)
 LISTS = {"notes", "lines", "faults", "fallbacks", "stale"}  # to which a text is appended
 OPENINGS = ("Invalid ", "Cannot ", "The disk ", "The folder ", "The file ", "You may ")
-CONSTANTS = ("Message", "Question")  # what a text is called that is handed on later
+CONSTANTS = ("message", "question")  # what a text is called that is handed on later
 ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
 LEAST = 12     # letters of a text that says something by itself
 TERM = re.compile(r"^(.+?) ?\{#msg-[\w-]+[^}]*\}$", re.MULTILINE)
@@ -36,14 +35,14 @@ def texts_of(source):
             if joined is not None and not source[last_end:token.start()].strip():
                 found[joined] = (found[joined][0] + value, found[joined][1])
             else:
-                found.append((value, any(stack) or word.endswith(CONSTANTS)))
+                found.append((value, any(stack) or word.lower().endswith(CONSTANTS)))
                 joined = len(found) - 1
             last_end = token.end()
             continue
         if text.startswith(("//", "/*")):
             continue
         if text in "({":
-            stack.append(word in CARRIERS or word == "push_back" and before in LISTS)
+            stack.append(bool(CARRIERS.match(word)) or word == "push_back" and before in LISTS)
         elif text in ")}" and stack:
             stack.pop()
         if text.isidentifier():
