@@ -35,6 +35,8 @@ namespace {
 using namespace telvo;
 using telvo::ui::fromQt;
 
+constexpr int RoomForPlan = 140; // pixels by which the parameter form is wider than it has to be
+
 struct NoFiles : FileDialogs {
     std::optional<std::string> openFile(std::string_view, std::string_view,
                                         const std::vector<std::string>&) override {
@@ -120,6 +122,7 @@ void takeParameterForm(Camera& camera, app::ui::frmMain& window) {
     QApplication::processEvents();
     QWidget* form = topWindow("frmTELVOParm");
     if (!form) return camera.missed("frmTELVOParm");
+    form->resize(form->width() + RoomForPlan, form->height());
     for (int tab = 0; tab < 3; ++tab) {
         chooseTab(*form, tab);
         camera.take(*form, QString("frmTELVOParm-%1").arg(tab + 1));
@@ -185,7 +188,9 @@ class Desk {
         settings.DisplayFontSize = 9;
         settings.DataPath = "Documents/MyBODRA";
         m_program.window().applyHistoryFont();
-        m_program.session().LoadProjFile(fromQt(m_file));
+        // Without the folder of this run, which differs every time.
+        QDir::setCurrent(m_home.filePath("Documents"));
+        m_program.session().LoadProjFile("MyBODRA/" + fromQt(QFileInfo(m_file).fileName()));
     }
     app::ui::Program& program() { return m_program; }
     const QString& file() const { return m_file; }
@@ -245,7 +250,7 @@ int takeCase(const QString& example, const QString& folder, const QString& name,
         choose(window, "mnuEditItem_1");
         QApplication::processEvents();
         if (QWidget* form = topWindow("frmTELVOParm")) {
-            form->resize(form->width() + 140, form->height());
+            form->resize(form->width() + RoomForPlan, form->height());
             chooseTab(*form, value.toInt());
             if (auto* ok = form->findChild<QPushButton*>("cmdOK")) ok->setFocus();
             camera.take(*form, name);

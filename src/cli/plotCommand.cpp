@@ -11,6 +11,8 @@ namespace telvo::cli {
 
 namespace {
 
+/// Pixels of a picture's sides: room for its letters, and no more than a large sheet.
+constexpr int LeastSide = 300, GreatestSide = 4000;
 /// Percent of a case's own value, as the settings limit the range of the graphs.
 constexpr double LowestPercent = 0;
 constexpr double HighestPercent = 150;
@@ -65,6 +67,12 @@ CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& req
     command->add_option("--dpi", request.options.dpi, "pixels to the inch of a PNG")
         ->check(CLI::Range(plotter.lowestDpi, plotter.highestDpi))
         ->capture_default_str();
+    command
+        ->add_option("--size", request.options.size,
+                     "width and height in pixels of 1/96 inch; letters keep their size")
+        ->expected(2)
+        ->check(CLI::Range(LeastSide, GreatestSide))
+        ->option_text("WIDTH HEIGHT [900 700]");
     if (any(plotter, &PlotKind::takesRange))
         command
             ->add_option("--range", request.range,

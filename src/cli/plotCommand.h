@@ -21,7 +21,8 @@ namespace telvo::cli {
 struct PlotOptions {
     report::ReportOptions report;
     study::GraphRange range;
-    int dpi = 0; ///< of a PNG
+    int dpi = 0;                     ///< of a PNG
+    std::vector<int> size{900, 700}; ///< width and height in pixels of 1/96 inch
 };
 
 /// A kind of picture and the options that it follows.

@@ -141,6 +141,7 @@ PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const Pl
     Drawn drawn = Kinds[kind].draw(current, options);
     if (const auto* refused = std::get_if<Refusal>(&drawn)) return {Refused, refused->message};
     Picture& picture = std::get<Picture>(drawn);
+    picture.size = {static_cast<qreal>(options.size[0]), static_cast<qreal>(options.size[1])};
     picture.name = pictureName(current, Kinds[kind].kind.name);
     const Status written = exportPicture(picture, target, options.dpi);
     if (!written) return {FileTrouble, faultText(written.fault())};
