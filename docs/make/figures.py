@@ -8,7 +8,7 @@
     {{CASE: crossing GRAPH COLUMN FACTOR FORMAT}}   where a graph has this factor
     {{specimen CASE N}}                          page N, each line beside the chapter's explanation of it
     {{CASE: warnings}}                           numbers of the warnings
-    {{version}}, {{date}}                        of the program; of the making
+    {{version}}, {{date}}, {{system}}            of the program; of the making; where it was made
 
 A tutorial leads from one case to another:
 
@@ -24,6 +24,7 @@ FORMAT is one of Python's, or tons, psi and percent.
 
 import datetime
 import os
+import platform
 import re
 
 from answers import CONVERTED
@@ -77,6 +78,8 @@ class Figures:
             return self.program.version()
         if wanted == "date":
             return date_of_making()
+        if wanted == "system":
+            return system_of_making()
         if ":" in wanted:
             return self._figure(wanted, reader)
         word, *rest = wanted.split(" ", 2)
@@ -136,6 +139,15 @@ def moment_of_making():
     utc = datetime.timezone.utc
     return datetime.datetime.fromtimestamp(int(seconds), utc) if seconds else \
         datetime.datetime.now(utc)
+
+
+def system_of_making():
+    """Name of the system and kind of processor on which the program was asked."""
+    try:
+        name = platform.freedesktop_os_release()["PRETTY_NAME"]
+    except (OSError, KeyError, AttributeError):  # other systems, older Pythons
+        name = f"{platform.system()} {platform.release()}"
+    return f"{name}, {platform.machine()}"
 
 
 def date_of_making():

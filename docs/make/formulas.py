@@ -27,7 +27,7 @@ def plain(source):
     that speak."""
     for _ in range(4):  # innermost fractions first
         source = re.sub(r"\\d?frac\{((?:[^{}]|\{[^{}]*\})*)\}\{((?:[^{}]|\{[^{}]*\})*)\}",
-                        r"(\1) / (\2)", source)
+                        r" (\1) / (\2)", source)
     for pattern, text in PLAIN:
         source = re.sub(pattern, text, source)
     source = re.sub(r"\((\w+)\) /", r"\1 /", re.sub(r"\s+", " ", source))
@@ -104,7 +104,7 @@ class Formulas:
                 f'<td class="number">({self.number(match.group(2))})</td></tr></tbody></table>\n')
 
     def _set(self, source):
-        name = hashlib.sha256(f"2 {source}".encode()).hexdigest()[:16]
+        name = hashlib.sha256(f"3 {source}".encode()).hexdigest()[:16]
         path = os.path.join(self.folder, name)
         try:
             with open(path + ".size", encoding="ascii") as file:

@@ -43,7 +43,7 @@ from figures import quantity
 
 TOLERANCE = 1e-9
 CROSSING = 1e-3  # graphs are read between their points
-DRAWN = 2000  # random cases of the independent calculation
+DRAWN = 1000  # random cases of the independent calculation
 SHORT = 6  # rows of a table that stays on one page
 # Quantities that depend on single precision: the tolerance of the second calculation.
 SINGLE = {"AMZLoad": 2e-7, "TELVOSF": 2e-7, "ArchFactor": 2e-7, "TributaryStress": 2e-7}

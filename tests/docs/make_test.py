@@ -17,6 +17,7 @@ from equations import Equations, symbols_of  # noqa: E402
 from faults import DocsError  # noqa: E402
 import messages  # noqa: E402
 from figures import Figures, date_of_making  # noqa: E402
+from formulas import bracketed, plain  # noqa: E402
 from verification import Verification  # noqa: E402
 
 PROGRAM = Answers(CLI, [EXAMPLES])
@@ -113,6 +114,15 @@ class EquationsAndRules(unittest.TestCase):
     def test_a_rule_without_a_check_is_noticed(self):
         with self.assertRaisesRegex(DocsError, "there is no hand case"):
             rules.matrix(DOCS, {})
+
+
+class FormulasInPlainLetters(unittest.TestCase):
+    def test_the_words_are_those_of_show_working(self):
+        self.assertEqual(plain(r"F_{pa} = 1 - 0.28\,\ln\frac{H}{W_p}"), "Fpa = 1 - 0.28 ln H / Wp")
+        self.assertEqual(plain(r"\left( \frac{D - x}{D} \right)^3 \leq \Gamma"), "( (D - x) / D )^3 <= Gamma")
+
+    def test_an_exponent_belongs_to_its_bracket(self):
+        self.assertEqual(bracketed(r"\left(\left(a\right)^2 b\right)"), r"\left({\left(a\right)}^2 b\right)")
 
 
 class Tutorials(unittest.TestCase):
