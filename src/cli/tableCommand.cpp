@@ -111,10 +111,14 @@ class NewFiles {
 TableCommands addTableCommands(CLI::App& app, TableRequest& request) {
     CLI::App* command = app.add_subcommand("table", "keep many cases in one table, a row each");
     command->require_subcommand(1);
-    command->footer("A table is CSV (comma, semicolon or tab) or an XLSX workbook. Its columns are "
-                    "the input\nfields, Title, Description and Units. report, results, check and "
-                    "plot take tables, too:\nFILE is every row, FILE#7 the row that a spreadsheet "
-                    "numbers 7.");
+    command->footer(
+        "A table is CSV (comma, semicolon or tab) or an XLSX workbook, known by what it "
+        "holds. Its\ncolumns are the input fields, Title, Description and Units. report, "
+        "results and check\ntake tables, too: FILE is every row, FILE#7 the row that a "
+        "spreadsheet numbers 7, and - a\ntable from a pipe. The other commands take "
+        "FILE#7.\n\nBlank cells and missing columns take the values of a new case, which is "
+        "reported. Where\nAMZ or Arch is 1, a BreadthAMZ or ArchFactor that is blank or 0 "
+        "is computed.");
     CLI::App* exporting = command->add_subcommand("export", "write cases into one table");
     exporting
         ->add_option("CASE", request.files,

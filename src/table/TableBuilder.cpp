@@ -292,9 +292,16 @@ Status TableBuilder::refuseMerged(std::uint32_t firstRow, std::size_t firstColum
 }
 
 CaseTable TableBuilder::take() {
-    // Computed in every row, it takes no value of a new case.
-    std::erase_if(m_table.missingColumns, [this](const std::string& name) {
+    int distances = 0;
+    for (const CaseRow& row : m_table.rows)
+        distances = std::max(distances, project::distanceCount(row.current.Input));
+    std::erase_if(m_table.missingColumns, [&](const std::string& name) {
         const std::size_t column = *columnOf(name);
+        // What no row has and what nothing uses needs no value.
+        if (name == "Reserved" || (column > distanceColumn(distances) &&
+                                   column <= distanceColumn(project::MaxEntries - 1)))
+            return true;
+        // Computed in every row, it takes no value of a new case.
         return !m_table.rows.empty() &&
                std::all_of(m_table.rows.begin(), m_table.rows.end(), [column](const CaseRow& row) {
                    return !row.good() || row.automatic[column];

@@ -90,19 +90,19 @@ std::string shownValue(const project::ProjectCase& current, std::size_t column) 
 
 std::vector<std::string> remarks(const CaseTable& table, std::optional<std::uint32_t> only) {
     std::vector<std::string> lines = table.sheetNotes;
-    if (!table.unknownColumns.empty())
-        lines.push_back("columns that are no input field and are not read: " +
-                        joined(table.unknownColumns, ", "));
-    if (!table.missingColumns.empty())
-        lines.push_back("fields without a column, which take the values of a new case: " +
-                        joined(table.missingColumns, ", "));
+    if (table.openRow && (!only || *only == *table.openRow))
+        lines.push_back("row " + std::to_string(*table.openRow) +
+                        " is the last one and has no line end; look whether the file was cut off");
     if (const auto blank = columnsWithRows(table, only, &CaseRow::blank); !blank.empty())
         lines.push_back("blank cells take the values of a new case: " + blank);
     if (const auto made = columnsWithRows(table, only, &CaseRow::automatic); !made.empty())
         lines.push_back("not given and marked automatic, so computed on reading: " + made);
-    if (table.openRow && (!only || *only == *table.openRow))
-        lines.push_back("row " + std::to_string(*table.openRow) +
-                        " is the last one and has no line end; look whether the file was cut off");
+    if (!table.missingColumns.empty())
+        lines.push_back("fields without a column, which take the values of a new case: " +
+                        joined(table.missingColumns, ", "));
+    if (!table.unknownColumns.empty())
+        lines.push_back("columns that are no input field and are not read: " +
+                        joined(table.unknownColumns, ", "));
     return lines;
 }
 
@@ -113,7 +113,7 @@ std::vector<std::string> rowRemarks(const CaseRow& row) {
         if (!row.blank[column] && !row.automatic[column]) continue;
         lines.push_back(columns()[column].name +
                         (row.blank[column] ? ": blank; as in a new case, "
-                                           : ": not given; computed, as it is marked automatic: ") +
+                                           : ": not given and marked automatic; computed, ") +
                         shownValue(row.current, column));
     }
     return lines;

@@ -2,8 +2,12 @@
 #include "GuiTest.h"
 #include "table/csvTable.h"
 #include "table/ui/frmCaseTable.h"
+#include "table/ui/readInBackground.h"
 
+#include <atomic>
+#include <chrono>
 #include <memory>
+#include <new>
 #include <QAbstractItemModel>
 #include <QElapsedTimer>
 #include <QLabel>
@@ -11,6 +15,8 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
+#include <QTimer>
+#include <thread>
 
 using namespace telvo;
 using namespace telvo::test;
@@ -20,6 +26,8 @@ class CaseTableTest : public QObject {
   private Q_SLOTS:
     void loadsTheRowThatIsFound();
     void showsWhyARowIsBad();
+    void showsWhatTheFileDoesNotGive();
+    void readsBesideTheWindowAndCanBeStopped();
     void staysQuickWithManyRows();
 
   private:
@@ -59,7 +67,7 @@ void CaseTableTest::loadsTheRowThatIsFound() {
     QCOMPARE(view().model()->rowCount(), 1);
     QCOMPARE(text("lblDepth"), "412.5 (ft)");
     QCOMPARE(text("lblDevelopmentSF"), QString::fromUtf8("S\u00FCd SF"));
-    QCOMPARE(problems(), "one\ntwo");
+    QVERIFY(problems().endsWith("\n\none\ntwo"));
     QTest::keyClick(&control(*m_window, "txtFilter"), Qt::Key_Return);
     QCOMPARE(m_window->result(), int(QDialog::Accepted));
     QCOMPARE(m_window->chosen()->Input.DepthCover, 412.5);
@@ -80,6 +88,71 @@ void CaseTableTest::showsWhyARowIsBad() {
     QVERIFY(!control(*m_window, "cmdOK").isEnabled());
     QTest::keyClick(m_window.get(), Qt::Key_Escape);
     QVERIFY(!m_window->isVisible() && !m_window->chosen());
+}
+
+void CaseTableTest::showsWhatTheFileDoesNotGive() {
+    open("Title,DepthCover,CoalStrength,Description\nA,400,700,\nB,400,,text\n");
+    QVERIFY(text("lblRemarks")
+                .contains("Blank cells take the values of a new case: CoalStrength in row 3\n"));
+    const auto state = [this](int row) { return view().model()->index(row, 1).data().toString(); };
+    QCOMPARE(state(0), "OK");
+    QCOMPARE(state(1), "OK, 1 cell blank");
+    QVERIFY(view().model()->index(1, 1).data(Qt::ToolTipRole).toString().contains("900 psi"));
+    view().selectRow(1);
+    QCOMPARE(problems().section('\n', 0, 0), "CoalStrength: blank; as in a new case, 900 psi");
+    QVERIFY(problems().endsWith("\n\ntext"));
+}
+
+void CaseTableTest::readsBesideTheWindowAndCanBeStopped() {
+    using Outcome = Result<table::CaseTable>;
+    using namespace std::chrono_literals;
+    const auto inWindow = [](auto act) {
+        auto* timer = new QTimer(qApp);
+        QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+            QWidget* waiting = QApplication::activeModalWidget();
+            if (!waiting || waiting->objectName() != "frmReading" || !act(*waiting)) return;
+            timer->deleteLater();
+        });
+        timer->start(5);
+    };
+    // The window stays alive and says how far it is; Cancel ends the reader.
+    std::atomic<bool> ended = false;
+    inWindow([](QWidget& window) {
+        if (!control<QLabel>(window, "lblReading").text().contains("<b>: 512 rows")) return false;
+        click(window, "cmdCancel");
+        return true;
+    });
+    auto read = ui::readInBackground(
+        "<b>",
+        [&](const table::ReadWatch& watch) -> Outcome {
+            watch.tell(512);
+            while (!watch.stopped())
+                std::this_thread::sleep_for(1ms);
+            ended = true;
+            return Fault{table::ReadingStopped, {}};
+        },
+        nullptr, 0ms);
+    QVERIFY(!read && ended);
+    // The window goes by itself; what is thrown is a fault that names the file.
+    std::atomic<bool> seen = false;
+    inWindow([&](QWidget&) { return seen = true; });
+    read = ui::readInBackground(
+        "big.xlsx",
+        [&](const table::ReadWatch&) -> Outcome {
+            while (!seen)
+                std::this_thread::sleep_for(1ms);
+            throw std::bad_alloc();
+        },
+        nullptr, 0ms);
+    QVERIFY(read && !*read);
+    QCOMPARE(faultText(read->fault()), "big.xlsx: there is not enough memory to read it");
+    read = ui::readInBackground(
+        "t.csv",
+        [](const table::ReadWatch& watch) {
+            return table::readCsv("DepthCover\n3\n", "t.csv", watch);
+        },
+        nullptr, 60s);
+    QVERIFY(read && *read && (*read)->rows.size() == 1);
 }
 
 void CaseTableTest::staysQuickWithManyRows() {

@@ -21,6 +21,7 @@
 #include "report/ui/frmPreview.h"
 #include "table/tableFile.h"
 #include "table/ui/frmCaseTable.h"
+#include "table/ui/readInBackground.h"
 #include "util/ui/frmResource.h"
 #include "util/ui/frmTextBrow.h"
 
@@ -386,9 +387,12 @@ bool Commands::importCase(QWidget* parent) {
         m_program.fileDialogs().openFile("Import Case", m_program.settings().values().DataPath,
                                          {"Case Tables (*.xlsx *.csv *.txt)", "All Files (*.*)"});
     if (!path) return false;
-    QApplication::setOverrideCursor(Qt::WaitCursor); // a large table takes a second
-    auto read = table::readTableFile(*path);
-    QApplication::restoreOverrideCursor();
+    auto done = telvo::ui::readInBackground(
+        *path,
+        [file = *path](const table::ReadWatch& watch) { return table::readTableFile(file, watch); },
+        parent);
+    if (!done) return false;
+    auto& read = *done;
     if (!read) {
         const std::string text = faultText(read.fault());
         messages.tell(text, std::string(titles::Import).append(titles::Error));

@@ -39,6 +39,21 @@ QString firstProblem(const table::CaseRow& row) {
     return toQt(std::string_view(text).substr(column == std::string::npos ? 0 : column));
 }
 
+/// A row that can be loaded, and whether the file gives all of its values.
+QString stateOf(const table::CaseRow& row) {
+    const auto blank = row.blank.count();
+    if (blank == 0) return QObject::tr("OK");
+    return blank == 1 ? QObject::tr("OK, 1 cell blank")
+                      : QObject::tr("OK, %1 cells blank").arg(blank);
+}
+
+QString remarksOf(const table::CaseRow& row) {
+    QStringList lines;
+    for (const std::string& remark : table::rowRemarks(row))
+        lines.append(toQt(remark));
+    return lines.join('\n');
+}
+
 } // namespace
 
 QString problemsOf(const table::CaseRow& row) {
@@ -107,7 +122,7 @@ QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         if (index.column() == Row) return toQt(std::to_string(row.number));
-        if (index.column() == State) return row.good() ? tr("OK") : firstProblem(row);
+        if (index.column() == State) return row.good() ? stateOf(row) : firstProblem(row);
         return toQt(cellText(row, column));
     case Qt::DecorationRole:
         if (index.column() == State && !row.good())
@@ -115,9 +130,11 @@ QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
         return {};
     case Qt::ToolTipRole:
         // A rich text, so that a title like "<b>" is not taken for one.
-        if (index.column() == State && !row.good())
-            return QString("<span style='white-space:pre'>" + problemsOf(row).toHtmlEscaped() +
-                           "</span>");
+        if (index.column() == State) {
+            const QString text = row.good() ? remarksOf(row) : problemsOf(row);
+            if (!text.isEmpty())
+                return QString("<span style='white-space:pre'>" + text.toHtmlEscaped() + "</span>");
+        }
         return {};
     case Qt::TextAlignmentRole:
         if (index.column() == Row ||

@@ -18,6 +18,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QTableView>
 #include <QVBoxLayout>
@@ -53,19 +54,7 @@ frmCaseTable::frmCaseTable(table::CaseTable table, const FormServices& services,
                       [](const table::CaseRow& row) { return !row.good(); }));
     setWindowTitle(tr("Import Case - %1").arg(fileNameOf(m_table.file)));
     auto* layout = new QVBoxLayout(this);
-    auto* remarks = new QLabel(this);
-    remarks->setObjectName("lblRemarks");
-    remarks->setTextFormat(Qt::PlainText);
-    remarks->setWordWrap(true);
-    remarks->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    QStringList lines;
-    for (const std::string& remark : table::remarks(m_table)) {
-        QString line = toQt(remark);
-        lines.append(line.replace(0, 1, line.at(0).toUpper()));
-    }
-    remarks->setText(lines.join('\n'));
-    remarks->setVisible(!lines.isEmpty());
-    layout->addWidget(remarks);
+    layout->addWidget(makeRemarks());
 
     auto* splitter = new QSplitter(Qt::Vertical, this);
     splitter->setObjectName("splCaseTable");
@@ -97,6 +86,37 @@ frmCaseTable::frmCaseTable(table::CaseTable table, const FormServices& services,
 }
 
 frmCaseTable::~frmCaseTable() = default;
+
+/// What has to be known beside the rows. It scrolls where it is long: the rows need the room.
+QWidget* frmCaseTable::makeRemarks() {
+    QStringList lines;
+    for (const std::string& remark : table::remarks(m_table)) {
+        const QString line = toQt(remark);
+        lines.append(line.left(1).toUpper() + line.mid(1));
+    }
+    m_remarks = new QLabel(lines.join('\n'));
+    m_remarks->setObjectName("lblRemarks");
+    m_remarks->setAccessibleName(tr("What to know about the table"));
+    m_remarks->setTextFormat(Qt::PlainText);
+    m_remarks->setWordWrap(true);
+    m_remarks->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_remarks->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_remarksArea = new QScrollArea(this);
+    m_remarksArea->setObjectName("scrRemarks");
+    m_remarksArea->setFrameShape(QFrame::NoFrame);
+    m_remarksArea->setWidgetResizable(true);
+    m_remarksArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_remarksArea->setWidget(m_remarks);
+    m_remarksArea->setVisible(!lines.isEmpty());
+    return m_remarksArea;
+}
+
+void frmCaseTable::resizeEvent(QResizeEvent* event) {
+    Form::resizeEvent(event);
+    constexpr int most = 6; // lines
+    const int needed = m_remarks->heightForWidth(m_remarksArea->viewport()->width());
+    m_remarksArea->setFixedHeight(std::min(needed, fontMetrics().lineSpacing() * most));
+}
 
 QWidget* frmCaseTable::makeTable() {
     auto* upper = new QWidget(this);
@@ -144,7 +164,7 @@ QWidget* frmCaseTable::makeTable() {
         const QString name =
             m_model->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
         int width = std::max(letter * 9, fontMetrics().horizontalAdvance(name) + letter * 3);
-        if (column == CaseTableModel::State) width = letter * (m_bad > 0 ? 30 : 9);
+        if (column == CaseTableModel::State) width = letter * (m_bad > 0 ? 30 : 18);
         if (column == CaseTableModel::FirstColumn + static_cast<int>(table::TitleColumn) ||
             column == CaseTableModel::FirstColumn + static_cast<int>(table::DescriptionColumn))
             width = letter * (column == CaseTableModel::FirstColumn ? 40 : 20);
@@ -184,8 +204,12 @@ QWidget* frmCaseTable::makePreview() {
     }
     m_notes = new QPlainTextEdit(lower);
     m_notes->setObjectName("txtDescription");
-    m_notes->setAccessibleName(tr("Description, or why the row cannot be loaded"));
-    m_notes->setToolTip(tr("The description of the case, or why the row cannot be loaded"));
+    m_notes->setAccessibleName(
+        tr("Values that the file does not give, and the description; or why the row cannot be "
+           "loaded"));
+    m_notes->setToolTip(
+        tr("Values that the file does not give, and the description of the case; or "
+           "why the row cannot be loaded"));
     m_notes->setReadOnly(true);
     m_notes->setTabChangesFocus(true);
     m_notes->setMinimumHeight(fontMetrics().height() * 6);
@@ -231,7 +255,10 @@ void frmCaseTable::showCurrent() {
             texts[5] = figures.DevelopmentSF;
             texts[6] = figures.RetreatSF;
         }
-        notes = toQtLines(current.Description);
+        for (const std::string& remark : table::rowRemarks(*row))
+            notes += toQt(remark) + '\n';
+        if (!notes.isEmpty() && !current.Description.empty()) notes += '\n';
+        notes += toQtLines(current.Description);
     }
     for (std::size_t i = 0; i < m_facts.size(); ++i) {
         m_facts[i]->setText(texts[i].empty() ? QStringLiteral("\u2013") : toQt(texts[i]));

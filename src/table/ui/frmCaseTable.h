@@ -14,6 +14,7 @@ class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
+class QScrollArea;
 class QTableView;
 
 namespace telvo::ui {
@@ -37,7 +38,11 @@ class frmCaseTable : public Form {
 
     void accept() override;
 
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
+    QWidget* makeRemarks();
     QWidget* makeTable();
     QWidget* makePreview();
     void filter();
@@ -49,6 +54,8 @@ class frmCaseTable : public Form {
     std::optional<project::ProjectCase> m_chosen;
     std::size_t m_bad = 0; // rows with a problem
     CaseTableModel* m_model;
+    QLabel* m_remarks;
+    QScrollArea* m_remarksArea;
     QLineEdit* m_filter;
     QCheckBox* m_onlyBad;
     QLabel* m_count;
