@@ -101,7 +101,7 @@ def run_job(number):
 def disclaimer_of(project):
     """The text of the program's own window, in paragraphs."""
     with open(os.path.join(project, "src", "app", "reminders.h"), encoding="utf-8") as file:
-        text = re.search(r"DisclaimerText =(.*?);", file.read(), re.DOTALL)
+        text = re.search(r'DisclaimerText =((?:\s*"(?:[^"\\]|\\.)*")+);', file.read())
     return "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', text[1])).split("\\n")
 
 

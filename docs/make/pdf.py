@@ -40,7 +40,7 @@ POINTS = 72 / 25.4
 PAPERS = (("", 210, 297), ("-Letter", 215.9, 279.4))  # behind the name, mm
 SET_FOR = (210, 279.4)
 FEW_FIGURES = 5
-LONG_LISTING = 28  # lines; a longer one may go over the end of a page
+LONG_LISTING = 20  # lines; a longer one may go over the end of a page
 SHORT_TABLE = 9    # rows; a shorter one stays on a page
 
 
@@ -103,6 +103,7 @@ def document(manual, edition):
                     contents.append(contents_line(element, level))
             elif element.tag == "img":
                 find_picture(element, manual, edition.sources)
+        name_tables(section)
         places.mark_links(section)
         figures(section)
         captions += caption_lines(section, number + 1)
@@ -183,11 +184,17 @@ def keep_together(section):
         if plain_lines(listing) > LONG_LISTING:
             listing.set("class", "long")
     for table in section.iter("table"):
-        head = table.find(".//th")
-        if head is not None and plain(head) == "Line":
-            table.set("class", "specimen")
         if len(list(table.iter("tr"))) < SHORT_TABLE and "check" not in table.get("class", ""):
             table.set("class", (table.get("class", "") + " short").strip())
+
+
+def name_tables(section):
+    """Two kinds of tables have a look of their own, known by their heads."""
+    for table in section.iter("table"):
+        heads = [plain(head) for head in table.iter("th")]
+        for first, name in (("Line", "specimen"), ("Symbol", "inputs")):
+            if heads[:1] == [first] and (name == "specimen" or heads[-1] == "Measured"):
+                table.set("class", name)
 
 
 def plain_lines(element):

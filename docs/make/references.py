@@ -7,7 +7,8 @@ import re
 from book import HEADINGS, plain
 from faults import DocsError
 
-NO_WORDS = re.compile(r"^(frm|txt|cmd|chk|opt)[A-Z]|^-|^[A-Z][a-z]+[A-Z]\w+$|^\[")
+DENSE = ("specimen", "inputs")  # tables without room for pages
+NO_WORDS = re.compile(r"^(frm|txt|cmd|chk|opt)[A-Z]|^[-\[*]|^[A-Z][a-z]+[A-Z]\w+$|^([A-Z-]+ ){3}|^Columns of")
 
 
 class Places:
@@ -42,6 +43,8 @@ class Places:
         """Links say on paper where they lead; the first one to a place in each section does."""
         here, told = None, set()
         tables = {link for table in section.iter("table") for link in table.iter("a")}
+        dense = {link for table in section.iter("table") if table.get("class") in DENSE
+                 for link in table.iter("a")}
         for element in section.iter():
             if element.tag in HEADINGS and element.get("id"):
                 number = self.number_of(element.get("id"))
@@ -58,7 +61,7 @@ class Places:
                     element.set("class", "elsewhere")
                     element.set("data-title", self.titles[name])
                 told.add(self.titles[name])
-            elif name not in told and self.number_of(name) != here:
+            elif name not in told and self.number_of(name) != here and element not in dense:
                 told.add(name)
                 element.set("class", "page" if element in tables or name.startswith("eq-") else "ref")
                 number = self.number_of(name)
@@ -70,7 +73,7 @@ def index(manual):
     lines = {}
     for topic in manual.topics:
         for word, anchor in topic.keywords:
-            if not NO_WORDS.match(word):
+            if not NO_WORDS.match(word) and not anchor.startswith("msg-"):
                 lines.setdefault(word, {})[anchor or topic.name] = None
     rows = []
     for word in sorted(lines, key=lambda word: (word.lower(), word)):

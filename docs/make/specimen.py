@@ -2,7 +2,8 @@
 """A page of the report, its lines numbered, each beside what the manual says of it.
 
 The explanations are the first sentences of the definitions of the chapter in which it stands: a term with
-the name "pN-..." explains the lines of page N that begin with the term or with one of its keywords.
+the name "pN-..." explains the lines of page N that begin with the term or with one of its keywords; a
+keyword "[HEADING] words" counts below that heading.
 """
 
 import re
@@ -11,7 +12,7 @@ from faults import DocsError
 
 DEFINITION = re.compile(r"^(?P<term>[^\n{]+?) \{#p(?P<page>\d)-[\w-]+(?P<more>[^}\n]*)\}\n:   (?P<text>.+?)(?=\n\n|\Z)",
                         re.MULTILINE | re.DOTALL)
-SENTENCE = re.compile(r"(.+?[.:])(?=\s|$)", re.DOTALL)
+SENTENCE = re.compile(r"(.+?\.)(?=\s|$)", re.DOTALL)
 
 
 def explanations(chapter, page):
@@ -36,13 +37,17 @@ def simple(text):
 def specimen(chapter, lines, page):
     """The table in Markdown."""
     known = explanations(chapter, page)
-    rows, used = [], 0
+    rows, used, heading = [], 0, ""
     for number, line in enumerate(lines, 1):
         if not line.strip():
             continue
-        begins = max((term for term in known if simple(line).startswith(term)), key=len, default=None)
+        heading = simple(line) if line.startswith("[") else heading
+        # A line may mean something else below another heading.
+        ways = (simple(line), simple(heading + " " + line))
+        begins = max((term for term in known if any(way.startswith(term) for way in ways)
+                      and not (term == heading != simple(line))), key=len, default=None)
         used += begins is not None
-        shown = line.rstrip().replace(" ", "\u00a0").replace("|", "\\|")
+        shown = "\u200b" + line.rstrip().replace(" ", "\u00a0").replace("|", "\\|")
         rows.append(f"| {number} | `{shown}` | {known[begins] if begins else ''} |")
         dots = ".." in line and not line.startswith(" ")
         if dots and begins is None:

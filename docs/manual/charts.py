@@ -60,7 +60,7 @@ def table_inputs(_):
                      field["new"].strip(), field["valid"].strip(), where])
     missing = set(MEASURED) - {field["field"] for field in fields()} - {"Reserved"}
     assert not missing, f"no page of the chapter on the parameters has {missing}"
-    return markdown_table(["", "Input", "Unit", "New case", "Valid", "Measured"], rows)
+    return markdown_table(["Symbol", "Input", "Unit", "New case", "Valid", "Measured"], rows)
 
 
 # --- The figure: plan of a panel on retreat, and a section through gob and barrier
@@ -74,7 +74,7 @@ def chart_inputs(_):
     import matplotlib
     matplotlib.rcParams.update({"font.family": ["Liberation Sans"], "font.size": 8.5,
                                 "svg.hashsalt": "telvo", "svg.fonttype": "path"})
-    figure = Figure(figsize=(6.4, 5.6), layout="constrained")
+    figure = Figure(figsize=(6.4, 4.9), layout="constrained")
     FigureCanvasAgg(figure)
     plan, section = figure.subplots(2, 1, height_ratios=[3.4, 1])
     draw_plan(plan)
