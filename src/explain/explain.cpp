@@ -41,9 +41,9 @@ std::string breadthRule(const Run& run) {
     if (input.AMZ != 1) return "set by hand";
     const auto breadth = project::automaticAMZBreadth(run.in.H, run.in.Units);
     const std::string rule =
-        isEnglish(run) ? "automatic, set by the parameter form: 5 sqrt(H) as a whole number"
-                       : "automatic, set by the parameter form: 5 sqrt(H) with H in feet, back in "
-                         "meters, as a whole number";
+        isEnglish(run) ? "automatic: 5 sqrt(H) as a whole number, which the parameter form fills in"
+                       : "automatic: 5 sqrt(H) with H in feet, back in "
+                         "meters, as a whole number, which the parameter form fills in";
     if (breadth && *breadth == input.BreadthAMZ) return rule;
     return rule + "; the case holds another value, and the analysis takes what the case holds";
 }
@@ -92,11 +92,12 @@ void addPillarGeometry(Run& run, int i) {
     sheet.add("Ws", at, "Wg / sinT");
     sheet.add("A", at, "Lp * Ws");
     const bool shorter = run.results.PillarLength <= run.in.PillarGrossWidth[i];
-    sheet.add("w", at, shorter ? "Lp" : "Wg",
-              shorter
-                  ? "the pillar is no longer than wide (tie included): its length is the minimum"
-                  : "the pillar is longer than wide",
-              shorter ? "Lp <= Wg" : "Lp > Wg");
+    sheet.add(
+        "w", at, shorter ? "Lp" : "Wg",
+        shorter
+            ? "the pillar is no longer than it is wide (tie included): its length is the minimum"
+            : "the pillar is longer than it is wide",
+        shorter ? "Lp <= Wg" : "Lp > Wg");
     sheet.add("L", at, shorter ? "Ws" : "Lp / sinT");
 }
 

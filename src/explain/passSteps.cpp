@@ -25,9 +25,10 @@ struct PassRun {
 
 /// Inputs that development changes.
 void addDevelopmentInputs(PassRun& p) {
-    p.sheet.add("Ea", {p.pass}, 0, Kind::Length, "0", "development knows no active gob");
+    p.sheet.add("Ea", {p.pass}, 0, Kind::Length, "0", "development: there is no active gob yet");
     for (int k = FirstSide; k <= p.in.AnalysisCase; ++k)
-        p.sheet.add("Sl", {p.pass, k}, 0, Kind::Length, "0", "development knows no slab cuts");
+        p.sheet.add("Sl", {p.pass, k}, 0, Kind::Length, "0",
+                    "development: there are no slab cuts yet");
 }
 
 void addLoadedWidth(PassRun& p) {
@@ -98,9 +99,10 @@ void addFrontAbutment(PassRun& p) {
         if (p.in.Slabcut[k] == 0)
             sheet.add("Lc", {p.pass, k}, "0", "no slab cut", "Sl = 0");
         else
-            sheet.add("Lc", {p.pass, k},
-                      "Gamma * Rf * ((Sl / 2)^2 * (H - Sl / 2 / ta) / 2 + (Sl / 2)^3 / ta / 3)",
-                      "a corner volume over the slab cut: the barrier takes it off the AMZ");
+            sheet.add(
+                "Lc", {p.pass, k},
+                "Gamma * Rf * ((Sl / 2)^2 * (H - Sl / 2 / ta) / 2 + (Sl / 2)^3 / ta / 3)",
+                "the corner over the slab cut, which the barrier carries in place of the AMZ");
     }
     sheet.add("Laf", at, onAMZ,
               p.r.AbutmentLoadAMZ[p.pass][Front] < 0
@@ -139,7 +141,8 @@ void addRemnant(PassRun& p, int k) {
                   "Wm >= h");
     sheet.add("Km", at, "a * sm * Wm");
     if (p.in.rowLeft(k))
-        sheet.add("Kn", at, "Km + a * Xr / Sc", "the bleeder row lends over the remnant's length");
+        sheet.add("Kn", at, "Km + a * Xr / Sc",
+                  "the bleeder row lends a / Sc times what it has over the breadth");
     else
         sheet.add("Kn", at, "Km");
     if (width > 0 && p.r.LFBAR[p.pass][k] != 0)
@@ -158,8 +161,8 @@ void addRemnantTransfer(PassRun& p, int k) {
     const bool negative = p.r.FrontOnRemnant[p.pass][k] < 0;
     if (p.r.RemnantWidth[k] <= 0)
         sheet.add("Lrem", at, "X",
-                  p.hasBarrier(k) ? "the slab cut takes the whole barrier: all of X goes to the AMZ"
-                                  : "without a barrier all of X goes to the AMZ",
+                  p.hasBarrier(k) ? "the slab cut takes the whole barrier: all of X is transferred"
+                                  : "without a barrier all of X is transferred",
                   "Wm <= 0");
     else if (SF <= TransferThreshold)
         sheet.add("Lrem", at, "min(X, (1.5 - SFm) * 0.67 * X)",
