@@ -383,9 +383,9 @@ bool Commands::confirmSpreadsheet(QWidget*) {
 
 bool Commands::importCase(QWidget* parent) {
     DesktopMessages& messages = m_program.messages();
-    const auto path =
-        m_program.fileDialogs().openFile("Import Case", m_program.settings().values().DataPath,
-                                         {"Case Tables (*.xlsx *.csv *.txt)", "All Files (*.*)"});
+    const auto path = m_program.fileDialogs().openFile(
+        "Import Case", m_program.settings().values().DataPath,
+        {"Case Tables (*.xlsx *.csv *.tsv *.txt)", "All Files (*.*)"});
     if (!path) return false;
     auto done = telvo::ui::readInBackground(
         *path,
