@@ -35,7 +35,7 @@ namespace {
 using namespace telvo;
 using telvo::ui::fromQt;
 
-constexpr int RoomForPlan = 140; // pixels by which the parameter form is wider than it has to be
+constexpr int RoomForPlan = 240; // pixels by which the parameter form is wider than it has to be
 
 struct NoFiles : FileDialogs {
     std::optional<std::string> openFile(std::string_view, std::string_view,
