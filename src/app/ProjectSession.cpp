@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ProjectSession.h"
 
+#include "app/faultWords.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "engine/driver.h"
@@ -417,6 +418,11 @@ project::KeyFigures ProjectSession::figures(const project::ProjectCase& current)
     if (const auto* done = std::get_if<CaseRun>(&outcome))
         return report::keyFigures({current, done->results, options.report, ModuleBuild});
     project::KeyFigures figures;
+    const auto* stopped = std::get_if<Fault>(&outcome);
+    const Refusal refused =
+        stopped ? asRefusal(*stopped, current.Units) : std::get<Refusal>(outcome);
+    figures.why = refused.message;
+    figures.whyControl = refused.control;
     double width = 0; // known before anything else is
     for (int i = 1; i <= project::distanceCount(current.Input); ++i)
         width += current.Input.XcutCenters[i];
@@ -429,6 +435,8 @@ project::KeyFigures ProjectSession::figuresOfOpen(const project::ProjectCase& tr
     if (!isUnsettled()) return all;
     project::KeyFigures width;
     width.PanelWidth = std::move(all.PanelWidth);
+    width.why = "The values that are not from the file are to be checked in Input, Project "
+                "Parameters first";
     return width;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/cases.h"
 
+#include "app/faultWords.h"
+
 #include "base/files.h"
 #include "project/CaseFile.h"
 #include "table/csvTable.h"
@@ -236,7 +238,8 @@ void runCase(CaseOutcome& outcome, const app::RunOptions& options) {
     if (const auto* refusal = std::get_if<Refusal>(&run))
         outcome.message = refusal->message;
     else
-        outcome.message = faultText(std::get<Fault>(run));
+        outcome.message =
+            faultText(app::inWords(std::get<Fault>(run), outcome.current->Units, true));
 }
 
 void complain(const std::string& message) {

@@ -110,6 +110,8 @@ struct Text {
 struct Figure {
     std::string text;
     bool toScale = true;
+    /// Taken first where the chain before this one found no room: it says what that would have.
+    std::string detailed = {};
 };
 
 /// A line of dimensions in a row, with a figure for each space between two stops.
@@ -135,8 +137,9 @@ struct Margins {
 struct Drawing {
     std::vector<std::string> caption; ///< lines
     std::optional<ColourKey> key = {};
-    std::string unit; ///< of the drawing units, such as "ft"
-    Rect bounds;      ///< of all shapes
+    std::vector<std::string> notes = {}; ///< sentences below the drawing
+    std::string unit;                    ///< of the drawing units, such as "ft"
+    Rect bounds;                         ///< of all shapes
     Margins margins;
     std::vector<Polygon> polygons; ///< those behind come first
     std::vector<Polyline> polylines;

@@ -22,6 +22,7 @@ namespace {
 // As on the pages of the report.
 constexpr std::string_view ForcePattern = "#.00E+00";
 constexpr std::string_view StressPattern = "##0.00";
+constexpr double WholeFrom = 100; // stress that a picture shows without decimals
 /// Widest barrier to scale, in widths of the panel.
 constexpr double WidestBarrier = 1;
 /// Limits of the strength to stress ratio: those that factors of pillars and barriers are held
@@ -56,6 +57,8 @@ class Maker {
     void addPillars();
     void addBarrier(int k);
     void finish(std::string_view pattern);
+    void noteStresses(int pass);
+    std::string reportedFactors(int pass) const;
 
     const report::ReportSource& m_run;
     engine::AnalysisResults m_results; ///< in report units as soon as they are fixed
@@ -96,13 +99,12 @@ void Maker::addBarrier(int k) {
 void Maker::finish(std::string_view pattern) {
     for (Bar& bar : m_made.bars) {
         bar.height = std::accumulate(bar.parts.begin(), bar.parts.end(), 0.0);
-        const auto figures = [&](double value) -> std::vector<std::string> {
-            const std::string full = formatPattern(value, pattern);
-            if (pattern == StressPattern) return {full, formatPattern(value, "##0")};
-            return {full};
+        const auto figure = [&](double value) {
+            const bool whole = pattern == StressPattern && std::abs(value) >= WholeFrom;
+            return formatPattern(value, whole ? "##0" : pattern);
         };
-        bar.figures = figures(bar.height);
-        if (bar.strength) bar.strengthFigures = figures(*bar.strength);
+        bar.figure = figure(bar.height);
+        if (bar.strength) bar.strengthFigure = figure(*bar.strength);
     }
 }
 
@@ -125,6 +127,48 @@ Distribution Maker::capacity() {
     return std::move(m_made);
 }
 
+/// What the report says of the same pillars, so that no picture looks better than it.
+std::string Maker::reportedFactors(int pass) const {
+    std::string barriers;
+    for (const Bar& bar : m_made.bars)
+        if (bar.factor)
+            barriers += std::string(bar.side == FirstSide ? ", first" : ", second") + " barrier " +
+                        bar.factorFigure;
+    return "Report, " + m_made.pass + ": stability factor of the pillars within the AMZ " +
+           report::factorText(m_results.TELVOSF[pass], m_run.options) + barriers + '.';
+}
+
+void Maker::noteStresses(int pass) {
+    const int analysisCase = m_results.AnalysisCase;
+    std::vector<std::string> pillars;
+    if (analysisCase >= engine::ActiveGob && pass == engine::Retreat)
+        pillars.emplace_back(
+            analysisCase >= engine::OneSideGob
+                ? "Pillars: without the front abutment load and the load transferred from "
+                  "remnants, which are not shared out to single pillars."
+                : "Pillars: without the front abutment load, which is not shared out to single "
+                  "pillars.");
+    if (m_results.ArchFactor != 1)
+        pillars.emplace_back("Pillars: without the relief by the pressure arch.");
+    if (analysisCase >= engine::OneSideGob)
+        pillars.emplace_back(
+            "Side abutments are followed over the three pillars next to each side gob.");
+    const bool barriers = std::any_of(m_made.bars.begin(), m_made.bars.end(),
+                                      [](const Bar& bar) { return bar.isBarrier(); });
+
+    m_made.notes = pillars;
+    if (barriers)
+        m_made.notes.emplace_back(
+            "Barriers: average stress without pressure arch and slab corner loads.");
+    m_made.notes.push_back(reportedFactors(pass));
+
+    m_made.marginNotes.emplace_back(
+        barriers ? "Pillars: strength divided by stress. Barriers: stability factor of the report."
+                 : "Pillars: strength divided by stress.");
+    m_made.marginNotes.insert(m_made.marginNotes.end(), pillars.begin(), pillars.end());
+    m_made.marginNotes.push_back(reportedFactors(pass));
+}
+
 Distribution Maker::stress(int pass) {
     if (pass == engine::Development) {
         m_in.Pass = pass;
@@ -132,9 +176,8 @@ Distribution Maker::stress(int pass) {
     }
     toReportUnits();
     const int analysisCase = m_results.AnalysisCase;
-    m_made.caption.emplace_back(pass == engine::Development
-                                    ? "Individual pillar stresses, development"
-                                    : "Individual pillar stresses, retreat");
+    m_made.pass = pass == engine::Development ? "development" : "retreat";
+    m_made.caption.push_back("Individual pillar stresses, " + m_made.pass);
     m_made.caption.emplace_back(project::LoadingConditionNames[analysisCase - 1]);
     describe("Stress", m_units.stress);
 
@@ -165,6 +208,8 @@ Distribution Maker::stress(int pass) {
             set(bar, {r.BarrierTributaryStress[k], r.BarrierFrontStress[k],
                       k == FirstSide ? abutment : 0, k == SecondSide ? abutment : 0});
             bar.strength = r.BarrierStrength[k];
+            bar.factor = r.BarrierSF[pass][k];
+            bar.factorFigure = report::factorText(*bar.factor, m_run.options);
         } else {
             set(bar, {r.TributaryStress, 0, r.PillarSideStress[FirstSide][i],
                       r.PillarSideStress[SecondSide][i]});
@@ -172,16 +217,7 @@ Distribution Maker::stress(int pass) {
         }
     }
     finish(StressPattern);
-    if (analysisCase >= engine::ActiveGob && pass == engine::Retreat)
-        m_made.notes.emplace_back(
-            "Pillars: without front abutment load and LTRANSREM, which are not shared out to "
-            "single pillars.");
-    if (side)
-        m_made.notes.emplace_back(
-            "Side abutments are followed over the three pillars next to each side gob.");
-    if (!barriers.empty())
-        m_made.notes.emplace_back(
-            "Barriers: average stress without pressure arch and slab corner loads.");
+    noteStresses(pass);
     return std::move(m_made);
 }
 
@@ -227,7 +263,8 @@ std::vector<std::string> stepNames(const std::vector<double>& limits) {
 
 } // namespace
 
-std::optional<double> Bar::ratio() const {
+std::optional<double> Bar::margin() const {
+    if (isBarrier()) return factor;
     if (!strength || !(height > 0)) return std::nullopt;
     return *strength / height;
 }
@@ -247,7 +284,9 @@ std::string distributionCsv(const Distribution& distribution) {
         "Pillar,Left rib" + distribution.lengthUnit + ",Width" + distribution.lengthUnit;
     for (const std::string& component : distribution.components)
         text += ',' + component + distribution.unit;
-    if (stresses) text += ",Total" + distribution.unit + ",Strength" + distribution.unit;
+    if (stresses)
+        text += ",Total" + distribution.unit + ",Strength" + distribution.unit +
+                ",Stability factor of the report";
     text += LineBreak;
     for (const Bar& bar : distribution.bars) {
         text += bar.name + ',';
@@ -264,6 +303,8 @@ std::string distributionCsv(const Distribution& distribution) {
         if (stresses) {
             add(bar.height);
             add(bar.strength.value_or(0));
+            text += ',';
+            if (bar.factor) appendGeneralNumber(text, *bar.factor);
         }
         text += LineBreak;
     }
@@ -273,23 +314,25 @@ std::string distributionCsv(const Distribution& distribution) {
 std::string barHint(const Distribution& distribution, const Bar& bar) {
     std::string hint = (bar.isBarrier() ? "" : "Pillar ") + bar.name + ", " +
                        withUnit(lengthText(bar.width), distribution.lengthUnit) + " wide: ";
-    if (!bar.strength) return hint + withUnit(bar.figures[0], distribution.unit);
+    if (!bar.strength) return hint + withUnit(bar.figure, distribution.unit);
     const auto stress = [&](double value) { return formatPattern(value, StressPattern); };
-    hint += "stress " + withUnit(bar.figures[0], distribution.unit);
+    hint += "stress " + withUnit(stress(bar.height), distribution.unit);
     std::string sources;
     for (std::size_t c = 0; c < bar.parts.size(); ++c)
         if (bar.parts[c] != 0)
             sources += (sources.empty() ? "" : ", ") + distribution.components[c] + ' ' +
                        stress(bar.parts[c]);
     if (!sources.empty()) hint += " (" + sources + ')';
-    return hint + ", strength " + withUnit(bar.strengthFigures[0], distribution.unit);
+    hint += ", strength " + withUnit(stress(*bar.strength), distribution.unit);
+    if (bar.factor) hint += "; stability factor of the report " + bar.factorFigure;
+    return hint;
 }
 
 PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
                         const report::ReportOptions& options) {
     const bool ratio = what == Coloured::StrengthToStress;
     const auto valueOf = [&](const Bar& bar) {
-        return ratio ? bar.ratio() : std::optional(bar.height);
+        return ratio ? bar.margin() : std::optional(bar.height);
     };
     std::vector<double> limits(RatioLimits.begin(), RatioLimits.end());
     if (!ratio) {
@@ -299,11 +342,16 @@ PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
         limits = evenLimits(values);
     }
     PlanOverlay overlay;
-    overlay.caption = distribution.caption[1];
-    overlay.key.title = ratio ? "Strength / stress" : distribution.quantity;
+    overlay.caption = ratio ? "Strength to stress, " + distribution.pass : distribution.caption[1];
+    overlay.notes = ratio ? distribution.marginNotes : distribution.notes;
+    const bool barriers = std::any_of(distribution.bars.begin(), distribution.bars.end(),
+                                      [](const Bar& bar) { return bar.isBarrier(); });
+    overlay.key.title = !ratio     ? distribution.quantity
+                        : barriers ? "Pillars: strength / stress; barriers: stability factor"
+                                   : "Strength / stress";
     overlay.key.steps = stepNames(limits);
     if (limits.empty() && !distribution.bars.empty())
-        overlay.key.steps = {distribution.bars.front().figures.front()}; // all are alike
+        overlay.key.steps = {distribution.bars.front().figure}; // all are alike
     const int steps = static_cast<int>(overlay.key.steps.size());
     // A few steps use the whole scale; weaker pillars are the darker ones.
     for (int step = 0; step < steps; ++step) {
@@ -314,7 +362,7 @@ PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
         const auto value = valueOf(bar);
         PlanOverlay::Cell cell;
         cell.hint = barHint(distribution, bar);
-        cell.wordings = bar.figures;
+        cell.wordings = {bar.figure};
         if (ratio) cell.wordings = {value ? report::factorText(*value, options) : "-"};
         if (value) {
             const auto step = std::upper_bound(limits.begin(), limits.end(), *value);

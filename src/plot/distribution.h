@@ -24,17 +24,23 @@ struct Bar {
     double width = 0;  ///< the true one; ft | m
     bool cut = false;  ///< drawn narrower than it is
     double height = 0; ///< total of the parts
-    /// The total as the report prints it, then shorter where it may be.
-    std::vector<std::string> figures = {};
+    /// The total with no more digits than mean something: a force as the report prints it, a stress
+    /// from 100 on without decimals.
+    std::string figure = {};
     std::vector<double> parts = {};      ///< one for each component, from below
     std::optional<double> strength = {}; ///< of a stress plot
-    std::vector<std::string> strengthFigures = {};
-    std::optional<double> ratio() const; ///< strength to stress; nothing without a stress
+    std::string strengthFigure = {};
+    std::optional<double> factor = {}; ///< of a barrier in a stress plot: its stability factor
+    std::string factorFigure = {};     ///< the same as the report prints it
+    /// What a pillar is judged by: of a barrier its stability factor; of a pillar, which has none
+    /// of its own, strength to stress; nothing without a stress.
+    std::optional<double> margin() const;
     bool isBarrier() const { return pillar == 0; }
 };
 
 struct Distribution {
     std::vector<std::string> caption;    ///< name of the case; what is shown; of which condition
+    std::string pass;                    ///< "development" or "retreat"; empty of a capacity
     std::string quantity;                ///< with its unit, as an axis is labelled
     std::string unit;                    ///< " (tons)", " (psi)", ...
     std::string lengthUnit;              ///< " (ft)" or " (m)"
@@ -42,6 +48,7 @@ struct Distribution {
     std::vector<Bar> bars;               ///< from left to right
     std::string total;                   ///< a line below the bars; may be empty
     std::vector<std::string> notes;      ///< what the figures hold and what they leave out
+    std::vector<std::string> marginNotes = {}; ///< the same of Bar::margin()
 };
 
 /// Load-bearing capacity of one pillar of each row. The total is that of the active mining zone:
@@ -64,7 +71,7 @@ std::string barHint(const Distribution& distribution, const Bar& bar);
 /// What colours tell on a plan.
 enum class Coloured {
     Total,           ///< of the bars
-    StrengthToStress ///< against fixed limits, rounded as stability factors are
+    StrengthToStress ///< Bar::margin() against fixed limits, rounded as stability factors are
 };
 
 /// Colours for the pillars of a plan after a distribution, in ColourSteps steps. Darker is more,

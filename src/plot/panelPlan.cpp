@@ -100,6 +100,7 @@ void Plan::caption() {
     if (!m_overlay) return;
     m_drawing.caption.push_back(m_overlay->caption);
     m_drawing.key = m_overlay->key;
+    m_drawing.notes = m_overlay->notes;
 }
 
 /// Colours the shape that was added last.
@@ -171,11 +172,13 @@ void Plan::leftRow(int row, int i) {
     for (int step = 1; step < most; ++step) {
         const auto whole = m_plan.pillar(i, step * m_plan.in.Sc);
         if (std::min(whole[0].y, whole[1].y) > m_plan.panel.top) break;
-        add(Role::LeftRow, clippedToHeights(whole, m_plan.panel.bottom, m_plan.panel.top),
+        // Skew ends of the first one that lie below the retreat line belong to the row there.
+        add(Role::LeftRow, clippedToHeights(whole, 0, m_plan.panel.top),
             "Pillar of row " + letter + ", left in the active gob");
         const double low = std::min(whole[0].y, whole[1].y) + rise / 2;
         const double high = std::max(whole[2].y, whole[3].y) - rise / 2;
-        name.rooms.push_back(common({whole[0].x, low, whole[1].x, high}, m_plan.panel));
+        name.rooms.push_back(
+            common({whole[0].x, std::max(low, 0.0), whole[1].x, high}, m_plan.panel));
     }
     m_drawing.texts.push_back(std::move(name));
 }
@@ -212,9 +215,11 @@ void Plan::barrier(const PlanSide& s, const Rect& beyond) {
         const Rect notch = s.rect(0, s.slab.length, 0, top);
         add(Role::SlabCut, notch,
             "Slab cut of " + measure(s.slab.figure) + " taken from the barrier", Hatch::Rising);
-        const Rect gob{m_plan.panel.left, 0, m_plan.panel.right, top};
+        // On its own side of the gob's dimension, which the leader would cross.
+        Rect gob{m_plan.panel.left, 0, m_plan.panel.right, top};
+        (first ? gob.right : gob.left) = m_plan.entry[m_plan.dimensionedEntry()];
         m_drawing.texts.push_back({.role = Role::Name,
-                                   .wordings = {"Slab cut"},
+                                   .wordings = {"Slab cut", "Slab"},
                                    .rooms = {notch},
                                    .spills = {{gob, notch.centre()}}});
     }

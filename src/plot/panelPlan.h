@@ -32,6 +32,7 @@ struct PlanOverlay {
     };
     std::string caption; ///< what the colours show
     ColourKey key;
+    std::vector<std::string> notes; ///< what the values hold and what they leave out
     IndexedArray<Cell, 1, engine::MaxPillars> pillars;
     IndexedArray<Cell, engine::FirstSide, engine::SecondSide> barriers;
 };

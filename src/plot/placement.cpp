@@ -42,6 +42,8 @@ class Placer {
                   std::optional<Point> target);
     void chain(const DimensionChain& chain);
     bool figure(const DimensionChain& chain, const Figure& figure, PlacedDimension& space);
+    bool figure(const DimensionChain& chain, const std::string& text, bool toScale,
+                PlacedDimension& space);
 
     const Drawing& m_drawing;
     const View& m_view;
@@ -49,6 +51,7 @@ class Placer {
     const TextMeasure& m_measure;
     double m_em;
     std::vector<Box> m_taken;
+    bool m_chainShown = true; ///< the last one
     Placement m_placed;
 };
 
@@ -139,9 +142,17 @@ void Placer::floating(const Text& text) {
     }
 }
 
+bool Placer::figure(const DimensionChain& chain, const Figure& wanted, PlacedDimension& space) {
+    if (!m_chainShown && !wanted.detailed.empty() &&
+        figure(chain, wanted.detailed, wanted.toScale, space))
+        return true;
+    return figure(chain, wanted.text, wanted.toScale, space);
+}
+
 /// Places a figure at a space of its chain and sets how the space ends.
-bool Placer::figure(const DimensionChain& chain, const Figure& figure, PlacedDimension& space) {
-    const double width = m_measure.width(figure.text, Role::Dimension);
+bool Placer::figure(const DimensionChain& chain, const std::string& text, bool toScale,
+                    PlacedDimension& space) {
+    const double width = m_measure.width(text, Role::Dimension);
     const double length = distance(space.from, space.to);
     const Point middle{(space.from.x + space.to.x) / 2, (space.from.y + space.to.y) / 2};
     using Ends = PlacedDimension::Ends;
@@ -152,7 +163,7 @@ bool Placer::figure(const DimensionChain& chain, const Figure& figure, PlacedDim
             chain.vertical ? boxAround(centre, m_em, width) : boxAround(centre, width, m_em);
         if (!m_area.contains(box) || !isFree(box)) return false;
         space.ends = ends;
-        take({Role::Dimension, figure.text, box, chain.vertical, !figure.toScale});
+        take({Role::Dimension, text, box, chain.vertical, !toScale});
         return true;
     };
     const Ends narrow = length >= ArrowRoom * m_em ? Ends::Arrows : Ends::Ticks;
@@ -185,7 +196,8 @@ void Placer::chain(const DimensionChain& chain) {
         spaces.push_back(space);
     }
     const std::size_t shown = m_placed.texts.size() - textsBefore;
-    if (shown < (chain.complete ? spaces.size() : 1)) { // a line without figures says nothing
+    m_chainShown = shown >= (chain.complete ? spaces.size() : 1);
+    if (!m_chainShown) { // a line without figures says nothing
         m_placed.texts.resize(textsBefore);
         m_taken.resize(takenBefore);
         return;

@@ -36,11 +36,17 @@ void entryDimensions(const PlanGeometry& plan, Drawing& drawing) {
 
     if (in.NumberPillars > 1) {
         std::string width = lengthText(in.PanelWidth);
-        if (equal)
+        std::string sum; // of unequal distances
+        for (int i = 1; i <= in.NumberPillars; ++i)
+            sum += (sum.empty() ? "" : " + ") + lengthText(in.EntryCenter[i]);
+        sum += " = " + width;
+        if (equal) {
             width = generalNumber(in.NumberPillars) + " \u00D7 " + lengthText(in.EntryCenter[1]) +
                     " = " + width;
+            sum.clear();
+        }
         drawing.chains.push_back({.stops = {0, in.PanelWidth},
-                                  .figures = {{width}},
+                                  .figures = {{width, true, sum}},
                                   .line = plan.panel.bottom,
                                   .offset = SecondLineBelow,
                                   .outside = true});
@@ -120,10 +126,12 @@ void sideDimensions(const PlanGeometry& plan, const PlanSide& side, Drawing& dra
     drawing.margins.top = 2.8;
     if (slab) {
         const Rect whole = side.rect(0, barrier.length, plan.panel.bottom, 0);
+        // Below the circles of the entry numbers.
         drawing.chains.push_back({.stops = {whole.left, whole.right},
                                   .figures = {figure(barrier)},
                                   .line = plan.panel.bottom,
-                                  .offset = FirstLineBelow});
+                                  .offset = SecondLineBelow});
+        drawing.margins.bottom = std::max(drawing.margins.bottom, 4.6);
     }
 }
 
@@ -142,8 +150,7 @@ void addDimensions(const PlanGeometry& plan, const PlanOptions& options, Drawing
     for (const PlanSide* side : {&plan.first, &plan.second})
         if (side->inUse) sideDimensions(plan, *side, drawing);
     if (plan.activeGob) {
-        // In an entry, where neither row A nor row B stands.
-        const int entry = plan.entries() > 2 ? plan.entries() - 1 : plan.entries();
+        const int entry = plan.dimensionedEntry();
         drawing.chains.push_back({.vertical = true,
                                   .stops = {0, plan.activeGob.length},
                                   .figures = {figure(plan.activeGob)},

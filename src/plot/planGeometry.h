@@ -49,6 +49,9 @@ struct PlanGeometry {
     PlanSide second;
 
     int entries() const { return in.NumberPillars + 1; }
+    /// The entry in which the extent of the active gob is dimensioned: neither row A nor row B
+    /// stands in it.
+    int dimensionedEntry() const { return entries() > 2 ? entries() - 1 : entries(); }
     /// How much higher the right end of a pillar's crosscut edge lies than its left end.
     double rise(int pillar) const { return in.PillarGrossWidth[pillar] * cotangent; }
     /// Corners of a pillar whose highest corner lies at a height: lower left, lower right, upper

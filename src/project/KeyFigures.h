@@ -12,6 +12,9 @@ struct KeyFigures {
     std::string DevelopmentSF;
     std::string RetreatSF;
     std::string BarrierSF; // the lowest one with the barrier and pass that it belongs to
+
+    std::string why;        // there are no factors, in the words of the screen
+    std::string whyControl; // box or check box of the parameter form that it speaks of
 };
 
 } // namespace telvo::project

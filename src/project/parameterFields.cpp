@@ -63,4 +63,31 @@ std::span<const ParameterField> parameterFields() {
     return Fields;
 }
 
+std::optional<InputName> inputNamed(std::string_view key, std::int16_t units) {
+    for (const ParameterField& field : Fields) {
+        if (field.control.substr(3) != key) continue; // "txt"
+        InputName name{std::string(field.label), std::string(fieldUnit(field.kind, units)),
+                       std::string(field.control)};
+        // The three gobs have the same boxes.
+        if (field.tab == RetreatMining) name.label.append(", ").append(field.group);
+        return name;
+    }
+    constexpr std::string_view distance = "XcutCenters(";
+    if (key.starts_with(distance) && key.size() == distance.size() + 2 && key.back() == ')') {
+        const std::string number(key.substr(distance.size(), 1));
+        return InputName{"Center to Center Distance #" + number,
+                         std::string(fieldUnit(Length, units)), "txtXcutCenters_" + number};
+    }
+    if (key == "XcutCenters")
+        return InputName{"Center to Center Distances", std::string(fieldUnit(Length, units)),
+                         "txtXcutCenters_1"};
+    if (key == "NumberEntries") return InputName{"Number of Entries", {}, "Combo1"};
+    if (key == "Anal") return InputName{"Loading Condition", {}, "optAnal_0"};
+    if (key.size() == 4 && key.starts_with("Row") && key[3] >= 'A' && key[3] <= 'D')
+        return InputName{"Leave pillar Row '" + std::string(key.substr(3)) + "' in place",
+                         {},
+                         "chk" + std::string(key)};
+    return std::nullopt;
+}
+
 } // namespace telvo::project

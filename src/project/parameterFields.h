@@ -4,6 +4,8 @@
 #include "project/checks.h"
 #include "project/inputFields.h"
 
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -26,6 +28,17 @@ struct ParameterField {
 
 /// The text boxes in tab order, apart from the number of entries and the distances.
 std::span<const ParameterField> parameterFields();
+
+/// An input as the screen calls it.
+struct InputName {
+    std::string label;   ///< "Abutment Angle, Active Gob"
+    std::string unit;    ///< "ft"; empty where it has none
+    std::string control; ///< of the parameter form
+};
+
+/// The input of a key of the record: "DepthCover", "XcutCenters(3)", "RowA". Nothing for what is no
+/// input of the form.
+std::optional<InputName> inputNamed(std::string_view key, std::int16_t units);
 
 /// What the acceptance check wants of a center-to-center distance.
 inline constexpr std::string_view DistanceValid = "above the entry width";

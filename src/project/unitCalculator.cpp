@@ -32,8 +32,8 @@ static_assert(PoundsPerTon * NewtonsPerPound / Thousand - KilonewtonsPerTon < 1e
 constexpr std::array<CalculatorUnit, 4> Lengths = {
     {{"ft", "feet", InchesPerFoot},
      {"in", "inches", 1},
-     {"cm", "centimetres", 1 / CentimetresPerInch},
-     {"m", "metres", CentimetresPerMetre / CentimetresPerInch}}};
+     {"cm", "centimeters", 1 / CentimetresPerInch},
+     {"m", "meters", CentimetresPerMetre / CentimetresPerInch}}};
 
 constexpr std::array<CalculatorUnit, 6> Loads = {
     {{"lb", "pounds", 1},
@@ -48,9 +48,9 @@ constexpr std::array<CalculatorUnit, 7> LoadGradients = {
      {"lb/in", "pounds per inch", 1 / Twelfth},
      {"kip/ft", "thousand pounds per foot", Thousand},
      {"ton/ft", "short tons per foot", PoundsPerTon},
-     {"N/m", "newtons per metre", 1 / (Thousand * KilonewtonsPerMetreOfPoundPerFoot)},
-     {"kN/m", "kilonewtons per metre", 1 / KilonewtonsPerMetreOfPoundPerFoot},
-     {"MN/m", "meganewtons per metre", Thousand / KilonewtonsPerMetreOfPoundPerFoot}}};
+     {"N/m", "newtons per meter", 1 / (Thousand * KilonewtonsPerMetreOfPoundPerFoot)},
+     {"kN/m", "kilonewtons per meter", 1 / KilonewtonsPerMetreOfPoundPerFoot},
+     {"MN/m", "meganewtons per meter", Thousand / KilonewtonsPerMetreOfPoundPerFoot}}};
 
 constexpr std::array<CalculatorUnit, 6> Stresses = {
     {{"psi", "pounds per square inch", 1},
@@ -63,9 +63,9 @@ constexpr std::array<CalculatorUnit, 6> Stresses = {
 constexpr std::array<CalculatorUnit, 5> StressGradients = {
     {{"psi/ft", "pounds per square inch per foot", Twelfth},
      {"psi/in", "pounds per square inch per inch", 1},
-     {"Pa/m", "pascals per metre", 1 / PascalsPerMetreOfPsiPerInch},
-     {"kPa/m", "kilopascals per metre", Thousand / PascalsPerMetreOfPsiPerInch},
-     {"MPa/m", "megapascals per metre", Thousand* Thousand / PascalsPerMetreOfPsiPerInch}}};
+     {"Pa/m", "pascals per meter", 1 / PascalsPerMetreOfPsiPerInch},
+     {"kPa/m", "kilopascals per meter", Thousand / PascalsPerMetreOfPsiPerInch},
+     {"MPa/m", "megapascals per meter", Thousand* Thousand / PascalsPerMetreOfPsiPerInch}}};
 
 constexpr std::array<CalculatorQuantity, 5> Quantities = {
     {{"Length", "txtLength", Lengths},

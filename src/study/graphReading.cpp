@@ -16,7 +16,7 @@ namespace telvo::study {
 
 namespace {
 
-constexpr std::size_t MostJumpsTold = 4; // lines at the cross-hair
+constexpr std::size_t MostJumpsTold = 3; // lines at the cross-hair
 
 constexpr double SymbolCells = 20; // divides the number of points, so that symbols are even
 constexpr double FewestReadings = 200;
@@ -216,9 +216,13 @@ std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Cu
                      const Jump& jump) {
     std::string text = curve.name;
     const std::string place = axisText(graph, options, jump.x);
-    if (jump.before && jump.after)
-        text += " jumps at " + place + " from " + factorText(options, *jump.before) + " to " +
-                factorText(options, *jump.after);
+    const auto factor = [&](const std::optional<double>& y) {
+        return y ? factorText(options, *y) : std::string();
+    };
+    if (jump.before && jump.after && factor(jump.before) == factor(jump.after))
+        text += " steps at " + place + " by less than shows in " + factor(jump.after);
+    else if (jump.before && jump.after)
+        text += " jumps at " + place + " from " + factor(jump.before) + " to " + factor(jump.after);
     else
         text += (jump.before ? " has no value beyond " : " has no value before ") + place;
     return jump.rule.empty() ? text : text + ": " + jump.rule;

@@ -65,7 +65,7 @@ class XmlBudget {
     const ReadWatch& watch() const { return m_watch; }
 
   private:
-    static constexpr std::chrono::seconds MostTime{300};
+    static constexpr std::chrono::seconds MostTime{120};
 
     const ReadWatch& m_watch;
     // A table of the most rows with every column has 21 million cells and values.

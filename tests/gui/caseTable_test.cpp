@@ -48,7 +48,9 @@ void CaseTableTest::open(const std::string& csv) {
     m_window = std::make_unique<ui::frmCaseTable>(
         std::move(*read), ui::FormServices{m_messages, {}, nullptr}, nullptr,
         [](const project::ProjectCase& current) {
-            return project::KeyFigures{{}, current.Title + " SF", {}, {}};
+            project::KeyFigures figures;
+            figures.DevelopmentSF = current.Title + " SF";
+            return figures;
         });
     show(*m_window);
 }

@@ -42,32 +42,75 @@ class SampleForm : public ui::Form {
 class ControlsTest : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void numbersTakeOnlyTheirOwnCharacters();
+    void whatIsNoNumberMarksTheBox();
+    void aPasteIsTakenRightOrRefused();
     void aBoxSelectsItsTextWhenItGetsTheFocus();
     void aRefusalShowsItsControl();
     void aFormRemembersItsSizeAndCopiesItsPicture();
 };
 
-void ControlsTest::numbersTakeOnlyTheirOwnCharacters() {
-    ui::NumberEdit box("txtNumber");
-    show(box);
-    QSignalSpy refused(&box, &ui::NumberEdit::characterRefused);
+void ControlsTest::whatIsNoNumberMarksTheBox() {
+    QWidget window;
+    ui::NumberEdit box("txtNumber", &window);
+    QLineEdit other(&window);
+    other.move(0, 60);
+    box.setToolTip("above 0");
+    show(window);
+    QSignalSpy left(&box, &ui::NumberEdit::wrongCharacterLeft);
     typeInto(box, "6,5");
     QCOMPARE(box.text(), "6.5");
     QCOMPARE(box.value(), 6.5);
-    QTest::keyClicks(&box, "x");
-    QCOMPARE(box.text(), "6.5");
-    QCOMPARE(refused.count(), 1);
-    QCOMPARE(refused.at(0).at(0).toString(), "'x' is not a character of a number");
-    QApplication::clipboard()->setText("1,5e2");
-    box.selectAll();
-    box.paste();
-    QCOMPARE(box.value(), 150.0);
-    QApplication::clipboard()->setText("12 ft");
-    box.selectAll();
-    box.paste();
-    QCOMPARE(box.text(), "1.5e2");
+    QVERIFY(box.objection().isEmpty());
+    QCOMPARE(box.toolTip(), "above 0");
+    QTest::keyClicks(&box, "x1");
+    QCOMPARE(box.text(), "6.5x1");
+    QCOMPARE(box.value(), 6.5);
+    QCOMPARE(box.toolTip(), "'x' is not a character of a number\nabove 0");
+    QVERIFY(box.palette().color(QPalette::Base) != other.palette().color(QPalette::Base));
+    QCOMPARE(left.count(), 0); // not at every key
+    other.setFocus();
+    QCOMPARE(left.count(), 1);
+    box.setFocus();
+    other.setFocus();
+    QCOMPARE(left.count(), 1); // told once
+    typeInto(box, "1 200");
+    QCOMPARE(box.objection(), "'1 200' is read as 1");
+    other.setFocus();
+    QCOMPARE(left.count(), 1);
+    typeInto(box, "7");
+    QCOMPARE(box.toolTip(), "above 0");
+    QCOMPARE(box.palette().color(QPalette::Base), other.palette().color(QPalette::Base));
+}
+
+void ControlsTest::aPasteIsTakenRightOrRefused() {
+    ui::NumberEdit box("txtNumber");
+    show(box);
+    QSignalSpy refused(&box, &ui::NumberEdit::pasteRefused);
+    const auto pasted = [&box](const QString& text) {
+        QApplication::clipboard()->setText(text);
+        typeInto(box, "1000");
+        box.selectAll();
+        QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+        return box.text();
+    };
+    QCOMPARE(pasted("1,5e2"), "1.5E2");
+    QCOMPARE(pasted("1,234.5"), "1234.5");
+    QCOMPARE(pasted("1 200\r\n"), "1200");
+    QCOMPARE(refused.count(), 0);
+    QCOMPARE(pasted("1,234"), "1000");
+    QCOMPARE(refused.takeLast().at(0).toString(),
+             "'1,234' is not taken: the comma can be a decimal sign or a thousands sign; write "
+             "1.234 or 1234");
+    QCOMPARE(pasted("12 ft"), "1000");
+    QCOMPARE(pasted("80\t90"), "1000");
     QCOMPARE(refused.count(), 2);
+    box.setText("15");
+    box.setCursorPosition(1);
+    QApplication::clipboard()->setText("2");
+    box.paste();
+    QCOMPARE(box.text(), "125");
+    box.undo();
+    QCOMPARE(box.text(), "15");
 }
 
 void ControlsTest::aBoxSelectsItsTextWhenItGetsTheFocus() {
@@ -96,13 +139,13 @@ void ControlsTest::aRefusalShowsItsControl() {
     QCOMPARE(form.findChild<QTabWidget*>()->currentIndex(), 1);
     QVERIFY(control(form, "txtSecond").hasFocus());
 
-    auto& box = control<QLineEdit>(form, "txtSecond");
+    auto& box = control<ui::NumberEdit>(form, "txtSecond");
     box.setToolTip("above 0");
-    ui::markRefused(box, "Invalid second");
-    ui::markRefused(box, "Invalid still");
+    box.setRefusal("Invalid second");
+    box.setRefusal("Invalid still");
     QCOMPARE(box.toolTip(), "Invalid still\nabove 0");
     QVERIFY(box.palette().color(QPalette::Base) != form.palette().color(QPalette::Base));
-    ui::markRefused(box, {});
+    box.setRefusal({});
     QCOMPARE(box.toolTip(), "above 0");
     QCOMPARE(box.palette().color(QPalette::Base), form.palette().color(QPalette::Base));
 }

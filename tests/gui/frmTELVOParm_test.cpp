@@ -2,6 +2,7 @@
 #include "project/ui/frmTELVOParm.h"
 
 #include "app/caseRun.h"
+#include "app/faultWords.h"
 #include "GuiTest.h"
 #include "project/advisories.h"
 #include "project/CaseFile.h"
@@ -9,10 +10,12 @@
 #include <memory>
 #include <QButtonGroup>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTabWidget>
 
 using namespace telvo;
@@ -43,7 +46,19 @@ struct OpenForm {
                     if (auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
                     return std::nullopt;
                 },
-                {},
+                [](const project::ProjectCase& trial) {
+                    project::KeyFigures figures;
+                    auto outcome = app::runCase(trial);
+                    if (const auto* fault = std::get_if<Fault>(&outcome))
+                        outcome = app::asRefusal(*fault, trial.Units);
+                    if (const auto* refused = std::get_if<Refusal>(&outcome)) {
+                        figures.why = refused->message;
+                        figures.whyControl = refused->control;
+                    } else {
+                        figures.DevelopmentSF = "1";
+                    }
+                    return figures;
+                },
                 {}},
             ui::FormServices{messages, {}});
         show(*form);
@@ -94,7 +109,15 @@ class ParameterFormTest : public QObject {
     void advisoriesComeOncePerLeave();
     void cancelAsksWhenItIsToAsk();
     void resultsComputeFromTheWorkingCopyAlone();
+    void automaticValuesOfAnotherCaseAreTold();
+    void aDashSaysWhyAndMarksTheField();
+    void aNewCaseIsNoMistakeYet();
     void everyControlIsNamedAndExplained();
+    void halfReadNumbersAreSettled();
+    void aPastedUnitIsConvertedAfterSayingSo();
+    void longNumbersShowTheirFirstDigits();
+    void advisoriesComeWhateverWayTheBoxIsLeft_data();
+    void advisoriesComeWhateverWayTheBoxIsLeft();
 };
 
 void ParameterFormTest::opensOnTheProjectAndTakesItBackUnchanged() {
@@ -300,7 +323,125 @@ void ParameterFormTest::advisoriesComeOncePerLeave() {
     control<QTabWidget>(*m.form, "SSTab1").setCurrentIndex(1);
     control(*m.form, "txtUnitWeight").setFocus();
     QTest::keyClick(&control(*m.form, "txtUnitWeight"), Qt::Key_Tab);
-    QTRY_COMPARE(m.messages.asked.size(), std::size_t{1});
+    // The tab's first box had the focus before.
+    QTRY_COMPARE(m.messages.asked.size(), std::size_t{2});
+    QVERIFY(m.messages.asked[1].ends_with(project::UnitWeightAdvisory));
+}
+
+void ParameterFormTest::advisoriesComeWhateverWayTheBoxIsLeft_data() {
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<QString>("way");
+    for (const char* way : {"tab key", "tab clicked", "Alt and letter", "another box clicked"}) {
+        QTest::addRow("%s, strength", way) << 1 << "txtCoalStrength" << way;
+        QTest::addRow("%s, angle", way) << 2 << "txtAbutmentAngleActiveGob" << way;
+    }
+    for (const char* way : {"cancel clicked", "help clicked", "escape"})
+        QTest::addRow("%s", way) << 1 << "txtCoalStrength" << way;
+}
+
+void ParameterFormTest::advisoriesComeWhateverWayTheBoxIsLeft() {
+    QFETCH(int, tab);
+    QFETCH(QString, box);
+    QFETCH(QString, way);
+    OpenForm f(goodCase(), false);
+    auto& tabs = control<QTabWidget>(*f.form, "SSTab1");
+    tabs.setCurrentIndex(tab);
+    type(*f.form, box.toUtf8(), tab == 1 ? "850" : "25");
+    auto* bar = tabs.findChild<QTabBar*>();
+    if (way == "tab key") QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    if (way == "tab clicked") QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(0).center());
+    if (way == "Alt and letter")
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_G, Qt::AltModifier);
+    if (way == "another box clicked")
+        QTest::mouseClick(&control(*f.form, tab == 1 ? "txtUnitWeight" : "txtExtentActiveGob"),
+                          Qt::LeftButton);
+    if (way == "cancel clicked") {
+        control(*f.form, "cmdCancel").setFocus(Qt::MouseFocusReason);
+        click(*f.form, "cmdCancel");
+    }
+    if (way == "help clicked") {
+        control(*f.form, "cmdHelp").setFocus(Qt::MouseFocusReason);
+        click(*f.form, "cmdHelp");
+    }
+    if (way == "escape") QTest::keyClick(f.form.get(), Qt::Key_Escape);
+    const bool due = !(way == "cancel clicked" || way == "help clicked" || way == "escape");
+    QTest::qWait(60);
+    QCOMPARE(f.messages.asked.size(), std::size_t{due ? 1U : 0U});
+    if (way == "tab clicked" || way.startsWith("Alt")) QCOMPARE(tabs.currentIndex(), 0);
+    if (!due) return;
+    QVERIFY(f.messages.asked[0].starts_with("Project Parameters: Range Warning: Warning: The "));
+    click(*f.form, "cmdOK"); // not again
+    QCOMPARE(f.messages.asked.size(), std::size_t{1});
+}
+
+/// A record from outside: 5 sqrt(400) is 100, and 1 - 0.28 ln(400 / 240) is 0.86.
+void ParameterFormTest::automaticValuesOfAnotherCaseAreTold() {
+    project::ProjectCase current = goodCase();
+    current.Input.DepthCover = 400;
+    current.Input.BreadthAMZ = 150;
+    current.Input.ArchFactor = 0.86F;
+    {
+        OpenForm f(current, false);
+        QVERIFY(control<QLabel>(*f.form, "lblAutomatic")
+                    .text()
+                    .startsWith("Breadth of AMZ 150 ft is marked automatic; the depth of 400 ft "
+                                "gives 100 ft. The form shows"));
+        QCOMPARE(f.text("txtBreadthAMZ"), "100");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_U, Qt::AltModifier);
+        QTRY_VERIFY(!control(*f.form, "fraAutomatic").isVisible());
+        click(*f.form, "cmdOK");
+        QCOMPARE(f.open.Project.Input.BreadthAMZ, 100.0);
+        QCOMPARE(f.messages.lastStatus(), "Project Parameters Modified");
+    }
+    OpenForm f(current, false);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_K, Qt::AltModifier);
+    QTRY_COMPARE(f.text("txtBreadthAMZ"), "150");
+    QVERIFY(!control<QCheckBox>(*f.form, "chkAMZ").isChecked());
+    QVERIFY(control<QCheckBox>(*f.form, "chkArch").isChecked());
+    click(*f.form, "cmdOK");
+    QCOMPARE(f.open.Project.Input.BreadthAMZ, 150.0);
+    QCOMPARE(f.open.Project.Input.AMZ, std::int16_t{0});
+    QVERIFY(!OpenForm(goodCase()).form->findChild<QWidget*>("fraAutomatic"));
+}
+
+void ParameterFormTest::aDashSaysWhyAndMarksTheField() {
+    project::ProjectCase current = goodCase();
+    current.Input.SlabcutFirstGob = 10; // unused, and wider than the barrier of 0
+    OpenForm f(current);
+    const auto label = [&f](const char* name) { return &control<QLabel>(*f.form, name); };
+    auto& slab = control(*f.form, "txtSlabcutFirstGob");
+    const QString why = "Invalid extent of slab cut in barrier of first gob";
+    QTRY_COMPARE(label("lblWhy")->text(), "No factors: " + why);
+    QCOMPARE(label("lblRetreatSF")->text(), "\u2013");
+    QCOMPARE(label("lblRetreatSF")->toolTip(), why);
+    QVERIFY(slab.toolTip().startsWith(why));
+    type(*f.form, "txtSlabcutFirstGob", "0");
+    type(*f.form, "txtAbutmentAngleActiveGob", "0"); // the engine's own stop
+    const QString stop = "Abutment Angle, Active Gob (degrees): Front abutment load cannot be "
+                         "computed: the abutment angle of the active gob is 0";
+    QTRY_COMPARE(label("lblWhy")->text(), "No factors: " + stop);
+    QVERIFY(control(*f.form, "txtAbutmentAngleActiveGob").toolTip().startsWith(stop));
+    QVERIFY(!slab.toolTip().startsWith(why));
+    type(*f.form, "txtAbutmentAngleActiveGob", "2 1");
+    QTRY_COMPARE(label("lblWhy")->text(), "No factors: Abutment Angle, Active Gob: '2 1' is read "
+                                          "as 2");
+    type(*f.form, "txtAbutmentAngleActiveGob", "21");
+    QTRY_VERIFY(!label("lblWhy")->isVisible());
+    QCOMPARE(label("lblRetreatSF")->toolTip(), "There is no retreat without an active gob");
+}
+
+void ParameterFormTest::aNewCaseIsNoMistakeYet() {
+    OpenForm f(project::newCase(project::English));
+    auto& height = control(*f.form, "txtEntryHeight");
+    QTest::qWait(80);
+    QVERIFY(height.toolTip().startsWith("Entry Height"));
+    QVERIFY(!control(*f.form, "lblWhy").isVisible());
+    QTest::keyClick(&height, Qt::Key_Tab); // left without a value
+    QVERIFY(height.toolTip().startsWith("Invalid entry height"));
+    QVERIFY(control(*f.form, "txtEntryWidth").toolTip().startsWith("Entry Width"));
+    click(*f.form, "cmdOK");
+    QVERIFY(control(*f.form, "txtEntryWidth").toolTip().startsWith("Invalid entry width"));
 }
 
 void ParameterFormTest::cancelAsksWhenItIsToAsk() {
@@ -354,10 +495,75 @@ void ParameterFormTest::everyControlIsNamedAndExplained() {
     }
     for (auto* edit : f.form->findChildren<ui::NumberEdit*>())
         QVERIFY2(edit->toolTip().contains("Valid: "), qPrintable(edit->objectName()));
+}
+
+/// No value goes into the case or a run by half of its text.
+void ParameterFormTest::halfReadNumbersAreSettled() {
+    OpenForm f(goodCase());
+    const std::string wrong =
+        "Project Parameters: Invalid Character: 'x' is not a character of a number";
     type(*f.form, "txtEntryHeight", "6x");
+    QVERIFY(f.messages.asked.empty());
+    control(*f.form, "txtDepthCover").setFocus();
+    QTRY_COMPARE(f.messages.asked.size(), std::size_t{1});
+    QCOMPARE(f.messages.asked.back(), wrong);
+    click(*f.form, "cmdOK");
+    QCOMPARE(f.messages.asked.back(), wrong);
+    QVERIFY(control(*f.form, "txtEntryHeight").hasFocus());
+    type(*f.form, "txtEntryHeight", "6");
+
+    type(*f.form, "txtDepthCover", "1 200");
+    for (const char* button : {"cmdResults", "cmdOK"}) {
+        f.messages.asked.clear();
+        click(*f.form, button);
+        QCOMPARE(f.messages.asked.size(), std::size_t{1});
+        QCOMPARE(f.messages.asked.back(), "Project Parameters: Error: Depth of Cover: '1 200' is "
+                                          "read as 1. Enter one number.");
+    }
+    QVERIFY(f.trials.empty());
+    QCOMPARE(f.accepted, 0);
+    type(*f.form, "txtEntryWidth", "abc"); // what the check refuses keeps its message
+    click(*f.form, "cmdOK");
+    QCOMPARE(f.messages.asked.back(), "Project Parameters: Range Error: Invalid entry width");
+    type(*f.form, "txtEntryWidth", "20");
+    type(*f.form, "txtDepthCover", "1200");
+    click(*f.form, "cmdOK");
+    QCOMPARE(f.open.Project.Input.DepthCover, 1200.0);
+}
+
+void ParameterFormTest::aPastedUnitIsConvertedAfterSayingSo() {
+    OpenForm f(goodCase());
+    auto& depth = control<ui::NumberEdit>(*f.form, "txtDepthCover");
+    const auto paste = [&depth](const char* text) {
+        QApplication::clipboard()->setText(text);
+        depth.setFocus();
+        depth.selectAll();
+        depth.paste();
+        return depth.text();
+    };
+    QCOMPARE(paste("1,234.5 ft"), "1234.5");
+    QVERIFY(f.messages.asked.empty());
+    f.messages.answers = {Answer::No, Answer::Yes};
+    QCOMPARE(paste("275 m"), "1234.5");
     QCOMPARE(f.messages.asked.back(),
-             "Project Parameters: Invalid Character: 'x' is not a character of a number");
-    QCOMPARE(f.text("txtEntryHeight"), "6");
+             "Project Parameters: Message: 275 m is 902.231 ft. Enter 902.231?");
+    QCOMPARE(paste("275 m"), "902.231");
+    QCOMPARE(paste("6 psi"), "902.231");
+    QCOMPARE(f.messages.asked.back(), "Project Parameters: Error: '6 psi' is not taken: 'psi' is "
+                                      "no unit of this field, which is in ft.");
+}
+
+/// The metric defaults have 16 digits and more.
+void ParameterFormTest::longNumbersShowTheirFirstDigits() {
+    OpenForm m(project::newCase(project::Metric));
+    control<QTabWidget>(*m.form, "SSTab1").setCurrentIndex(1);
+    for (const char* name : {"txtCoalStrength", "txtUnitWeight"}) {
+        auto& box = control<QLineEdit>(*m.form, name);
+        QVERIFY(box.fontMetrics().horizontalAdvance(box.text()) + 8 < box.width());
+    }
+    auto& narrow = control<QLineEdit>(*m.form, "txtExtentActiveGob");
+    narrow.setText("1234.56789012345678901234567890");
+    QCOMPARE(narrow.cursorPosition(), 0);
 }
 
 QTEST_MAIN(ParameterFormTest)

@@ -44,15 +44,17 @@ struct Desk {
     std::optional<GraphOptions> edited;
     std::vector<double> targets;
     std::vector<std::string> done;
-    study::ui::frmGraph form{{sample(), "Mains.TLV", "numbers"},
-                             options(),
-                             {{note("copy"), note("export"), note("print")},
+    std::variant<study::ui::GraphSubject, Refusal> open = Refusal{"no such graph", "Error", ""};
+    study::ui::frmGraph form{{sample(), "Mains.TLV", "numbers",
                               [this](double target) {
                                   targets.push_back(target);
                                   return std::vector<Crossing>{
                                       {"Retreat", 600, true, "arch factor"},
                                       {"Retreat", 720, false, {}}};
-                              },
+                              }},
+                             options(),
+                             {{note("copy"), note("export"), note("print")},
+                              [this] { return open; },
                               [this](QWidget*) { return edited; }},
                              {messages, {}}};
     study::ui::GraphView& view = control<study::ui::GraphView>(form, "grfSF");
@@ -83,6 +85,9 @@ class GraphTest : public QObject {
     void targetsAreLookedFor();
     void aTowerDoesNotFlattenTheRest();
     void picturesAreInkOnWhitePaper();
+    void itFollowsTheCaseUnlessItIsPinned();
+    void aLabelStandsNearestToItsOwnMark_data();
+    void aLabelStandsNearestToItsOwnMark();
 };
 
 void GraphTest::everyPieceIsASeries() {
@@ -201,6 +206,93 @@ void GraphTest::picturesAreInkOnWhitePaper() {
             if (paper.pixelColor(x, y).lightness() < 128) inked += QRect(x, y, 1, 1);
     QVERIFY(QRect(50, 50, 400, 300).contains(inked.boundingRect()));
     QVERIFY(inked.boundingRect().width() > 300 && inked.boundingRect().height() > 250);
+}
+
+void GraphTest::itFollowsTheCaseUnlessItIsPinned() {
+    Desk desk;
+    show(desk.form);
+    const auto banner = [&desk] {
+        const auto* label = desk.form.findChild<QLabel*>("lblOutdated");
+        return label && label->isVisible() ? label->text() : QString();
+    };
+    SfGraph other = sample();
+    other.ownValue = 600;
+    for (Curve& curve : other.curves)
+        curve.own = GraphPoint{600, 1.17};
+    desk.open = study::ui::GraphSubject{other, "North.TLV", "other numbers", {}};
+    desk.form.caseChanged("");
+    QCOMPARE(desk.form.windowTitle(), "Graph: SF vs Depth of Cover - Mains.TLV");
+    desk.form.caseChanged("Depth of Cover is 600 ft now.");
+    QCOMPARE(desk.form.windowTitle(), "Graph: SF vs Depth of Cover - North.TLV");
+    QCOMPARE(series(desk.view, "own:Retreat").at(0)->data()->at(0)->value, 1.17);
+    QCOMPARE(desk.view.reading(), 600.0);
+    QCOMPARE(banner(), QString());
+    desk.form.setCaseName("North 2.TLV");
+    QCOMPARE(desk.form.windowTitle(), "Graph: SF vs Depth of Cover - North 2.TLV");
+
+    click(desk.form, "chkPin");
+    desk.open = study::ui::GraphSubject{sample(), "Mains.TLV", "numbers", {}};
+    desk.form.caseChanged("Another case is open.");
+    QCOMPARE(desk.form.windowTitle(), "Graph: SF vs Depth of Cover - North 2.TLV (pinned, not the "
+                                      "open case any more)");
+    QVERIFY(banner().startsWith("This graph is pinned. Another case is open. F5 "));
+    QCOMPARE(series(desk.view, "own:Retreat").at(0)->data()->at(0)->value, 1.17);
+    QTest::keyClick(&desk.form, Qt::Key_F5);
+    QTRY_COMPARE(desk.form.windowTitle(), "Graph: SF vs Depth of Cover - Mains.TLV (pinned)");
+    QCOMPARE(banner(), QString());
+
+    // A case that has no such graph leaves the old one, and says so.
+    click(desk.form, "chkPin");
+    desk.open = Refusal{"no such graph", "Error", ""};
+    desk.form.caseChanged("Another case is open.");
+    QVERIFY(banner().contains("The open case has none: no such graph"));
+    QCOMPARE(desk.form.windowTitle(),
+             "Graph: SF vs Depth of Cover - Mains.TLV (not the open case any more)");
+}
+
+void GraphTest::aLabelStandsNearestToItsOwnMark_data() {
+    QTest::addColumn<double>("development");
+    QTest::addColumn<double>("retreat");
+    // Far apart, close, closer, the wrong way round, and alike.
+    for (const auto& [development, retreat] :
+         {std::pair{2.5, 1.35}, {1.79, 1.65}, {1.70, 1.66}, {1.66, 1.70}, {1.5, 1.5}})
+        QTest::addRow("%g and %g", development, retreat) << development << retreat;
+}
+
+void GraphTest::aLabelStandsNearestToItsOwnMark() {
+    QFETCH(double, development);
+    QFETCH(double, retreat);
+    SfGraph graph = sample();
+    for (const auto& [curve, own] : {std::pair{0U, development}, {1U, retreat}})
+        for (auto& piece : graph.curves[curve].pieces)
+            for (GraphPoint& point : piece)
+                point.y = own * 800 / point.x;
+    graph.curves[0].own->y = development;
+    graph.curves[1].own->y = retreat;
+    for (const double place : {800.0, 404.0, 1196.0}) {
+        for (Curve& curve : graph.curves)
+            curve.own->x = place;
+        for (const QSize size : {QSize(420, 330), QSize(700, 500), QSize(1500, 900)}) {
+            study::ui::GraphView view("grfSF", graph, "caption", options());
+            view.resize(size);
+            view.show();
+            view.replot();
+            const auto boxOf = [&view](const QString& curve) {
+                const auto* label = view.findChild<QCPItemText*>("ownLabel:" + curve);
+                return QRectF(label->topLeft->pixelPosition(), label->bottomRight->pixelPosition());
+            };
+            const auto gap = [&](const QRectF& box, double y) {
+                const QPointF mark(view.xAxis->coordToPixel(place), view.yAxis->coordToPixel(y));
+                return std::hypot(std::max({box.left() - mark.x(), mark.x() - box.right(), 0.0}),
+                                  std::max({box.top() - mark.y(), mark.y() - box.bottom(), 0.0}));
+            };
+            const QRectF first = boxOf("Development"), second = boxOf("Retreat");
+            QVERIFY(!first.intersects(second));
+            if (development == retreat) continue;
+            QVERIFY(gap(first, development) < gap(first, retreat));
+            QVERIFY(gap(second, retreat) < gap(second, development));
+        }
+    }
 }
 
 QTEST_MAIN(GraphTest)

@@ -182,6 +182,13 @@ void PictureTest::aPrintFillsThePaper() {
                      qPrintable(QString("%1 x %2").arg(page.width()).arg(page.height())));
         }
     }
+    QPrinter footed(QPrinter::HighResolution);
+    footed.setOutputFileName(m_folder.filePath("footed.pdf"));
+    QCOMPARE(ui::bestOrientation(sample()), QPageLayout::Landscape);
+    QCOMPARE(ui::bestOrientation(sample({200, 300})), QPageLayout::Portrait);
+    QVERIFY(printPicture(sample(), footed, "north.TLV   11/21/2026   TELVO"));
+    const QString sheet = textOfPdf(m_folder.filePath("footed.pdf")).trimmed();
+    QVERIFY2(sheet.simplified().endsWith("north.TLV 11/21/2026 TELVO"), qPrintable(sheet));
     QPrinter nowhere;
     nowhere.setOutputFileName("/nowhere/print.pdf");
     QVERIFY(!printPicture(sample(), nowhere));

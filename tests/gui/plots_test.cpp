@@ -109,8 +109,8 @@ void PlotsTest::picturesCarryTheirNumbersAndStayOnPaper() {
     QCOMPARE(qGray(control(*m_window, "Picture1").grab().toImage().pixel(3, 3)), 30);
     click(*m_window, "cmdCopy");
     click(*m_window, "cmdExport");
-    QCOMPARE(m_done, QStringList({"copy: two-side-gobs Coloured Plan Strength to Stress",
-                                  "export: two-side-gobs Coloured Plan Strength to Stress"}));
+    QCOMPARE(m_done, QStringList({"copy: two-side-gobs Colored Plan Strength to Stress",
+                                  "export: two-side-gobs Colored Plan Strength to Stress"}));
 }
 
 void PlotsTest::picturesAreAlikeAtEveryResolution() {

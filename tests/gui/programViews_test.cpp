@@ -2,6 +2,7 @@
 #include "programHome.h"
 
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTableView>
 
@@ -13,6 +14,7 @@ class ProgramViewsTest : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void graphsAreOfferedWhereTheCaseHasThem();
+    void graphsFollowTheOpenCaseUnlessPinned();
     void plotsStayThoseOfTheirRun();
     void filesAreBrowsedAndImported();
     void aCaseIsLoadedFromATable();
@@ -51,6 +53,35 @@ void ProgramViewsTest::graphsAreOfferedWhereTheCaseHasThem() {
     home.answers = {Answer::No};
     QVERIFY(home.quit());
     QVERIFY(!home.window<QWidget>("frmGraph"));
+}
+
+void ProgramViewsTest::graphsFollowTheOpenCaseUnlessPinned() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    program.settings().values().GraphTitle = "Left study";
+    home.trigger("mnuCalcGrafItem_1");
+    auto* graph = home.window<QWidget>("frmGraph");
+    const auto atCrossHair = [&] { return control<QLabel>(*graph, "lblReading").text(); };
+    const QString before = atCrossHair();
+    QVERIFY2(before.startsWith("Depth of cover 900 ft"), qPrintable(before));
+    project::ProjectInput in = program.session().project().Input;
+    in.DepthCover = 1000;
+    program.session().acceptParameters(in);
+    QVERIFY2(atCrossHair().startsWith("Depth of cover 1000 ft"), qPrintable(atCrossHair()));
+    click(*graph, "chkPin");
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/metric-two-side-gobs.TLV"));
+    QVERIFY(atCrossHair().startsWith("Depth of cover 1000 ft"));
+    QVERIFY(
+        graph->windowTitle().endsWith("two-side-gobs.TLV (pinned, not the open case any more)"));
+    QVERIFY(control(*graph, "lblOutdated").isVisible());
+    click(*graph, "chkPin");
+    QVERIFY(graph->windowTitle().endsWith("metric-two-side-gobs.TLV"));
+    // The title was that of the other case.
+    home.trigger("mnuCalcGrafItem_0");
+    QCOMPARE(program.settings().values().GraphTitle, "TELVO");
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
 }
 
 void ProgramViewsTest::plotsStayThoseOfTheirRun() {

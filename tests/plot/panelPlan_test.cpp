@@ -104,6 +104,9 @@ TEST(PanelPlan, RowsAreDrawnByTheirFlags) {
         EXPECT_EQ(ofA, flags & 1 ? 12 : 0); // 900 / 80 spacings, the last one in part
         EXPECT_EQ(ofB, flags & 2 ? 12 : 0);
     }
+    panel.Input.XcutAngle = 60; // skew ends stay above the retreat line as well
+    for (const auto& pillar : shapes(planOf(panel, toScale()), Role::LeftRow))
+        EXPECT_GE(around(pillar).bottom, 0);
     // Outwards: barrier 60, bleeder entry 20, pillars of row C 60 x (90 - 20).
     const Drawing plan = planOf(example("bleeder-rows-c-d"), toScale());
     const auto bleeders = shapes(plan, Role::Bleeder);
@@ -155,7 +158,13 @@ TEST(PanelPlan, DimensionsAreThoseAskedFor) {
     EXPECT_TRUE(figures(planOf(panel, options)).empty());
     options = {0, 0, 0, 1, 0};
     EXPECT_EQ(figures(planOf(panel, options)), (vector<string>{"450", "80", "40", "120", "500"}));
-    options.PlotGobExtLoose = 1; // not to scale, and told so
+    const Drawing sides = planOf(panel, options);
+    const auto below = std::find_if(sides.chains.begin(), sides.chains.end(), [](const auto& c) {
+        return c.figures[0].text == "120" && c.line < 0;
+    });
+    ASSERT_NE(below, sides.chains.end());
+    EXPECT_LT(below->offset, -2); // clear of the circles of the entry numbers
+    options.PlotGobExtLoose = 1;  // not to scale, and told so
     EXPECT_EQ(figures(planOf(panel, options)), (vector<string>{"450_", "80", "40", "120", "500_"}));
 
     project::ProjectCase unequal = example("retreat-one-section");

@@ -82,6 +82,61 @@ TEST(PlaceLabels, WhereThereIsNoRoomNamesGetShorterAndThenALeader) {
     EXPECT_LT(led[0].box.left, 20); // as near as it goes
 }
 
+int side(Point a, Point b, Point c) {
+    const double turn = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+    return (turn > 0) - (turn < 0);
+}
+
+bool cross(Point a, Point b, Point c, Point d) {
+    return side(a, b, c) * side(a, b, d) < 0 && side(c, d, a) * side(c, d, b) < 0;
+}
+
+TEST(PlaceLabels, NoLeaderCrossesADimension) {
+    int leaders = 0;
+    for (const char* name : {"two-side-gobs", "one-side-gob-slab-cut", "bleeder-rows-c-d"})
+        for (const double cut : {3.0, 8.0, 20.0}) {
+            project::ProjectCase panel = example(name);
+            panel.Input.SlabcutFirstGob = panel.Input.SlabcutSecondGob = cut;
+            const Drawing plan = planOf(panel, {});
+            for (const Box& page : {Box{0, 0, 900, 700}, Box{0, 0, 500, 420}}) {
+                const View view = viewOf(plan, page, Estimate.em);
+                const Placement made = placeLabels(plan, view, page, Estimate);
+                for (const PlacedText& text : made.texts) {
+                    if (!text.target) continue;
+                    ++leaders;
+                    const Point start{std::clamp(text.target->x, text.box.left, text.box.right),
+                                      std::clamp(text.target->y, text.box.top, text.box.bottom)};
+                    for (const PlacedDimension& line : made.dimensions)
+                        EXPECT_FALSE(cross(start, *text.target, line.from, line.to))
+                            << name << ' ' << cut << ' ' << text.wording;
+                }
+            }
+        }
+    EXPECT_GT(leaders, 10);
+}
+
+TEST(PlaceLabels, UnequalDistancesWithoutRoomAreTheSummandsOfTheWidth) {
+    project::ProjectCase panel = example("retreat-one-section");
+    panel.Input.NumberEntries = 4;
+    panel.Input.XcutCenters[1] = 80;
+    panel.Input.XcutCenters[2] = 95;
+    panel.Input.XcutCenters[3] = 70;
+    const Drawing plan = planOf(panel, {});
+    const auto shown = [&](const Box& page) {
+        return placeLabels(plan, viewOf(plan, page, Estimate.em), page, Estimate);
+    };
+    const Placement wide = shown({0, 0, 1400, 1100});
+    EXPECT_TRUE(placed(wide, Role::Dimension, "95") && placed(wide, Role::Dimension, "245"));
+    int summands = 0;
+    for (double width = 200; width < 900; width += 20) {
+        const Placement made = shown({0, 0, width, 0.8 * width});
+        const bool sum = placed(made, Role::Dimension, "80 + 95 + 70 = 245");
+        EXPECT_FALSE(sum && placed(made, Role::Dimension, "95")) << width;
+        summands += sum;
+    }
+    EXPECT_GT(summands, 0);
+}
+
 TEST(ViewOf, KeepsTheScaleEqualAndTheZoomedPointInTheMiddle) {
     Drawing drawing;
     drawing.bounds = {-100, -50, 300, 50};

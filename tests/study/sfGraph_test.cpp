@@ -181,7 +181,7 @@ TEST(SfGraph, AutomaticBreadthFollowsTheDepth) {
     }));
     // Of the many steps the nearest ones are told.
     const std::string told = jumpsNear(graph, {}, graph.low, graph.high);
-    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 3);
+    EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 2);
     EXPECT_TRUE(told.ends_with(" more")) << told;
 }
 

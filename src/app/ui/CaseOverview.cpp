@@ -131,9 +131,16 @@ void CaseOverview::showFacts() {
     show("lblHeight", generalNumber(in.EntryHeight, 10) + length);
     show("lblEntries", generalNumber(in.NumberEntries));
     show("lblWidth", figures.PanelWidth.empty() ? std::string() : figures.PanelWidth + length);
-    show("lblDevelopmentSF", figures.DevelopmentSF);
-    show("lblRetreatSF", figures.RetreatSF);
-    show("lblBarrierSF", figures.BarrierSF);
+    // A dash says why.
+    const auto factor = [&](const char* name, const std::string& text, const QString& none) {
+        show(name, text);
+        m_facts.at(name)->setToolTip(!text.empty()         ? QString()
+                                     : figures.why.empty() ? none
+                                                           : toQt(figures.why));
+    };
+    factor("lblDevelopmentSF", figures.DevelopmentSF, {});
+    factor("lblRetreatSF", figures.RetreatSF, tr("There is no retreat without an active gob"));
+    factor("lblBarrierSF", figures.BarrierSF, tr("No barrier is in use"));
 }
 
 void CaseOverview::showKept() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands.h"
 
+#include "app/faultWords.h"
+
 #include "app/association.h"
 #include "app/ui/dialogs/frmAbout.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
@@ -254,8 +256,7 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
     }
     if (const auto* fault = std::get_if<Fault>(&outcome)) {
         messages.status("No stability factors: the analysis stopped");
-        messages.tell(faultText(*fault));
-        return std::nullopt;
+        return asRefusal(*fault, current.Units);
     }
     auto& run = std::get<CaseRun>(outcome);
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
@@ -383,9 +384,9 @@ bool Commands::confirmSpreadsheet(QWidget*) {
 
 bool Commands::importCase(QWidget* parent) {
     DesktopMessages& messages = m_program.messages();
-    const auto path = m_program.fileDialogs().openFile(
-        "Import Case", m_program.settings().values().DataPath,
-        {"Case Tables (*.xlsx *.csv *.tsv *.txt)", "All Files (*.*)"});
+    const auto path =
+        m_program.fileDialogs().openFile("Import Case", m_program.settings().values().DataPath,
+                                         {"Case Tables (*.xlsx *.csv *.txt)", "All Files (*.*)"});
     if (!path) return false;
     auto done = telvo::ui::readInBackground(
         *path,

@@ -7,7 +7,9 @@
 #include "report/ui/frmResTxtPlt.h"
 #include "study/ui/frmGraph.h"
 
+#include <memory>
 #include <optional>
+#include <QPageLayout>
 #include <QPointer>
 #include <QString>
 #include <string_view>
@@ -68,6 +70,8 @@ class Commands {
 
     /// Values of an open parameter or description form that have not been accepted yet.
     std::optional<project::ProjectCase> draft() const;
+    /// The graphs that are not pinned follow the open case. To be called when it changed.
+    void graphsFollow();
     void closeResults();
     /// Closes every window that shows the outcome of a run.
     void closeViews();
@@ -85,8 +89,11 @@ class Commands {
     QWidget* viewParent();
     study::GraphOptions graphOptions(study::GraphKind kind) const;
     telvo::ui::PictureActions pictureActions();
-    study::ui::GraphActions graphActions(const project::ProjectCase& current,
-                                         const study::SfGraph& graph);
+    study::ui::GraphActions graphActions(study::GraphKind kind,
+                                         std::shared_ptr<project::ProjectCase> shown);
+    bool editGraphOptions(QWidget* parent);
+    void settleGraphTitle();
+    std::variant<study::ui::GraphSubject, Refusal> graphOfOpenCase(study::GraphKind kind);
     /// A run as it was, whatever happens to the case afterwards.
     struct ShownRun {
         project::ProjectCase current;
@@ -108,6 +115,13 @@ class Commands {
 
     Program& m_program;
     frmMain& m_window;
+    std::optional<QPageLayout::Orientation> m_pictureOrientation; ///< of the last one printed
+    std::optional<std::string> m_titledCase; ///< file of the case that the graphs' title is of
+    struct GraphWindow {
+        QPointer<study::ui::frmGraph> window;
+        std::shared_ptr<project::ProjectCase> shown; ///< the case that it was computed for
+    };
+    std::vector<GraphWindow> m_graphs;
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;
     QPointer<report::ui::frmResTxtPlt> m_results;

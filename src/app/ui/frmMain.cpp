@@ -347,6 +347,7 @@ void frmMain::showCase() {
     const ProjectSession& session = m_program.session();
     setWindowTitle(toQt(session.windowTitle())); // the desktop adds the name of the program
     m_overview->showCase();
+    m_commands.graphsFollow();
     showRecentFiles();
     showKeptCopies();
     SetGraphMenu();

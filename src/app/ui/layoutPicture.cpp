@@ -3,6 +3,8 @@
 
 #include "app/SettingsStore.h"
 #include "base/ui/qtText.h"
+#include "plot/ui/paintDrawing.h"
+#include "plot/ui/picture.h"
 #include "plot/ui/PlanView.h"
 
 #include <utility>
@@ -32,7 +34,16 @@ project::ui::LayoutPicture layoutPicture(const SettingsStore& settings, QWidget*
             [view, &settings](const project::ProjectCase& current) {
                 return drawPlan(*view, current, settings);
             },
-            [view] { return view->image(2); }};
+            // All of it at the size of a picture file, whatever room the form has for it.
+            [view]() -> QImage {
+                if (!view->drawing()) return {};
+                telvo::ui::Picture picture;
+                picture.paint = [&drawing = *view->drawing()](QPainter& painter,
+                                                              const QRectF& page) {
+                    telvo::ui::paintDrawing(drawing, painter, page, telvo::ui::paperPalette());
+                };
+                return telvo::ui::pictureImage(picture, 2 * telvo::ui::ScreenResolution);
+            }};
 }
 
 } // namespace telvo::app::ui

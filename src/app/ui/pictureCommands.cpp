@@ -10,8 +10,10 @@
 #include "explain/ui/frmExplain.h"
 #include "plot/ui/frmPlots.h"
 #include "plot/ui/picture.h"
+#include "report/sheets.h"
 
 #include <algorithm>
+#include <QPrinter>
 #include <utility>
 
 namespace telvo::app::ui {
@@ -41,9 +43,18 @@ study::GraphOptions Commands::graphOptions(study::GraphKind kind) const {
 }
 
 void Commands::printPicture(const Picture& picture, QWidget* parent) {
+    // Reports stand upright; pictures lie as they look best, or as the last one was printed.
+    QPrinter& printer = m_program.printer().printer();
+    const auto ofReports = printer.pageLayout().orientation();
+    printer.setPageOrientation(m_pictureOrientation.value_or(telvo::ui::bestOrientation(picture)));
+    const std::string footer = picture.caseName + "   " + report::shortDate(m_program.today()) +
+                               "   " + std::string(titles::Program) + ' ' +
+                               std::string(ModuleBuild);
     const bool printed = m_program.printer().print(
         picture.name, parent, QObject::tr("Print"),
-        [&picture](QPrinter& printer) { return telvo::ui::printPicture(picture, printer); });
+        [&](QPrinter& chosen) { return telvo::ui::printPicture(picture, chosen, footer); });
+    if (printed) m_pictureOrientation = printer.pageLayout().orientation();
+    printer.setPageOrientation(ofReports);
     note(printed ? "Picture printed" : "Printing aborted");
 }
 
@@ -60,18 +71,52 @@ telvo::ui::PictureActions Commands::pictureActions() {
     return actions;
 }
 
-study::ui::GraphActions Commands::graphActions(const project::ProjectCase& current,
-                                               const study::SfGraph& graph) {
+study::ui::GraphActions Commands::graphActions(study::GraphKind kind,
+                                               std::shared_ptr<project::ProjectCase> shown) {
     study::ui::GraphActions actions{pictureActions(), {}, {}};
-    // The window keeps the case that its graph was computed for.
-    actions.valuesAt = [current, graph](double target) {
-        return study::valuesAt(current, graph, target);
+    actions.ofOpenCase = [this, kind, shown] {
+        auto made = graphOfOpenCase(kind);
+        if (!std::holds_alternative<Refusal>(made)) *shown = m_program.session().project();
+        return made;
     };
-    actions.editOptions = [this, kind = graph.kind](QWidget* parent) {
-        frmGraphOpts form(m_program.settings(), m_program.formServices(), parent);
-        return form.exec() == QDialog::Accepted ? std::optional(graphOptions(kind)) : std::nullopt;
+    actions.editOptions = [this, kind](QWidget* parent) {
+        return editGraphOptions(parent) ? std::optional(graphOptions(kind)) : std::nullopt;
     };
     return actions;
+}
+
+/// A title is that of the case for which it was typed; other cases begin with the program's.
+bool Commands::editGraphOptions(QWidget* parent) {
+    settleGraphTitle();
+    if (frmGraphOpts(m_program.settings(), m_program.formServices(), parent).exec() !=
+        QDialog::Accepted)
+        return false;
+    m_titledCase = m_program.session().project().FileName;
+    return true;
+}
+
+void Commands::settleGraphTitle() {
+    const std::string& file = m_program.session().project().FileName;
+    if (m_titledCase && *m_titledCase != file)
+        m_program.settings().values().GraphTitle = titles::Program;
+    m_titledCase = file;
+}
+
+std::variant<study::ui::GraphSubject, Refusal> Commands::graphOfOpenCase(study::GraphKind kind) {
+    const ProjectSession& session = m_program.session();
+    if (session.isEmpty()) return Refusal{"Current file is empty", std::string(titles::Error), {}};
+    const Settings& settings = m_program.settings().values();
+    // The window keeps the case that its graph was computed for.
+    const project::ProjectCase current = session.project();
+    auto made = study::sfGraph(
+        current, kind,
+        {static_cast<double>(settings.PlotRangeMin), static_cast<double>(settings.PlotRangeMax)},
+        session.reportOptions());
+    if (auto* refused = std::get_if<Refusal>(&made)) return std::move(*refused);
+    const study::SfGraph& graph = std::get<study::SfGraph>(made);
+    return study::ui::GraphSubject{
+        graph, session.displayName(), study::graphCsv(graph),
+        [current, graph](double target) { return study::valuesAt(current, graph, target); }};
 }
 
 void Commands::keep(QWidget& view) {
@@ -111,31 +156,42 @@ void Commands::showWorking(const ShownRun& run) {
     note("Show working: " + m_program.session().displayName());
 }
 
-void Commands::graph(study::GraphKind kind) {
+void Commands::graphsFollow() {
     const ProjectSession& session = m_program.session();
-    const Settings& settings = m_program.settings().values();
-    if (settings.GraphSetParams == 1 &&
-        frmGraphOpts(m_program.settings(), m_program.formServices(), &m_window).exec() !=
-            QDialog::Accepted)
-        return;
-    const project::ProjectCase current = session.project();
-    auto made = study::sfGraph(
-        current, kind,
-        {static_cast<double>(settings.PlotRangeMin), static_cast<double>(settings.PlotRangeMax)},
-        session.reportOptions());
+    const project::ProjectCase& open = session.project();
+    for (const GraphWindow& graph : m_graphs) {
+        if (!graph.window) continue;
+        const bool same = graph.shown->Input == open.Input && graph.shown->Units == open.Units;
+        if (same) { // a save may have given it another name
+            graph.shown->FileName = open.FileName;
+            graph.window->setCaseName(session.displayName());
+        }
+        graph.window->caseChanged(same ? ""
+                                  : graph.shown->FileName == open.FileName
+                                      ? "The case has changed since."
+                                      : "Another case is open: " + session.displayName() + '.');
+    }
+}
+
+void Commands::graph(study::GraphKind kind) {
+    settleGraphTitle();
+    if (m_program.settings().values().GraphSetParams == 1 && !editGraphOptions(&m_window)) return;
+    auto made = graphOfOpenCase(kind);
     if (const auto* refused = std::get_if<Refusal>(&made)) {
         m_program.messages().tell(refused->message,
                                   std::string(titles::Graph).append(titles::Error));
         return;
     }
-    const study::SfGraph& graph = std::get<study::SfGraph>(made);
+    const auto shown = std::make_shared<project::ProjectCase>(m_program.session().project());
     auto* window =
-        new frmGraph({graph, session.displayName(), study::graphCsv(graph)}, graphOptions(kind),
-                     graphActions(current, graph), m_program.formServices(), viewParent());
+        new frmGraph(std::get<study::ui::GraphSubject>(std::move(made)), graphOptions(kind),
+                     graphActions(kind, shown), m_program.formServices(), viewParent());
     keep(*window);
+    std::erase_if(m_graphs, [](const GraphWindow& graph) { return graph.window.isNull(); });
+    m_graphs.push_back({window, shown});
     window->show();
     note("Graph " + std::string(study::GraphCaptions[static_cast<std::size_t>(kind)]) + ": " +
-         session.displayName());
+         m_program.session().displayName());
 }
 
 } // namespace telvo::app::ui

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ui/Form.h"
 
+#include "base/titles.h"
+#include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
 
@@ -10,6 +12,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QTabWidget>
+#include <QTimer>
 
 namespace telvo::ui {
 
@@ -43,6 +46,37 @@ void Form::showControl(const QString& name) {
         if (auto* stack = page->parentWidget() ? page->parentWidget()->parentWidget() : nullptr)
             if (auto* tabs = qobject_cast<QTabWidget*>(stack)) tabs->setCurrentWidget(page);
     control->setFocus(Qt::OtherFocusReason);
+}
+
+void Form::watchNumbers(NumberEdit& box) {
+    connect(&box, &NumberEdit::wrongCharacterLeft, this, [this, &box](const QString& message) {
+        // Queued: a message box in the middle of a mouse press would swallow the release. Who gives
+        // up or asks for help is not held up.
+        QTimer::singleShot(0, this, [this, &box, message] {
+            const QWidget* now = focusWidget();
+            const QString name = now ? now->objectName() : QString();
+            if (isVisible() && box.hasWrongCharacter() && name != QLatin1String("cmdCancel") &&
+                name != QLatin1String("cmdHelp"))
+                tell(fromQt(message), titles::InvalidCharacter);
+        });
+    });
+    connect(&box, &NumberEdit::pasteRefused, this,
+            [this](const QString& message) { tell(fromQt(message), titles::Error); });
+}
+
+bool Form::refuseUnreadNumber() {
+    for (NumberEdit* box : findChildren<NumberEdit*>()) {
+        const QString objection = box->objection();
+        if (objection.isEmpty() || !box->isEnabled() || box->isHidden()) continue;
+        const bool wrong = box->hasWrongCharacter();
+        const QString text =
+            wrong ? objection
+                  : tr("%1: %2. Enter one number.").arg(box->accessibleName(), objection);
+        refuse({fromQt(text), std::string(wrong ? titles::InvalidCharacter : titles::Error),
+                fromQt(box->objectName())});
+        return true;
+    }
+    return false;
 }
 
 QDialogButtonBox* Form::makeButtons() {

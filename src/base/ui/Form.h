@@ -12,6 +12,7 @@
 
 namespace telvo::ui {
 
+class NumberEdit;
 class WindowPlaces;
 
 /// What every form is handed.
@@ -49,6 +50,11 @@ class Form : public QDialog {
     void refuse(const Refusal& refusal);
     /// Brings the tab of a control to the front and gives it the focus.
     void showControl(const QString& name);
+
+    /// Tells of letters in a number box when it is left, and of a paste that it does not take.
+    void watchNumbers(NumberEdit& box);
+    /// Whether a box in use holds a text that is not one number; the first such box is refused.
+    bool refuseUnreadNumber();
 
     /// A row of buttons with cmdHelp and cmdScreenshot; forms add their own with addButton().
     QDialogButtonBox* makeButtons();

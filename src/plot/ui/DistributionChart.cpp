@@ -50,7 +50,6 @@ DistributionChart::DistributionChart(const QString& name, QWidget* parent) : QCu
     plotLayout()->setRowSpacing(2);
     legend->setBorderPen(Qt::NoPen);
     legend->setBrush(Qt::NoBrush);
-    yAxis->setTicker(QSharedPointer<PlainTicker>::create());
     frameChart(*this);
     connect(this, &QCustomPlot::afterLayout, this, &DistributionChart::placeLabels);
 }
@@ -131,6 +130,9 @@ void DistributionChart::composeAxes() {
     xAxis->setSubTicks(false);
     xAxis->setTickLength(0);
 
+    auto values = QSharedPointer<PlainTicker>::create();
+    values->scientific = !m_distribution.bars.empty() && !m_distribution.bars.front().strength;
+    yAxis->setTicker(values);
     auto ticker = QSharedPointer<QCPAxisTickerText>::create();
     bool cut = false;
     for (const Bar& bar : m_distribution.bars) {
@@ -263,22 +265,15 @@ void DistributionChart::fitFigures(QSize size) {
          {QCPLayoutElement::upPreparation, QCPLayoutElement::upMargins, QCPLayoutElement::upLayout})
         plotLayout()->update(phase);
     const double line = QFontMetricsF(m_font).height();
-    // The fullest wording that fits all bars, else the fullest of them upright.
     double longest = 0;
-    for (const std::size_t wording : {0U, 1U, 0U}) {
-        m_upright = false;
-        longest = 0;
-        for (const Label& label : m_labels) {
-            const auto& wordings =
-                label.ofStrength ? label.bar->strengthFigures : label.bar->figures;
-            QString text = toQt(wordings[std::min(wording, wordings.size() - 1)]);
-            if (label.ofStrength && offScale(*label.bar)) text += QChar(0x2191); // an arrow up
-            label.item->setText(text);
-            const double width = QFontMetricsF(label.item->font()).horizontalAdvance(text);
-            longest = std::max(longest, width);
-            m_upright = m_upright || width > roomOf(*label.bar) - 0.3 * line;
-        }
-        if (!m_upright) break;
+    m_upright = false;
+    for (const Label& label : m_labels) {
+        QString text = toQt(label.ofStrength ? label.bar->strengthFigure : label.bar->figure);
+        if (label.ofStrength && offScale(*label.bar)) text += QChar(0x2191); // an arrow up
+        label.item->setText(text);
+        const double width = QFontMetricsF(label.item->font()).horizontalAdvance(text);
+        longest = std::max(longest, width);
+        m_upright = m_upright || width > roomOf(*label.bar) - 0.3 * line;
     }
     m_length = (m_upright ? longest : line) + 0.3 * line;
     const double height = std::max(axisRect()->height(), 1);

@@ -141,10 +141,9 @@ void PlanView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     paint(painter, palette());
     if (!hasFocus()) return;
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    option.backgroundColor = palette().color(QPalette::Base);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    // A line around it; the focus frame of some styles tints what it surrounds.
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 bool PlanView::event(QEvent* event) {

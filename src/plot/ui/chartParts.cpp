@@ -11,7 +11,8 @@ namespace telvo::ui {
 
 QString PlainTicker::getTickLabel(double tick, const QLocale&, QChar, int) {
     constexpr int digits = 10; // hides what a sum of steps leaves behind
-    return toQt(generalNumber(std::abs(tick) < 1e-12 ? 0 : tick, digits));
+    if (std::abs(tick) < 1e-12) return QStringLiteral("0");
+    return toQt(scientific ? formatPattern(tick, "0.00E+00") : generalNumber(tick, digits));
 }
 
 QColor mixed(const QColor& a, const QColor& b, double shareOfB) {

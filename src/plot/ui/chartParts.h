@@ -14,6 +14,9 @@ namespace telvo::ui {
 
 /// Numbers of the axes without a locale.
 class PlainTicker : public QCPAxisTicker {
+  public:
+    bool scientific = false; ///< written as the report writes forces: "1.50E+06"
+
   protected:
     QString getTickLabel(double tick, const QLocale& locale, QChar format, int precision) override;
 };

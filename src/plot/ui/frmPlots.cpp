@@ -76,9 +76,9 @@ QMenuBar* frmPlots::makeMenu() {
         {"mnuPanelLayout", tr("Panel &Layout"), Kind::PanelLayout},
         {"mnuCapacity", tr("Pillar Load Bearing &Capacity"), Kind::Capacity},
         {"mnuStresses", tr("Individual Pillar &Stresses"), Kind::Stresses},
-        {"mnuCapacityPlan", tr("Coloured Plan: C&apacity"), Kind::CapacityPlan},
-        {"mnuStressPlan", tr("Coloured Plan: Str&esses"), Kind::StressPlan},
-        {"mnuStrengthToStressPlan", tr("Coloured Plan: Strength &to Stress"),
+        {"mnuCapacityPlan", tr("Colored Plan: C&apacity"), Kind::CapacityPlan},
+        {"mnuStressPlan", tr("Colored Plan: Str&esses"), Kind::StressPlan},
+        {"mnuStrengthToStressPlan", tr("Colored Plan: Strength &to Stress"),
          Kind::StrengthToStressPlan},
     };
     for (const Choice& choice : choices)
@@ -175,9 +175,14 @@ Picture frmPlots::picture() const {
     const std::string file = fileName(m_view.current);
     const std::string name = file.substr(0, file.find_last_of('.')) + ' ' +
                              fromQt(m_kinds->checkedAction()->iconText().remove(':'));
-    if (m_stack->currentWidget() == m_chart) return distributionPicture(distribution(), name);
     Picture made;
+    if (m_stack->currentWidget() == m_chart) {
+        made = distributionPicture(distribution(), name);
+        made.caseName = file;
+        return made;
+    }
     made.name = name;
+    made.caseName = file;
     if (kind() != Kind::PanelLayout) made.csv = plot::distributionCsv(distribution());
     auto shown = drawing();
     made.paint = [shown = std::move(shown)](QPainter& painter, const QRectF& page) {

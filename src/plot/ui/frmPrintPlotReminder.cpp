@@ -14,9 +14,9 @@ frmPrintPlotReminder::frmPrintPlotReminder(const FormServices& services, QWidget
     : Form("frmPrintPlotReminder", titles::Plots, "Plots.htm", services, parent) {
     setWindowTitle(tr("Print Plot"));
     auto* layout = new QVBoxLayout(this);
-    auto* words = new QLabel(tr("The plot fills one page. Check the printer and the orientation "
-                                "of the paper before you print: most plots are wider than high "
-                                "and look best in landscape."),
+    auto* words = new QLabel(tr("The plot fills one page, in landscape unless you choose "
+                                "otherwise in the print dialog. Check the printer and the "
+                                "paper before you print."),
                              this);
     words->setObjectName("lblReminder");
     words->setWordWrap(true);

@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
+#include "plot/ui/chartParts.h"
 
 #include <algorithm>
 #include <array>
@@ -112,6 +113,9 @@ class DrawingPainter {
         : m_drawing(drawing), m_painter(painter), m_colours(palette), m_layout(layout),
           m_view(view), m_em(layout.em), m_plain(painter.font()), m_bold(painter.font()) {
         m_bold.setBold(true);
+        const plot::TextMeasure measure{
+            m_em, [this](std::string_view text, Role role) { return width(text, role); }};
+        m_placed = plot::placeLabels(m_drawing, m_view, m_layout.plan, measure);
     }
 
     void shapes();
@@ -119,6 +123,7 @@ class DrawingPainter {
     void caption(const QRectF& page);
     void bar(const QRectF& page);
     void key(const QRectF& page);
+    void notes(const QRectF& page);
 
   private:
     QPen pen(Role role, double width) const {
@@ -146,6 +151,7 @@ class DrawingPainter {
     const double m_em;
     const QFont m_plain;
     QFont m_bold;
+    plot::Placement m_placed;
 };
 
 QPolygonF DrawingPainter::onPage(const std::vector<Point>& points) const {
@@ -188,12 +194,13 @@ void DrawingPainter::shapes() {
     for (const plot::Polygon& shape : m_drawing.polygons)
         polygon(shape);
     m_painter.setBrush(Qt::NoBrush);
+    // Where its figure has no room, an arc says nothing.
+    const bool angle =
+        std::any_of(m_placed.texts.begin(), m_placed.texts.end(),
+                    [](const plot::PlacedText& text) { return text.role == Role::Angle; });
     for (const plot::Polyline& line : m_drawing.polylines) {
         const QPolygonF onPaper = onPage(line.points);
-        // Where its figure has no room, a tiny arc says nothing.
-        const QSizeF size = onPaper.boundingRect().size();
-        if (line.role == Role::Angle && std::max(size.width(), size.height()) < 0.45 * m_em)
-            continue;
+        if (line.role == Role::Angle && !angle) continue;
         m_painter.setPen(pen(line.role, line.role == Role::RetreatLine ? 0.22 : 0.1));
         m_painter.drawPolyline(onPaper);
     }
@@ -275,19 +282,16 @@ void DrawingPainter::text(const plot::PlacedText& text) {
 }
 
 void DrawingPainter::labels() {
-    const plot::TextMeasure measure{
-        m_em, [this](std::string_view text, Role role) { return width(text, role); }};
-    const auto placed = plot::placeLabels(m_drawing, m_view, m_layout.plan, measure);
     m_painter.setPen(pen(Role::Dimension, 0.05));
-    for (const auto& [from, to] : placed.extensions)
+    for (const auto& [from, to] : m_placed.extensions)
         m_painter.drawLine(point(from), point(to));
-    for (const plot::PlacedDimension& line : placed.dimensions) {
+    for (const plot::PlacedDimension& line : m_placed.dimensions) {
         m_painter.setPen(pen(Role::Dimension, 0.07));
         dimension(line);
     }
-    for (const plot::PlacedText& label : placed.texts)
+    for (const plot::PlacedText& label : m_placed.texts)
         if (label.target) leader(label);
-    for (const plot::PlacedText& label : placed.texts)
+    for (const plot::PlacedText& label : m_placed.texts)
         text(label);
 }
 
@@ -367,6 +371,16 @@ void DrawingPainter::key(const QRectF& page) {
     m_painter.restore();
 }
 
+void DrawingPainter::notes(const QRectF& page) {
+    m_painter.setPen(m_colours.text);
+    m_painter.setFont(m_plain);
+    QRectF line(page.left() + 0.6 * m_em, m_layout.notesTop, page.width() - 1.2 * m_em, m_em);
+    for (const QString& words : m_layout.notes) {
+        m_painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip, words);
+        line.translate(0, m_em);
+    }
+}
+
 } // namespace
 
 QColor scaleColour(int step) {
@@ -391,7 +405,16 @@ PageLayout pageLayout(const plot::Drawing& drawing, const QFont& font, const QPa
     layout.em = QFontMetricsF(font, device).height();
     const double em = layout.em;
     layout.captionTop = page.top() + 0.3 * em;
-    layout.barBottom = page.bottom() - 0.5 * em;
+    if (!drawing.notes.empty()) {
+        QStringList sentences;
+        for (const std::string& note : drawing.notes)
+            sentences.append(toQt(note));
+        layout.notes = brokenAt(sentences.join(' '), QFontMetricsF(font, device),
+                                std::max(page.width() - 1.2 * em, em))
+                           .split('\n');
+    }
+    layout.notesTop = page.bottom() - 0.4 * em - static_cast<double>(layout.notes.size()) * em;
+    layout.barBottom = layout.notesTop - (layout.notes.isEmpty() ? 0.1 : 0.5) * em;
     const double lines = static_cast<double>(drawing.caption.size());
     layout.keyBottom = layout.barBottom - 0.8 * em;
     const bool key = drawing.key && !drawing.key->steps.empty();
@@ -416,6 +439,7 @@ void paintDrawing(const plot::Drawing& drawing, QPainter& painter, const QRectF&
     parts.caption(page);
     parts.bar(page);
     parts.key(page);
+    parts.notes(page);
     painter.restore();
 }
 

@@ -6,6 +6,7 @@
 
 #include <QPalette>
 #include <QRectF>
+#include <QStringList>
 
 class QColor;
 class QPaintDevice;
@@ -22,6 +23,8 @@ struct PageLayout {
     double em = 0; ///< height of a line of text
     double captionTop = 0;
     double keyBottom = 0;
+    QStringList notes; ///< their lines, the first one with its top at notesTop
+    double notesTop = 0;
     double barBottom = 0;
 };
 /// Colour of a step of the scale of a drawing, 0 to plot::ColourSteps - 1; the steps differ in

@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QFontInfo>
+#include <QFontMetricsF>
 #include <QHash>
 #include <QImageWriter>
 #include <QPageLayout>
@@ -208,7 +209,24 @@ void copyPicture(const Picture& picture) {
     QApplication::clipboard()->setImage(pictureImage(picture, 2 * ScreenResolution));
 }
 
-bool printPicture(const Picture& picture, QPrinter& printer) {
+QPageLayout::Orientation bestOrientation(const Picture& picture) {
+    return picture.size.width() > picture.size.height() ? QPageLayout::Landscape
+                                                        : QPageLayout::Portrait;
+}
+
+bool printPicture(const Picture& shown, QPrinter& printer, const std::string& footer) {
+    Picture picture = shown;
+    if (!footer.empty())
+        picture.paint = [&](QPainter& painter, const QRectF& page) {
+            const double line = 1.5 * QFontMetricsF(painter.font(), painter.device()).height();
+            painter.save();
+            shown.paint(painter, page.adjusted(0, 0, 0, -line));
+            painter.restore();
+            painter.setFont(pictureFont());
+            painter.setPen(Qt::black);
+            const QRectF room(page.left(), page.bottom() - line, page.width(), line);
+            painter.drawText(room, Qt::AlignLeft | Qt::AlignBottom, toQt(footer));
+        };
     const int resolution = printer.resolution();
     printer.setResolution(ScreenResolution); // points have their size, lengths are not rounded
     QSizeF page = printer.pageRect(QPrinter::DevicePixel).size();

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <QImage>
+#include <QPageLayout>
 #include <QRectF>
 #include <QSizeF>
 #include <string>
@@ -24,7 +25,8 @@ struct Picture {
     QSizeF size{900, 700}; ///< in pixels of 1/96 inch
     /// Paints on white paper into a rectangle given in these pixels.
     std::function<void(QPainter&, const QRectF&)> paint;
-    std::string csv; ///< the numbers behind it; empty when there are none
+    std::string csv;           ///< the numbers behind it; empty when there are none
+    std::string caseName = {}; ///< file name of the case that it shows
 };
 
 inline constexpr int ScreenResolution = 96; ///< dpi at which a PNG has the picture's own size
@@ -57,11 +59,15 @@ struct PictureActions {
 /// Puts a picture on the clipboard.
 void copyPicture(const Picture& picture);
 
+/// How a picture lies best on paper.
+QPageLayout::Orientation bestOrientation(const Picture& picture);
+
 /// Prints a picture on one page. It fills the width between the printer's margins and as much of
 /// the height as suits it, whichever way the paper lies; on small paper it shrinks as a whole, so
 /// that its texts keep their room.
+/// Given:    footer  a line below it, such as the case, the date and the program; may be empty
 /// Returned: whether the printer took it.
-bool printPicture(const Picture& picture, QPrinter& printer);
+bool printPicture(const Picture& picture, QPrinter& printer, const std::string& footer = {});
 
 /// Export command of a window: asks for the file and, for a PNG, the resolution; tells the outcome.
 void exportCommand(const Picture& picture, FileDialogs& dialogs, Messages& messages,

@@ -8,6 +8,7 @@
 #include "project/advisories.h"
 #include "project/automatic.h"
 #include "project/description.h"
+#include "project/fieldText.h"
 #include "project/parameterFields.h"
 
 #include <algorithm>
@@ -18,7 +19,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QSplitter>
-#include <set>
 #include <utility>
 
 namespace telvo::project::ui {
@@ -49,6 +49,7 @@ frmTELVOParm::frmTELVOParm(OpenCase& open, bool confirmCancel, ParameterActions 
     : Form("frmTELVOParm", titles::ProjectParameters, "ProjectInputParameters.htm", services,
            parent),
       m_open(open), m_actions(std::move(actions)), m_confirmCancel(confirmCancel) {
+    m_stale = staleAutomaticValues(m_open.Project.Input, m_open.Project.Units);
     build();
     m_open.copyProjectToWorking();
     fill(m_open.Working);
@@ -128,6 +129,7 @@ void frmTELVOParm::userEdited() {
     m_filling = true; // what follows from the edit is no edit of its own
     refresh();
     m_filling = false;
+    m_edited = true;
     Timer1.start(FiguresDelay);
     Q_EMIT edited();
 }
@@ -178,32 +180,92 @@ void frmTELVOParm::showAutomaticValues() {
     box("txtArchFactor").setText(toQt(generalNumber(factor)));
 }
 
+void frmTELVOParm::useAutomaticValues() {
+    m_stale.clear();
+    m_staleBanner->hide();
+    userEdited();
+}
+
+void frmTELVOParm::keepStoredValues() {
+    m_staleBanner->hide();
+    for (const StaleAutomatic& value : std::exchange(m_stale, {})) {
+        const bool breadth = value.field == "BreadthAMZ";
+        check(breadth ? "chkAMZ" : "chkArch").setChecked(false); // owes its advisory
+        box(breadth ? "txtBreadthAMZ" : "txtArchFactor")
+            .setText(toQt(breadth ? generalNumber(value.stored)
+                                  : generalNumber(static_cast<float>(value.stored))));
+    }
+}
+
 void frmTELVOParm::markRefusals() {
     const std::vector<Refusal> refusals = acceptanceRefusals(texts());
+    const auto refusalOf = [&](const std::string& control) {
+        const auto refused = std::find_if(refusals.begin(), refusals.end(),
+                                          [&](const Refusal& r) { return r.control == control; });
+        return refused == refusals.end() ? QString() : toQt(refused->message);
+    };
     for (auto& [name, edit] : m_boxes) {
-        const auto refused =
-            std::find_if(refusals.begin(), refusals.end(),
-                         [&, &control = name](const Refusal& r) { return r.control == control; });
-        telvo::ui::markRefused(*edit, refused != refusals.end() ? toQt(refused->message)
-                                      : m_kept ? m_kept->messageOf(name, edit->text())
-                                               : QString());
+        // What is still to be entered is no mistake yet.
+        const bool open = !m_touched.contains(name) && edit->text() == QLatin1String("0");
+        QString message = open ? QString() : refusalOf(name);
+        if (message.isEmpty() && m_kept) message = m_kept->messageOf(name, edit->text());
+        if (message.isEmpty() && name == m_whyControl) message = m_why;
+        edit->setRefusal(message);
     }
+}
+
+/// A value in another unit is converted when the user agrees.
+std::optional<QString> frmTELVOParm::readPasted(const QString& pasted, FieldKind kind) {
+    const FieldText read = readFieldText(fromQt(pasted), kind, m_open.Project.Units);
+    if (!read.refusal.empty()) {
+        tell(read.refusal, titles::Error);
+        return std::nullopt;
+    }
+    if (!read.remark.empty() && ask(read.remark + ". Enter " + read.number + "?", Buttons::YesNo,
+                                    Answer::Yes, titles::Message) != Answer::Yes)
+        return std::nullopt;
+    return toQt(read.number);
 }
 
 void frmTELVOParm::showFigures() {
     ProjectCase shown = m_open.Project;
     shown.Input = values();
-    // What cannot be drawn is said in the picture; the box comes with the View button alone.
-    if (m_picture.draw) (void)m_picture.draw(shown);
+    // What cannot be drawn is said in the picture; the box comes with the View button alone. A case
+    // that is still to be entered has no picture to be refused.
+    const bool blank = !m_edited && !(shown.Input.EntryWidth > 0) && !(shown.Input.XcutSpacing > 0);
+    if (m_picture.draw && !blank) (void)m_picture.draw(shown);
     if (!m_actions.figures) return;
-    const KeyFigures figures = m_actions.figures(shown);
-    const auto show = [this](const char* name, const std::string& text) {
-        m_figures.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
+    const KeyFigures figures = figuresOf(shown);
+    m_why = blank ? QString() : toQt(figures.why);
+    m_whyControl = blank ? std::string() : figures.whyControl;
+    markRefusals();
+    const auto show = [this](const char* name, const std::string& text, const QString& none) {
+        QLabel& label = *m_figures.at(name);
+        label.setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
+        label.setToolTip(!text.empty()     ? label.property(FigureToolTip).toString()
+                         : m_why.isEmpty() ? none
+                                           : m_why);
     };
-    show("lblPanelWidth", figures.PanelWidth);
-    show("lblDevelopmentSF", figures.DevelopmentSF);
-    show("lblRetreatSF", figures.RetreatSF);
-    show("lblBarrierSF", figures.BarrierSF);
+    show("lblPanelWidth", figures.PanelWidth, {});
+    show("lblDevelopmentSF", figures.DevelopmentSF, {});
+    show("lblRetreatSF", figures.RetreatSF, tr("There is no retreat without an active gob"));
+    show("lblBarrierSF", figures.BarrierSF, tr("No barrier is in use"));
+    QLabel& why = *m_figures.at("lblWhy");
+    why.setText(m_why.isEmpty() ? QString() : tr("No factors: %1").arg(m_why));
+    why.setVisible(!m_why.isEmpty());
+}
+
+/// No figure comes of half a number.
+KeyFigures frmTELVOParm::figuresOf(const ProjectCase& shown) const {
+    for (const auto& [name, edit] : m_boxes) {
+        const QString objection = edit->objection();
+        if (objection.isEmpty() || !edit->isEnabled() || edit->isHidden()) continue;
+        KeyFigures none;
+        none.why = fromQt(edit->accessibleName() + QStringLiteral(": ") + objection);
+        none.whyControl = name;
+        return none;
+    }
+    return m_actions.figures(shown);
 }
 
 void frmTELVOParm::rowToggled(QCheckBox& row) {
@@ -218,28 +280,34 @@ void frmTELVOParm::rowToggled(QCheckBox& row) {
 }
 
 void frmTELVOParm::focusMoved(QWidget* old, QWidget* now) {
-    if (m_filling || m_advising || !old || !now || !isVisible() || old == now) return;
-    if (!isAncestorOf(old) || !isAncestorOf(now)) return;
-    m_pendingAdvisory.clear();
+    if (m_filling || m_advising || !isVisible()) return;
+    // A move to another tab goes through a step without any focus.
+    if (old && isAncestorOf(old) && qobject_cast<NumberEdit*>(old))
+        m_leftBox = fromQt(old->objectName());
+    if (!m_leftBox.empty() && m_touched.insert(m_leftBox).second) markRefusals();
+    if (!now || !isAncestorOf(now)) return;
+    const std::string left = std::exchange(m_leftBox, {});
     // Who gives up or asks for help is not held up.
     static const std::set<QString> freeOfAdvice = {"cmdCancel", "cmdHelp"};
-    if (freeOfAdvice.contains(now->objectName()) || !qobject_cast<NumberEdit*>(old)) return;
-    m_pendingAdvisory = fromQt(old->objectName());
+    if (freeOfAdvice.contains(now->objectName())) m_pendingAdvisories.clear();
+    if (left.empty() || left == fromQt(now->objectName()) ||
+        freeOfAdvice.contains(now->objectName()))
+        return;
+    m_pendingAdvisories.push_back(left);
     // A box in the middle of a mouse press would swallow the release.
-    QTimer::singleShot(0, this, &frmTELVOParm::showPendingAdvisory);
+    QTimer::singleShot(0, this, &frmTELVOParm::showPendingAdvisories);
 }
 
-void frmTELVOParm::showPendingAdvisory() {
-    if (m_pendingAdvisory.empty()) return;
+void frmTELVOParm::showPendingAdvisories() {
+    if (m_pendingAdvisories.empty() || m_advising) return;
     if (QApplication::mouseButtons() != Qt::NoButton) {
-        QTimer::singleShot(20, this, &frmTELVOParm::showPendingAdvisory);
+        QTimer::singleShot(20, this, &frmTELVOParm::showPendingAdvisories);
         return;
     }
-    const std::string control = std::exchange(m_pendingAdvisory, {});
-    const auto edit = m_boxes.find(control);
-    if (edit != m_boxes.end())
-        showAdvisory(advisory(AdvisoryTrigger::FocusLeft, control, edit->second->value(),
-                              m_open.Project.Units));
+    for (const std::string& control : std::exchange(m_pendingAdvisories, {}))
+        if (const auto edit = m_boxes.find(control); edit != m_boxes.end())
+            showAdvisory(advisory(AdvisoryTrigger::FocusLeft, control, edit->second->value(),
+                                  m_open.Project.Units));
 }
 
 void frmTELVOParm::showAdvisory(std::optional<std::string_view> text) {
@@ -250,13 +318,15 @@ void frmTELVOParm::showAdvisory(std::optional<std::string_view> text) {
 }
 
 void frmTELVOParm::results() {
-    showPendingAdvisory();
+    showPendingAdvisories();
     if (!m_actions.results) return;
+    // What stops a run keeps its own message; nothing is computed from half a number.
+    if (!checkBeforeAnalysis(values()) && refuseUnreadNumber()) return;
     if (const auto refused = m_actions.results(trialCase())) refuse(*refused);
 }
 
 void frmTELVOParm::view() {
-    showPendingAdvisory();
+    showPendingAdvisories();
     if (!m_picture.draw) return;
     if (const auto refused = m_picture.draw(trialCase())) {
         tell(refused->message, refused->title);
@@ -268,16 +338,22 @@ void frmTELVOParm::view() {
 
 void frmTELVOParm::copyPicture() {
     if (!m_picture.image) return;
-    QApplication::clipboard()->setImage(m_picture.image());
-    messages().status("Panel layout copied to clipboard");
+    const QImage image = m_picture.image();
+    if (!image.isNull()) QApplication::clipboard()->setImage(image);
+    messages().status(image.isNull() ? "No panel layout to copy"
+                                     : "Panel layout copied to clipboard");
 }
 
 void frmTELVOParm::accept() {
-    showPendingAdvisory();
+    showPendingAdvisories();
     if (const auto refused = checkAcceptance(texts())) {
+        for (const auto& [name, edit] : m_boxes)
+            m_touched.insert(name);
+        markRefusals();
         refuse(*refused);
         return;
     }
+    if (refuseUnreadNumber()) return;
     m_accepted = true;
     const ProjectInput accepted = values();
     m_modified = m_actions.accept && m_actions.accept(accepted);
@@ -286,7 +362,7 @@ void frmTELVOParm::accept() {
 }
 
 void frmTELVOParm::reject() {
-    m_pendingAdvisory.clear();
+    m_pendingAdvisories.clear();
     if (m_confirmCancel &&
         ask(DiscardQuestion, Buttons::YesNo, Answer::No, titles::Message) != Answer::Yes)
         return;

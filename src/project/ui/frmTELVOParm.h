@@ -4,7 +4,9 @@
 #include "base/IndexedArray.h"
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
+#include "project/automatic.h"
 #include "project/checks.h"
+#include "project/inputFields.h"
 #include "project/KeyFigures.h"
 #include "project/ProjectInput.h"
 #include "project/ui/KeptMarks.h"
@@ -14,11 +16,13 @@
 #include <optional>
 #include <QImage>
 #include <QTimer>
+#include <set>
 #include <string>
 
 class QButtonGroup;
 class QCheckBox;
 class QComboBox;
+class QFrame;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -29,6 +33,9 @@ class QVBoxLayout;
 namespace telvo::project::ui {
 
 using telvo::ui::NumberEdit;
+
+/// Property of a figure's label: its tool tip while it has a value.
+inline constexpr char FigureToolTip[] = "telvoFigureToolTip";
 
 /// The picture of the panel layout, as the plotting side makes it.
 struct LayoutPicture {
@@ -84,13 +91,15 @@ class frmTELVOParm : public telvo::ui::Form {
     QGroupBox* distancesGroup();
     QGroupBox* loadingGroup();
     QWidget* sidePanel();
+    /// Tells of automatic values that the record stores and that are not its own.
+    QWidget* automaticBanner();
     QWidget* buttonRow();
     /// A frame with the boxes of its fields, in two columns: caption and box.
     QGroupBox* fieldGroup(int tab, const std::string& name);
     QCheckBox* addCheck(QGroupBox& group, const char* name, const QString& caption,
                         const QString& tip);
-    NumberEdit* addNumber(const std::string& name, const QString& caption, const QString& unit,
-                          const QString& valid);
+    NumberEdit* addNumber(const std::string& name, const QString& caption, FieldKind kind,
+                          const QString& unit, const QString& valid);
     void setTabOrders();
 
     // frmTELVOParm.cpp
@@ -104,12 +113,16 @@ class frmTELVOParm : public telvo::ui::Form {
     void enableControls();
     void showAutomaticValues();
     void copyEqualSpacing();
+    void useAutomaticValues();
+    void keepStoredValues();
     void markRefusals();
+    std::optional<QString> readPasted(const QString& pasted, FieldKind kind);
     void showFigures();
+    KeyFigures figuresOf(const ProjectCase& shown) const;
     void rowToggled(QCheckBox& row);
     void focusMoved(QWidget* old, QWidget* now);
     void showAdvisory(std::optional<std::string_view> text);
-    void showPendingAdvisory();
+    void showPendingAdvisories();
     void results();
     void view();
     void copyPicture();
@@ -118,6 +131,7 @@ class frmTELVOParm : public telvo::ui::Form {
     ParameterActions m_actions;
     bool m_confirmCancel;
     bool m_filling = false;
+    bool m_edited = false;
     bool m_accepted = false;
     bool m_modified = false;
     bool m_advising = false;
@@ -132,7 +146,13 @@ class frmTELVOParm : public telvo::ui::Form {
     LayoutPicture m_picture;
     std::optional<KeptMarks> m_kept; ///< of values that the case file did not give
     QTimer Timer1;                   ///< first figures and picture, once the form is on the screen
-    std::string m_pendingAdvisory;   ///< control that was left and may owe an advisory
+    QString m_why;                   ///< there are no figures
+    std::string m_whyControl;
+    std::vector<StaleAutomatic> m_stale; ///< as the form was opened, until they are settled
+    QFrame* m_staleBanner = nullptr;
+    std::set<std::string> m_touched;              ///< boxes that the user edited or left
+    std::string m_leftBox;                        ///< left for a place that is not known yet
+    std::vector<std::string> m_pendingAdvisories; ///< boxes that were left and may owe an advisory
 };
 
 } // namespace telvo::project::ui

@@ -12,6 +12,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
+#include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -53,8 +54,8 @@ QString labelWithUnit(const QString& label, const QString& unit) {
     return unit.isEmpty() ? label : label + QStringLiteral(" (") + unit + ')';
 }
 
-int boxWidth(const QWidget& box) {
-    return box.fontMetrics().horizontalAdvance(QStringLiteral("00000000000"));
+int boxWidth(const QWidget& box, int figures) {
+    return box.fontMetrics().horizontalAdvance(QString(figures, QChar('0')));
 }
 
 } // namespace
@@ -72,6 +73,7 @@ void frmTELVOParm::build() {
     m_splitter->addWidget(m_tabs);
     m_splitter->addWidget(sidePanel());
     m_splitter->setStretchFactor(1, 1);
+    if (!m_stale.empty()) layout->addWidget(automaticBanner());
     layout->addWidget(m_splitter, 1);
     layout->addWidget(buttonRow());
     setWindowTitle(windowTitle() + QStringLiteral(": ") +
@@ -82,18 +84,23 @@ void frmTELVOParm::build() {
     resize(boxes.width() * 2, boxes.height() * 13 / 10);
 
     for (auto& [name, edit] : m_boxes) {
-        connect(edit, &QLineEdit::textChanged, this, &frmTELVOParm::userEdited);
-        connect(edit, &NumberEdit::characterRefused, this,
-                [this](const QString& message) { tell(fromQt(message), "Invalid Character"); });
+        connect(edit, &QLineEdit::textChanged, this, [this, &control = name] {
+            if (!m_filling) m_touched.insert(control);
+            userEdited();
+        });
+        watchNumbers(*edit);
     }
 }
 
-NumberEdit* frmTELVOParm::addNumber(const std::string& name, const QString& caption,
+NumberEdit* frmTELVOParm::addNumber(const std::string& name, const QString& caption, FieldKind kind,
                                     const QString& unit, const QString& valid) {
     auto* edit = new NumberEdit(toQt(name), this);
     edit->setAccessibleName(caption);
-    edit->setMinimumWidth(boxWidth(*edit));
-    edit->setMaximumWidth(2 * boxWidth(*edit));
+    // The metric defaults of strength and unit weight have all the digits that a number can have.
+    const bool precise = kind == FieldKind::Strength || kind == FieldKind::UnitWeight;
+    edit->setMinimumWidth(boxWidth(*edit, precise ? 20 : 11));
+    edit->setMaximumWidth(boxWidth(*edit, 22));
+    edit->setPasteReader([this, kind](const QString& pasted) { return readPasted(pasted, kind); });
     edit->setToolTip(labelWithUnit(caption, unit) + QStringLiteral("\n") +
                      tr("Valid: %1").arg(valid));
     m_boxes[name] = edit;
@@ -114,7 +121,8 @@ QGroupBox* frmTELVOParm::fieldGroup(int tab, const std::string& name) {
         const QString full = tab == static_cast<int>(ParameterTab::RetreatMining)
                                  ? label + QStringLiteral(", ") + toQt(name)
                                  : label;
-        auto* edit = addNumber(std::string(field.control), full, unit, toQt(field.valid));
+        auto* edit =
+            addNumber(std::string(field.control), full, field.kind, unit, toQt(field.valid));
         addRow(*group, labelWithUnit(label, unit), edit);
     }
     return group;
@@ -183,9 +191,9 @@ QGroupBox* frmTELVOParm::distancesGroup() {
     constexpr int perRow = 3;
     for (int i = 1; i < MaxEntries; ++i) {
         const QString number = toQt(std::to_string(i));
-        auto* edit =
-            addNumber("txtXcutCenters_" + std::to_string(i),
-                      tr("Center to Center Distance #%1").arg(number), unit, toQt(DistanceValid));
+        auto* edit = addNumber("txtXcutCenters_" + std::to_string(i),
+                               tr("Center to Center Distance #%1").arg(number), FieldKind::Length,
+                               unit, toQt(DistanceValid));
         auto* label = new QLabel(QStringLiteral("#") + number, group);
         label->setObjectName(QStringLiteral("Label23_") + number);
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -288,6 +296,33 @@ QWidget* frmTELVOParm::retreatTab() {
     return page;
 }
 
+QWidget* frmTELVOParm::automaticBanner() {
+    m_staleBanner = new QFrame(this);
+    m_staleBanner->setObjectName("fraAutomatic");
+    m_staleBanner->setFrameShape(QFrame::StyledPanel);
+    std::string words;
+    for (const StaleAutomatic& value : m_stale)
+        words += value.remark + ". ";
+    auto* label = new QLabel(
+        toQt(words) + tr("The form shows the automatic value; OK takes it into the case."),
+        m_staleBanner);
+    label->setObjectName("lblAutomatic");
+    label->setAccessibleName(tr("Automatic values that are not those of the case"));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    auto* use = makeButton("cmdUseAutomatic", tr("&Use Automatic"),
+                           tr("The values that the form shows; they go into the case with OK"),
+                           &frmTELVOParm::useAutomaticValues);
+    auto* keep = makeButton("cmdKeepStored", tr("&Keep Stored"),
+                            tr("The values of the case, entered and no longer automatic"),
+                            &frmTELVOParm::keepStoredValues);
+    auto* row = new QHBoxLayout(m_staleBanner);
+    row->addWidget(label, 1);
+    row->addWidget(use);
+    row->addWidget(keep);
+    return m_staleBanner;
+}
+
 QWidget* frmTELVOParm::sidePanel() {
     auto* panel = new QWidget(this);
     auto* layout = new QVBoxLayout(panel);
@@ -311,6 +346,7 @@ QWidget* frmTELVOParm::sidePanel() {
         value->setObjectName(row.name);
         value->setAccessibleName(row.caption);
         value->setToolTip(row.tip);
+        value->setProperty(FigureToolTip, row.tip);
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         m_figures[row.name] = value;
         if (m_figures.size() < std::size(rows)) {
@@ -320,6 +356,14 @@ QWidget* frmTELVOParm::sidePanel() {
             form->addRow(value);
         }
     }
+    auto* why = new QLabel(figures);
+    why->setObjectName("lblWhy");
+    why->setAccessibleName(tr("Why there are no factors"));
+    why->setWordWrap(true);
+    why->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    why->hide();
+    m_figures["lblWhy"] = why;
+    form->addRow(why);
     layout->addWidget(figures);
     if (m_actions.makePicture) {
         m_picture = m_actions.makePicture(panel);

@@ -86,8 +86,8 @@ QWidget* frmUnits::makePage(const CalculatorQuantity& quantity) {
     const auto refresh = [this, &quantity, page] { showConversions(quantity, page); };
     connect(page.entry, &QLineEdit::textChanged, this, refresh);
     connect(page.unit, &QComboBox::currentIndexChanged, this, refresh);
-    connect(page.entry, &NumberEdit::characterRefused, this,
-            [this](const QString& message) { tell(fromQt(message), titles::InvalidCharacter); });
+    connect(page.entry, &NumberEdit::pasteRefused, this,
+            [this](const QString& message) { tell(fromQt(message), titles::Error); });
     return widget;
 }
 

@@ -63,6 +63,11 @@ GraphChart::GraphChart(SfGraph graph, std::string caption, QWidget* parent)
     connect(this, &QCustomPlot::afterLayout, this, &GraphChart::placeLabels);
 }
 
+void GraphChart::setSubject(SfGraph graph, std::string caption) {
+    m_graph = std::move(graph);
+    m_caption = std::move(caption);
+}
+
 QColor GraphChart::curveColour(std::size_t curve) const {
     // Blue and orange differ for every colour vision, and in lightness on paper.
     const QPalette& palette = m_ink.palette;
@@ -226,6 +231,7 @@ void GraphChart::composeOwnPoint(std::size_t index) {
     QFont bold = m_ink.font;
     bold.setBold(true);
     QCPItemText* label = addLabel(text, bold);
+    label->setObjectName("ownLabel:" + toQt(curve.name));
     QColor backing = m_ink.palette.color(QPalette::Base);
     backing.setAlpha(200);
     label->setBrush(backing);
@@ -326,12 +332,12 @@ void GraphChart::placeLimitLabels() {
     double free = plot.top() - metrics.height() / 2;
     for (const LimitLabel* label : labels) {
         tops.push_back(std::max(free, yAxis->coordToPixel(label->end.y) - height(label) / 2.0));
-        free = tops.back() + height(label);
+        free = tops.back() + height(label) + 0.4 * metrics.height(); // labels keep apart
     }
     double bottom = plot.bottom() + metrics.height() / 2;
     for (std::size_t i = labels.size(); i-- > 0;) {
         tops[i] = std::min(tops[i], bottom - height(labels[i]));
-        bottom = tops[i];
+        bottom = tops[i] - 0.4 * metrics.height();
         labels[i]->item->position->setCoords(plot.right() + metrics.height() / 2.0, tops[i]);
     }
 }
@@ -355,40 +361,87 @@ std::vector<QPointF> GraphChart::inkedPoints() const {
     return inked;
 }
 
-/// Beside its point, where the label covers least of curves, marks and other labels.
+namespace {
+
+double distanceTo(const QRectF& box, QPointF point) {
+    return std::hypot(std::max({box.left() - point.x(), point.x() - box.right(), 0.0}),
+                      std::max({box.top() - point.y(), point.y() - box.bottom(), 0.0}));
+}
+
+/// Where a label of a size may stand beside its mark: at its corners, above, below, beside it.
+std::vector<QRectF> placesBeside(QPointF at, QSizeF size, double away) {
+    std::vector<QRectF> places;
+    for (const auto [x, y] :
+         {std::array{1, -1}, std::array{-1, -1}, std::array{1, 1}, std::array{-1, 1},
+          std::array{0, -1}, std::array{0, 1}, std::array{1, 0}, std::array{-1, 0}}) {
+        // In the middle a little farther away than at the corners.
+        const double gap = x == 0 || y == 0 ? 1.6 * away : away;
+        const auto shift = [gap](int side, double length) {
+            return side > 0 ? gap : side < 0 ? -gap - length : -length / 2;
+        };
+        places.emplace_back(at + QPointF(shift(x, size.width()), shift(y, size.height())), size);
+    }
+    return places;
+}
+
+} // namespace
+
+/// Beside their points, where the labels cover least of curves, marks and each other. A label never
+/// stands nearer to the mark of another curve than to its own: it would be read as the other's.
 void GraphChart::placeOwnLabels() {
+    if (m_ownLabels.empty()) return;
     const std::vector<QPointF> inked = inkedPoints();
     const QRectF plot = axisRect()->rect();
-    std::vector<QRectF> taken;
+    const double away =
+        0.4 * OwnMarkScale * std::max<double>(m_options.SymbolSize, 5) * m_ink.pointsToPixels;
+    struct Choice {
+        QPointF mark;
+        std::vector<QRectF> places;
+        std::vector<double> costs; ///< of what lies below each place
+    };
+    std::vector<Choice> choices;
     for (const OwnLabel& label : m_ownLabels) {
-        const QPointF at(xAxis->coordToPixel(label.at.x), yAxis->coordToPixel(label.at.y));
+        Choice choice;
+        choice.mark = {xAxis->coordToPixel(label.at.x), yAxis->coordToPixel(label.at.y)};
         const QSizeF size =
             QFontMetricsF(label.item->font()).size(0, label.item->text()) + QSizeF(5, 0);
-        const double away =
-            0.4 * OwnMarkScale * std::max<double>(m_options.SymbolSize, 5) * m_ink.pointsToPixels;
-        double least = HUGE_VAL;
-        QRectF best;
-        for (const auto [x, y] : {std::array{1, -1}, std::array{-1, -1}, std::array{1, 1},
-                                  std::array{-1, 1}, std::array{0, -1}, std::array{0, 1}}) {
-            // Above and below in the middle, a little farther away than at the corners.
-            const double gap = x == 0 ? 1.6 * away : away;
-            const QPointF corner(at.x() + (x > 0   ? gap
-                                           : x < 0 ? -gap - size.width()
-                                                   : -size.width() / 2),
-                                 at.y() + (y < 0 ? -gap - size.height() : gap));
-            const QRectF box(corner, size);
-            double cost = plot.contains(box) ? 0 : 1000;
-            for (const QRectF& other : taken)
-                cost += other.intersects(box) ? 500 : 0;
-            cost += static_cast<double>(std::count_if(
-                inked.begin(), inked.end(), [&](const QPointF& p) { return box.contains(p); }));
-            if (cost >= least) continue;
-            least = cost;
-            best = box;
-        }
-        taken.push_back(best);
-        label.item->position->setCoords(best.topLeft());
+        choice.places = placesBeside(choice.mark, size, away);
+        for (const QRectF& box : choice.places)
+            choice.costs.push_back((plot.contains(box) ? 0 : 1000) +
+                                   static_cast<double>(std::count_if(
+                                       inked.begin(), inked.end(),
+                                       [&](const QPointF& p) { return box.contains(p); })));
+        choices.push_back(std::move(choice));
     }
+    // There are two curves at most, so that all pairs of places can be weighed.
+    constexpr double misread = 1e6, covering = 5e5;
+    const auto costOf = [&](std::size_t label, const QRectF& box) {
+        double cost = 0;
+        for (std::size_t other = 0; other < choices.size(); ++other)
+            if (other != label &&
+                distanceTo(box, choices[other].mark) <= distanceTo(box, choices[label].mark))
+                cost += choices[other].mark == choices[label].mark ? 0 : misread;
+        return cost;
+    };
+    const Choice& first = choices.front();
+    const Choice* second = choices.size() > 1 ? &choices[1] : nullptr;
+    double least = HUGE_VAL;
+    std::size_t bestFirst = 0, bestSecond = 0;
+    for (std::size_t i = 0; i < first.places.size(); ++i) {
+        const double cost = first.costs[i] + costOf(0, first.places[i]);
+        for (std::size_t j = 0; j < (second ? second->places.size() : 1); ++j) {
+            double both = cost;
+            if (second)
+                both += second->costs[j] + costOf(1, second->places[j]) +
+                        (second->places[j].intersects(first.places[i]) ? covering : 0);
+            if (both >= least) continue;
+            least = both;
+            bestFirst = i;
+            bestSecond = j;
+        }
+    }
+    m_ownLabels[0].item->position->setCoords(first.places[bestFirst].topLeft());
+    if (second) m_ownLabels[1].item->position->setCoords(second->places[bestSecond].topLeft());
 }
 
 } // namespace telvo::study::ui

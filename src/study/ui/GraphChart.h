@@ -34,6 +34,8 @@ class GraphChart : public QCustomPlot {
     void fitTexts(QSize size);
 
     const SfGraph& subject() const { return m_graph; }
+    /// Another graph of the same kind; drawn by the next compose().
+    void setSubject(SfGraph graph, std::string caption);
     const GraphOptions& options() const { return m_options; }
 
   protected:

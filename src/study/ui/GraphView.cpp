@@ -3,11 +3,7 @@
 
 #include "base/ui/qtText.h"
 
-#include <QHelpEvent>
 #include <QKeyEvent>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
-#include <QToolTip>
 
 namespace telvo::study::ui {
 
@@ -32,6 +28,13 @@ GraphView::GraphView(const QString& name, SfGraph graph, std::string caption,
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setOptions(options);
+}
+
+void GraphView::setGraph(SfGraph graph, const std::string& caption) {
+    setSubject(std::move(graph), caption);
+    setAccessibleDescription(toQt(caption));
+    m_reading = subject().ownValue;
+    setOptions(options());
 }
 
 void GraphView::setOptions(const GraphOptions& options) {
@@ -98,20 +101,6 @@ QSize GraphView::minimumSizeHint() const {
     return QSize(24, 18) * fontMetrics().height();
 }
 
-bool GraphView::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip) return GraphChart::event(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
-    const double x = fromAxis(subject(), options(), xAxis->pixelToCoord(help->x()));
-    const QString note = axisRect()->rect().contains(help->pos())
-                             ? toQt(jumpsNear(subject(), options(), x, closeBy()))
-                             : QString();
-    if (note.isEmpty())
-        QToolTip::hideText();
-    else
-        QToolTip::showText(help->globalPos(), note, this);
-    return true;
-}
-
 void GraphView::resizeEvent(QResizeEvent* event) {
     GraphChart::resizeEvent(event);
     Q_EMIT readingChanged(); // what lies close by depends on the size
@@ -127,11 +116,10 @@ void GraphView::changeEvent(QEvent* event) {
 void GraphView::paintEvent(QPaintEvent* event) {
     GraphChart::paintEvent(event);
     if (!hasFocus()) return;
+    // A line around it; the focus frame of some styles tints what it surrounds.
     QPainter painter(this);
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    option.backgroundColor = palette().color(QPalette::Base);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void GraphView::mouseMoveEvent(QMouseEvent* event) {

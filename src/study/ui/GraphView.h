@@ -14,6 +14,8 @@ class GraphView : public GraphChart {
               QWidget* parent = nullptr);
 
     void setOptions(const GraphOptions& options);
+    /// Shows another graph of the same kind; the cross-hair goes to its case.
+    void setGraph(SfGraph graph, const std::string& caption);
 
     /// Where the cross-hair stands, in the units of the case.
     double reading() const { return m_reading; }
@@ -28,7 +30,6 @@ class GraphView : public GraphChart {
     void readingChanged();
 
   protected:
-    bool event(QEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

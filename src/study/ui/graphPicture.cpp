@@ -23,6 +23,7 @@ telvo::ui::Picture graphPicture(const SfGraph& graph, const GraphOptions& option
     telvo::ui::Picture picture;
     picture.name = graphCaption(graph, caseName);
     picture.csv = csv;
+    picture.caseName = caseName;
     picture.paint = [=](QPainter& painter, const QRectF& page) {
         GraphChart chart(graph, graphCaption(graph, caseName));
         QFont font = QApplication::font();

@@ -99,7 +99,8 @@ QWidget* frmGraphOpts::makeTitlesPage() {
     auto* layout = new QVBoxLayout(page);
     auto* form = new QFormLayout;
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    addTitle(*form, "txtGraphTitle", tr("&Graph title:"), tr("Title on top of every graph"),
+    addTitle(*form, "txtGraphTitle", tr("&Graph title:"),
+             tr("Title on top of the graphs of the open case; another case begins with \"TELVO\""),
              [](Settings& settings) -> std::string& { return settings.GraphTitle; });
     layout->addLayout(form);
 

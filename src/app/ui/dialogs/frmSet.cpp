@@ -167,8 +167,7 @@ QWidget* frmSet::makeHistoryPage() {
     describe(*size, size->objectName(), caption,
              tr("Characters kept before the oldest lines go, 4096 to 16384"));
     size->setFixedWidth(fontMetrics().averageCharWidth() * 12);
-    connect(size, &NumberEdit::characterRefused, this,
-            [this](const QString& message) { messages().status(fromQt(message)); });
+    watchNumbers(*size);
     auto* sizeRow = new QHBoxLayout;
     sizeRow->addWidget(size);
     sizeRow->addWidget(new QLabel(tr("characters")));
@@ -257,6 +256,7 @@ void frmSet::accept() {
         refuse(*refused);
         return;
     }
+    if (refuseUnreadNumber()) return;
     m_modified = keepChanges();
     SettingsForm::accept();
 }

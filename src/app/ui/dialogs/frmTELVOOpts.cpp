@@ -123,8 +123,7 @@ QLineEdit* frmTELVOOpts::addPercent(QFormLayout& form, const QString& name, cons
     auto* box = new NumberEdit(name);
     describe(*box, name, tr("Graph range, %1").arg(caption), toolTip);
     box->setFixedWidth(fontMetrics().averageCharWidth() * 10);
-    connect(box, &NumberEdit::characterRefused, this,
-            [this](const QString& message) { messages().status(fromQt(message)); });
+    watchNumbers(*box);
     auto* row = new QHBoxLayout;
     row->addWidget(box);
     row->addWidget(new QLabel(tr("%")));
@@ -176,6 +175,7 @@ void frmTELVOOpts::accept() {
         refuse(*refused);
         return;
     }
+    if (refuseUnreadNumber()) return;
     m_modified = keepChanges();
     SettingsForm::accept();
 }
