@@ -171,6 +171,8 @@ bool Placer::figure(const DimensionChain& chain, const std::string& text, bool t
         const Ends ends = narrow == Ends::Arrows ? narrow : Ends::ArrowsFromOutside;
         const double beyond =
             length / 2 + (ends == Ends::Arrows ? Gap : ArrowRoom) * m_em + width / 2;
+        // Below it nothing else is dimensioned, beyond it the barriers may be.
+        if (chain.offset < 0 && tryAt(0, -Aside * m_em, narrow)) return true;
         return tryAt(beyond, 0, ends) || tryAt(-beyond, 0, ends);
     }
     if (length >= width + ArrowRoom * m_em && tryAt(0, 0, Ends::Arrows)) return true;

@@ -87,7 +87,8 @@ void NumberEdit::showState() {
                       look.color(QPalette::Active, QPalette::Text));
         setPalette(look);
     }
-    if (!hasFocus()) setCursorPosition(0); // a long number shows its first digits
+    // A long number that was not typed shows its first digits.
+    if (!hasFocus() && !isModified()) setCursorPosition(0);
 }
 
 std::optional<QString> NumberEdit::plainNumber(const QString& pasted) {
