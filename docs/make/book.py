@@ -82,6 +82,10 @@ class Manual:
                 self.topics.append(topic)
             if topic is None:
                 raise DocsError(f"{path}: text before the first topic")
+            unread = re.search(r"\{#[\w-]+", plain(element))
+            if unread and element.tag != "pre":
+                raise DocsError(f"{path}: {unread.group(0)}... is not read as a name; a sign such as * "
+                                "breaks it")
             topic.body.append(element)
             self._note(topic, element, path)
         self.chapters.append(root)

@@ -31,7 +31,7 @@ def explanations(chapter, page):
 
 
 def simple(text):
-    return " ".join(text.split())
+    return " ".join(text.split()).lstrip("*")
 
 
 def specimen(chapter, lines, page):

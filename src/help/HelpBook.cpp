@@ -140,7 +140,8 @@ std::string HelpBook::addressOf(std::string_view form, std::string_view control)
 }
 
 std::string HelpBook::addressOfLine(std::string_view topicFile, std::string_view line) const {
-    const std::string text = joined(wordsIn(line)); // columns are as wide as their numbers
+    std::string text = joined(wordsIn(line));   // columns are as wide as their numbers
+    text.erase(0, text.find_first_not_of('*')); // of a footnote
     std::string_view found;
     std::size_t longest = 0;
     for (const IndexLine& entry : m_index) {

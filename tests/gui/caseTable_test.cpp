@@ -45,13 +45,13 @@ class CaseTableTest : public QObject {
 void CaseTableTest::open(const std::string& csv) {
     auto read = table::readCsv(csv, "/tables/panels.csv");
     QVERIFY(read);
-    m_window = std::make_unique<ui::frmCaseTable>(
-        std::move(*read), ui::FormServices{m_messages, {}, nullptr}, nullptr,
-        [](const project::ProjectCase& current) {
-            project::KeyFigures figures;
-            figures.DevelopmentSF = current.Title + " SF";
-            return figures;
-        });
+    m_window = std::make_unique<ui::frmCaseTable>(std::move(*read),
+                                                  ui::FormServices{m_messages, {}, nullptr},
+                                                  nullptr, [](const project::ProjectCase& current) {
+                                                      project::KeyFigures figures;
+                                                      figures.DevelopmentSF = current.Title + " SF";
+                                                      return figures;
+                                                  });
     show(*m_window);
 }
 

@@ -73,6 +73,8 @@ TEST_F(Book, APrintedLineLeadsToTheLongestWordsItBeginsWith) {
     EXPECT_EQ(book.addressOfLine("Page4.htm", "  TOTAL      4.33E+06"), "Page4.htm#total");
     EXPECT_EQ(book.addressOfLine("Page4.htm", " TOTAL    LOAD     1"), "Page4.htm#load");
     EXPECT_EQ(book.addressOfLine("Page4.htm", "page 4"), "") << "words of the page, not of a place";
+    EXPECT_EQ(book.addressOfLine("Page4.htm", "*TOTAL of it"), "Page4.htm#total");
+    EXPECT_EQ(book.addressOfLine("Page4.htm", "***"), "");
     EXPECT_EQ(book.addressOfLine("Page4.htm", ""), "");
 }
 
