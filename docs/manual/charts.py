@@ -40,8 +40,8 @@ MEASURED = {
     "RowB": ("row B", "outermost pillars, second side"),
     "RowC": ("row C", "beside the first barrier"),
     "RowD": ("row D", "beside the second barrier"),
-    "WidthC": ("W1", "rib to rib"),
-    "WidthD": ("W2", "rib to rib"),
+    "WidthC": ("Wr1", "rib to rib"),
+    "WidthD": ("Wr2", "rib to rib"),
     "Reserved": ("", ""),
 }
 
@@ -74,7 +74,7 @@ def chart_inputs(_):
     import matplotlib
     matplotlib.rcParams.update({"font.family": ["Liberation Sans"], "font.size": 8.5,
                                 "svg.hashsalt": "telvo", "svg.fonttype": "path"})
-    figure = Figure(figsize=(6.4, 4.9), layout="constrained")
+    figure = Figure(figsize=(5.3, 4.1), layout="constrained")
     FigureCanvasAgg(figure)
     plan, section = figure.subplots(2, 1, height_ratios=[3.4, 1])
     draw_plan(plan)
@@ -152,8 +152,8 @@ def draw_plan(axes):
     dimension(axes, (right, 34), (right + barrier2, 34), "Wb2")
     dimension(axes, (left - 10, 84), (left, 84), "Sl1", (-9, 0))
     dimension(axes, (right, 84), (right + 8, 84), "Sl2", (10, 0))
-    dimension(axes, (edge1, 48), (edge1 + 11, 48), "W1", (0, 5))
-    dimension(axes, (edge2 - 11, 48), (edge2, 48), "W2", (0, 5))
+    dimension(axes, (edge1, 48), (edge1 + 11, 48), "Wr1", (0, 5))
+    dimension(axes, (edge2 - 11, 48), (edge2, 48), "Wr2", (0, 5))
     from matplotlib.patches import Arc
     corner = (left + 3 * center + entry, spacing + entry)
     axes.add_patch(Arc(corner, 16, 16, theta1=0, theta2=90, color=INK, linewidth=0.9))
