@@ -220,7 +220,7 @@ std::string jumpText(const SfGraph& graph, const GraphOptions& options, const Cu
         return y ? factorText(options, *y) : std::string();
     };
     if (jump.before && jump.after && factor(jump.before) == factor(jump.after))
-        text += " steps at " + place + " by less than shows in " + factor(jump.after);
+        text += " steps at " + place + " (" + factor(jump.after) + " on both sides)";
     else if (jump.before && jump.after)
         text += " jumps at " + place + " from " + factor(jump.before) + " to " + factor(jump.after);
     else

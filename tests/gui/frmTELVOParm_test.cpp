@@ -123,6 +123,7 @@ class ParameterFormTest : public QObject {
 void ParameterFormTest::opensOnTheProjectAndTakesItBackUnchanged() {
     OpenForm f(goodCase());
     QCOMPARE(f.messages.lastStatus(), "Editing Project Parameters");
+    QCOMPARE(control<QLineEdit>(*f.form, "txtEntryHeight").selectedText(), "6"); // to be typed over
     QCOMPARE(f.text("txtArchFactor"), "0.6");
     QVERIFY(control<QCheckBox>(*f.form, "chkEqual").isChecked());
     QVERIFY(control(*f.form, "txtXcutCenters_3").isVisible());

@@ -120,9 +120,7 @@ void NumberEdit::paste() {
 void NumberEdit::focusInEvent(QFocusEvent* event) {
     QLineEdit::focusInEvent(event);
     m_focusedByMouse = event->reason() == Qt::MouseFocusReason;
-    // Back from a menu or another window the user goes on where he was.
-    if (event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason)
-        selectAll();
+    if (event->reason() != Qt::PopupFocusReason) selectAll(); // its own menu leaves it as it was
 }
 
 void NumberEdit::focusOutEvent(QFocusEvent* event) {

@@ -81,7 +81,7 @@ void frmTELVOParm::build() {
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setTabOrders();
     const QSize boxes = m_tabs->sizeHint(); // and some room for the picture beside them
-    resize(boxes.width() * 2, boxes.height() * 13 / 10);
+    resize(boxes.width() * 2, boxes.height() * 15 / 10);
 
     for (auto& [name, edit] : m_boxes) {
         connect(edit, &QLineEdit::textChanged, this, [this, &control = name] {
