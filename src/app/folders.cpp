@@ -105,6 +105,21 @@ void copyExampleFiles(const Folders& folders, Messages& messages) {
     }
 }
 
+std::vector<std::string> exampleFiles(const Folders& folders) {
+    std::error_code error;
+    std::vector<std::string> paths;
+    for (fs::directory_iterator entry(pathFromUtf8(folders.InstallFolder), error), end;
+         !error && entry != end; entry.increment(error)) {
+        const std::string name = utf8FromPath(entry->path().filename());
+        if (!isExampleName(name) || name.starts_with("tutorial-")) continue;
+        const std::string copy = folders.DataFolder + name;
+        paths.push_back(fs::exists(pathFromUtf8(copy), error) ? copy
+                                                              : folders.InstallFolder + name);
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
 std::string copyExamplesNote(const std::string& DataFolder) {
     return "When this option is enabled, every time the program runs, it will try to copy the "
            "example files from the install directory to the " +

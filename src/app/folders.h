@@ -42,6 +42,10 @@ bool copyTextFile(const std::string& from, const std::string& to, Messages& mess
 /// touched; names that begin with "." are passed over, and an error goes on with the next name.
 void copyExampleFiles(const Folders& folders, Messages& messages);
 
+/// Paths of the example cases, the user's copies where there are such, in the order of their names.
+/// Those of the tutorial are left out: they belong to its text.
+std::vector<std::string> exampleFiles(const Folders& folders);
+
 /// What the settings dialog says about that copy.
 std::string copyExamplesNote(const std::string& DataFolder);
 

@@ -13,6 +13,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace telvo::app::ui {
@@ -72,9 +73,13 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
         facts->addRow(caption, value);
     }
     m_kept = plainLabel("lblKept", left);
-    m_kept->setFrameShape(QFrame::StyledPanel);
     m_kept->setMargin(fontMetrics().height() / 3);
-    column->addWidget(m_kept);
+    m_keptBox = new QScrollArea(left); // half a file leaves a long list
+    m_keptBox->setWidget(m_kept);
+    m_keptBox->setWidgetResizable(true);
+    m_keptBox->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_keptBox->setFixedHeight(fontMetrics().height() * 8);
+    column->addWidget(m_keptBox);
     column->addSpacing(fontMetrics().height() / 2);
     column->addWidget(m_factBox);
     m_automatic = plainLabel("lblAutomatic", left);
@@ -92,12 +97,8 @@ void CaseOverview::showCase() {
     const project::ProjectCase& current = m_program.session().project();
     const bool empty = m_program.session().isEmpty();
     const QString title = toQt(withoutControls(current.Title));
-    const bool untouched = m_program.session().isUntouched();
-    m_title->setText(untouched ? tr("New case") : title.isEmpty() ? tr("(no title)") : title);
-    m_file->setText(untouched
-                        ? tr("Enter the panel with Input, Project Parameters, or open a project "
-                             "file with File, Open.")
-                        : toQt(m_program.session().windowTitle()));
+    m_title->setText(title.isEmpty() ? tr("(no title)") : title);
+    m_file->setText(toQt(m_program.session().windowTitle()));
     // A tool tip would take a name like "<b>" for markup.
     m_file->setToolTip(
         QStringLiteral("<span>%1</span>").arg(toQt(current.FileName).toHtmlEscaped()));
@@ -145,7 +146,7 @@ void CaseOverview::showFacts() {
 
 void CaseOverview::showKept() {
     const project::KeptItems& kept = m_program.session().open().Kept;
-    m_kept->setVisible(!kept.items.empty());
+    m_keptBox->setVisible(!kept.items.empty());
     if (kept.items.empty()) return;
     const project::ProjectCase& current = m_program.session().project();
     std::string text = kept.damaged ? "The file was damaged. " : "The file is of an older level. ";

@@ -6,6 +6,7 @@
 #include <string>
 
 class QLabel;
+class QScrollArea;
 class QVBoxLayout;
 
 namespace telvo::ui {
@@ -34,6 +35,7 @@ class CaseOverview : public QWidget {
     Program& m_program;
     QLabel* m_title = nullptr;
     QLabel* m_file = nullptr;
+    QScrollArea* m_keptBox = nullptr;
     QLabel* m_kept = nullptr; ///< what the case file did not give
     QWidget* m_factBox = nullptr;
     QLabel* m_automatic = nullptr; ///< automatic values of the record that are not its own

@@ -3,6 +3,13 @@
 
 #include "base/FileDialogs.h"
 
+#include <QString>
+#include <QStringList>
+
+namespace telvo::ui {
+class WindowPlaces;
+}
+
 namespace telvo::app::ui {
 
 /// The file dialogs of the desktop.
@@ -15,6 +22,18 @@ class DesktopFileDialogs : public FileDialogs {
                                         std::string_view extension) override;
     std::optional<std::string> chooseFolder(std::string_view title,
                                             std::string_view folder) override;
+
+    /// Where the size of the dialogs is remembered.
+    void rememberIn(telvo::ui::WindowPlaces& places) { m_places = &places; }
+
+  private:
+    telvo::ui::WindowPlaces* m_places = nullptr;
 };
+
+/// The name under which a file is saved: with the extension of the chosen filter, unless it ends
+/// with that of any filter already. A point in a name, as in "Panel 2.5m", begins no extension.
+/// Given: extension  added where the filter takes all files and the name has no point
+QString savedName(const QString& name, const QStringList& filters, const QString& chosenFilter,
+                  const QString& extension);
 
 } // namespace telvo::app::ui

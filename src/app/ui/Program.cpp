@@ -225,10 +225,32 @@ void Program::showHelp(const QString& topic) {
 void Program::openDocument(const std::string& wanted) {
     const std::string path = documentForPaper(wanted, QLocale::system().territory());
     std::error_code error;
-    if (!std::filesystem::exists(pathFromUtf8(path), error))
+    if (!std::filesystem::exists(pathFromUtf8(path), error)) {
+        m_messages.status("File not opened");
         m_messages.tell("Requested File not found: " + path);
-    else if (!QDesktopServices::openUrl(QUrl::fromLocalFile(toQt(path))))
+        return;
+    }
+    m_messages.note("Opening: " + path);
+    const auto tellFailure = [this, path] {
+        m_messages.status("File not opened");
         m_messages.tell("No program of this desktop opens " + path);
+    };
+    const QString opener = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (opener.isEmpty()) {
+        if (!QDesktopServices::openUrl(QUrl::fromLocalFile(toQt(path)))) tellFailure();
+        return;
+    }
+    // The toolkit's own call does not learn that the desktop has no program for the file. Nobody
+    // owns the process: a viewer that it has become outlives this program.
+    auto* process = new QProcess;
+    process->setStandardOutputFile(QProcess::nullDevice());
+    process->setStandardErrorFile(QProcess::nullDevice());
+    QObject::connect(process, &QProcess::finished, m_window.get(),
+                     [tellFailure](int code, QProcess::ExitStatus) {
+                         if (code != 0) tellFailure();
+                     });
+    QObject::connect(process, &QProcess::finished, process, &QObject::deleteLater);
+    process->start(opener, {toQt(path)});
 }
 
 void Program::openInEditor(const std::string& path) {

@@ -56,6 +56,7 @@ class Program {
     FileDialogs& fileDialogs() { return m_surroundings.fileDialogs; }
     report::ui::ReportPrinter& printer() { return m_printer; }
     RecoveryKeeper& recovery() { return m_recovery; }
+    telvo::ui::WindowPlaces& places() { return m_places; }
     frmMain& window() { return *m_window; }
     std::chrono::year_month_day today() const { return m_surroundings.today; }
 

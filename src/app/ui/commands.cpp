@@ -161,13 +161,19 @@ report::SheetHeading Commands::sheetHeading() const {
 }
 
 void Commands::print() {
-    if (!confirmEmpty()) return;
+    if (!confirmEmpty()) {
+        note("Printing aborted");
+        return;
+    }
     const bool printed = m_program.printer().print(inputEchoJob(), &m_window, "Print");
     note(printed ? "Input printed" : "Printing aborted");
 }
 
 void Commands::preview() {
-    if (!confirmEmpty()) return;
+    if (!confirmEmpty()) {
+        note("Print preview cancelled");
+        return;
+    }
     m_program.messages().history("Print preview");
     frmPreview(inputEchoJob(), m_program.formServices(), m_program.printer(), &m_window).exec();
 }
@@ -297,7 +303,12 @@ QWidget* Commands::viewParent() {
 void Commands::settings() {
     frmSet form(m_program.settings(), m_program.folders().DataFolder, m_program.fileDialogs(),
                 m_program.formServices(), &m_window);
-    QObject::connect(&form, &frmSet::settingsChanged, &m_window, [this] {
+    const Settings before = m_program.settings().values();
+    QObject::connect(&form, &frmSet::settingsChanged, &m_window, [this, &before] {
+        const Settings& now = m_program.settings().values();
+        // The untouched case on screen is one of the new projects that the units are for.
+        if (now.DefaultUnits != before.DefaultUnits && m_program.session().isUntouched())
+            m_program.session().FileNew();
         m_window.applySettings();
         m_window.applyHistoryFont();
     });
@@ -320,10 +331,12 @@ void Commands::unitConversion() {
 void Commands::fileConversion() {
     ProjectSession& session = m_program.session();
     if (session.isEmpty()) {
+        m_program.messages().status("File not converted");
         m_program.messages().tell("Current file is empty");
         return;
     }
     if (!session.isSaved()) {
+        m_program.messages().status("File not converted");
         m_program.messages().tell("Save Current File before accessing this option");
         return;
     }
@@ -360,6 +373,10 @@ void Commands::helpIndex() {
 
 void Commands::helpPdf() {
     m_program.openDocument(m_program.folders().InstallFolder + std::string(PdfManual));
+}
+
+void Commands::tutorial() {
+    m_program.showHelp(QStringLiteral("Tutorial1.htm"));
 }
 
 void Commands::resourceFiles() {

@@ -63,6 +63,7 @@ class Commands {
     void helpContents();
     void helpIndex();
     void helpPdf();
+    void tutorial();
     void resourceFiles();
     void disclaimer();
     void update();

@@ -5,23 +5,30 @@
 #include "app/ui/dialogs/programIcon.h"
 #include "app/ui/icons.h"
 #include "app/ui/Program.h"
+#include "app/ui/StartPage.h"
 #include "base/ui/qtText.h"
 
 #include <exception>
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QDir>
+#include <QDropEvent>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTextBlock>
+#include <QTimer>
 #include <QToolBar>
+#include <utility>
 
 namespace telvo::app::ui {
 
@@ -54,6 +61,7 @@ QString plainTip(const QString& text) {
 frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *this) {
     setObjectName("frmMain");
     setWindowIcon(programIcon());
+    setAcceptDrops(true);
     buildMenus();
     buildToolbar();
     buildCentre();
@@ -240,7 +248,12 @@ void frmMain::buildCentre() {
     m_splitter = new QSplitter(Qt::Vertical, this);
     m_splitter->setObjectName("splMain");
     m_splitter->setChildrenCollapsible(false);
-    m_overview = new CaseOverview(m_program, m_splitter);
+    m_pages = new QStackedWidget(m_splitter);
+    m_pages->setObjectName("stkCase");
+    m_start = makeStartPage();
+    m_overview = new CaseOverview(m_program, m_pages);
+    m_pages->addWidget(m_start);
+    m_pages->addWidget(m_overview);
     txtMain = new QPlainTextEdit(m_splitter);
     txtMain->setObjectName("txtMain");
     txtMain->setAccessibleName(tr("History"));
@@ -248,13 +261,31 @@ void frmMain::buildCentre() {
     txtMain->setReadOnly(true);
     txtMain->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtMain->setUndoRedoEnabled(false);
-    m_splitter->addWidget(m_overview);
+    m_splitter->addWidget(m_pages);
     m_splitter->addWidget(txtMain);
     m_splitter->setStretchFactor(0, 1);
     m_splitter->setStretchFactor(1, 0); // a larger window is for the case
     m_splitter->setSizes({1000, 9 * fontMetrics().height()});
     setCentralWidget(m_splitter);
     if (auto* places = m_program.formServices().places) places->restore(*m_splitter);
+}
+
+StartPage* frmMain::makeStartPage() {
+    Commands& c = m_commands;
+    StartActions actions;
+    actions.newCase = [this, &c](std::int16_t units) {
+        dispatch([&c, units] { c.newCase(units); });
+    };
+    actions.open = [this, &c] { dispatch([&c] { c.fileOpen(); }); };
+    actions.tutorial = [this, &c] { dispatch([&c] { c.tutorial(); }); };
+    actions.openRecent = [this, &c](int slot) { dispatch([&c, slot] { c.openRecent(slot); }); };
+    actions.openExample = [this, &c](const std::string& path) {
+        dispatch([&c, path] { c.openNamed(path); });
+    };
+    actions.bringBack = [this, &c](const KeptCopy& copy) {
+        dispatch([&c, copy] { c.bringBack(copy); });
+    };
+    return new StartPage(std::move(actions), exampleFiles(m_program.folders()), m_pages);
 }
 
 void frmMain::addLine(const std::string& line, std::size_t dropped) {
@@ -273,7 +304,9 @@ void frmMain::setHistoryShown(bool shown) {
 
 void frmMain::applySettings() {
     const Settings& settings = m_program.settings().values();
-    setHistoryShown(settings.DisplayHistoryWin == 1);
+    // A pane that the menu closed stays closed when another setting changes.
+    if (std::exchange(m_displayHistory, settings.DisplayHistoryWin) != settings.DisplayHistoryWin)
+        setHistoryShown(settings.DisplayHistoryWin == 1);
     m_toolbar->setVisible(settings.EnableMainMenuToolbar == 1);
     const std::size_t dropped =
         m_program.messages().lines().setCapacity(static_cast<std::size_t>(settings.MaxDisplaySize));
@@ -348,6 +381,9 @@ void frmMain::showCase() {
     setWindowTitle(toQt(session.windowTitle())); // the desktop adds the name of the program
     m_overview->showCase();
     m_commands.graphsFollow();
+    if (session.isUntouched())
+        m_start->showLists(m_program.settings(), m_program.recovery().copies());
+    m_pages->setCurrentWidget(session.isUntouched() ? static_cast<QWidget*>(m_start) : m_overview);
     showRecentFiles();
     showKeptCopies();
     SetGraphMenu();
@@ -372,6 +408,31 @@ void frmMain::dispatch(const std::function<void()>& command) {
         m_program.messages().tell("The command could not be finished: " +
                                   std::string(error.what()));
     }
+}
+
+namespace {
+
+/// The one file of a drag; empty when it is none, several, or not on this computer.
+QString droppedFile(const QMimeData& data) {
+    const QList<QUrl> urls = data.urls();
+    return urls.size() == 1 ? urls.first().toLocalFile() : QString();
+}
+
+} // namespace
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+    if (!m_blocker && !droppedFile(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void frmMain::dropEvent(QDropEvent* event) {
+    const QString file = droppedFile(*event->mimeData());
+    if (file.isEmpty()) return;
+    event->acceptProposedAction();
+    activateWindow();
+    // The program that it was dragged from waits until this returns; the question may take longer.
+    QTimer::singleShot(0, this, [this, path = fromQt(QDir::toNativeSeparators(file))] {
+        dispatch([this, &path] { m_commands.openNamed(path); });
+    });
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {

@@ -11,12 +11,14 @@
 class QLabel;
 class QPlainTextEdit;
 class QSplitter;
+class QStackedWidget;
 class QToolBar;
 
 namespace telvo::app::ui {
 
 class CaseOverview;
 class Program;
+class StartPage;
 
 /// The main window: menus, toolbar, an overview of the open case, the history pane and the status
 /// line. What the menus do is in Commands.
@@ -39,6 +41,9 @@ class frmMain : public QMainWindow {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    // A case file that is dropped on the window is opened.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
   private:
     struct Entry; // one menu item
@@ -46,6 +51,7 @@ class frmMain : public QMainWindow {
     QMenu* addMenu(const char* name, const QString& caption, const std::vector<Entry>& entries);
     void buildToolbar();
     void buildCentre();
+    StartPage* makeStartPage();
     void showRecentFiles();
     /// Fills File, Recover Discarded with the copies that there are.
     void showKeptCopies();
@@ -60,13 +66,16 @@ class frmMain : public QMainWindow {
     QPointer<QWidget> m_blocker;
     QToolBar* m_toolbar = nullptr;
     QSplitter* m_splitter = nullptr;
+    QStackedWidget* m_pages = nullptr; ///< the start page, or the case
+    StartPage* m_start = nullptr;
     CaseOverview* m_overview = nullptr;
     QPlainTextEdit* txtMain = nullptr;
     QLabel* m_status = nullptr;
     std::vector<QAction*> m_recent;
     QAction* m_recentSeparator = nullptr;
     QMenu* m_keptCopies = nullptr;
-    std::string m_font; ///< family last applied to the history pane
+    std::int16_t m_displayHistory = -1; ///< the setting last applied
+    std::string m_font;                 ///< family last applied to the history pane
 };
 
 } // namespace telvo::app::ui

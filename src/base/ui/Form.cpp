@@ -131,7 +131,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
 
 void Form::copyPicture() {
     QApplication::clipboard()->setPixmap(grab());
-    messages().status("Screenshot of dialog copied to clipboard");
+    messages().note("Screenshot of dialog copied to clipboard");
 }
 
 QString Form::focusTopic() const {

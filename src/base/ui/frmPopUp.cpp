@@ -31,7 +31,7 @@ frmPopUp::frmPopUp(const QString& title, std::string_view text, const QString& h
     copy->setToolTip(tr("Copies the whole text to the clipboard"));
     connect(copy, &QPushButton::clicked, this, [this, box] {
         QApplication::clipboard()->setText(box->toPlainText());
-        messages().status("Text copied to clipboard");
+        messages().note("Text copied to clipboard");
     });
     auto* close = addButton(*buttons, "cmdClose", tr("C&lose"), QDialogButtonBox::AcceptRole);
     close->setToolTip(tr("Closes this window"));

@@ -307,7 +307,7 @@ void frmExplain::showWorking() {
 
 void frmExplain::copy() {
     QApplication::clipboard()->setText(toQt(workingText(shown())));
-    messages().status("Working copied to clipboard");
+    messages().note("Working copied to clipboard");
 }
 
 void frmExplain::print() {
@@ -323,7 +323,7 @@ void frmExplain::print() {
             document.print(&printer);
             return printer.printerState() != QPrinter::Error;
         });
-    messages().status(printed ? "Working printed" : "Printing aborted");
+    messages().note(printed ? "Working printed" : "Printing aborted");
 }
 
 void frmExplain::showEvent(QShowEvent* event) {

@@ -106,7 +106,10 @@ QDialogButtonBox* frmPlots::makeButtonRow() {
         return made;
     };
     auto* copy = add("cmdCopy", tr("&Copy"), tr("Copies the plot to the clipboard"));
-    connect(copy, &QPushButton::clicked, this, [this] { m_actions.copyPicture(picture(), this); });
+    connect(copy, &QPushButton::clicked, this, [this] {
+        m_actions.copyPicture(picture(), this);
+        messages().note("Plot copied to clipboard");
+    });
     auto* exporting = add("cmdExport", tr("&Export..."),
                           tr("Writes the plot as a picture, or its numbers, into a file"));
     connect(exporting, &QPushButton::clicked, this,
@@ -121,7 +124,7 @@ QDialogButtonBox* frmPlots::makeButtonRow() {
 
 void frmPlots::load() {
     show();
-    messages().status("Plots displayed");
+    messages().note("Plots displayed");
 }
 
 frmPlots::Kind frmPlots::kind() const {

@@ -7,6 +7,7 @@
 
 #include <QAbstractButton>
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace telvo::project::ui {
@@ -26,9 +27,13 @@ KeptMarks::KeptMarks(QWidget& form, const OpenCase& open) {
     list->setTextFormat(Qt::PlainText);
     list->setWordWrap(true);
     list->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    list->setFrameShape(QFrame::StyledPanel);
     list->setMargin(form.fontMetrics().height() / 3);
-    if (auto* rows = qobject_cast<QVBoxLayout*>(form.layout())) rows->insertWidget(0, list);
+    auto* frame = new QScrollArea(&form); // half a file leaves a long list
+    frame->setWidget(list);
+    frame->setWidgetResizable(true);
+    frame->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    frame->setFixedHeight(form.fontMetrics().height() * 5);
+    if (auto* rows = qobject_cast<QVBoxLayout*>(form.layout())) rows->insertWidget(0, frame);
     for (const std::string& item : kept.items) {
         const std::string control = itemControl(item);
         if (const auto* box = form.findChild<telvo::ui::NumberEdit*>(toQt(control)))

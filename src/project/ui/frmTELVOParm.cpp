@@ -340,8 +340,8 @@ void frmTELVOParm::copyPicture() {
     if (!m_picture.image) return;
     const QImage image = m_picture.image();
     if (!image.isNull()) QApplication::clipboard()->setImage(image);
-    messages().status(image.isNull() ? "No panel layout to copy"
-                                     : "Panel layout copied to clipboard");
+    messages().note(image.isNull() ? "No panel layout to copy"
+                                   : "Panel layout copied to clipboard");
 }
 
 void frmTELVOParm::accept() {

@@ -120,12 +120,12 @@ void frmPreview::copy() {
     for (const std::string& page : m_job.pages)
         text += toQtLines(page);
     QApplication::clipboard()->setText(text);
-    messages().status("Output copied to clipboard");
+    messages().note("Output copied to clipboard");
 }
 
 void frmPreview::print() {
     const bool printed = m_printer.print(m_job, this, tr("Print"));
-    messages().status(printed ? "Current page printed" : "Printing aborted");
+    messages().note(printed ? "Current page printed" : "Printing aborted");
     paintAgain();
 }
 

@@ -146,7 +146,7 @@ void frmResTxtPlt::load() {
     showWarnings();
     nextPage();
     show();
-    messages().status("Results displayed");
+    messages().note("Results displayed");
 }
 
 void frmResTxtPlt::showWarnings() {
@@ -155,8 +155,10 @@ void frmResTxtPlt::showWarnings() {
     if (text.empty()) return;
     if (characterCount(text) <= MessageBoxCharacters)
         messages().tell(text, title);
-    else
+    else {
+        messages().history(historyLine(excerpt(withoutControls(text), 200), title));
         telvo::ui::frmPopUp(title, text, HelpTopic, services(), parentWidget()).exec();
+    }
 }
 
 void frmResTxtPlt::nextPage() {
@@ -192,7 +194,7 @@ QString frmResTxtPlt::focusTopic() const {
 
 void frmResTxtPlt::copyPage() {
     copy(m_view.pages[static_cast<std::size_t>(m_page)]);
-    messages().status("Output page #" + generalNumber(m_page) + " copied to clipboard");
+    messages().note("Output page #" + generalNumber(m_page) + " copied to clipboard");
 }
 
 void frmResTxtPlt::copyAll() {
@@ -200,7 +202,7 @@ void frmResTxtPlt::copyAll() {
     for (const std::string& page : m_view.pages)
         all += page;
     copy(all);
-    messages().status("Output copied to clipboard");
+    messages().note("Output copied to clipboard");
 }
 
 void frmResTxtPlt::copy(const std::string& text) {
@@ -208,19 +210,22 @@ void frmResTxtPlt::copy(const std::string& text) {
 }
 
 void frmResTxtPlt::printPage() {
-    messages().status("Current page printed");
-    print(std::span(m_view.pages).subspan(static_cast<std::size_t>(m_page), 1), tr("Print Page"));
+    print(std::span(m_view.pages).subspan(static_cast<std::size_t>(m_page), 1), tr("Print Page"),
+          "Current page printed");
 }
 
 void frmResTxtPlt::printAll() {
-    messages().status("All pages printed");
-    print(m_view.pages, tr("Print All Pages"));
+    print(m_view.pages, tr("Print All Pages"), "All pages printed");
 }
 
 // The status stands before the print dialog opens, and is replaced when nothing is printed.
-void frmResTxtPlt::print(std::span<const std::string> pages, const QString& title) {
-    if (!m_printer.print({{pages.begin(), pages.end()}, m_view.heading}, this, title))
-        messages().status("Printing aborted");
+void frmResTxtPlt::print(std::span<const std::string> pages, const QString& title,
+                         std::string_view outcome) {
+    messages().status(outcome);
+    if (m_printer.print({{pages.begin(), pages.end()}, m_view.heading}, this, title))
+        messages().history(outcome);
+    else
+        messages().note("Printing aborted");
     showPage();
 }
 

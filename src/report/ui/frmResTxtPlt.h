@@ -57,7 +57,8 @@ class frmResTxtPlt : public telvo::ui::Form {
     void showWorking();
     void showWarnings();
     void copy(const std::string& text);
-    void print(std::span<const std::string> pages, const QString& title);
+    /// Given: outcome  what history and status line say of pages that were printed
+    void print(std::span<const std::string> pages, const QString& title, std::string_view outcome);
 
     ResultsView m_view;
     ReportPrinter& m_printer;

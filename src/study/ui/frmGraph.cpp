@@ -212,7 +212,7 @@ void frmGraph::editOptions() {
 
 void frmGraph::copy() {
     m_actions.copyPicture(picture(), this);
-    messages().status("Graph copied to clipboard");
+    messages().note("Graph copied to clipboard");
 }
 
 void frmGraph::exportGraph() {

@@ -306,7 +306,7 @@ void frmTextBrow::showFile() {
     m_shown = path;
     m_text->setPlainText(toQt(*text));
     m_heading->setText(QDir::toNativeSeparators(path));
-    messages().status("Viewing: " + fromQt(path));
+    messages().note("Viewing: " + fromQt(path));
 }
 
 void frmTextBrow::activate(const QListWidgetItem* item) {
@@ -350,8 +350,8 @@ void frmTextBrow::find(bool backward) {
 void frmTextBrow::copy() {
     const QString selected = m_text->textCursor().selection().toPlainText();
     QApplication::clipboard()->setText(selected.isEmpty() ? m_text->toPlainText() : selected);
-    messages().status(selected.isEmpty() ? "File copied to clipboard"
-                                         : "Selection copied to clipboard");
+    messages().note(selected.isEmpty() ? "File copied to clipboard"
+                                       : "Selection copied to clipboard");
 }
 
 void frmTextBrow::print() {

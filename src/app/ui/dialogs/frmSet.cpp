@@ -84,8 +84,9 @@ QWidget* frmSet::makeGeneralPage() {
     addSwitch(*startLayout, "chkShowDisclaim", {&Settings::ShowDisclaim},
               tr("Show the &disclaimer"), tr("Shows the disclaimer whenever the program starts"));
     addSwitch(*startLayout, "chkRemindAnnualUpdates", {&Settings::RemindAnnualUpdates},
-              tr("&Remind of updates when this version is over a year old"),
-              tr("Shows the update reminder whenever the program starts"));
+              tr("&Remind of updates"),
+              tr("Shows the update reminder whenever the program starts, from 360 days after "
+                 "20 August 2013"));
     addSwitch(*startLayout, "chkLoadLastInputFile", {&Settings::LoadLastInputFile},
               tr("Open the &last project"), tr("Opens the first project of the recent files"));
     addSwitch(*startLayout, "chkMaxMainMenu", {&Settings::MaxMainMenu},

@@ -4,6 +4,7 @@
 #include "base/ui/qtText.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
 
@@ -32,6 +33,15 @@ frmUpdate::frmUpdate(SettingsStore& store, const telvo::ui::FormServices& servic
         address->setOpenExternalLinks(true);
     }
     layout->addWidget(address);
+    auto* version = new QLabel(
+        tr("Installed is version %1.").arg(QCoreApplication::applicationVersion()) +
+        (page.empty() ? ' ' + tr("It names no page with updates: a newer version comes from where "
+                                 "you had this one.")
+                      : QString()));
+    version->setObjectName("lblVersion");
+    version->setTextFormat(Qt::PlainText);
+    version->setWordWrap(true);
+    layout->addWidget(version);
     layout->addStretch();
     addSwitch(*layout, "chkNoRemind", {&Settings::RemindAnnualUpdates, 0, 1},
               tr("&Do not remind me again"),
