@@ -23,11 +23,6 @@ class Messages {
     /// The status line.
     virtual void status(std::string_view line) = 0;
 
-    /// What was done: one line in the history and in the status line.
-    void note(std::string_view action) {
-        history(action);
-        status(action);
-    }
     void tell(std::string_view text, std::string_view title = {}) {
         ask(text, Buttons::Ok, Answer::Ok, title);
     }

@@ -7,6 +7,7 @@
 #include "app/ui/documentPaper.h"
 #include "app/ui/frmMain.h"
 #include "base/files.h"
+#include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "help/ui/frmHelp.h"
@@ -230,7 +231,7 @@ void Program::openDocument(const std::string& wanted) {
         m_messages.tell("Requested File not found: " + path);
         return;
     }
-    m_messages.note("Opening: " + path);
+    note(m_messages, "Opening: " + path);
     const auto tellFailure = [this, path] {
         m_messages.status("File not opened");
         m_messages.tell("No program of this desktop opens " + path);

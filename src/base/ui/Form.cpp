@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ui/Form.h"
 
+#include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
@@ -131,7 +132,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
 
 void Form::copyPicture() {
     QApplication::clipboard()->setPixmap(grab());
-    messages().note("Screenshot of dialog copied to clipboard");
+    telvo::note(messages(), "Screenshot of dialog copied to clipboard");
 }
 
 QString Form::focusTopic() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ui/frmPopUp.h"
 
+#include "base/note.h"
 #include "base/ui/qtText.h"
 
 #include <QApplication>
@@ -31,7 +32,7 @@ frmPopUp::frmPopUp(const QString& title, std::string_view text, const QString& h
     copy->setToolTip(tr("Copies the whole text to the clipboard"));
     connect(copy, &QPushButton::clicked, this, [this, box] {
         QApplication::clipboard()->setText(box->toPlainText());
-        messages().note("Text copied to clipboard");
+        telvo::note(messages(), "Text copied to clipboard");
     });
     auto* close = addButton(*buttons, "cmdClose", tr("C&lose"), QDialogButtonBox::AcceptRole);
     close->setToolTip(tr("Closes this window"));

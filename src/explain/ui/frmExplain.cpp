@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "explain/ui/frmExplain.h"
 
+#include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
@@ -307,7 +308,7 @@ void frmExplain::showWorking() {
 
 void frmExplain::copy() {
     QApplication::clipboard()->setText(toQt(workingText(shown())));
-    messages().note("Working copied to clipboard");
+    telvo::note(messages(), "Working copied to clipboard");
 }
 
 void frmExplain::print() {
@@ -323,7 +324,7 @@ void frmExplain::print() {
             document.print(&printer);
             return printer.printerState() != QPrinter::Error;
         });
-    messages().note(printed ? "Working printed" : "Printing aborted");
+    telvo::note(messages(), printed ? "Working printed" : "Printing aborted");
 }
 
 void frmExplain::showEvent(QShowEvent* event) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plot/ui/frmPlots.h"
 
+#include "base/note.h"
 #include "base/text.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
@@ -108,7 +109,7 @@ QDialogButtonBox* frmPlots::makeButtonRow() {
     auto* copy = add("cmdCopy", tr("&Copy"), tr("Copies the plot to the clipboard"));
     connect(copy, &QPushButton::clicked, this, [this] {
         m_actions.copyPicture(picture(), this);
-        messages().note("Plot copied to clipboard");
+        telvo::note(messages(), "Plot copied to clipboard");
     });
     auto* exporting = add("cmdExport", tr("&Export..."),
                           tr("Writes the plot as a picture, or its numbers, into a file"));
@@ -124,7 +125,7 @@ QDialogButtonBox* frmPlots::makeButtonRow() {
 
 void frmPlots::load() {
     show();
-    messages().note("Plots displayed");
+    telvo::note(messages(), "Plots displayed");
 }
 
 frmPlots::Kind frmPlots::kind() const {

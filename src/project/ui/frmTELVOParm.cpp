@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/ui/frmTELVOParm.h"
 
+#include "base/note.h"
 #include "base/numbers.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
@@ -340,8 +341,8 @@ void frmTELVOParm::copyPicture() {
     if (!m_picture.image) return;
     const QImage image = m_picture.image();
     if (!image.isNull()) QApplication::clipboard()->setImage(image);
-    messages().note(image.isNull() ? "No panel layout to copy"
-                                   : "Panel layout copied to clipboard");
+    telvo::note(messages(),
+                image.isNull() ? "No panel layout to copy" : "Panel layout copied to clipboard");
 }
 
 void frmTELVOParm::accept() {

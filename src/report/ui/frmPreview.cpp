@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "report/ui/frmPreview.h"
 
+#include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 
@@ -120,12 +121,12 @@ void frmPreview::copy() {
     for (const std::string& page : m_job.pages)
         text += toQtLines(page);
     QApplication::clipboard()->setText(text);
-    messages().note("Output copied to clipboard");
+    telvo::note(messages(), "Output copied to clipboard");
 }
 
 void frmPreview::print() {
     const bool printed = m_printer.print(m_job, this, tr("Print"));
-    messages().note(printed ? "Current page printed" : "Printing aborted");
+    telvo::note(messages(), printed ? "Current page printed" : "Printing aborted");
     paintAgain();
 }
 

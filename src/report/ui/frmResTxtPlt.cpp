@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "report/ui/frmResTxtPlt.h"
 
+#include "base/note.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "base/titles.h"
@@ -146,7 +147,7 @@ void frmResTxtPlt::load() {
     showWarnings();
     nextPage();
     show();
-    messages().note("Results displayed");
+    telvo::note(messages(), "Results displayed");
 }
 
 void frmResTxtPlt::showWarnings() {
@@ -194,7 +195,7 @@ QString frmResTxtPlt::focusTopic() const {
 
 void frmResTxtPlt::copyPage() {
     copy(m_view.pages[static_cast<std::size_t>(m_page)]);
-    messages().note("Output page #" + generalNumber(m_page) + " copied to clipboard");
+    telvo::note(messages(), "Output page #" + generalNumber(m_page) + " copied to clipboard");
 }
 
 void frmResTxtPlt::copyAll() {
@@ -202,7 +203,7 @@ void frmResTxtPlt::copyAll() {
     for (const std::string& page : m_view.pages)
         all += page;
     copy(all);
-    messages().note("Output copied to clipboard");
+    telvo::note(messages(), "Output copied to clipboard");
 }
 
 void frmResTxtPlt::copy(const std::string& text) {
@@ -225,7 +226,7 @@ void frmResTxtPlt::print(std::span<const std::string> pages, const QString& titl
     if (m_printer.print({{pages.begin(), pages.end()}, m_view.heading}, this, title))
         messages().history(outcome);
     else
-        messages().note("Printing aborted");
+        telvo::note(messages(), "Printing aborted");
     showPage();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/ui/frmGraph.h"
 
+#include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
@@ -212,7 +213,7 @@ void frmGraph::editOptions() {
 
 void frmGraph::copy() {
     m_actions.copyPicture(picture(), this);
-    messages().note("Graph copied to clipboard");
+    telvo::note(messages(), "Graph copied to clipboard");
 }
 
 void frmGraph::exportGraph() {

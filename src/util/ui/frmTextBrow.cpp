@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/ui/frmTextBrow.h"
 
+#include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "util/viewedFile.h"
@@ -306,7 +307,7 @@ void frmTextBrow::showFile() {
     m_shown = path;
     m_text->setPlainText(toQt(*text));
     m_heading->setText(QDir::toNativeSeparators(path));
-    messages().note("Viewing: " + fromQt(path));
+    telvo::note(messages(), "Viewing: " + fromQt(path));
 }
 
 void frmTextBrow::activate(const QListWidgetItem* item) {
@@ -350,8 +351,8 @@ void frmTextBrow::find(bool backward) {
 void frmTextBrow::copy() {
     const QString selected = m_text->textCursor().selection().toPlainText();
     QApplication::clipboard()->setText(selected.isEmpty() ? m_text->toPlainText() : selected);
-    messages().note(selected.isEmpty() ? "File copied to clipboard"
-                                       : "Selection copied to clipboard");
+    telvo::note(messages(),
+                selected.isEmpty() ? "File copied to clipboard" : "Selection copied to clipboard");
 }
 
 void frmTextBrow::print() {
