@@ -35,7 +35,8 @@ namespace {
 using namespace telvo;
 using telvo::ui::fromQt;
 
-constexpr int RoomForPlan = 240; // pixels by which the parameter form is wider than it has to be
+// Pixels by which the parameter form is larger than it has to be, for the plan in it.
+constexpr QSize RoomForPlan(185, 110);
 
 struct NoFiles : FileDialogs {
     std::optional<std::string> openFile(std::string_view, std::string_view,
@@ -122,7 +123,7 @@ void takeParameterForm(Camera& camera, app::ui::frmMain& window) {
     QApplication::processEvents();
     QWidget* form = topWindow("frmTELVOParm");
     if (!form) return camera.missed("frmTELVOParm");
-    form->resize(form->width() + RoomForPlan, form->height());
+    form->resize(form->size() + RoomForPlan);
     for (int tab = 0; tab < 3; ++tab) {
         chooseTab(*form, tab);
         camera.take(*form, QString("frmTELVOParm-%1").arg(tab + 1));
@@ -250,7 +251,7 @@ int takeCase(const QString& example, const QString& folder, const QString& name,
         choose(window, "mnuEditItem_1");
         QApplication::processEvents();
         if (QWidget* form = topWindow("frmTELVOParm")) {
-            form->resize(form->width() + RoomForPlan, form->height());
+            form->resize(form->size() + RoomForPlan);
             chooseTab(*form, value.toInt());
             if (auto* ok = form->findChild<QPushButton*>("cmdOK")) ok->setFocus();
             camera.take(*form, name);
