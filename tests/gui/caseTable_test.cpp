@@ -117,24 +117,31 @@ void CaseTableTest::readsBesideTheWindowAndCanBeStopped() {
         });
         timer->start(5);
     };
-    // The window stays alive and says how far it is; Cancel ends the reader.
-    std::atomic<bool> ended = false;
-    inWindow([](QWidget& window) {
-        if (!control<QLabel>(window, "lblReading").text().contains("<b>: 512 rows")) return false;
-        click(window, "cmdCancel");
-        return true;
-    });
-    auto read = ui::readInBackground(
-        "<b>",
-        [&](const table::ReadWatch& watch) -> Outcome {
-            watch.tell(512);
-            while (!watch.stopped())
-                std::this_thread::sleep_for(1ms);
-            ended = true;
-            return Fault{table::ReadingStopped, {}};
-        },
-        nullptr, 0ms);
-    QVERIFY(!read && ended);
+    // The window stays alive and says how far it is; Cancel and Escape end the reader.
+    std::optional<Outcome> read;
+    for (const bool escape : {false, true}) {
+        std::atomic<bool> ended = false;
+        inWindow([escape](QWidget& window) {
+            if (!control<QLabel>(window, "lblReading").text().contains("<b>: 512 rows"))
+                return false;
+            if (escape)
+                QTest::keyClick(&window, Qt::Key_Escape);
+            else
+                click(window, "cmdCancel");
+            return true;
+        });
+        read = ui::readInBackground(
+            "<b>",
+            [&](const table::ReadWatch& watch) -> Outcome {
+                watch.tell(512);
+                while (!watch.stopped())
+                    std::this_thread::sleep_for(1ms);
+                ended = true;
+                return Fault{table::ReadingStopped, {}};
+            },
+            nullptr, 0ms);
+        QVERIFY(!read && ended);
+    }
     // The window goes by itself; what is thrown is a fault that names the file.
     std::atomic<bool> seen = false;
     inWindow([&](QWidget&) { return seen = true; });

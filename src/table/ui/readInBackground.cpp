@@ -56,6 +56,7 @@ bool waitInWindow(const std::string& file, Reading& reading, std::future<Outcome
     auto* cancel = new QPushButton(QObject::tr("Cancel"), &window);
     cancel->setObjectName("cmdCancel");
     cancel->setToolTip(QObject::tr("Stops reading and leaves the case as it is"));
+    window.setCancelButton(nullptr); // with its Escape, which a second one would make ambiguous
     window.setCancelButton(cancel);
     window.setRange(0, 0); // how much there is shows only at the end
     window.setMinimumWidth(window.fontMetrics().averageCharWidth() * 60);
