@@ -4,6 +4,7 @@
 #include "base/titles.h"
 #include "project/parameterFields.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>

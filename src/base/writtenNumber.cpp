@@ -86,12 +86,12 @@ std::string takeExponent(std::string_view& text) {
 }
 
 /// The place of the decimal sign among the signs of the groups, or why there is none to be found.
-struct Decimal {
+struct DecimalPlace {
     std::optional<std::size_t> sign;
     std::string why;
 };
 
-Decimal decimalSign(const Groups& groups) {
+DecimalPlace decimalSign(const Groups& groups) {
     const std::string& signs = groups.signs;
     if (signs.empty()) return {};
     const char last = signs.back();
@@ -137,7 +137,7 @@ WrittenNumber readWrittenNumber(std::string_view utf8) {
         rest.remove_prefix(1);
     }
     const Groups groups = takeGroups(rest);
-    const Decimal decimal = decimalSign(groups);
+    const DecimalPlace decimal = decimalSign(groups);
     if (!decimal.why.empty()) return {.why = decimal.why};
     const std::size_t whole = decimal.sign ? *decimal.sign + 1 : groups.figures.size();
     if (!areThousands(groups, whole)) {
