@@ -159,6 +159,10 @@ void RecoveryTest::severalCopiesAreListed() {
     QVERIFY(home.wasAsked("the case: /cases/3.TLV"));
     QVERIFY(home.wasAsked("Older copies that wait beside it: 2."));
     QCOMPARE(home.program->window().windowTitle(), "2.TLV*");
+    QVERIFY(home.program->window()
+                .findChild<QAction*>("mnuFileRecover_1")
+                ->text()
+                .startsWith("&1 3.TLV, discarded "));
     const auto copies = home.program->recovery().copies();
     QCOMPARE(copies.size(), std::size_t{2});
     QVERIFY(copies[0].discarded && copies[0].name == "/cases/3.TLV"); // No threw nothing away

@@ -139,6 +139,7 @@ void Program::start() {
     tellSettingsTrouble();
     openFirstFiles();
     m_recovery.offer([this](UnsavedCase kept) { m_session.acceptRecovered(std::move(kept)); });
+    m_window->showCase(); // an answer may have moved a copy that the lists name
 }
 
 void Program::loadMainWindow() {
