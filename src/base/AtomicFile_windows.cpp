@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/files.h"
+#include "base/AtomicFile.h"
 
+#include "base/files.h"
+#include "base/temporaryFiles.h"
+
+#include <cstdint>
 #include <fcntl.h>
 #include <io.h>
-#include <share.h>
 #include <string>
-#include <sys/stat.h>
 #include <system_error>
 #include <utility>
 #include <windows.h>
@@ -19,42 +21,72 @@ Fault AtomicFile::fault(std::string_view step) const {
     return {"cannot be written: " + std::string(step) + error.message(), m_name};
 }
 
-Result<AtomicFile> AtomicFile::create(const std::string& path) {
+Fault AtomicFile::exists() const {
+    return {"the file exists", m_name};
+}
+
+bool AtomicFile::openTemporary(const fs::path& folder, bool) {
+    const std::string name = utf8FromPath(m_target.filename());
+    for (int count = 0; count < 10000; ++count) {
+        m_temporary = folder / pathFromUtf8(temporaryName(name, count));
+        m_slot = noteTemporaryFile(m_temporary);
+        // Who asks for the path may write to it: workbooks are written so. A signal removes it.
+        const HANDLE handle = ::CreateFileW(m_temporary.c_str(), GENERIC_WRITE,
+                                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                            nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle != INVALID_HANDLE_VALUE) {
+            m_descriptor =
+                _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_WRONLY | _O_BINARY);
+            return m_descriptor >= 0;
+        }
+        const DWORD error = ::GetLastError();
+        forgetTemporaryFile(std::exchange(m_slot, NoSlot));
+        m_temporary.clear();
+        ::SetLastError(error);
+        if (error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS) return false;
+    }
+    return false;
+}
+
+Result<AtomicFile> AtomicFile::create(const std::string& path, Existing existing) {
     AtomicFile file;
     file.m_name = path;
+    file.m_existing = existing;
     if (path.empty()) return Fault{"no file name is given", ""};
+    if (path.find('\0') != std::string::npos)
+        return Fault{"the file name holds a NUL character", path.substr(0, path.find('\0'))};
     std::error_code error;
     file.m_target = pathFromUtf8(path);
+    const bool isNamed =
+        fs::symlink_status(file.m_target, error).type() != fs::file_type::not_found;
     if (const fs::path real = fs::canonical(file.m_target, error); !error) file.m_target = real;
     if (fs::is_directory(file.m_target, error))
         return Fault{"cannot be written: it is a directory", path};
+    if (isNamed && existing == Existing::Refuse) return file.exists();
     const DWORD attributes = ::GetFileAttributesW(file.m_target.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
         return Fault{"cannot be written: it is write-protected", path};
-
-    // The process number keeps two programs apart, the count two saves of this one.
-    for (int count = 0; count < 100 && file.m_descriptor < 0; ++count) {
-        fs::path temporary = file.m_target;
-        temporary +=
-            "." + std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(count) + ".tmp";
-        if (_wsopen_s(&file.m_descriptor, temporary.c_str(),
-                      // Who asks for the path may write to it: workbooks are written so.
-                      _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _SH_DENYNO,
-                      _S_IREAD | _S_IWRITE) == 0)
-            file.m_temporary = temporary;
-    }
-    if (file.m_descriptor < 0) return file.fault("no temporary file beside it: ");
+    const fs::path folder = file.m_target.has_parent_path() ? file.m_target.parent_path() : ".";
+    if (!file.openTemporary(folder, false)) return file.fault("no temporary file beside it: ");
     return file;
 }
 
 AtomicFile::AtomicFile(AtomicFile&& other) noexcept
     : m_name(std::move(other.m_name)), m_target(std::move(other.m_target)),
-      m_temporary(std::exchange(other.m_temporary, {})),
-      m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+      m_temporary(std::exchange(other.m_temporary, {})), m_remarks(std::move(other.m_remarks)),
+      m_slot(std::exchange(other.m_slot, NoSlot)),
+      m_descriptor(std::exchange(other.m_descriptor, -1)), m_existing(other.m_existing),
+      m_inPlace(other.m_inPlace) {}
 
 AtomicFile::~AtomicFile() {
     if (m_descriptor >= 0) _close(m_descriptor);
+    removeTemporary();
+}
+
+void AtomicFile::removeTemporary() {
     if (!m_temporary.empty()) ::DeleteFileW(m_temporary.c_str());
+    m_temporary.clear();
+    forgetTemporaryFile(std::exchange(m_slot, NoSlot));
 }
 
 Status AtomicFile::write(std::string_view bytes) {
@@ -82,13 +114,21 @@ Status AtomicFile::flush(const fs::path&) {
 
 Status AtomicFile::commit() {
     if (const Status closed = close(); !closed) return closed.fault();
-    // ReplaceFileW keeps the attributes and rights of the old file; it needs one to replace.
-    const bool replaced = ::ReplaceFileW(m_target.c_str(), m_temporary.c_str(), nullptr,
-                                         REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) ||
-                          ::MoveFileExW(m_temporary.c_str(), m_target.c_str(),
-                                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
-    if (!replaced) return fault("");
+    bool done = false;
+    if (m_existing == Existing::Refuse) {
+        done = ::MoveFileExW(m_temporary.c_str(), m_target.c_str(), MOVEFILE_WRITE_THROUGH);
+        const DWORD error = ::GetLastError();
+        if (!done && (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS)) return exists();
+    } else {
+        // ReplaceFileW keeps the attributes and rights of the old file; it needs one to replace.
+        done = ::ReplaceFileW(m_target.c_str(), m_temporary.c_str(), nullptr,
+                              REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) ||
+               ::MoveFileExW(m_temporary.c_str(), m_target.c_str(),
+                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    }
+    if (!done) return fault("");
     m_temporary.clear();
+    forgetTemporaryFile(std::exchange(m_slot, NoSlot));
     return success();
 }
 

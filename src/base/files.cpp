@@ -1,37 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 
+#include "base/InputFile.h"
+#include "base/temporaryFiles.h"
+
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <memory>
-#include <system_error>
 
 namespace telvo {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
-
-OpenFile openForReading(const fs::path& path) {
-#ifdef _WIN32
-    return OpenFile(_wfopen(path.c_str(), L"rb"));
-#else
-    return OpenFile(std::fopen(path.c_str(), "rb"));
-#endif
-}
-
-Fault readFault(const std::string& path, int error) {
-    if (error == ENOENT || error == ENOTDIR) return {"Requested File not found: " + path, ""};
-    return {"cannot be read: " + std::generic_category().message(error), path};
-}
-
-} // namespace
 
 fs::path pathFromUtf8(std::string_view utf8) {
     return fs::path(std::u8string(utf8.begin(), utf8.end()));
@@ -42,38 +19,38 @@ std::string utf8FromPath(const fs::path& path) {
     return {text.begin(), text.end()};
 }
 
-Result<std::string> readFile(const std::string& path) {
+Result<std::string> readFile(const std::string& path, std::size_t most) {
     if (path.find('\0') != std::string::npos)
         return Fault{"the file name holds a NUL character", path.substr(0, path.find('\0'))};
-    const fs::path file = pathFromUtf8(path);
-    std::error_code error;
-    if (fs::is_directory(file, error)) return Fault{"cannot be read: it is a directory", path};
-
-    errno = 0;
-    const OpenFile input = openForReading(file);
-    if (!input) return readFault(path, errno);
+    auto input = InputFile::open(path);
+    if (!input) return input.fault();
+    const Fault tooLarge = {"is larger than " + std::to_string(most >> 20) + " MB", path};
+    if (input->size() > most) return tooLarge;
     std::string bytes;
     // Reading in growing steps keeps the memory within the size of what is really there.
-    std::size_t step = std::size_t{16} << 10;
+    std::size_t step = std::clamp<std::size_t>(static_cast<std::size_t>(input->size()) + 1,
+                                               std::size_t{16} << 10, std::size_t{1} << 20);
     for (;;) {
         const std::size_t had = bytes.size();
         bytes.resize(had + step);
-        const std::size_t got = std::fread(bytes.data() + had, 1, step, input.get());
-        bytes.resize(had + got);
-        if (bytes.size() > MaxFileBytes)
-            return Fault{"is larger than " + std::to_string(MaxFileBytes >> 20) + " MB", path};
-        if (got < step) break;
-        step = std::min(bytes.size(), MaxFileBytes + 1 - bytes.size());
+        const auto got = input->read(bytes.data() + had, step);
+        if (!got) return got.fault();
+        bytes.resize(had + *got);
+        if (bytes.size() > most) return tooLarge;
+        if (*got == 0) return bytes;
+        step = std::min(std::max(bytes.size(), std::size_t{16} << 10), most + 1 - bytes.size());
     }
-    if (std::ferror(input.get())) return readFault(path, errno);
-    return bytes;
 }
 
-Status writeFile(const std::string& path, std::string_view bytes) {
-    auto file = AtomicFile::create(path);
+Status writeFile(const std::string& path, std::string_view bytes, Existing existing,
+                 std::vector<std::string>* remarks) {
+    removeLeftTemporaryFiles(pathFromUtf8(path).parent_path());
+    auto file = AtomicFile::create(path, existing);
     if (!file) return file.fault();
     if (Status written = file->write(bytes); !written) return written;
-    return file->commit();
+    if (Status done = file->commit(); !done) return done;
+    if (remarks) *remarks = file->remarks();
+    return success();
 }
 
 } // namespace telvo

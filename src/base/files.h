@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/AtomicFile.h"
 #include "base/Result.h"
 
+#include <cstddef>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvo {
 
@@ -17,48 +19,18 @@ std::string utf8FromPath(const std::filesystem::path& path);
 /// Largest file that is read into memory.
 inline constexpr std::size_t MaxFileBytes = std::size_t{256} << 20;
 
+/// A larger file is none of settings; every line of it would take room and time.
+inline constexpr std::size_t MaxSettingsBytes = std::size_t{1} << 20;
+
 /// Whole content of a file.
-/// Faults: a missing file ("Requested File not found: " and the path), a directory, a file without
-/// permission, one larger than MaxFileBytes. `where` is the path.
-Result<std::string> readFile(const std::string& path);
+/// Faults: a missing file ("Requested File not found: " and the path), a directory, a pipe or
+/// device, a file without permission, one larger than `most` bytes. `where` is the path.
+Result<std::string> readFile(const std::string& path, std::size_t most = MaxFileBytes);
 
-/// A file that replaces its target in one step. It is written beside the target under a temporary
-/// name and takes the target's place in commit(), after its bytes have reached the disk; until
-/// then, and when anything fails, the old file stays whole. Links are followed, the permissions of
-/// an existing target are kept. What is not committed is removed on destruction. A target that is
-/// no regular file (a terminal, a pipe) is written as it is.
-class AtomicFile {
-  public:
-    static Result<AtomicFile> create(const std::string& path);
-
-    AtomicFile(AtomicFile&& other) noexcept;
-    AtomicFile& operator=(AtomicFile&&) = delete;
-    ~AtomicFile();
-
-    Status write(std::string_view bytes);
-    Status commit();
-
-    /// Ends the writing without waiting for the disk. For thousands of files: close each, then
-    /// flush their folder once, then commit() each, which only puts it in place.
-    Status close();
-    /// Waits until the disk has what was written to the file system of a folder.
-    static Status flush(const std::filesystem::path& folder);
-
-    /// Where the bytes are until commit(); empty when the target is written directly.
-    const std::filesystem::path& temporaryPath() const { return m_temporary; }
-
-  private:
-    AtomicFile() = default;
-    Fault fault(std::string_view step) const;
-    bool isClosed() const { return m_descriptor < 0; }
-
-    std::string m_name; ///< as the caller named it, for messages
-    std::filesystem::path m_target;
-    std::filesystem::path m_temporary;
-    int m_descriptor = -1;
-};
-
-/// Writes `bytes` to the file in one atomic step.
-Status writeFile(const std::string& path, std::string_view bytes);
+/// Writes `bytes` to the file in one atomic step, and removes what ended programs left in its
+/// folder. Given: remarks  takes what AtomicFile could not keep of an old file; may be null
+Status writeFile(const std::string& path, std::string_view bytes,
+                 Existing existing = Existing::Replace,
+                 std::vector<std::string>* remarks = nullptr);
 
 } // namespace telvo

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/escapes.h"
 #include "base/text.h"
 
 #include <gtest/gtest.h>
@@ -32,4 +33,17 @@ TEST(Text, ExcerptShowsForeignTextSafely) {
     EXPECT_EQ(excerpt("abcdef", 5), "abcde...");
     EXPECT_EQ(excerpt("abcd\xC3\xB6\xC3\xB6", 5), "abcd\xC3\xB6...");
     EXPECT_EQ(excerpt(std::string("a\t\0\x7F\xFF", 5), 5), "a????");
+}
+
+TEST(ForTerminal, WritesOutWhatWouldSteerATerminalOrForgeALine) {
+    EXPECT_EQ(forTerminal("a.TLV: OK\nb\r\t\x1B[2J\x7F"), "a.TLV: OK\\nb\\x0D\\t\\x1B[2J\\x7F");
+    EXPECT_EQ(forTerminal("\xC2\x9B"
+                          "1m"),
+              "\\x9B1m")
+        << "the same command in one character";
+    EXPECT_EQ(forTerminal("a\xE2\x80\xAEVLT"), "a\\u202EVLT");
+    EXPECT_EQ(forTerminal("Fl\xF6z"), "Fl\\xF6z") << "no UTF-8";
+    EXPECT_EQ(forTerminal("Fl\xC3\xB6z \xE2\x82\xAC \xF0\x9F\x9A\x9C \\"),
+              "Fl\xC3\xB6z \xE2\x82\xAC \xF0\x9F\x9A\x9C \\");
+    EXPECT_EQ(withEscapedBytes("Fl\xF6z\n\xC3\xB6"), "Fl\\xF6z\n\xC3\xB6");
 }

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ui/WindowPlaces.h"
 
+#include "base/files.h"
 #include "base/ui/qtText.h"
 
+#include <filesystem>
 #include <QSplitter>
 #include <QWidget>
+#include <system_error>
 
 namespace telvo::ui {
 
@@ -17,7 +20,13 @@ QString key(const QWidget& widget, const char* what) {
 } // namespace
 
 WindowPlaces::WindowPlaces(const std::string& path) {
-    if (!path.empty()) m_file.emplace(toQt(path), QSettings::IniFormat);
+    // A pipe would be waited for, and a huge file taken apart line by line.
+    std::error_code error;
+    const auto file = pathFromUtf8(path);
+    const bool exists = std::filesystem::exists(file, error);
+    const bool usable = !exists || (std::filesystem::is_regular_file(file, error) &&
+                                    std::filesystem::file_size(file, error) < MaxSettingsBytes);
+    if (!path.empty() && usable) m_file.emplace(toQt(path), QSettings::IniFormat);
 }
 
 void WindowPlaces::save(const QWidget& window) {
