@@ -200,6 +200,8 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
     m_saved = m_named = true;
     m_onDisk = std::move(*bytes);
     tellOlderLevel();
+    for (const std::string& remark : reading.remarks)
+        m_messages.tell(path + ": " + remark);
     m_messages.status("File opened: " + displayName());
     if (updateRecentFiles(m_settings.values(), {displayName(), ProjectFileMode, path}))
         (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);
@@ -261,7 +263,10 @@ bool ProjectSession::FileMenuSave(bool saveAs) {
 
 bool ProjectSession::saveTo(const std::string& path) {
     m_messages.status("Saving: " + path);
-    if (const Status saved = project::saveCaseFile(m_open.Project, path); !saved) {
+    std::vector<std::string> remarks;
+    if (const Status saved =
+            project::saveCaseFile(m_open.Project, path, Existing::Replace, &remarks);
+        !saved) {
         m_messages.status("File not saved");
         const bool again =
             m_messages.ask("The file was not saved. " + savingTrouble(path, saved.fault()) +
@@ -275,6 +280,8 @@ bool ProjectSession::saveTo(const std::string& path) {
     auto bytes = readFile(path);
     m_onDisk = bytes ? std::optional(std::move(*bytes)) : std::nullopt;
     m_messages.history("File saved: " + path);
+    for (const std::string& remark : remarks)
+        m_messages.history(path + ": " + remark);
     m_messages.status("File saved: " + displayName());
     if (updateRecentFiles(m_settings.values(), {displayName(), ProjectFileMode, path}))
         (void)m_settings.SaveSettings(SettingsSaveMode::FileMenu);

@@ -184,7 +184,7 @@ void setSlots(Settings& settings, const RecentFiles& files) {
 Result<IniFile> contentOf(const std::string& path) {
     std::error_code error;
     if (!std::filesystem::exists(pathFromUtf8(path), error)) return IniFile();
-    const auto bytes = readFile(path);
+    const auto bytes = readFile(path, MaxSettingsBytes);
     if (!bytes) return bytes.fault();
     return IniFile(*bytes);
 }

@@ -122,23 +122,25 @@ AssociationFiles associationFiles(const std::string& dataHome) {
 }
 
 std::string mimePackage(std::string_view extension) {
-    // Most desktops match without case; the small letters are for those that do not.
-    const std::string capital = xmlEscaped(extension);
-    const std::string small = xmlEscaped(inSmallLetters(extension));
-    std::string text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                       "<mime-info xmlns=\"http://www.freedesktop.org/standards/"
-                       "shared-mime-info\">\n"
-                       "  <mime-type type=\"" +
-                       std::string(CaseMimeType) +
-                       "\">\n"
-                       "    <comment>TELVO case</comment>\n"
-                       "    <sub-class-of type=\"text/plain\"/>\n"
-                       "    <icon name=\"application-x-telvo-case\"/>\n"
-                       "    <glob pattern=\"*." +
-                       capital + "\"/>\n";
-    if (small != capital) text += "    <glob pattern=\"*." + small + "\"/>\n";
-    return text + "  </mime-type>\n"
-                  "</mime-info>\n";
+    // Patterns in small letters match names in any.
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<mime-info xmlns=\"http://www.freedesktop.org/standards/"
+           "shared-mime-info\">\n"
+           "  <mime-type type=\"" +
+           std::string(CaseMimeType) +
+           "\">\n"
+           "    <comment>TELVO case</comment>\n"
+           "    <sub-class-of type=\"text/plain\"/>\n"
+           "    <icon name=\"application-x-telvo-case\"/>\n"
+           "    <magic priority=\"60\">\n" // 3: behind a byte order mark
+           "      <match type=\"string\" offset=\"0:3\" value=\"TELVO_60\"/>\n"
+           "      <match type=\"string\" offset=\"0:3\" value=\"TELVO_50\"/>\n"
+           "    </magic>\n"
+           "    <glob pattern=\"*." +
+           xmlEscaped(inSmallLetters(extension)) +
+           "\"/>\n"
+           "  </mime-type>\n"
+           "</mime-info>\n";
 }
 
 std::string desktopEntry(std::string_view program) {
@@ -155,6 +157,7 @@ std::string desktopEntry(std::string_view program) {
            "Terminal=false\n"
            "StartupNotify=true\n"
            "Categories=Science;Engineering;Geology;\n"
+           "Keywords=coal;mining;pillar;barrier;retreat;stability;\n"
            "MimeType=" +
            std::string(CaseMimeType) + ";\n";
 }

@@ -173,6 +173,8 @@ class ItemReader {
         return m_utf8 ? std::string(line) : utf8FromWindows1252(line);
     }
 
+    std::string_view rest() const { return m_rest; }
+
     void fail(std::string_view item, const std::string& what) {
         m_fault = Fault{std::string(item) + ": " + what,
                         std::string(m_name) + ", line " + std::to_string(m_line)};
@@ -339,8 +341,8 @@ bool hasCaseTag(std::string_view bytes) {
 }
 
 std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
-                                   ProjectCase& into, int firstLine,
-                                   std::vector<std::string>* kept) {
+                                   ProjectCase& into, int firstLine, std::vector<std::string>* kept,
+                                   std::optional<std::string_view>* rest) {
     ItemReader reader(bytes, name, firstLine);
     const auto settle = [&](std::string_view item, bool inLevel = true) {
         if (kept && !(inLevel && reader.good())) kept->emplace_back(item);
@@ -370,8 +372,29 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
     }
     visitItemsAfterDistances(into.Input, number);
     into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
+    const bool isCut = reader.rest().empty() && !bytes.ends_with(lineEndOf(bytes));
+    if (rest && !isCut) *rest = reader.rest();
     return reader.fault();
 }
+
+namespace {
+
+/// What there is to say of the end of a file whose case was read.
+std::vector<std::string> endRemarks(std::optional<std::string_view> rest, char lineEnd) {
+    std::vector<std::string> remarks;
+    if (!rest)
+        remarks.emplace_back("the last line has no line end; the file may have been cut inside its "
+                             "last number");
+    for (std::string_view text = rest.value_or(""); !text.empty();
+         text = afterLine(text, lineEnd)) {
+        if (levelOfTag(text) == 0) continue;
+        remarks.emplace_back("a second case follows in the file, which is not read");
+        break;
+    }
+    return remarks;
+}
+
+} // namespace
 
 CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectCase& into) {
     CaseReading reading;
@@ -385,8 +408,10 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
     }
     reading.accepted = true;
     into.FileVersion = static_cast<std::int16_t>(level);
-    reading.fault =
-        readCaseItems(afterLine(bytes, lineEndOf(bytes)), level, name, into, 2, &reading.kept);
+    const auto items = afterLine(bytes, lineEndOf(bytes));
+    std::optional<std::string_view> rest;
+    reading.fault = readCaseItems(items, level, name, into, 2, &reading.kept, &rest);
+    if (!reading.fault) reading.remarks = endRemarks(rest, lineEndOf(bytes));
     return reading;
 }
 
@@ -399,16 +424,16 @@ CaseReading readCaseSection(std::string_view bytes, std::string_view name, Proje
         bytes = afterLine(bytes, lineEnd);
         if (level == 0) continue;
         into.FileVersion = static_cast<std::int16_t>(level);
-        CaseReading reading{true, {}, {}};
+        CaseReading reading{true, {}, {}, {}};
         reading.fault = readCaseItems(bytes, level, name, into, line + 1, &reading.kept);
         return reading;
     }
-    return {false, Fault{"Invalid file format", std::string(name)}, {}};
+    return {false, Fault{"Invalid file format", std::string(name)}, {}, {}};
 }
 
 CaseReading readCaseFile(const std::string& path, ProjectCase& into) {
     const auto bytes = readFile(path);
-    if (!bytes) return {false, bytes.fault(), {}};
+    if (!bytes) return {false, bytes.fault(), {}, {}};
     CaseReading reading = readCaseText(*bytes, path, into);
     if (!reading.fault) into.FileName = path;
     return reading;
@@ -479,11 +504,12 @@ Result<std::string> writeCaseText(ProjectCase& from) {
     return systemBytes(std::move(out));
 }
 
-Status saveCaseFile(ProjectCase& from, const std::string& path) {
+Status saveCaseFile(ProjectCase& from, const std::string& path, Existing existing,
+                    std::vector<std::string>* remarks) {
     ProjectCase saved = from;
     const auto text = writeCaseText(saved);
     if (!text) return text.fault();
-    if (Status written = writeFile(path, *text); !written) return written;
+    if (Status written = writeFile(path, *text, existing, remarks); !written) return written;
     saved.FileName = path;
     from = std::move(saved);
     return success();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/AtomicFile.h"
 #include "base/Result.h"
 #include "project/ProjectInput.h"
 
@@ -31,6 +32,9 @@ struct CaseReading {
     /// Items that the file did not give, by name in file order: those of later levels and those
     /// behind a fault. The record holds what it held before the reading.
     std::vector<std::string> kept;
+    /// What was read without fault but may not be what was meant: a last line that may have been
+    /// cut, a second case in the file.
+    std::vector<std::string> remarks;
 };
 
 /// Reads the text of a case file of any level into a record.
@@ -43,9 +47,11 @@ CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectC
 /// The items after the tag line, by the rules of a level. Below level 50 the description is exactly
 /// five lines without markers; no tag leads there today.
 /// Given: kept  takes the names of the items that the text did not give
+///        rest  takes what follows the last item; nothing, not even a line end, where that was cut
 std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::string_view name,
                                    ProjectCase& into, int firstLine = 2,
-                                   std::vector<std::string>* kept = nullptr);
+                                   std::vector<std::string>* kept = nullptr,
+                                   std::optional<std::string_view>* rest = nullptr);
 
 /// Reads the case in a file of the sibling program KORV: it begins on the first line that is one of
 /// the tags and follows the rules of a case file. What stands before and behind it is passed over.
@@ -66,7 +72,10 @@ Result<std::string> writeCaseText(ProjectCase& from);
 
 /// Saves a case in one atomic step under `path`, which becomes its file name.
 /// After a fault both the record and an older file of that name are as they were.
-Status saveCaseFile(ProjectCase& from, const std::string& path);
+/// Given: remarks  takes what of an older file could not be kept beside its content; may be null
+Status saveCaseFile(ProjectCase& from, const std::string& path,
+                    Existing existing = Existing::Replace,
+                    std::vector<std::string>* remarks = nullptr);
 
 /// Whether a text begins like a case file.
 bool hasCaseTag(std::string_view bytes);

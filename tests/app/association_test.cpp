@@ -36,9 +36,7 @@ TEST(Association, InstalledFilesAreThoseOfTheCommand) {
     const std::string packaging = std::string(TELVO_EXAMPLES_DIR) + "/../packaging/";
     EXPECT_EQ(*readFile(packaging + "telvo.desktop"), desktopEntry("telvo"));
     EXPECT_EQ(*readFile(packaging + "telvo-mime.xml"), mimePackage("TLV"));
-    EXPECT_NE(mimePackage("A&<").find("\"*.A&amp;&lt;\""), std::string::npos);
-    const std::string digits = mimePackage("12");
-    EXPECT_EQ(digits.find("<glob"), digits.rfind("<glob")); // no second pattern
+    EXPECT_NE(mimePackage("A&<").find("\"*.a&amp;&lt;\""), std::string::npos);
 }
 
 #ifndef _WIN32

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/folders.h"
 
+#include "app/leftFiles.h"
 #include "app/reminders.h"
 #include "base/TemporaryFolder.h"
 #include "RecordedMessages.h"
@@ -8,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <vector>
 
 namespace telvo::app {
 namespace {
@@ -84,6 +87,34 @@ TEST(Examples, AreCopiedWhereMissingAndNeverOverAChangedOne) {
     EXPECT_TRUE(messages.lines.empty());
     EXPECT_FALSE(copyTextFile(folder.root + "no", folder.root + "x", messages));
     EXPECT_EQ(messages.lines.back(), "Message: Requested File not found: " + folder.root + "no");
+}
+
+TEST(LeftFiles, GoAtTheNextStartWithoutHarmToOthers) {
+    const test::TemporaryFolder folder;
+    const Folders folders = resolveFolders({folder.root, folder.root, {}});
+    const auto put = [&](const std::string& name) {
+        folder.put("MyBODRA/" + name, "");
+        fs::last_write_time(folders.DataFolder + name,
+                            fs::file_time_type::clock::now() - std::chrono::hours(25));
+    };
+    const std::vector<std::string> left = {".TELVO.INI.999999999-0.tmp",
+                                           "Temp/.~recovery-1-2.tmp.999999999-0-1.tmp",
+                                           "TELVO-windows.ini.aB3xYz"};
+    const std::vector<std::string> kept = {"TELVO-windows.ini",
+                                           "TELVO-windows.ini.lock",
+                                           "TELVO-windows.ini.backup",
+                                           "TELVO-windows.ini.Backup",
+                                           "a.tmp",
+                                           "Temp/~recovery-1-2.tmp"};
+    for (const auto* names : {&left, &kept})
+        std::for_each(names->begin(), names->end(), put);
+    folder.put("MyBODRA/TELVO-windows.ini.QmvU41", ""); // another program is about to write it
+    removeLeftFiles(folders, "TELVO-windows.ini");
+    for (const std::string& name : left)
+        EXPECT_FALSE(fs::exists(folders.DataFolder + name)) << name;
+    for (const std::string& name : kept)
+        EXPECT_TRUE(fs::exists(folders.DataFolder + name)) << name;
+    EXPECT_TRUE(fs::exists(folders.DataFolder + "TELVO-windows.ini.QmvU41"));
 }
 
 TEST(UpdateReminder, IsDueAfter360Days) {

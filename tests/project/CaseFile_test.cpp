@@ -165,6 +165,29 @@ TEST(CaseFile, TagAndEncodingAreRecognised) {
     }
 }
 
+TEST(CaseFile, ALastNumberThatMayBeCutAndASecondCaseAreRemarked) {
+    const auto remarks = [](const std::string& bytes) {
+        ProjectCase read = before();
+        const auto reading = readCaseText(bytes, "a.TLV", read);
+        EXPECT_FALSE(reading.fault) << bytes;
+        return reading.remarks;
+    };
+    const std::string whole = text();
+    EXPECT_TRUE(remarks(whole).empty());
+    EXPECT_TRUE(remarks(whole + "\r\nnotes of a colleague").empty());
+    EXPECT_TRUE(remarks(whole.substr(0, whole.size() - 2) + "\n").empty());
+    for (const std::size_t cut : {2, 3}) { // the line end; a digit, too
+        const auto told = remarks(whole.substr(0, whole.size() - cut));
+        ASSERT_EQ(told.size(), 1U) << cut;
+        EXPECT_NE(told[0].find("may have been cut"), std::string::npos);
+    }
+    for (const char* between : {"", "\r\n", "from the archive\n"}) {
+        const auto told = remarks(whole + between + whole);
+        ASSERT_EQ(told.size(), 1U) << between;
+        EXPECT_NE(told[0].find("second case"), std::string::npos);
+    }
+}
+
 TEST(CaseFile, SectionIsFoundInTheFileOfTheSiblingProgram) {
     // The first line that is a tag alone begins the case; damage is told by the line of the file.
     const std::string before = "KORV_100\nTELVO_602,not alone\n TELVO_60\nx\xFFy\n\n";

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/Program.h"
 
+#include "app/leftFiles.h"
 #include "app/reminders.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
 #include "app/ui/dialogs/frmUpdate.h"
@@ -127,6 +128,7 @@ Program::~Program() = default;
 void Program::start() {
     for (const std::string& fallback : m_folders.fallbacks)
         m_messages.history(fallback);
+    removeLeftFiles(m_folders, WindowsFile);
     m_decimalSymbol.force();
     m_settings.checkVersion();
     m_settings.LoadSettings();

@@ -4,6 +4,7 @@
 #include "app/ui/DesktopFileDialogs.h"
 #include "app/ui/dialogs/programIcon.h"
 #include "app/ui/Program.h"
+#include "base/temporaryFiles.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "report/ui/PrintDialogs.h"
@@ -47,6 +48,7 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext&, const QString&
 int runDesktop(int argc, char** argv) {
     using namespace telvo;
     const QtMessageHandler usual = qInstallMessageHandler(endWithoutDisplay);
+    removeTemporaryFilesOnSignals();
     QApplication application(argc, argv); // takes the options that are Qt's own
     qInstallMessageHandler(usual);
     QApplication::setApplicationName("telvo");
