@@ -97,6 +97,20 @@ std::string roff(std::string text) {
     return text.starts_with('.') || text.starts_with('\'') ? "\\&" + text : text;
 }
 
+/// What an option may be and what it is when it is not given, as a sentence of its own.
+std::string limitsOf(const CLI::Option& option) {
+    const std::string type = option.get_type_name(); // "INT in [1 - 17]"
+    std::string text;
+    const auto range = type.find(" in [");
+    if (takesValue(option) && valuesOf(option).empty() && range != std::string::npos) {
+        text = type.substr(range + 5, type.find(']', range) - range - 5);
+        text = replaced(std::move(text), " - ", " to ");
+    }
+    if (const std::string value = option.get_default_str(); !value.empty())
+        text += (text.empty() ? "default " : ", default ") + value;
+    return text.empty() ? text : " (" + text + ")";
+}
+
 /// What follows the name of an option: its values, or what it takes in slanted type.
 std::string argumentOf(const CLI::Option& option) {
     if (!takesValue(option)) return {};
@@ -124,9 +138,9 @@ void printMan(const CLI::App& app) {
             const bool positional = !option->nonpositional();
             const std::string name = positional ? option->get_name(true) : joined(dashed(*option), ", ");
             if (name == "-h, --help") continue;
-std::printf(".TP\n\\fB%s\\fR%s\n%s.\n", roff(name).c_str(),
+            std::printf(".TP\n\\fB%s\\fR%s\n%s.\n", roff(name).c_str(),
                         positional ? "" : argumentOf(*option).c_str(),
-                        roff(option->get_description()).c_str());
+                        roff(option->get_description() + limitsOf(*option)).c_str());
         }
         if (const std::string footer = command->get_footer(); !footer.empty())
             std::printf(".PP\n.nf\n%s\n.fi\n", roff(footer).c_str());
