@@ -45,10 +45,11 @@ class CommandLine {
     ResultsRequest m_results;
     ExplainRequest m_explained;
     PlotRequest m_plot;
-    std::vector<std::string> m_checked;
+    Inputs m_checked;
     NewRequest m_made;
     SaveRequest m_converted, m_saved;
     TableRequest m_table;
+    ImportRequest m_import;
     std::vector<Action> m_actions;
 };
 

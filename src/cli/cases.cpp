@@ -3,7 +3,10 @@
 
 #include "app/faultWords.h"
 
+#include "base/escapes.h"
 #include "base/files.h"
+#include "base/terminal.h"
+#include "base/text.h"
 #include "project/CaseFile.h"
 #include "table/csvTable.h"
 
@@ -25,22 +28,6 @@ namespace {
 
 constexpr std::string_view StandardStream = "-";             // as an argument
 constexpr std::string_view StandardInput = "standard input"; // as messages name it
-
-Result<std::string> readStandardInput() {
-#ifdef _WIN32
-    _setmode(_fileno(stdin), _O_BINARY);
-#endif
-    std::string bytes;
-    char block[16384];
-    while (const std::size_t got = std::fread(block, 1, sizeof block, stdin)) {
-        bytes.append(block, got);
-        if (bytes.size() > MaxFileBytes)
-            return Fault{"is larger than " + std::to_string(MaxFileBytes >> 20) + " MB",
-                         std::string(StandardInput)};
-    }
-    if (std::ferror(stdin)) return Fault{"cannot be read", std::string(StandardInput)};
-    return bytes;
-}
 
 /// An argument taken apart: a file and, where one is meant, a row of the table in it.
 struct Source {
@@ -147,6 +134,8 @@ CaseOutcome caseOf(std::string_view bytes, std::string_view name, const std::str
     project::ProjectCase current = project::newCase(project::English);
     const project::CaseReading reading = project::readCaseText(bytes, name, current);
     if (reading.fault) return troubled(argument, faultText(*reading.fault));
+    for (const std::string& remark : reading.remarks)
+        complain(std::string(name) + ": " + remark);
     current.FileName = name;
     CaseOutcome outcome;
     outcome.file = argument;
@@ -155,6 +144,22 @@ CaseOutcome caseOf(std::string_view bytes, std::string_view name, const std::str
 }
 
 } // namespace
+
+Result<std::string> readStandardInput() {
+#ifdef _WIN32
+    _setmode(_fileno(stdin), _O_BINARY);
+#endif
+    std::string bytes;
+    char block[16384];
+    while (const std::size_t got = std::fread(block, 1, sizeof block, stdin)) {
+        bytes.append(block, got);
+        if (bytes.size() > MaxFileBytes)
+            return Fault{"is larger than " + std::to_string(MaxFileBytes >> 20) + " MB",
+                         std::string(StandardInput)};
+    }
+    if (std::ferror(stdin)) return Fault{"cannot be read", std::string(StandardInput)};
+    return bytes;
+}
 
 std::string endingOf(std::string_view file) {
     std::string ending = utf8FromPath(pathFromUtf8(file).extension());
@@ -184,6 +189,10 @@ bool readsInputTwice(const std::vector<std::string>& files) {
     if (count < 2) return false;
     complain("- can be given only once");
     return true;
+}
+
+std::string fileOf(const std::string& argument) {
+    return sourceOf(argument).file;
 }
 
 void visitCases(const std::string& argument, const Workbooks& workbooks,
@@ -243,7 +252,8 @@ void runCase(CaseOutcome& outcome, const app::RunOptions& options) {
 }
 
 void complain(const std::string& message) {
-    const std::string line = "telvo-cli: " + message + "\n";
+    std::string line = "telvo-cli: " + forTerminal(message) + "\n";
+    if (isTerminal(stderr)) line.insert(0, clearedLine()); // of how far a long run is
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
@@ -256,31 +266,6 @@ void complainOf(const CaseOutcome& outcome) {
 void tellNotes(const CaseOutcome& outcome) {
     for (const std::string& note : outcome.notes)
         complain(outcome.file + ": " + note);
-}
-
-bool mayWrite(const std::string& target, bool force) {
-    std::error_code error;
-    if (force || !std::filesystem::exists(pathFromUtf8(target), error)) return true;
-    complain(target + ": the file exists; --force overwrites it");
-    return false;
-}
-
-ExitStatus writeOrComplain(const std::string& path, std::string_view bytes) {
-    const Status written = writeFile(path, bytes);
-    if (written) return AllGood;
-    complain(faultText(written.fault()));
-    return FileTrouble;
-}
-
-void print(std::string_view text) {
-    // A failure stays in the stream's error state until finishOutput() tells it.
-    std::fwrite(text.data(), 1, text.size(), stdout);
-}
-
-ExitStatus finishOutput() {
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return AllGood;
-    complain("the output could not be written");
-    return FileTrouble;
 }
 
 } // namespace telvo::cli

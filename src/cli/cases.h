@@ -58,6 +58,9 @@ bool mayBeWorkbook(std::string_view argument);
 /// Whether several arguments are standard input, which is complained of.
 bool readsInputTwice(const std::vector<std::string>& files);
 
+/// The file that an argument names, without the row of a table behind it.
+std::string fileOf(const std::string& argument);
+
 /// Calls visit for every case that an argument names: a case file, standard input for "-", every
 /// row of a table, or for "FILE#ROW" one of its rows. A file that has such a name itself comes
 /// first. What is a table shows from its content. Items that an older level lacks start from the
@@ -72,7 +75,11 @@ CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks);
 /// Runs a case that was read.
 void runCase(CaseOutcome& outcome, const app::RunOptions& options);
 
-/// Says on standard error what went wrong: "telvo-cli: " and the message.
+/// All of standard input, no larger than a file may be.
+Result<std::string> readStandardInput();
+
+/// Says on standard error what went wrong: "telvo-cli: " and the message on one line, with control
+/// characters written out.
 void complain(const std::string& message);
 
 /// Says why a case has no run.
@@ -80,16 +87,5 @@ void complainOf(const CaseOutcome& outcome);
 
 /// Says the remarks on a case.
 void tellNotes(const CaseOutcome& outcome);
-
-/// Whether a file may be written: it does not exist, or `force`. Complains where it may not.
-bool mayWrite(const std::string& target, bool force);
-
-/// Writes a file in one step and says what goes wrong.
-ExitStatus writeOrComplain(const std::string& path, std::string_view bytes);
-
-/// Writes to standard output and remembers whether that failed.
-void print(std::string_view text);
-/// Flushes standard output. Returned: FileTrouble when not everything could be written.
-ExitStatus finishOutput();
 
 } // namespace telvo::cli

@@ -1,22 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/commands.h"
 
+#include "base/escapes.h"
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/text.h"
+#include "cli/outputs.h"
 #include "cli/resultFormats.h"
 #include "project/CaseFile.h"
 #include "project/checks.h"
 #include "project/units.h"
 
 #include <algorithm>
-#include <filesystem>
+#include <string>
+#include <vector>
 
 namespace telvo::cli {
 
 namespace {
-
-/// As a file to write, "-" is standard output.
-constexpr std::string_view StandardOutput = "-";
 
 std::string withLineFeeds(std::string text) {
     std::erase(text, '\r');
@@ -34,16 +35,8 @@ std::string joinedPages(const report::ReportPages& pages, std::optional<int> pag
     return out;
 }
 
-/// A report never takes the place of a case, which a slip of the hand would destroy.
-bool isCaseFile(const std::string& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(pathFromUtf8(path), error)) return false;
-    const auto bytes = readFile(path);
-    return bytes && project::hasCaseTag(*bytes);
-}
-
 int saveAs(project::ProjectCase current, const std::string& target, bool force) {
-    if (target == StandardOutput) {
+    if (isStandardOutput(target)) {
         const auto text = project::writeCaseText(current);
         if (!text) {
             complain(faultText(text.fault()));
@@ -53,7 +46,9 @@ int saveAs(project::ProjectCase current, const std::string& target, bool force) 
         return finishOutput();
     }
     if (!mayWrite(target, force)) return FileTrouble;
-    const Status saved = project::saveCaseFile(current, target);
+    std::vector<std::string> remarks;
+    const Status saved = project::saveCaseFile(current, target, existingFor(force), &remarks);
+    tellRemarks(target, remarks);
     if (saved) return AllGood;
     complain(faultText(saved.fault()));
     return FileTrouble;
@@ -66,71 +61,76 @@ std::string versionText() {
 }
 
 int runReport(const ReportRequest& request) {
-    if (readsInputTwice(request.files)) return WrongUsage;
-    const bool toTerminal = request.target.empty() || request.target == StandardOutput;
-    if (!toTerminal && isCaseFile(request.target)) {
-        complain(request.target + ": is a case file; a report is not written over it");
-        return FileTrouble;
-    }
     ExitStatus status = AllGood;
-    std::string text;
+    const auto names = namesOf(request.inputs, status);
+    if (!names) return status;
+    const bool toFile = !request.target.empty() && !isStandardOutput(request.target);
+    if (toFile && !mayWriteReport(request.target, request.force, *names)) return FileTrouble;
+    const bool replaces = toFile && isNamed(request.target);
+    TextOutput output(request.target, existingFor(replaces));
     bool any = false;
-    const auto add = [&](CaseOutcome& outcome) {
+    visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
         runCase(outcome, {.report = request.options, .writePages = true});
         raise(status, outcome.status);
         tellNotes(outcome);
         if (!outcome.run) return complainOf(outcome);
+        std::string text;
         if (any && !request.page) text += "\r\n"; // parts this report from the one before
         text += joinedPages(outcome.run->pages, request.page);
         any = true;
-        if (toTerminal) {
-            print(withLineFeeds(std::move(text)));
-            text.clear();
-        }
-    };
-    for (const std::string& file : request.files)
-        visitCases(file, request.workbooks, add);
-    if (toTerminal)
-        raise(status, finishOutput());
-    else if (any)
-        raise(status, writeOrComplain(request.target, text));
+        output.print(toFile ? text : withLineFeeds(std::move(text)));
+    });
+    if (toFile && !any) return status;
+    if (replaces && status == FileTrouble) {
+        complain(request.target + ": stays as it was, for not every case could be read");
+        return status;
+    }
+    raise(status, output.finish());
     return status;
 }
 
 int runResults(const ResultsRequest& request) {
-    if (readsInputTwice(request.files)) return WrongUsage;
+    ExitStatus status = AllGood;
+    const auto names = namesOf(request.inputs, status);
+    if (!names) return status;
+    const bool toFile = !request.target.empty() && !isStandardOutput(request.target);
+    if (toFile && !mayWriteMade(request.target, request.force, *names)) return FileTrouble;
     const bool json = request.format == "json";
     const bool csv = request.format == "csv";
-    ExitStatus status = AllGood;
+    TextOutput output(request.target, existingFor(request.force));
     const ResultJson jsonWriter;
-    if (json) print("[\n");
-    if (csv) print(csvHeader());
+    std::size_t formulas = 0;
+    if (json) output.print("[\n");
+    if (csv && !request.noHeader) output.print(csvHeader());
     bool first = true;
-    const auto add = [&](CaseOutcome& outcome) {
+    visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
         runCase(outcome, {.report = request.options, .writePages = false});
         raise(status, outcome.status);
         tellNotes(outcome);
         if (!outcome.run) complainOf(outcome);
         if (json) {
-            print((first ? "" : ",\n") + jsonWriter.of(outcome));
+            output.print((first ? "" : ",\n") + jsonWriter.of(outcome));
         } else if (csv) {
-            print(csvRow(outcome));
+            output.print(csvRow(outcome));
+            if (looksLikeFormula(outcome)) ++formulas;
         } else if (outcome.run) {
-            print((first ? "" : "\n") + resultText(outcome));
+            output.print((first ? "" : "\n") + resultText(outcome));
         }
         first = false;
-    };
-    for (const std::string& file : request.files)
-        visitCases(file, request.workbooks, add);
-    if (json) print("\n]\n");
-    raise(status, finishOutput());
+    });
+    if (json) output.print("\n]\n");
+    if (formulas > 0)
+        complain("in " + std::to_string(formulas) + (formulas == 1 ? " row" : " rows") +
+                 " the file name or title begins like a formula, and a spreadsheet may compute it");
+    raise(status, output.finish());
     return status;
 }
 
-int runCheck(const std::vector<std::string>& files, const Workbooks& workbooks) {
-    if (readsInputTwice(files)) return WrongUsage;
+int runCheck(const Inputs& inputs, const Workbooks& workbooks) {
     ExitStatus status = AllGood;
-    const auto add = [&](const CaseOutcome& outcome) {
+    const auto names = namesOf(inputs, status);
+    if (!names) return status;
+    visitAll(*names, workbooks, [&](const CaseOutcome& outcome) {
         std::string message = outcome.message;
         raise(status, outcome.status);
         if (outcome.current) {
@@ -141,12 +141,10 @@ int runCheck(const std::vector<std::string>& files, const Workbooks& workbooks) 
                 raise(status, Refused);
             }
         }
-        const bool alone = files.size() == 1 && outcome.file == files.front();
+        const bool alone = names->size() == 1 && outcome.file == names->front();
         const std::string prefix = !alone && outcome.current ? outcome.file + ": " : std::string();
-        print(prefix + (message.empty() ? "OK" : message) + "\n");
-    };
-    for (const std::string& file : files)
-        visitCases(file, workbooks, add);
+        print(forTerminal(prefix + (message.empty() ? "OK" : message)) + "\n");
+    });
     raise(status, finishOutput());
     return status;
 }

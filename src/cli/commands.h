@@ -2,11 +2,11 @@
 #pragma once
 
 #include "cli/cases.h"
+#include "cli/inputs.h"
 #include "report/ReportWriter.h"
 
 #include <optional>
 #include <string>
-#include <vector>
 
 /// The commands of the console program, after their arguments are read. Each returns the exit
 /// status. None reads or writes the user's settings: the same call gives everybody the same answer.
@@ -15,23 +15,27 @@ namespace telvo::cli {
 std::string versionText();
 
 struct ReportRequest {
-    std::vector<std::string> files;
+    Inputs inputs;
     std::optional<int> page;
     std::string target; ///< empty: standard output
+    bool force = false;
     report::ReportOptions options;
     Workbooks workbooks;
 };
 int runReport(const ReportRequest& request);
 
 struct ResultsRequest {
-    std::vector<std::string> files;
+    Inputs inputs;
     std::string format = "text";
+    bool noHeader = false; ///< of CSV
+    std::string target;    ///< empty: standard output
+    bool force = false;
     report::ReportOptions options;
     Workbooks workbooks;
 };
 int runResults(const ResultsRequest& request);
 
-int runCheck(const std::vector<std::string>& files, const Workbooks& workbooks);
+int runCheck(const Inputs& inputs, const Workbooks& workbooks);
 
 struct NewRequest {
     std::string target;

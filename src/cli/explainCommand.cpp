@@ -2,6 +2,8 @@
 #include "cli/explainCommand.h"
 
 #include "cli/arguments.h"
+#include "cli/inputs.h"
+#include "cli/outputs.h"
 #include "explain/workingText.h"
 
 #include <CLI/CLI.hpp>
@@ -25,11 +27,13 @@ int complainOfName(const explain::Chapters& chapters, const std::string& name) {
 CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
     CLI::App* command =
         app.add_subcommand("explain", "show the working of a case: formulas, numbers, results");
-    command->add_option("CASE", request.source, "case file or TABLE#ROW; - reads standard input")
+    literal(command->add_option("CASE", request.source,
+                                "case file or TABLE#ROW; - reads standard input"))
         ->required();
-    command->add_option("QUANTITY", request.quantity,
-                        "only this quantity, named as by results, with all that it depends on;\n"
-                        "a name such as BarrierSF stands for all quantities that begin so");
+    literal(command->add_option(
+        "QUANTITY", request.quantity,
+        "only this quantity, named as by results, with all that it depends on;\n"
+        "a name such as BarrierSF stands for all quantities that begin so"));
     command->add_flag("--list", request.list, "names of the quantities and what they are");
     command->add_option("--digits", request.digits, "significant digits of the numbers")
         ->check(CLI::Range(1, explain::MostDigits))

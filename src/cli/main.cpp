@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "base/temporaryFiles.h"
 #include "cli/CommandLine.h"
 #include "cli/plotCommand.h"
 #ifdef TELVO_DRAWS
@@ -58,7 +59,11 @@ void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
     // What draws also tells in its help what can be drawn.
     const std::string_view command = argc > 1 ? argv[1] : "";
     const bool draws = command == "plot" || command == "--help" || command == "-h";
-    const bool workbooks = argc > 1 && std::any_of(argv + 1, argv + argc, mayBeWorkbook);
+    // A list of files may name workbooks, too.
+    const bool workbooks =
+        argc > 1 && std::any_of(argv + 1, argv + argc, [](std::string_view argument) {
+            return mayBeWorkbook(argument) || argument.starts_with("--files-from");
+        });
     if (!draws && !workbooks) return;
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -90,6 +95,7 @@ std::vector<std::string> argumentsInUtf8([[maybe_unused]] int argc, [[maybe_unus
 int main(int argc, char** argv) {
     try {
         callOtherProgram(argc, argv);
+        telvo::removeTemporaryFilesOnSignals();
         std::vector<std::string> arguments = argumentsInUtf8(argc, argv);
         std::vector<char*> pointers;
         for (std::string& argument : arguments)
@@ -97,7 +103,7 @@ int main(int argc, char** argv) {
         return CommandLine(workbooksOfThisBuild(), plotterOfThisBuild())
             .run(static_cast<int>(pointers.size()), pointers.data());
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "telvo-cli: %s\n", error.what());
+        complain(error.what());
         return FileTrouble;
     }
 }

@@ -2,6 +2,8 @@
 #include "cli/plotCommand.h"
 
 #include "cli/arguments.h"
+#include "cli/inputs.h"
+#include "cli/outputs.h"
 
 #include <CLI/CLI.hpp>
 
@@ -47,7 +49,9 @@ CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& req
         return command;
     }
     CLI::App* command = app.add_subcommand("plot", "draw a case into a file, without a display");
-    command->add_option("CASE", request.source, "case file; - reads standard input")->required();
+    literal(command->add_option("CASE", request.source,
+                                "case file, or TABLE#ROW; - reads standard input"))
+        ->required();
     std::vector<std::string> names;
     for (const PlotKind& kind : plotter.kinds)
         names.emplace_back(kind.name);
@@ -55,11 +59,11 @@ CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& req
         ->check(CLI::IsMember(names))
         ->option_text("KIND")
         ->required();
-    command
-        ->add_option("-o,--output", request.target,
-                     any(plotter, &PlotKind::hasNumbers)
-                         ? "file to write: .svg, .png, .pdf, or .csv for the numbers behind it"
-                         : "file to write: .svg, .png or .pdf")
+    literal(command->add_option(
+                "-o,--output", request.target,
+                any(plotter, &PlotKind::hasNumbers)
+                    ? "file to write: .svg, .png, .pdf, or .csv for the numbers behind it"
+                    : "file to write: .svg, .png or .pdf"))
         ->option_text("FILE")
         ->required();
     command->add_flag("--force", request.force, "overwrite an existing file");
@@ -122,11 +126,12 @@ int runPlot(const PlotRequest& request, const Plotter& plotter) {
         complainOf(outcome);
         return outcome.status;
     }
-    if (!mayWrite(request.target, request.force)) return FileTrouble;
+    if (!mayWriteMade(request.target, request.force, {request.source})) return FileTrouble;
+    options.existing = existingFor(request.force);
     const PlotOutcome drawn = plotter.draw(*outcome.current, index, options, request.target);
     if (drawn.status == Refused)
         complain(outcome.file + ": " + drawn.message);
-    else if (drawn.status != AllGood)
+    else if (!drawn.message.empty())
         complain(drawn.message);
     return drawn.status;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/AtomicFile.h"
 #include "cli/cases.h"
 #include "report/ReportWriter.h"
 #include "study/sfGraph.h"
@@ -23,6 +24,7 @@ struct PlotOptions {
     study::GraphRange range;
     int dpi = 0;                     ///< of a PNG
     std::vector<int> size{900, 700}; ///< width and height in pixels of 1/96 inch
+    Existing existing = Existing::Refuse;
 };
 
 /// A kind of picture and the options that it follows.

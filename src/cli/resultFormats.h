@@ -33,5 +33,7 @@ class ResultJson {
 std::string csvHeader();
 /// One row; a refused case keeps its row with the message and empty values.
 std::string csvRow(const CaseOutcome& outcome);
+/// Whether a spreadsheet may take a text of the row for a formula. It is not altered for that.
+bool looksLikeFormula(const CaseOutcome& outcome);
 
 } // namespace telvo::cli

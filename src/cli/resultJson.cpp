@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/resultFormats.h"
 
+#include "base/escapes.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "cli/resultNames.h"
@@ -138,9 +139,9 @@ ResultJson::~ResultJson() {
 
 std::string ResultJson::of(const CaseOutcome& outcome) const {
     Json out = object();
-    add(out, "file", text(asUtf8(outcome.file)));
+    add(out, "file", text(withEscapedBytes(outcome.file)));
     add(out, "valid", Json(json_object_new_boolean(outcome.run.has_value())));
-    add(out, "message", text(asUtf8(outcome.message)));
+    add(out, "message", text(withEscapedBytes(outcome.message)));
     Json notes(json_object_new_array());
     for (const std::string& note : outcome.notes)
         append(notes, text(note));

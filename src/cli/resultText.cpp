@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/resultFormats.h"
 
+#include "base/escapes.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "cli/resultNames.h"
@@ -95,7 +96,7 @@ std::size_t columnCount() {
 } // namespace
 
 std::string resultText(const CaseOutcome& outcome) {
-    std::string out = outcome.file + "\n";
+    std::string out = forTerminal(outcome.file) + "\n";
     const auto line = [&](const std::string& name, const std::string& value,
                           std::string_view unit) {
         out += "  " + name;
@@ -104,7 +105,7 @@ std::string resultText(const CaseOutcome& outcome) {
         if (!unit.empty()) out.append(" ").append(unit);
         out += '\n';
     };
-    if (!outcome.message.empty()) line("message", outcome.message, "");
+    if (!outcome.message.empty()) line("message", forTerminal(outcome.message), "");
     if (!outcome.run) return out;
 
     const project::ProjectCase& current = *outcome.current;
@@ -141,9 +142,9 @@ std::string csvHeader() {
 }
 
 std::string csvRow(const CaseOutcome& outcome) {
-    std::string row = quoted(asUtf8(outcome.file));
+    std::string row = quoted(withEscapedBytes(outcome.file));
     row += outcome.run ? ",true," : ",false,";
-    row += quoted(asUtf8(outcome.message));
+    row += quoted(withEscapedBytes(outcome.message));
     if (!outcome.run) {
         row += ",,";
         row.append(columnCount() + 2, ',');
@@ -170,6 +171,15 @@ std::string csvRow(const CaseOutcome& outcome) {
     row += ',' + flagList(outcome.run->warnings) + ',';
     row += quoted(oneLine(outcome.run->warnings.WarningSummary));
     return row + "\r\n";
+}
+
+bool looksLikeFormula(const CaseOutcome& outcome) {
+    const auto begins = [](std::string_view text) {
+        return !text.empty() &&
+               std::string_view("=+-@\t\r").find(text.front()) != std::string_view::npos;
+    };
+    return begins(outcome.file) || begins(outcome.message) ||
+           (outcome.run && begins(outcome.current->Title));
 }
 
 } // namespace telvo::cli

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "cli/cases.h"
+#include "cli/inputs.h"
+#include "cli/tableImport.h"
 
 #include <string>
-#include <vector>
 
 namespace CLI {
 class App;
@@ -14,10 +15,11 @@ class App;
 namespace telvo::cli {
 
 struct TableRequest {
-    std::vector<std::string> files; ///< what is exported, or the one table that is imported
-    std::string target;             ///< file, or folder of an import
+    Inputs inputs;
+    std::string target;
     std::string separator; ///< comma, semicolon or tab; empty: after the ending of the file
     bool force = false;
+    bool partial = false; ///< a table that lacks unreadable cases may replace an older one
     Workbooks workbooks;
 };
 
@@ -27,14 +29,13 @@ struct TableCommands {
     const CLI::App* making; ///< a template
 };
 
-/// Adds "table export", "table import" and "table template".
-TableCommands addTableCommands(CLI::App& app, TableRequest& request);
+/// Adds "table export", "table import" and "table template". The requests have to outlive the
+/// parsing.
+TableCommands addTableCommands(CLI::App& app, TableRequest& request, ImportRequest& import);
 
-/// Writes the cases into one table. Cases that cannot be read are named and left out.
+/// Writes the cases into one table. Cases that cannot be read are named and left out; a table that
+/// lacks them replaces no older one unless that is asked for.
 int runTableExport(const TableRequest& request);
-/// Writes a case file per row into a folder, which is made where it is missing. Nothing that is
-/// there is replaced.
-int runTableImport(const TableRequest& request);
 /// Writes the workbook to begin a table with.
 int runTableTemplate(const TableRequest& request);
 

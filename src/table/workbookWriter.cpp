@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/sourceDate.h"
 #include "table/CaseTable.h"
 #include "table/columns.h"
 #include "table/exactNumbers.h"
@@ -60,6 +61,11 @@ class Book {
         m_book = workbook_new_opt(path.c_str(), &options);
         if (!m_book) m_fault = Fault{"a temporary file cannot be written", path};
         if (m_book) {
+            if (const auto date = sourceDate()) {
+                lxw_doc_properties properties = {};
+                properties.created = static_cast<time_t>(*date);
+                check(workbook_set_properties(m_book, &properties), "workbook");
+            }
             m_bold = workbook_add_format(m_book);
             format_set_bold(m_bold);
         }

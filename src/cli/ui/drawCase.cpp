@@ -2,19 +2,23 @@
 #include "cli/ui/drawCase.h"
 
 #include "app/caseRun.h"
+#include "base/sourceDate.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "cli/outputs.h"
 #include "plot/distribution.h"
 #include "plot/panelPlan.h"
 #include "plot/ui/DistributionChart.h"
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/picture.h"
+#include "plot/ui/pictureFile.h"
 #include "study/sfGraph.h"
 #include "study/ui/GraphChart.h"
 
 #include <cstdlib>
 #include <QApplication>
 #include <QFileInfo>
+#include <QHash>
 #include <variant>
 
 namespace telvo::cli {
@@ -132,6 +136,8 @@ PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const Pl
     // Whatever the user's session asks for: there may be no session when a script draws.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(onQtMessage);
+    // A file that is to be made again byte for byte has its fonts in one order.
+    if (sourceDate()) QHashSeed::setDeterministicGlobalSeed();
     // The arguments of the command line are not for Qt.
     int argc = 1;
     char name[] = "telvo-cli";
@@ -143,9 +149,9 @@ PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const Pl
     Picture& picture = std::get<Picture>(drawn);
     picture.size = {static_cast<qreal>(options.size[0]), static_cast<qreal>(options.size[1])};
     picture.name = pictureName(current, Kinds[kind].kind.name);
-    const Status written = exportPicture(picture, target, options.dpi);
-    if (!written) return {FileTrouble, faultText(written.fault())};
-    return {};
+    const auto bytes = telvo::ui::pictureFile(picture, target, options.dpi);
+    if (!bytes) return {FileTrouble, faultText(bytes.fault())};
+    return {writeOrComplain(target, *bytes, options.existing), {}};
 }
 
 } // namespace

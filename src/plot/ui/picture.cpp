@@ -2,15 +2,18 @@
 #include "plot/ui/picture.h"
 
 #include "base/files.h"
+#include "base/sourceDate.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/frmResolution.h"
+#include "plot/ui/pictureFile.h"
 
 #include <algorithm>
 #include <cmath>
 #include <QApplication>
 #include <QBuffer>
 #include <QClipboard>
+#include <QDateTime>
 #include <QFileInfo>
 #include <QFontInfo>
 #include <QFontMetricsF>
@@ -95,7 +98,7 @@ Bytes pngBytes(const Picture& picture, int dpi) {
 
 /// The SVG with the fonts that were measured by their names, instead of the program's own name for
 /// them ("Sans Serif" is none elsewhere), and with what to take where they are missing.
-QByteArray withFontNames(const QByteArray& svg) {
+QString withFontNames(const QByteArray& svg) {
     const QString text = QString::fromUtf8(svg);
     static const QRegularExpression family("font-family=\"([^\"]*)\"");
     QHash<QString, QString> names;
@@ -108,7 +111,21 @@ QByteArray withFontNames(const QByteArray& svg) {
         named += text.mid(end, match.capturedStart(1) - end) + name + ", sans-serif";
         end = match.capturedEnd(1);
     }
-    return (named + text.mid(end)).toUtf8();
+    return named + text.mid(end);
+}
+
+/// The text with a mark for every character that no XML may have: a reader would refuse the file.
+QString withoutForbidden(QString text) {
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            ++i;
+            continue;
+        }
+        const bool control = c < u' ' && c != u'\t' && c != u'\n' && c != u'\r';
+        if (control || c.isSurrogate() || c >= QChar(0xFFFE)) text[i] = QChar::ReplacementCharacter;
+    }
+    return text;
 }
 
 Bytes svgBytes(const Picture& picture, int) {
@@ -119,10 +136,30 @@ Bytes svgBytes(const Picture& picture, int) {
     generator.setSize({static_cast<int>(std::ceil(picture.size.width())),
                        static_cast<int>(std::ceil(picture.size.height()))});
     generator.setViewBox(QRectF(QPointF(), generator.size()));
-    generator.setTitle(toQt(picture.name));
+    generator.setTitle("title"); // which it would write as it is
     generator.setDescription(toQt(titles::Program));
     if (!paintOn(generator, picture)) return notDrawn();
-    return withFontNames(buffer.data()).toStdString();
+    QString svg = withFontNames(buffer.data());
+    svg.replace("<title>title</title>",
+                "<title>" + toQt(picture.name).toHtmlEscaped() + "</title>");
+    return withoutForbidden(svg).toUtf8().toStdString();
+}
+
+/// The PDF with the time that it is to have, where one is asked for; the library asks the clock.
+QByteArray withSourceDate(QByteArray pdf) {
+    const auto date = sourceDate();
+    const QByteArray begin = "/CreationDate (D:";
+    const auto at = pdf.indexOf(begin);
+    const auto end = pdf.indexOf(')', at);
+    if (!date || at < 0 || end < 0) return pdf;
+    const QByteArray time = QDateTime::fromSecsSinceEpoch(*date, Qt::UTC)
+                                .toString(QStringLiteral("yyyyMMddHHmmss"))
+                                .toLatin1();
+    // The length stays, for the table at the end of the file counts bytes.
+    const auto from = at + begin.size();
+    const auto room = end - from;
+    const QByteArray zone = room >= time.size() + 7 ? "+00'00'" : "Z";
+    return pdf.replace(from, room, (time + zone).leftJustified(room, ' ', true));
 }
 
 Bytes pdfBytes(const Picture& picture, int) {
@@ -138,7 +175,7 @@ Bytes pdfBytes(const Picture& picture, int) {
         writer.setCreator(toQt(titles::Program));
         if (!paintOn(writer, picture)) return notDrawn();
     }
-    return taken(buffer);
+    return withSourceDate(buffer.data()).toStdString();
 }
 
 Bytes csvBytes(const Picture& picture, int) {
@@ -194,15 +231,20 @@ QImage pictureImage(const Picture& picture, int dpi) {
     return image;
 }
 
-Status exportPicture(const Picture& picture, const std::string& path, int dpi) {
+Result<std::string> pictureFile(const Picture& picture, const std::string& path, int dpi) {
     const Format* format = formatOf(path);
     if (!format)
         return Fault{"A picture's file name ends in .png, .svg or .pdf" +
                          std::string(picture.csv.empty() ? "" : ", its numbers' in .csv"),
                      path};
-    const Bytes bytes = format->bytes(picture, dpi);
+    Bytes bytes = format->bytes(picture, dpi);
     if (!bytes) return Fault{bytes.fault().message, path};
-    return writeFile(path, *bytes);
+    return bytes;
+}
+
+Status exportPicture(const Picture& picture, const std::string& path, int dpi) {
+    const auto bytes = pictureFile(picture, path, dpi);
+    return bytes ? writeFile(path, *bytes) : Status(bytes.fault());
 }
 
 void copyPicture(const Picture& picture) {

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/inputs.h"
+
+#include "base/files.h"
+#include "base/terminal.h"
+#include "base/text.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+namespace telvo::cli {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr char Protection = '\x01';
+
+/// Names in a list: a line each, or ended by NUL characters as "find -print0" writes them.
+std::vector<std::string> listedNames(std::string_view bytes) {
+    std::vector<std::string> names;
+    const bool byNul = bytes.find('\0') != std::string_view::npos;
+    while (!bytes.empty()) {
+        const auto end = std::min(bytes.find(byNul ? '\0' : '\n'), bytes.size());
+        std::string_view name = bytes.substr(0, end);
+        bytes.remove_prefix(std::min(end + 1, bytes.size()));
+        if (!byNul && name.ends_with('\r')) name.remove_suffix(1);
+        if (!name.empty()) names.emplace_back(name);
+    }
+    return names;
+}
+
+bool isFolder(const std::string& name) {
+    std::error_code error;
+    return fs::is_directory(pathFromUtf8(name), error);
+}
+
+std::vector<std::string> casesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (fs::directory_iterator file(pathFromUtf8(folder), error), end; !error && file != end;
+         file.increment(error)) {
+        const std::string name = utf8FromPath(file->path());
+        std::error_code none;
+        if (endingOf(name) == ".tlv" && !file->is_directory(none)) names.push_back(name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// A line that tells on the terminal how many cases are done, after the first second. It is written
+/// over by whatever comes next.
+class Progress {
+  public:
+    explicit Progress(std::size_t of)
+        : m_of(of), m_shows(isTerminal(stderr) && !isTerminal(stdout)) {}
+    Progress(const Progress&) = delete;
+    ~Progress() {
+        if (m_told) std::fputs(clearedLine().c_str(), stderr);
+    }
+
+    void step(std::size_t file) {
+        ++m_done;
+        const auto now = std::chrono::steady_clock::now();
+        if (!m_shows || now - m_last < std::chrono::seconds(1)) return;
+        m_last = now;
+        m_told = true;
+        std::string text = std::to_string(m_done) + " cases";
+        if (m_of > 1) text += ", file " + std::to_string(file + 1) + " of " + std::to_string(m_of);
+        std::fputs((clearedLine() + text + "\r").c_str(), stderr);
+    }
+
+  private:
+    std::size_t m_of;
+    std::size_t m_done = 0;
+    bool m_shows;
+    bool m_told = false;
+    std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
+};
+
+} // namespace
+
+CLI::Option* literal(CLI::Option* option) {
+    return option->transform(
+        [](std::string text) { return text.starts_with(Protection) ? text.substr(1) : text; });
+}
+
+void protectNames(std::vector<std::string>& arguments) {
+    for (std::string& argument : arguments) {
+        const bool list = argument.starts_with('[') && argument.ends_with(']');
+        if (list || argument == "++" || argument.starts_with(Protection))
+            argument.insert(argument.begin(), Protection);
+    }
+}
+
+std::string withoutProtection(std::string message) {
+    std::erase(message, Protection);
+    return message;
+}
+
+void addInputs(CLI::App& command, Inputs& inputs) {
+    literal(command.add_option("CASE", inputs.given,
+                               "case files, case tables, FILE#ROW for one row, folders of case "
+                               "files; - reads standard input"));
+    literal(command.add_option("--files-from", inputs.listFile,
+                               "read more of them from this file, a line each or ended by NUL; - "
+                               "is standard input"))
+        ->option_text("FILE");
+}
+
+std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus& status) {
+    std::vector<std::string> named = inputs.given;
+    if (!inputs.listFile.empty()) {
+        const auto bytes = inputs.listFile == "-" ? readStandardInput() : readFile(inputs.listFile);
+        if (!bytes) {
+            complain(faultText(bytes.fault()));
+            raise(status, FileTrouble);
+            return std::nullopt;
+        }
+        const auto listed = listedNames(*bytes);
+        named.insert(named.end(), listed.begin(), listed.end());
+        if (named.empty()) {
+            complain(inputs.listFile + ": the list names no case");
+            raise(status, FileTrouble);
+            return std::nullopt;
+        }
+    }
+    if (named.empty()) {
+        complain("CASE is required: a case file, a table or a folder");
+        raise(status, WrongUsage);
+        return std::nullopt;
+    }
+    std::vector<std::string> read = named;
+    if (inputs.listFile == "-") read.push_back(inputs.listFile);
+    if (readsInputTwice(read)) {
+        raise(status, WrongUsage);
+        return std::nullopt;
+    }
+    std::vector<std::string> names;
+    for (std::string& name : named) {
+        if (!isFolder(name)) {
+            names.push_back(std::move(name));
+            continue;
+        }
+        auto cases = casesIn(name);
+        if (cases.empty()) {
+            complain(name + ": the folder has no case files (.TLV)");
+            raise(status, FileTrouble);
+        }
+        std::move(cases.begin(), cases.end(), std::back_inserter(names));
+    }
+    return names;
+}
+
+void visitAll(const std::vector<std::string>& names, const Workbooks& workbooks,
+              const std::function<void(CaseOutcome& outcome)>& visit) {
+    Progress progress(names.size());
+    for (std::size_t i = 0; i < names.size(); ++i)
+        visitCases(names[i], workbooks, [&](CaseOutcome& outcome) {
+            visit(outcome);
+            progress.step(i);
+        });
+}
+
+} // namespace telvo::cli

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "cli/cases.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+/// The cases that a command is given: files, tables, folders and lists of them.
+namespace telvo::cli {
+
+struct Inputs {
+    std::vector<std::string> given; ///< on the command line
+    std::string listFile;           ///< more of them, a line each; "-" is standard input
+};
+
+/// Adds the names of cases and the option that reads more of them from a file.
+void addInputs(CLI::App& command, Inputs& inputs);
+
+/// An option that takes the name of a file or another text as it is. The parser has a meaning of
+/// its own for some of them, such as [a,b] and ++; protectNames() keeps them from it.
+CLI::Option* literal(CLI::Option* option);
+void protectNames(std::vector<std::string>& arguments);
+/// A message of the parser with the names as they were given.
+std::string withoutProtection(std::string message);
+
+/// All names, with the case files in place of a folder. Nothing, after a complaint, when there are
+/// none, or standard input is asked for twice. A folder without cases is told and raises `status`.
+std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus& status);
+
+/// visitCases() for all names. Someone who waits at a terminal sees how far it is.
+void visitAll(const std::vector<std::string>& names, const Workbooks& workbooks,
+              const std::function<void(CaseOutcome& outcome)>& visit);
+
+} // namespace telvo::cli
