@@ -169,7 +169,7 @@ class PrintedCommands(unittest.TestCase):
         self.assert_noticed("ends with 3", "telvo-cli results all.csv")
 
     def test_a_wrong_option_file_or_exit_status_is_noticed(self):
-        self.assert_noticed("ends with 2", "telvo-cli results panel.TLV -o results.csv")
+        self.assert_noticed("ends with 2", "telvo-cli check panel.TLV -o results.csv")
         self.assert_noticed("ends with 0, not 1", "telvo-cli check panel.TLV  # exit status 1")
         self.assertEqual(1, self.run_block("telvo-cli check none.TLV  # exit status 3"))
         self.assertEqual(1, self.run_block("telvo-cli check mine.TLV", before="<!-- with mine.TLV = deep-cover.TLV -->"))
