@@ -14,6 +14,8 @@ struct ReportOptions {
     int OutputStrGradUnits = 1; // forces of English cases: 1 tons, else pounds. The key's name
                                 // speaks of stress gradients; it governs forces all the same.
     int OutputStrUnits = 0;     // stresses of English cases: 0 psi, else psf
+
+    bool operator==(const ReportOptions&) const = default;
 };
 
 inline constexpr int LastReportPage = 5;

@@ -16,6 +16,8 @@ class ProgramViewsTest : public QObject {
     void graphsAreOfferedWhereTheCaseHasThem();
     void graphsFollowTheOpenCaseUnlessPinned();
     void plotsStayThoseOfTheirRun();
+    void aRunThatNoLongerBelongsToTheCaseSaysSo();
+    void aTrialRunBelongsToTheForm();
     void filesAreBrowsedAndImported();
     void aCaseIsLoadedFromATable();
 };
@@ -120,6 +122,99 @@ void ProgramViewsTest::plotsStayThoseOfTheirRun() {
     home.answers = {Answer::No};
     QVERIFY(home.quit());
     QVERIFY(!home.window<QWidget>("frmPlots") && !home.window<QWidget>("frmExplain"));
+}
+
+namespace {
+
+/// What stands across the top of a window of a run; "" when nothing does.
+QString outdatedText(Home& home, const char* window) {
+    auto* shown = home.window<QWidget>(window);
+    auto* banner = shown ? shown->findChild<QWidget*>("banOutdated") : nullptr;
+    return banner && banner->isVisible() ? control<QLabel>(*shown, "lblOutdated").text()
+                                         : QString();
+}
+
+} // namespace
+
+void ProgramViewsTest::aRunThatNoLongerBelongsToTheCaseSaysSo() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    home.trigger("mnuCalcItem_0");
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdWorking");
+    const char* windows[] = {"frmResTxtPlt", "frmPlots", "frmExplain"};
+    for (const char* name : windows)
+        QCOMPARE(outdatedText(home, name), "");
+
+    const project::ProjectInput before = program.session().project().Input;
+    project::ProjectInput deeper = before;
+    deeper.DepthCover = 1200;
+    program.session().acceptParameters(deeper);
+    for (const char* name : windows)
+        QCOMPARE(outdatedText(home, name),
+                 "The case was changed since: Depth of Cover 900 ft, now 1200 ft.");
+    program.session().acceptParameters(before);
+    for (const char* name : windows)
+        QCOMPARE(outdatedText(home, name), "");
+
+    // Another case; then each window runs it again by itself.
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/deep-cover.TLV"));
+    for (const char* name : windows)
+        QCOMPARE(outdatedText(home, name),
+                 "This belongs to two-side-gobs.TLV, not to deep-cover.TLV, the case on screen.");
+    click(*home.window<QWidget>("frmPlots"), "cmdRunAgain");
+    QTRY_COMPARE(outdatedText(home, "frmPlots"), "");
+    QCOMPARE(home.window<QWidget>("frmPlots")->windowTitle(), "Plots: deep-cover.TLV");
+    QVERIFY(outdatedText(home, "frmExplain") != "");
+    QTest::keyClick(home.window<QWidget>("frmExplain"), Qt::Key_F5);
+    QTRY_COMPARE(outdatedText(home, "frmExplain"), "");
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdRunAgain");
+    QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"), "");
+    QCOMPARE(home.window<QWidget>("frmResTxtPlt")->windowTitle(), "Results: deep-cover.TLV");
+
+    // Under another name the run stays one of this case, and page 0 says the name.
+    home.dialogs.answers = {home.path("renamed.TLV")};
+    QVERIFY(program.session().FileMenuSave(true));
+    auto* results = home.window<QWidget>("frmResTxtPlt");
+    QCOMPARE(outdatedText(home, "frmResTxtPlt"), "");
+    QCOMPARE(results->windowTitle(), "Results: renamed.TLV");
+    click(*results, "Command5");
+    QVERIFY(control<QPlainTextEdit>(*results, "RichTextBox1")
+                .toPlainText()
+                .contains("Project File: " + home.folder.filePath("renamed.TLV")));
+    program.settings().values().RoundTELVOSF = 2;
+    inDialog("frmTELVOOpts", [](QWidget& options) { click(options, "cmdOK"); });
+    home.trigger("mnuUtilItem_1");
+    QVERIFY(outdatedText(home, "frmResTxtPlt").startsWith("The options of the output"));
+    QVERIFY(home.quit());
+}
+
+void ProgramViewsTest::aTrialRunBelongsToTheForm() {
+    Home home;
+    Program& program = home.start();
+    QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
+    home.trigger("mnuEditItem_1");
+    auto* form = home.window<QWidget>("frmTELVOParm");
+    QVERIFY(form);
+    const auto setDepth = [&](const char* depth) {
+        control<QLineEdit>(*form, "txtDepthCover").setText(depth);
+    };
+    setDepth("1000");
+    click(*form, "cmdResults");
+    QCOMPARE(outdatedText(home, "frmResTxtPlt"), "");
+    setDepth("1100");
+    QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"),
+                 "The case was changed since: Depth of Cover 1000 ft, now 1100 ft.");
+    click(*home.window<QWidget>("frmResTxtPlt"), "cmdRunAgain");
+    QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"), "");
+    // Given up: what it computed is not the case.
+    home.answers = {Answer::Yes};
+    click(*form, "cmdCancel");
+    QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"),
+                 "The case was changed since: Depth of Cover 1100 ft, now 900 ft.");
+    home.answers = {Answer::No};
+    QVERIFY(home.quit());
 }
 
 void ProgramViewsTest::filesAreBrowsedAndImported() {

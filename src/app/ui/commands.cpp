@@ -41,7 +41,6 @@ using project::ui::frmTELVODesc;
 using project::ui::frmTELVOParm;
 using project::ui::frmUnits;
 using report::ui::frmPreview;
-using report::ui::frmResTxtPlt;
 using telvo::ui::fromQt;
 using telvo::ui::toQt;
 
@@ -207,12 +206,15 @@ void Commands::editParameters() {
                                   m_program.settings().values().IssueWarningCancel == 1,
                                   std::move(actions), m_program.formServices(), &m_window);
     form->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(form, &frmTELVOParm::edited, &m_window,
-                     [this] { m_program.recovery().touch(); });
+    QObject::connect(form, &frmTELVOParm::edited, &m_window, [this] {
+        m_program.recovery().touch();
+        markOutdated();
+    });
     QObject::connect(form, &QDialog::finished, &m_window, [this] {
         m_parameters.clear();
         m_window.setBlockedBy(nullptr);
         m_program.recovery().touch();
+        markOutdated();
     });
     m_parameters = form;
     m_window.setBlockedBy(form);
@@ -244,43 +246,6 @@ void Commands::stabilityFactors() {
     if (const auto refused = showResults(session.open().workingCase()))
         m_program.messages().tell(refused->message,
                                   std::string(titles::ProjectParameters) + refused->title);
-}
-
-std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
-    DesktopMessages& messages = m_program.messages();
-    if (m_program.session().isUnsettled()) {
-        messages.status("No stability factors: a part of the case is not from its file");
-        messages.tell(
-            std::string(UnsettledMessage) + ".\nNot from the file: " +
-            project::keptItemsText(m_program.session().open().Kept, m_program.session().project()));
-        return std::nullopt;
-    }
-    RunOutcome outcome = m_program.session().run(current);
-    if (auto* refused = std::get_if<Refusal>(&outcome)) {
-        messages.status("No stability factors: an input is refused");
-        return std::move(*refused);
-    }
-    if (const auto* fault = std::get_if<Fault>(&outcome)) {
-        messages.status("No stability factors: the analysis stopped");
-        return asRefusal(*fault, current.Units);
-    }
-    auto& run = std::get<CaseRun>(outcome);
-    messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
-    messages.status("TELVO stability factors calculated");
-
-    closeResults();
-    const ShownRun shown{current, std::move(run.results), m_program.session().reportOptions()};
-    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, run.notes,
-                                  sheetHeading(), [this, shown] { viewPlots(shown); },
-                                  [this, shown] { showWorking(shown); }},
-                                 m_program.formServices(), m_program.printer(), viewParent());
-    m_results->setAttribute(Qt::WA_DeleteOnClose);
-    m_results->load();
-    m_results->raise(); // also above a form that is open
-    m_results->activateWindow();
-    for (const std::string& note : run.notes)
-        messages.tell(note, std::string(titles::Results).append(titles::Message));
-    return std::nullopt;
 }
 
 void Commands::closeResults() {

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/outdated.h"
 #include "app/ui/RecoveryKeeper.h"
+#include "base/ui/Form.h"
 #include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
 #include "report/ui/frmResTxtPlt.h"
 #include "study/ui/frmGraph.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QPageLayout>
@@ -73,6 +76,9 @@ class Commands {
     std::optional<project::ProjectCase> draft() const;
     /// The graphs that are not pinned follow the open case. To be called when it changed.
     void graphsFollow();
+    /// Marks the windows of runs that no longer belong to the case on screen, and takes the mark
+    /// from those that do again. To be called when case, form or options changed.
+    void markOutdated();
     void closeResults();
     /// Closes every window that shows the outcome of a run.
     void closeViews();
@@ -96,13 +102,29 @@ class Commands {
     void settleGraphTitle();
     std::variant<study::ui::GraphSubject, Refusal> graphOfOpenCase(study::GraphKind kind);
     /// A run as it was, whatever happens to the case afterwards.
-    struct ShownRun {
-        project::ProjectCase current;
+    struct ShownRun : ShownCase {
         engine::AnalysisResults results;
-        report::ReportOptions options;
+    };
+    /// A window that shows a run, and how it takes a new name of the same case.
+    struct RunWindow {
+        QPointer<telvo::ui::Form> window;
+        ShownCase shown;
+        std::function<void(const std::string& fileName)> rename;
     };
     void viewPlots(const ShownRun& run);
     void showWorking(const ShownRun& run);
+    /// What the user sees and edits: the values of the parameter form while it is open, else the
+    /// project.
+    ShownCase onScreen() const;
+    /// From now on the window says when its run no longer belongs to the case on screen.
+    void watch(RunWindow watched, std::function<void()> runAgain);
+    /// Tells why a case that is not settled yet has no run. Returned: whether it has none.
+    bool refuseUnsettled();
+    /// Runs the case on screen for a window that shows an outdated run; what stops it is told.
+    std::optional<ShownRun> runOnScreen();
+    void runResultsAgain();
+    /// The run that a watched window shows from now on.
+    void showsNow(const telvo::ui::Form& window, const ShownCase& shown);
     /// Shows the rows of a table that is asked for and loads one. Returned: whether one was loaded.
     bool importCase(QWidget* parent);
     /// The question about the spreadsheet software, where the user wants it.
@@ -127,6 +149,7 @@ class Commands {
     QPointer<project::ui::frmTELVODesc> m_description;
     QPointer<report::ui::frmResTxtPlt> m_results;
     std::vector<QPointer<QWidget>> m_views; ///< graphs, plots and workings
+    std::vector<RunWindow> m_runs;          ///< those that belong to a run, results included
 };
 
 } // namespace telvo::app::ui

@@ -384,6 +384,7 @@ void frmMain::showCase() {
     if (session.isUntouched())
         m_start->showLists(m_program.settings(), m_program.recovery().copies());
     m_pages->setCurrentWidget(session.isUntouched() ? static_cast<QWidget*>(m_start) : m_overview);
+    m_commands.markOutdated();
     showRecentFiles();
     showKeptCopies();
     SetGraphMenu();

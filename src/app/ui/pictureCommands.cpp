@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// The windows beside the report: graphs of the Output menu, plots and working of a run.
+// Pictures on their way out of the program, and the graphs of the Output menu.
 #include "app/ui/commands.h"
 #include "app/ui/dialogs/frmGraphOpts.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
 #include "base/titles.h"
-#include "explain/ui/frmExplain.h"
-#include "plot/ui/frmPlots.h"
 #include "plot/ui/picture.h"
 #include "report/sheets.h"
 
@@ -131,31 +129,6 @@ void Commands::stopReminding() {
     m_program.settings().values().PrintPlotReminder = 0;
     const Status saved = m_program.settings().SaveSettings(SettingsSaveMode::TELVOOptions);
     if (!saved) m_program.messages().tell(faultText(saved.fault()));
-}
-
-void Commands::viewPlots(const ShownRun& run) {
-    const SettingsStore& settings = m_program.settings();
-    telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
-    auto* window =
-        new telvo::ui::frmPlots({run.current, run.results, run.options, planOptions(settings),
-                                 settings.values().PrintPlotReminder == 1},
-                                std::move(actions), m_program.formServices(), viewParent());
-    keep(*window);
-    window->load();
-    window->raise();
-    window->activateWindow();
-    m_program.messages().history("Plots: " + m_program.session().displayName());
-}
-
-void Commands::showWorking(const ShownRun& run) {
-    auto* window =
-        new explain::ui::frmExplain({run.current, run.results, run.options},
-                                    m_program.formServices(), m_program.printer(), viewParent());
-    keep(*window);
-    window->show();
-    window->raise();
-    window->activateWindow();
-    note("Show working: " + m_program.session().displayName());
 }
 
 void Commands::graphsFollow() {

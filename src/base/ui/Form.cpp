@@ -4,6 +4,7 @@
 #include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/NumberEdit.h"
+#include "base/ui/OutdatedBanner.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
 
@@ -12,8 +13,11 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
+#include <QVBoxLayout>
+#include <utility>
 
 namespace telvo::ui {
 
@@ -111,6 +115,27 @@ QPushButton* Form::makeButton(const QString& name, const QString& caption, const
 void Form::done(int result) {
     if (m_services.places && isVisible()) m_services.places->save(*this);
     QDialog::done(result);
+}
+
+void Form::setOutdated(const QString& reason) {
+    if (!m_outdated) {
+        if (reason.isEmpty()) return;
+        m_outdated = new OutdatedBanner(this);
+        static_cast<QVBoxLayout*>(layout())->insertWidget(0, m_outdated);
+        connect(m_outdated, &OutdatedBanner::runAgain, this, &Form::runAgain);
+    }
+    m_outdated->setReason(reason);
+}
+
+void Form::setRunAgain(std::function<void()> run) {
+    const bool first = !std::exchange(m_runAgain, std::move(run));
+    if (first)
+        connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, this, &Form::runAgain);
+}
+
+void Form::runAgain() {
+    // What it calls may replace this very window, so it comes when the click is over.
+    if (m_runAgain) QTimer::singleShot(0, qApp, m_runAgain);
 }
 
 void Form::showEvent(QShowEvent* event) {

@@ -13,6 +13,7 @@
 namespace telvo::ui {
 
 class NumberEdit;
+class OutdatedBanner;
 class WindowPlaces;
 
 /// What every form is handed.
@@ -38,6 +39,12 @@ class Form : public QDialog {
          const FormServices& services, QWidget* parent = nullptr);
 
     void done(int result) override;
+
+    /// Says across the top of the window that its content no longer belongs to the case on screen,
+    /// why, and that it can be run again; "" takes that away. The form's layout is a QVBoxLayout.
+    void setOutdated(const QString& reason);
+    /// What F5 and the button of that line do.
+    void setRunAgain(std::function<void()> run);
 
   protected:
     Messages& messages() const { return m_services.messages; }
@@ -80,10 +87,13 @@ class Form : public QDialog {
   private:
     void copyPicture();
     void help();
+    void runAgain();
 
     std::string_view m_prefix;
     QString m_helpTopic;
     FormServices m_services;
+    std::function<void()> m_runAgain;
+    OutdatedBanner* m_outdated = nullptr;
     bool m_placed = false;
 };
 

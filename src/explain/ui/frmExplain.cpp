@@ -90,10 +90,31 @@ frmExplain::frmExplain(WorkingView view, const telvo::ui::FormServices& services
 
     computeWorking();
     fillList();
+    showFactor();
+    m_list->setFocus();
+}
+
+void frmExplain::showFactor() {
     const bool retreat =
         report::lastPass({m_view.current, m_view.results, m_view.options, {}}) == engine::Retreat;
     showQuantity(retreat ? "TELVOSF.retreat" : "TELVOSF.development");
-    m_list->setFocus();
+}
+
+void frmExplain::setRun(WorkingView view) {
+    m_view = std::move(view);
+    setCaseName(m_view.current.FileName);
+    computeWorking();
+    const std::string shownBefore = m_visited[m_place];
+    m_visited.clear(); // some of them may not be there in this run
+    m_place = 0;
+    fillList();
+    showQuantity(shownBefore);
+    if (m_visited.empty()) showFactor();
+}
+
+void frmExplain::setCaseName(const std::string& fileName) {
+    m_view.current.FileName = fileName;
+    setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(fileName)));
 }
 
 void frmExplain::makeShortcut(const QKeySequence& key, QWidget* target) {

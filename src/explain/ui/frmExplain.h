@@ -39,6 +39,11 @@ class frmExplain : public telvo::ui::Form {
 
     void done(int result) override;
 
+    /// Shows the working of another run, of the same quantity where it has it.
+    void setRun(WorkingView view);
+    /// The same case has another name now.
+    void setCaseName(const std::string& fileName);
+
     /// Shows the working of a quantity; an unknown key is passed over.
     void showQuantity(const std::string& key);
 
@@ -50,6 +55,7 @@ class frmExplain : public telvo::ui::Form {
     QWidget* makeWorking();
     void makeShortcut(const QKeySequence& key, QWidget* target);
     void computeWorking();
+    void showFactor();
     void fillList();
     void filter(const QString& text);
     void goToFirstFound();

@@ -128,6 +128,19 @@ void frmPlots::load() {
     telvo::note(messages(), "Plots displayed");
 }
 
+void frmPlots::setRun(PlotsView view) {
+    m_view = std::move(view);
+    setCaseName(m_view.current.FileName);
+    if (report::lastPass(source()) != engine::Retreat)
+        m_passes->actions().constFirst()->setChecked(true);
+    showPlot();
+}
+
+void frmPlots::setCaseName(const std::string& name) {
+    m_view.current.FileName = name;
+    setWindowTitle(toQt(titles::Plots) + toQt(fileName(m_view.current)));
+}
+
 frmPlots::Kind frmPlots::kind() const {
     return static_cast<Kind>(m_kinds->checkedAction()->data().toInt());
 }

@@ -54,6 +54,10 @@ class frmPlots : public Form {
 
     /// Shows the window, not modal.
     void load();
+    /// Shows another run in the plot that is chosen.
+    void setRun(PlotsView view);
+    /// The same case has another name now.
+    void setCaseName(const std::string& fileName);
     /// What is shown, as it leaves the program.
     Picture picture() const;
 

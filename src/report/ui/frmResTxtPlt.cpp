@@ -150,6 +150,13 @@ void frmResTxtPlt::load() {
     telvo::note(messages(), "Results displayed");
 }
 
+void frmResTxtPlt::setCaseName(const std::string& fileName, std::string inputPage) {
+    m_view.heading.FileName = fileName;
+    m_view.pages.front() = std::move(inputPage);
+    setWindowTitle(toQt(titles::Results) + toQt(withoutFolder(fileName)));
+    if (m_page == 0) showPage();
+}
+
 void frmResTxtPlt::showWarnings() {
     constexpr char title[] = "TELVO Warnings";
     const std::string& text = m_view.WarningSummary;

@@ -36,6 +36,8 @@ class frmResTxtPlt : public telvo::ui::Form {
 
     /// Puts the warnings before the user and then shows the window, not modal, on page 1.
     void load();
+    /// The same case has another name now, which its page 0 repeats.
+    void setCaseName(const std::string& fileName, std::string inputPage);
 
   protected:
     /// On the text of a page: what explains the line with the cursor.

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The windows of a run: report, plots and working, and whether they still belong to the case.
+#include "app/ui/commands.h"
+#include "app/ui/frmMain.h"
+#include "app/ui/layoutPicture.h"
+#include "app/ui/Program.h"
+#include "base/titles.h"
+#include "base/ui/qtText.h"
+#include "explain/ui/frmExplain.h"
+#include "plot/ui/frmPlots.h"
+#include "project/ui/frmTELVOParm.h"
+#include "report/sections.h"
+
+#include <QPushButton>
+#include <utility>
+
+namespace telvo::app::ui {
+
+using report::ui::frmResTxtPlt;
+using telvo::ui::frmPlots;
+using telvo::ui::toQt;
+
+ShownCase Commands::onScreen() const {
+    ShownCase now{m_program.session().project(), m_program.session().reportOptions()};
+    if (m_parameters) now.current.Input = m_parameters->values();
+    return now;
+}
+
+void Commands::watch(RunWindow watched, std::function<void()> runAgain) {
+    watched.window->setRunAgain(std::move(runAgain));
+    m_runs.push_back(std::move(watched));
+}
+
+void Commands::markOutdated() {
+    std::erase_if(m_runs, [](const RunWindow& closed) { return closed.window.isNull(); });
+    if (m_runs.empty()) return;
+    const ShownCase now = onScreen();
+    for (RunWindow& run : m_runs) {
+        const std::string why = outdatedBecause(run.shown, now);
+        run.window->setOutdated(toQt(why));
+        if (!why.empty() || run.shown.current.FileName == now.current.FileName) continue;
+        run.shown.current.FileName = now.current.FileName;
+        run.rename(now.current.FileName);
+    }
+}
+
+bool Commands::refuseUnsettled() {
+    if (!m_program.session().isUnsettled()) return false;
+    DesktopMessages& messages = m_program.messages();
+    messages.status("No stability factors: a part of the case is not from its file");
+    messages.tell(
+        std::string(UnsettledMessage) + ".\nNot from the file: " +
+        project::keptItemsText(m_program.session().open().Kept, m_program.session().project()));
+    return true;
+}
+
+std::optional<Commands::ShownRun> Commands::runOnScreen() {
+    if (refuseUnsettled()) return std::nullopt;
+    const ShownCase now = onScreen();
+    DesktopMessages& messages = m_program.messages();
+    RunOutcome outcome = m_program.session().run(now.current);
+    if (const auto* refused = std::get_if<Refusal>(&outcome)) {
+        messages.tell(refused->message, std::string(titles::ProjectParameters) + refused->title);
+        return std::nullopt;
+    }
+    if (const auto* fault = std::get_if<Fault>(&outcome)) {
+        messages.tell(faultText(*fault));
+        return std::nullopt;
+    }
+    messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
+    messages.status("TELVO stability factors calculated");
+    return ShownRun{now, std::move(std::get<CaseRun>(outcome).results)};
+}
+
+std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
+    if (refuseUnsettled()) return std::nullopt;
+    DesktopMessages& messages = m_program.messages();
+    RunOutcome outcome = m_program.session().run(current);
+    if (auto* refused = std::get_if<Refusal>(&outcome)) {
+        messages.status("No stability factors: an input is refused");
+        return std::move(*refused);
+    }
+    if (const auto* fault = std::get_if<Fault>(&outcome)) {
+        messages.status("No stability factors: the analysis stopped");
+        return asRefusal(*fault, current.Units);
+    }
+    auto& run = std::get<CaseRun>(outcome);
+    messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
+    messages.status("TELVO stability factors calculated");
+
+    closeResults();
+    const ShownRun shown{{current, m_program.session().reportOptions()}, std::move(run.results)};
+    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, run.notes, sheetHeading(),
+                                  [this, shown] { viewPlots(shown); },
+                                  [this, shown] { showWorking(shown); }},
+                                 m_program.formServices(), m_program.printer(), viewParent());
+    m_results->setAttribute(Qt::WA_DeleteOnClose);
+    watch({m_results.data(), shown,
+           [results = m_results, shown](const std::string& name) {
+               project::ProjectCase renamed = shown.current;
+               renamed.FileName = name;
+               results->setCaseName(name, report::inputEchoPage({renamed, shown.results,
+                                                                 shown.options, ModuleBuild}));
+           }},
+          [this] { runResultsAgain(); });
+    m_results->load();
+    m_results->raise(); // also above a form that is open
+    m_results->activateWindow();
+    for (const std::string& note : run.notes)
+        messages.tell(note, std::string(titles::Results).append(titles::Message));
+    return std::nullopt;
+}
+
+void Commands::runResultsAgain() {
+    // A form that is open has the case; its button checks what was typed.
+    auto* trial = m_parameters ? m_parameters->findChild<QPushButton*>("cmdResults") : nullptr;
+    if (trial)
+        trial->click();
+    else
+        stabilityFactors();
+}
+
+void Commands::viewPlots(const ShownRun& run) {
+    const SettingsStore& settings = m_program.settings();
+    const auto viewOf = [&settings](const ShownRun& shown) {
+        return telvo::ui::PlotsView{shown.current, shown.results, shown.options,
+                                    planOptions(settings),
+                                    settings.values().PrintPlotReminder == 1};
+    };
+    telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
+    QPointer window(
+        new frmPlots(viewOf(run), std::move(actions), m_program.formServices(), viewParent()));
+    keep(*window);
+    const auto rename = [window](const std::string& name) { window->setCaseName(name); };
+    watch({window.data(), run, rename}, [this, window, rename, viewOf] {
+        if (!window) return;
+        if (const auto again = runOnScreen(); again && window) {
+            window->setRun(viewOf(*again));
+            showsNow(*window, *again);
+        }
+    });
+    window->load();
+    window->raise();
+    window->activateWindow();
+    m_program.messages().history("Plots: " + m_program.session().displayName());
+    markOutdated();
+}
+
+void Commands::showWorking(const ShownRun& run) {
+    const auto viewOf = [](const ShownRun& shown) {
+        return explain::ui::WorkingView{shown.current, shown.results, shown.options};
+    };
+    QPointer window(new explain::ui::frmExplain(viewOf(run), m_program.formServices(),
+                                                m_program.printer(), viewParent()));
+    keep(*window);
+    watch({window.data(), run, [window](const std::string& name) { window->setCaseName(name); }},
+          [this, window, viewOf] {
+              if (!window) return;
+              if (const auto again = runOnScreen(); again && window) {
+                  window->setRun(viewOf(*again));
+                  showsNow(*window, *again);
+              }
+          });
+    window->show();
+    window->raise();
+    window->activateWindow();
+    note("Show working: " + m_program.session().displayName());
+    markOutdated();
+}
+
+void Commands::showsNow(const telvo::ui::Form& window, const ShownCase& shown) {
+    for (RunWindow& run : m_runs)
+        if (run.window == &window) run.shown = shown;
+    markOutdated();
+}
+
+} // namespace telvo::app::ui
