@@ -54,7 +54,7 @@ class Desk {
         system.documents = home;
         app::ui::Surroundings around{system,
                                      TELVO_EXAMPLES_DIR "/two-side-gobs.TLV",
-                                     std::chrono::year{2014} / 1 / 1,
+                                     [] { return std::chrono::year{2014} / 1 / 1; },
                                      [](auto, auto, Answer preset, auto) { return preset; },
                                      m_files,
                                      m_print};

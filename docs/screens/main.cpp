@@ -175,7 +175,7 @@ class Desk {
           m_program({{fromQt(m_home.filePath("install")), fromQt(m_home.filePath("Documents")),
                       fromQt(m_home.path())},
                      {},
-                     std::chrono::year{2014} / 1 / 1,
+                     [] { return std::chrono::year{2014} / 1 / 1; },
                      // Yes, a form may be left.
                      [](std::string_view, Buttons buttons, Answer preset, std::string_view) {
                          return buttons == Buttons::YesNo ? Answer::Yes : preset;

@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "project/units.h"
 
 #include <array>
 #include <cmath>
@@ -67,12 +68,17 @@ constexpr std::array<CalculatorUnit, 5> StressGradients = {
      {"kPa/m", "kilopascals per meter", Thousand / PascalsPerMetreOfPsiPerInch},
      {"MPa/m", "megapascals per meter", Thousand* Thousand / PascalsPerMetreOfPsiPerInch}}};
 
-constexpr std::array<CalculatorQuantity, 5> Quantities = {
+constexpr std::array<CalculatorUnit, 2> UnitWeights = {
+    {{"pcf", "pounds per cubic foot", 1},
+     {"kN/m3", "kilonewtons per cubic meter", PcfPerKilonewtonPerCubicMetre}}};
+
+constexpr std::array<CalculatorQuantity, 6> Quantities = {
     {{"Length", "txtLength", Lengths},
      {"Load", "txtLoad", Loads},
      {"Load Gradient", "txtLoadGrad", LoadGradients},
      {"Stress", "txtStress", Stresses},
-     {"Stress Gradient", "txtStressGrad", StressGradients}}};
+     {"Stress Gradient", "txtStressGrad", StressGradients},
+     {"Unit Weight", "txtUnitWeight", UnitWeights}}};
 
 constexpr int ShownDigits = 10;
 

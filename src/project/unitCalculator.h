@@ -7,13 +7,13 @@
 #include <string_view>
 #include <vector>
 
-/// The unit calculator. Its factors are its own: a case is converted with those of units.h, which
-/// differ from them in their last digits.
+/// The unit calculator. Its factors are its own, that of the unit weight excepted: a case is
+/// converted with those of units.h, which differ from them in their last digits.
 namespace telvo::project {
 
 struct CalculatorUnit {
     std::string_view symbol; // "kN/m"
-    std::string_view name;   // "kilonewtons per metre"
+    std::string_view name;   // "kilonewtons per meter"
     double size;             // in a unit that all of the quantity share
 };
 
@@ -23,7 +23,7 @@ struct CalculatorQuantity {
     std::span<const CalculatorUnit> units; // an entry is at first in the first one
 };
 
-/// Length, load, load gradient, stress and stress gradient.
+/// Length, load, load gradient, stress, stress gradient and unit weight.
 std::span<const CalculatorQuantity> calculatorQuantities();
 
 /// What the calculator shows for an entry.

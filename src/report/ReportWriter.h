@@ -22,6 +22,15 @@ inline constexpr int LastReportPage = 5;
 /// Six page texts, index 0 to 5, lines ended by CR LF.
 using ReportPages = std::array<std::string, LastReportPage + 1>;
 
+/// What the pages hold.
+inline constexpr std::array<std::string_view, LastReportPage + 1> ReportPageNames = {
+    "Input",
+    "Stability factors and warnings",
+    "AMZ data and loadings",
+    "Pillar parameters",
+    "Barrier pillars",
+    "Remnant and leave pillars"};
+
 // Layout routines. A text longer than the width comes back unchanged and pushes its line to the
 // right; widths count characters.
 

@@ -45,7 +45,14 @@ std::string shortened(const std::string& path, std::size_t room) {
         .append(path, characterOffset(path, length - tail));
 }
 
-Sheet begunSheet(const SheetHeading& heading, std::size_t number, std::size_t columns) {
+std::string buildLine(const SheetHeading& heading) {
+    return heading.moduleBuild.empty() ? std::string()
+                                       : "TELVO module build: " + heading.moduleBuild;
+}
+
+/// Given: firstLine  of the page text on this sheet; a build that it names is not repeated
+Sheet begunSheet(const SheetHeading& heading, std::size_t number, std::size_t columns,
+                 std::string_view firstLine) {
     const std::string file = "File Name: ";
     const std::string left = "Date/Time: " + shortDate(heading.date) + "    Current Units: " +
                              std::string(project::unitSummary(heading.Units)) + "  ";
@@ -57,7 +64,8 @@ Sheet begunSheet(const SheetHeading& heading, std::size_t number, std::size_t co
         for (const auto piece : pieces(line, columns))
             sheet.emplace_back(piece);
     };
-    if (!heading.moduleBuild.empty()) add("TELVO module build: " + heading.moduleBuild);
+    const std::string build = buildLine(heading);
+    if (!build.empty() && build != firstLine) add(build);
     add(left + PadLeft(page, room));
     add(file +
         shortened(withoutControls(heading.FileName), columns - std::min(columns, file.size())));
@@ -78,15 +86,24 @@ std::vector<Sheet> layOutSheets(std::span<const std::string> pages, const SheetH
             for (const auto piece : pieces(line, columns)) {
                 if (room == 0) {
                     if (trimmed(piece).empty()) continue;
-                    sheets.push_back(begunSheet(heading, sheets.size() + 1, columns));
+                    sheets.push_back(begunSheet(heading, sheets.size() + 1, columns, piece));
                     const auto used = sheets.back().size();
                     room = size.lines > used ? size.lines - used : 1;
                 }
                 sheets.back().emplace_back(piece);
                 --room;
             }
+        while (!sheets.empty() && trimmed(sheets.back().back()).empty())
+            sheets.back().pop_back(); // blank lines at the end only take room
     }
     return sheets;
+}
+
+std::size_t longestSheet(const std::vector<Sheet>& sheets, std::size_t most) {
+    std::size_t longest = 0;
+    for (const Sheet& sheet : sheets)
+        if (sheet.size() <= most) longest = std::max(longest, sheet.size());
+    return longest;
 }
 
 std::string shortDate(const std::chrono::year_month_day& date) {

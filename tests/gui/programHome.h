@@ -65,7 +65,7 @@ struct Home {
         app::ui::Surroundings around{
             system,
             commandLine,
-            today,
+            [today] { return today; },
             [this](std::string_view text, Buttons, Answer preset, std::string_view title) {
                 asked.push_back(std::string(title) + ": " + std::string(text));
                 if (answers.empty()) return preset;

@@ -204,15 +204,17 @@ void ProgramViewsTest::aTrialRunBelongsToTheForm() {
     click(*form, "cmdResults");
     QCOMPARE(outdatedText(home, "frmResTxtPlt"), "");
     setDepth("1100");
-    QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"),
-                 "The case was changed since: Depth of Cover 1000 ft, now 1100 ft.");
+    QTRY_VERIFY(
+        outdatedText(home, "frmResTxtPlt")
+            .startsWith("The case was changed since: Depth of Cover 1000 ft, now 1100 ft; "));
     click(*home.window<QWidget>("frmResTxtPlt"), "cmdRunAgain");
     QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"), "");
     // Given up: what it computed is not the case.
     home.answers = {Answer::Yes};
     click(*form, "cmdCancel");
-    QTRY_COMPARE(outdatedText(home, "frmResTxtPlt"),
-                 "The case was changed since: Depth of Cover 1100 ft, now 900 ft.");
+    QTRY_VERIFY(
+        outdatedText(home, "frmResTxtPlt")
+            .startsWith("The case was changed since: Depth of Cover 1100 ft, now 900 ft; "));
     home.answers = {Answer::No};
     QVERIFY(home.quit());
 }

@@ -221,7 +221,7 @@ static int victim(const QString& home) {
     const app::SystemFolders system = {root + "/install", root + "/Documents", root};
     Program program({system,
                      {},
-                     std::chrono::year{2014} / 1 / 1,
+                     [] { return std::chrono::year{2014} / 1 / 1; },
                      [](auto, auto, Answer preset, auto) { return preset; },
                      dialogs,
                      printer});

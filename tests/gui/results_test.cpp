@@ -8,12 +8,16 @@
 #include "report/ui/frmResTxtPlt.h"
 #include "report/ui/PrintDialogs.h"
 
+#include <QAbstractButton>
 #include <QClipboard>
+#include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -80,6 +84,9 @@ class ResultsTest : public QObject {
     void copiesHoldWholePages();
     void cancellingThePrintDialogReplacesTheStatus();
     void allPagesArePrinted();
+    void aPagePrintsOnOneSheet_data();
+    void aPagePrintsOnOneSheet();
+    void thePrintDialogHasNoPageNumbers();
     void aPrintThatFailsIsTold();
     void thePreviewShowsSheets();
     void buttonsFollowWhatIsThere();
@@ -100,6 +107,7 @@ class ResultsTest : public QObject {
     ui::FormServices services{messages, [this](const QString& shownTopic) { topic = shownTopic; }};
     QTemporaryDir folder;
     report::ui::ResultsView view;
+    std::chrono::year_month_day today = 2026y / 3 / 7;
     std::unique_ptr<report::ui::ReportPrinter> printer;
 };
 
@@ -107,16 +115,13 @@ void ResultsTest::init() {
     project::ProjectCase current;
     QVERIFY(!project::readCaseFile(TELVO_EXAMPLES_DIR "/deep-cover.TLV", current).fault);
     const auto run = app::runCase(current);
-    view = {std::get<app::CaseRun>(run).pages,
-            {},
-            {},
-            {current.FileName, 0, "050817", 2026y / 3 / 7},
-            {}};
+    view = {std::get<app::CaseRun>(run).pages, {}, {}, {current.FileName, 0, "050817", {}}, {}};
     messages.asked.clear();
     messages.statuses.clear();
     dialogs.target.clear();
     dialogs.copies = 1;
-    printer = std::make_unique<report::ui::ReportPrinter>(messages, dialogs);
+    printer =
+        std::make_unique<report::ui::ReportPrinter>(messages, dialogs, [this] { return today; });
 }
 
 void ResultsTest::warningsComeBeforeTheResults() {
@@ -192,6 +197,14 @@ void ResultsTest::pagesEndAtTheFirstAndTheLast() {
     QVERIFY(!next.isEnabled());
     QTest::keyClick(&form, Qt::Key_PageDown, Qt::ControlModifier);
     QCOMPARE(shown(form), page(5));
+    auto& list = control<QComboBox>(form, "cboPage");
+    QCOMPARE(list.currentText(), "5  Remnant and leave pillars");
+    list.setFocus();
+    QTest::keyClick(&list, Qt::Key_Home);
+    QCOMPARE(shown(form), page(0));
+    QTest::keyClick(&list, Qt::Key_End);
+    QCOMPARE(shown(form), page(5));
+    control(form, "RichTextBox1").setFocus();
     for (int i = 4; i >= 0; --i) {
         i % 2 ? QTest::keyClick(&form, Qt::Key_PageUp, Qt::ControlModifier) : previous.click();
         QCOMPARE(shown(form), page(i));
@@ -239,7 +252,8 @@ void ResultsTest::allPagesArePrinted() {
         int number = 0;
         for (const QString& sheet : sheetsOf(dialogs.target)) {
             QStringList lines = wordLines(sheet);
-            QCOMPARE(lines.takeFirst(), "TELVO module build: 050817");
+            if (number > 0) // page 0 names it itself
+                QCOMPARE(lines.takeFirst(), "TELVO module build: 050817");
             QCOMPARE(lines.takeFirst(),
                      QString("Date/Time: 3/7/2026 Current Units: ft, in, lbs, psi, pcf Page: %1")
                          .arg(++number));
@@ -262,6 +276,78 @@ void ResultsTest::allPagesArePrinted() {
     QCOMPARE(twice.size(), 2);
     QCOMPARE(twice.first(), twice.last());
     QCOMPARE(wordLines(twice.first()).mid(4), wordLines(page(2)));
+}
+
+// Whatever the paper; the fonts, the locale and the default paper are those of the machine.
+void ResultsTest::aPagePrintsOnOneSheet_data() {
+    QTest::addColumn<QPageSize>("paper");
+    QTest::addColumn<QPageLayout::Orientation>("orientation");
+    for (const auto paper : {QPageSize::A4, QPageSize::Letter})
+        for (const auto orientation : {QPageLayout::Portrait, QPageLayout::Landscape})
+            QTest::addRow("%s, %d", qPrintable(QPageSize::name(paper)), int(orientation))
+                << QPageSize(paper) << orientation;
+}
+
+void ResultsTest::aPagePrintsOnOneSheet() {
+    if (QStandardPaths::findExecutable("pdftotext").isEmpty()) QSKIP("no reader of PDF files");
+    QFETCH(QPageSize, paper);
+    QFETCH(QPageLayout::Orientation, orientation);
+    dialogs.target = folder.filePath("one.pdf");
+    today = 2026y / 3 / 8; // later than the window was opened
+    const auto sheetsPrinted = [&](const report::ReportPages& pages) {
+        printer->printer().setPageSize(paper);
+        printer->printer().setPageOrientation(orientation);
+        if (!printer->print({{pages.begin(), pages.end()}, view.heading}, nullptr, "Print"))
+            return QStringList();
+        return sheetsOf(dialogs.target);
+    };
+    for (const char* example : {"deep-cover", "two-side-gobs", "metric-two-side-gobs"}) {
+        // Its page of warnings would need letters of 5 points across the paper.
+        const bool warnings = std::string_view(example) == "deep-cover";
+        if (warnings && orientation == QPageLayout::Landscape) continue;
+        project::ProjectCase current;
+        (void)project::readCaseFile(std::string(TELVO_EXAMPLES_DIR "/") + example + ".TLV",
+                                    current);
+        const auto run = app::runCase(current);
+        const auto& pages = std::get<app::CaseRun>(run).pages;
+        const QStringList sheets = sheetsPrinted(pages);
+        QCOMPARE(sheets.size(), 6);
+        for (int i = 0; i < 6; ++i) {
+            const QStringList lines = wordLines(sheets[i]);
+            QVERIFY(lines.contains(
+                wordLines(ui::toQt(pages[static_cast<std::size_t>(i)]).remove('\r')).last()));
+            QVERIFY(sheets[i].contains("3/8/2026"));
+            QCOMPARE(sheets[i].count("TELVO module build"), 1);
+        }
+    }
+    // A page that no readable letters bring on one sheet goes on; nothing of it is lost.
+    report::ReportPages pages;
+    for (int i = 1; i <= 200; ++i)
+        pages[0] += "line " + std::to_string(i) + "\r\n";
+    const QStringList sheets = sheetsPrinted(pages);
+    QVERIFY(sheets.size() >= 2);
+    QCOMPARE(wordLines(sheets.join('\n')).filter(QRegularExpression("^line ")).size(), 200);
+}
+
+void ResultsTest::thePrintDialogHasNoPageNumbers() {
+    report::ui::QtPrintDialogs desktop;
+    QStringList shownControls;
+    QTimer looker;
+    connect(&looker, &QTimer::timeout, this, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        if (!dialog) return;
+        for (auto* button : dialog->findChildren<QAbstractButton*>())
+            if (button->text().contains("Options >>")) button->click(); // unfold it
+        for (const QWidget* part : dialog->findChildren<QWidget*>())
+            if (part->isVisible() || part->isVisibleTo(dialog)) shownControls << part->objectName();
+        static_cast<QDialog*>(dialog)->reject();
+    });
+    looker.start(20ms);
+    QVERIFY(!desktop.choosePrinter(printer->printer(), nullptr, "Print"));
+    QVERIFY(shownControls.contains("copies"));
+    for (const char* name : {"gbPrintRange", "printRange", "printAll", "from", "to", "pagesLabel",
+                             "printSelection", "printCurrentPage", "pagesRadioButton"})
+        QVERIFY2(!shownControls.contains(name), name);
 }
 
 void ResultsTest::aPrintThatFailsIsTold() {

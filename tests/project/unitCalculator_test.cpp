@@ -51,7 +51,9 @@ TEST(UnitCalculator, ConvertsByItsOwnFactors) {
         {"Stress", "1", "MPa", "ksi", "0.1450377377"},
         {"Stress Gradient", "1.1", "psi/ft", "kPa/m", "24.88265427"}, // 1.1 x 6.894757293 / 0.3048
         {"Stress Gradient", "1000", "Pa/m", "psi/ft", "0.04420750246"}, // 304.8 / 6894.757293
-        {"Stress Gradient", "1", "MPa/m", "psi/in", "3.683958538"}};
+        {"Stress Gradient", "1", "MPa/m", "psi/in", "3.683958538"},
+        {"Unit Weight", "162", "pcf", "kN/m3", "25.44648263"}, // 162 / 6.36630226392005
+        {"Unit Weight", "25", "kN/m3", "pcf", "159.1575566"}}; // 25 x 6.36630226392005
     for (const auto& row : rows)
         EXPECT_EQ(converted(row.quantity, row.entry, row.from, row.to), row.result)
             << row.entry << ' ' << row.from << " to " << row.to;

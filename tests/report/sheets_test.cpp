@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace telvo::report {
@@ -32,6 +33,22 @@ TEST(Sheets, HeadingNamesDateFileUnitsAndSheet) {
                                 "File Name: /mines/north.TLV", string(70, '-'), "", "second"}));
 }
 
+TEST(Sheets, ThePageThatNamesTheModuleBuildHasItOnce) {
+    SheetHeading heading = Heading;
+    heading.moduleBuild = "050817";
+    const vector<string> pages = {"TELVO module build: 050817\r\nProject File: x\r\n"};
+    const auto sheets = layOutSheets(pages, heading, {60, 70});
+    ASSERT_EQ(sheets.size(), 1U);
+    EXPECT_EQ(std::count(sheets[0].begin(), sheets[0].end(), "TELVO module build: 050817"), 1);
+}
+
+TEST(Sheets, TheLongestSheetIsFoundAmongThoseThatFit) {
+    const vector<Sheet> sheets = {Sheet(40), Sheet(70), Sheet(66)};
+    EXPECT_EQ(longestSheet(sheets, 70), 70U);
+    EXPECT_EQ(longestSheet(sheets, 69), 66U);
+    EXPECT_EQ(longestSheet(sheets, 39), 0U);
+}
+
 TEST(Sheets, ALineThatNoLongerFitsBeginsASheetUnlessItIsBlank) {
     // Room for three lines under the heading.
     const vector<string> pages = {"1\r\n2\r\n3\r\n", "a\r\n\r\nc\r\n\r\nd\r\n\r\n", "\r\n",
@@ -40,7 +57,7 @@ TEST(Sheets, ALineThatNoLongerFitsBeginsASheetUnlessItIsBlank) {
     ASSERT_EQ(sheets.size(), 4U);
     EXPECT_EQ(body(sheets[0]), (vector<string>{"1", "2", "3"}));
     EXPECT_EQ(body(sheets[1]), (vector<string>{"a", "", "c"}));
-    EXPECT_EQ(body(sheets[2]), (vector<string>{"d", ""}));
+    EXPECT_EQ(body(sheets[2]), (vector<string>{"d"}));
     EXPECT_EQ(body(sheets[3]), (vector<string>{"x", "y", "z"}));
     for (std::size_t i = 0; i < sheets.size(); ++i)
         EXPECT_TRUE(sheets[i][0].ends_with(" Page: " + std::to_string(i + 1))) << sheets[i][0];

@@ -10,10 +10,11 @@
 #include "project/keptItems.h"
 #include "project/units.h"
 
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace telvo::app::ui {
@@ -31,6 +32,30 @@ QLabel* plainLabel(const char* name, QWidget* parent) {
     return label;
 }
 
+/// A name in one line; one too long for the window loses its middle, the tool tip has all of it.
+class NameLabel : public QLabel {
+  public:
+    using QLabel::QLabel;
+
+    void showName(const QString& name) {
+        m_name = name;
+        shorten();
+    }
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QLabel::resizeEvent(event);
+        shorten();
+    }
+
+  private:
+    void shorten() {
+        setText(fontMetrics().elidedText(m_name, Qt::ElideMiddle, contentsRect().width()));
+    }
+
+    QString m_name;
+};
+
 } // namespace
 
 CaseOverview::CaseOverview(Program& program, QWidget* parent)
@@ -45,17 +70,19 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
     large.setPointSizeF(large.pointSizeF() * 1.3);
     large.setBold(true);
     m_title->setFont(large);
-    m_file = plainLabel("lblFile", left);
-    m_file->setForegroundRole(QPalette::PlaceholderText);
+    m_file = new NameLabel(left);
+    m_file->setObjectName("lblFile");
+    m_file->setTextFormat(Qt::PlainText);
     // A long name without blanks must not set the width of the window.
     for (QLabel* label : {m_title, m_file})
         label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     column->addWidget(m_title);
     column->addWidget(m_file);
     m_factBox = new QWidget(left);
-    auto* facts = new QFormLayout(m_factBox);
+    // A form layout would give a wrapped value too little height.
+    auto* facts = new QGridLayout(m_factBox);
     facts->setContentsMargins({});
-    facts->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
+    facts->setColumnStretch(1, 1);
     const std::pair<const char*, QString> rows[] = {
         {"lblLoading", tr("Loading condition")},
         {"lblUnits", tr("Units")},
@@ -70,7 +97,11 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
         auto* value = plainLabel(name, m_factBox);
         value->setAccessibleName(caption);
         m_facts[name] = value;
-        facts->addRow(caption, value);
+        auto* label = new QLabel(caption, m_factBox);
+        label->setWordWrap(true);
+        const int row = facts->rowCount();
+        facts->addWidget(label, row, 0, Qt::AlignTop);
+        facts->addWidget(value, row, 1);
     }
     m_kept = plainLabel("lblKept", left);
     m_kept->setMargin(fontMetrics().height() / 3);
@@ -85,11 +116,21 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
     m_automatic = plainLabel("lblAutomatic", left);
     column->addWidget(m_automatic);
     column->addStretch(1);
-    layout->addWidget(left, 1);
+    // A window too low for all facts scrolls them; squeezed ones would lose their last lines.
+    auto* area = new QScrollArea(this);
+    area->setObjectName("scrFacts");
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidget(left);
+    area->setMinimumWidth(left->minimumSizeHint().width() +
+                          area->verticalScrollBar()->sizeHint().width());
+    layout->addWidget(area, 1);
 
     m_plan = new telvo::ui::PlanView("picPlan", this);
     m_plan->setAccessibleName(tr("Plan of the panel"));
-    m_plan->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
+    m_plan->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
     layout->addWidget(m_plan, 2);
 }
 
@@ -98,7 +139,7 @@ void CaseOverview::showCase() {
     const bool empty = m_program.session().isEmpty();
     const QString title = toQt(withoutControls(current.Title));
     m_title->setText(title.isEmpty() ? tr("(no title)") : title);
-    m_file->setText(toQt(m_program.session().windowTitle()));
+    static_cast<NameLabel*>(m_file)->showName(toQt(m_program.session().windowTitle()));
     // A tool tip would take a name like "<b>" for markup.
     m_file->setToolTip(
         QStringLiteral("<span>%1</span>").arg(toQt(current.FileName).toHtmlEscaped()));

@@ -4,9 +4,12 @@
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 
+#include <algorithm>
 #include <QApplication>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <utility>
 
 namespace telvo::app::ui {
@@ -38,9 +41,31 @@ constexpr std::pair<Answer, QMessageBox::StandardButton> AnswerButtons[] = {
 
 QMessageBox::Icon iconOf(Buttons buttons, std::string_view title) {
     if (buttons != Buttons::Ok) return QMessageBox::Question;
-    if (title.ends_with("Error") || title.ends_with("Character")) return QMessageBox::Critical;
-    if (title.ends_with("Warning") || title.ends_with("Warnings")) return QMessageBox::Warning;
-    return QMessageBox::Information;
+    // Without a title of its own a box tells of something that was refused or failed.
+    return title.ends_with(titles::Message) ? QMessageBox::Information : QMessageBox::Warning;
+}
+
+/// The window that a box belongs to: the one at work, or what the user comes back to from it.
+QWidget* parentOfBox() {
+    for (QWidget* window : {QApplication::activeModalWidget(), QApplication::activeWindow()})
+        if (window && window->isVisible()) return window;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->objectName() == QLatin1String("frmMain")) return window;
+    return nullptr;
+}
+
+/// Makes a box as wide as its title, as far as the screen allows; by itself it follows its text.
+void makeRoomForTitle(QMessageBox& box) {
+    auto* grid = qobject_cast<QGridLayout*>(box.layout());
+    if (!grid) return;
+    // The font of the frame is not known; its icon and button stand beside the title.
+    QFont bold = QApplication::font();
+    bold.setBold(true);
+    const QFontMetrics metrics(bold);
+    const int title = metrics.horizontalAdvance(box.windowTitle()) + 6 * metrics.height();
+    grid->addItem(
+        new QSpacerItem(std::min(title, box.screen()->availableSize().width() * 9 / 10), 0),
+        grid->rowCount(), 0, 1, grid->columnCount());
 }
 
 } // namespace
@@ -68,7 +93,7 @@ Answer DesktopMessages::showBox(std::string_view text, Buttons buttons, Answer p
                                 std::string_view title) const {
     const auto end = text.find_last_not_of("\r\n "); // line breaks at the end only take room
     QMessageBox box(iconOf(buttons, title), toQt(title), toQt(text.substr(0, end + 1)),
-                    buttonsOf(buttons), QApplication::activeWindow());
+                    buttonsOf(buttons), parentOfBox());
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     for (const auto& [answer, button] : AnswerButtons)
@@ -79,6 +104,7 @@ Answer DesktopMessages::showBox(std::string_view text, Buttons buttons, Answer p
         // With a second button Escape would do nothing.
         if (buttons == Buttons::Ok) box.setEscapeButton(QMessageBox::Ok);
     }
+    makeRoomForTitle(box);
     int pressed = box.exec();
     for (; pressed == QMessageBox::Help; pressed = box.exec())
         help();

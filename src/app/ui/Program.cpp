@@ -5,6 +5,7 @@
 #include "app/reminders.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
 #include "app/ui/dialogs/frmUpdate.h"
+#include "app/ui/dialogs/programIcon.h"
 #include "app/ui/documentPaper.h"
 #include "app/ui/frmMain.h"
 #include "base/files.h"
@@ -16,7 +17,7 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDate>
 #include <QDesktopServices>
 #include <QDir>
@@ -82,14 +83,17 @@ std::string commandLineFile() {
 } // namespace
 
 Surroundings Surroundings::ofDesktop(FileDialogs& files, report::ui::PrintDialogs& print) {
-    const QDate today = QDate::currentDate();
+    const auto today = [] {
+        const QDate date = QDate::currentDate();
+        return std::chrono::year{date.year()} / static_cast<unsigned>(date.month()) /
+               static_cast<unsigned>(date.day());
+    };
     return {{fromQt(QDir::toNativeSeparators(
                  toQt(installFolder(fromQt(QCoreApplication::applicationDirPath()))))),
              standardFolder(QStandardPaths::DocumentsLocation),
              standardFolder(QStandardPaths::DesktopLocation)},
             commandLineFile(),
-            std::chrono::year{today.year()} / static_cast<unsigned>(today.month()) /
-                static_cast<unsigned>(today.day()),
+            today,
             {}, // the desktop's own
             files,
             print};
@@ -104,7 +108,7 @@ Program::Program(Surroundings surroundings)
                   m_folders.TempDataFolder + std::string(SettingsLock)},
                  m_messages),
       m_session(m_settings, m_messages, m_surroundings.fileDialogs),
-      m_printer(m_messages, m_surroundings.printDialogs),
+      m_printer(m_messages, m_surroundings.printDialogs, m_surroundings.today),
       m_places(m_folders.DataFolder + std::string(WindowsFile)),
       m_recovery(m_folders.TempDataFolder, m_messages, [this]() -> std::optional<UnsavedCase> {
           if (auto draft = m_window ? m_window->commands().draft() : std::nullopt)
@@ -126,6 +130,7 @@ Program::Program(Surroundings surroundings)
 Program::~Program() = default;
 
 void Program::start() {
+    QApplication::setWindowIcon(programIcon());
     for (const std::string& fallback : m_folders.fallbacks)
         m_messages.history(fallback);
     removeLeftFiles(m_folders, WindowsFile);
@@ -158,7 +163,7 @@ void Program::loadMainWindow() {
             m_recovery.touch();
     };
     if (m_settings.values().ShowDisclaim == 1) frmDisclaimer(m_settings, formServices()).exec();
-    if (m_settings.values().RemindAnnualUpdates == 1 && isUpdateReminderDue(m_surroundings.today))
+    if (m_settings.values().RemindAnnualUpdates == 1 && isUpdateReminderDue(m_surroundings.today()))
         frmUpdate(m_settings, formServices()).exec();
 }
 

@@ -12,6 +12,7 @@
 #include "report/ui/ReportPrinter.h"
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -27,7 +28,7 @@ class frmMain;
 struct Surroundings {
     SystemFolders system;
     std::string commandLine; ///< one case file name, quotes allowed; may be empty
-    std::chrono::year_month_day today;
+    std::function<std::chrono::year_month_day()> today; ///< asked anew where it is needed
     DesktopMessages::Box box;
     FileDialogs& fileDialogs;
     report::ui::PrintDialogs& printDialogs;
@@ -58,7 +59,7 @@ class Program {
     RecoveryKeeper& recovery() { return m_recovery; }
     telvo::ui::WindowPlaces& places() { return m_places; }
     frmMain& window() { return *m_window; }
-    std::chrono::year_month_day today() const { return m_surroundings.today; }
+    std::chrono::year_month_day today() const { return m_surroundings.today(); }
 
     telvo::ui::FormServices formServices();
     /// Opens a topic of the help, "" its contents, "Index" its index; tells when the help is not

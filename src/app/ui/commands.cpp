@@ -155,8 +155,7 @@ report::ui::PrintJob Commands::inputEchoJob() const {
 report::SheetHeading Commands::sheetHeading() const {
     const project::ProjectCase& current = m_program.session().project();
     const bool header = m_program.settings().values().PrintModuleHeader == 1;
-    return {current.FileName, current.Units, header ? std::string(ModuleBuild) : std::string(),
-            m_program.today()};
+    return {current.FileName, current.Units, header ? std::string(ModuleBuild) : std::string(), {}};
 }
 
 void Commands::print() {

@@ -2,11 +2,12 @@
 #include "app/ui/frmMain.h"
 
 #include "app/ui/CaseOverview.h"
-#include "app/ui/dialogs/programIcon.h"
 #include "app/ui/icons.h"
 #include "app/ui/Program.h"
 #include "app/ui/StartPage.h"
+#include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "base/ui/screenRoom.h"
 
 #include <exception>
 #include <QApplication>
@@ -28,6 +29,7 @@
 #include <QTextBlock>
 #include <QTimer>
 #include <QToolBar>
+#include <QWindow>
 #include <utility>
 
 namespace telvo::app::ui {
@@ -60,7 +62,6 @@ QString plainTip(const QString& text) {
 
 frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *this) {
     setObjectName("frmMain");
-    setWindowIcon(programIcon());
     setAcceptDrops(true);
     buildMenus();
     buildToolbar();
@@ -70,8 +71,9 @@ frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *th
     m_status->setTextFormat(Qt::PlainText);
     m_status->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long path widens nothing
     statusBar()->addWidget(m_status, 1);
-    resize(sizeHint().expandedTo(
-        {fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42}));
+    resize(sizeHint()
+               .expandedTo({fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42})
+               .boundedTo(telvo::ui::roomOnScreen(*this)));
 
     DesktopMessages& messages = m_program.messages();
     for (const std::string& line : messages.lines().lines())
@@ -187,7 +189,7 @@ void frmMain::buildMenus() {
              {},
              {tr("Program Updates..."), [&c] { c.update(); }, tr("Where updates are found")},
              {},
-             {tr("&About the Program..."), [&c] { c.about(); }, tr("Version and licence")}});
+             {tr("&About the Program..."), [&c] { c.about(); }, tr("Version and license")}});
 }
 
 QMenu* frmMain::addMenu(const char* name, const QString& caption,
@@ -378,7 +380,8 @@ void frmMain::SetGraphMenu() {
 
 void frmMain::showCase() {
     const ProjectSession& session = m_program.session();
-    setWindowTitle(toQt(session.windowTitle())); // the desktop adds the name of the program
+    setWindowTitle(toQt(session.windowTitle()));
+    nameProgramInFrame();
     m_overview->showCase();
     m_commands.graphsFollow();
     if (session.isUntouched())
@@ -388,6 +391,18 @@ void frmMain::showCase() {
     showRecentFiles();
     showKeptCopies();
     SetGraphMenu();
+}
+
+// Of this window alone: a display name of the application would stand behind every title.
+void frmMain::nameProgramInFrame() {
+    if (windowHandle())
+        windowHandle()->setTitle(windowTitle() + QStringLiteral(" \u2014 ") +
+                                 toQt(titles::Program));
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    nameProgramInFrame();
 }
 
 void frmMain::setBlockedBy(QWidget* form) {

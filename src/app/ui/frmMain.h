@@ -3,6 +3,7 @@
 
 #include "app/ui/commands.h"
 
+#include <cstdint>
 #include <functional>
 #include <QMainWindow>
 #include <QPointer>
@@ -44,6 +45,7 @@ class frmMain : public QMainWindow {
     // A case file that is dropped on the window is opened.
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
   private:
     struct Entry; // one menu item
@@ -55,6 +57,7 @@ class frmMain : public QMainWindow {
     void showRecentFiles();
     /// Fills File, Recover Discarded with the copies that there are.
     void showKeptCopies();
+    void nameProgramInFrame();
     void SetGraphMenu();
     void addLine(const std::string& line, std::size_t dropped);
     void setHistoryShown(bool shown);

@@ -5,8 +5,6 @@
 #include "app/ui/dialogs/programIcon.h"
 #include "app/ui/Program.h"
 #include "base/temporaryFiles.h"
-#include "base/titles.h"
-#include "base/ui/qtText.h"
 #include "report/ui/PrintDialogs.h"
 
 #include <cstdio>
@@ -52,7 +50,6 @@ int runDesktop(int argc, char** argv) {
     QApplication application(argc, argv); // takes the options that are Qt's own
     qInstallMessageHandler(usual);
     QApplication::setApplicationName("telvo");
-    QApplication::setApplicationDisplayName(telvo::ui::toQt(titles::Program));
     QApplication::setApplicationVersion(TELVO_VERSION);
     QApplication::setDesktopFileName("telvo");
     QApplication::setWindowIcon(app::ui::programIcon()); // of every window and box

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The windows of a run: report, plots and working, and whether they still belong to the case.
+#include "app/faultWords.h"
 #include "app/ui/commands.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
@@ -9,6 +10,7 @@
 #include "base/ui/qtText.h"
 #include "explain/ui/frmExplain.h"
 #include "plot/ui/frmPlots.h"
+#include "project/keptItems.h"
 #include "project/ui/frmTELVOParm.h"
 #include "report/sections.h"
 
@@ -65,7 +67,8 @@ std::optional<Commands::ShownRun> Commands::runOnScreen() {
         return std::nullopt;
     }
     if (const auto* fault = std::get_if<Fault>(&outcome)) {
-        messages.tell(faultText(*fault));
+        const Refusal stopped = asRefusal(*fault, now.current.Units);
+        messages.tell(stopped.message, std::string(titles::ProjectParameters) + stopped.title);
         return std::nullopt;
     }
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
@@ -91,8 +94,8 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
 
     closeResults();
     const ShownRun shown{{current, m_program.session().reportOptions()}, std::move(run.results)};
-    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, run.notes, sheetHeading(),
-                                  [this, shown] { viewPlots(shown); },
+    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, run.notes,
+                                  sheetHeading(), [this, shown] { viewPlots(shown); },
                                   [this, shown] { showWorking(shown); }},
                                  m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);

@@ -6,13 +6,13 @@
 #include "base/ui/NumberEdit.h"
 #include "base/ui/OutdatedBanner.h"
 #include "base/ui/qtText.h"
+#include "base/ui/screenRoom.h"
 #include "base/ui/WindowPlaces.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QKeyEvent>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
@@ -86,12 +86,11 @@ bool Form::refuseUnreadNumber() {
 
 QDialogButtonBox* Form::makeButtons() {
     auto* box = new QDialogButtonBox(this);
-    auto* picture =
-        addButton(*box, "cmdScreenshot", tr("Copy &Screen"), QDialogButtonBox::ResetRole);
-    picture->setToolTip(tr("Copies a picture of this dialog to the clipboard"));
-    connect(picture, &QPushButton::clicked, this, &Form::copyPicture);
     auto* helpButton = addButton(*box, "cmdHelp", tr("&Help"), QDialogButtonBox::HelpRole);
     connect(helpButton, &QPushButton::clicked, this, &Form::help);
+    auto* picture = addButton(*box, "cmdScreenshot", tr("Copy Screen"), QDialogButtonBox::HelpRole);
+    picture->setToolTip(tr("Copies a picture of this dialog to the clipboard"));
+    connect(picture, &QPushButton::clicked, this, &Form::copyPicture);
     return box;
 }
 
@@ -141,8 +140,10 @@ void Form::runAgain() {
 void Form::showEvent(QShowEvent* event) {
     if (!m_placed) {
         if (m_services.places) m_services.places->restore(*this);
+        makeScrollableOnSmallScreens(*this);
+        keepTextsWhole(*this);
         // Another screen, or a larger font, than when the size was remembered.
-        resize(size().boundedTo(screen()->availableSize()));
+        resize(size().boundedTo(roomOnScreen(*this)));
         m_placed = true;
     }
     QDialog::showEvent(event);

@@ -2,6 +2,7 @@
 #include "help/ui/frmHelp.h"
 
 #include "base/ui/qtText.h"
+#include "base/ui/screenRoom.h"
 #include "base/ui/WindowPlaces.h"
 #include "help/ui/PageView.h"
 
@@ -261,7 +262,7 @@ void frmHelp::showTopic(const QString& address) {
     if (!m_placed && m_places) {
         m_places->restore(*this);
         m_places->restore(*m_splitter);
-        resize(size().boundedTo(screen()->availableSize()));
+        resize(size().boundedTo(telvo::ui::roomOnScreen(*this)));
     }
     m_placed = true;
     winId(); // the window of the system, which the modal dialog is told of

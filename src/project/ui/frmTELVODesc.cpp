@@ -63,6 +63,9 @@ frmTELVODesc::frmTELVODesc(const ProjectCase& current, const telvo::ui::FormServ
     layout->addWidget(note);
     layout->addWidget(buttons);
 
+    note->setWordWrap(true);
+    setMaximumWidth(sizeHint().width()); // more room would stay empty beside the 60 columns
+
     connect(m_title, &QLineEdit::textChanged, this, &frmTELVODesc::edited);
     connect(m_description, &QPlainTextEdit::textChanged, this, &frmTELVODesc::edited);
     m_title->setFocus();
@@ -97,6 +100,13 @@ DescriptionEdit* frmTELVODesc::makeDescription() {
         box, &DescriptionEdit::pasteCut, this,
         [this] { tell(DescriptionCutMessage, titles::Message); }, Qt::QueuedConnection);
     return box;
+}
+
+void frmTELVODesc::showEvent(QShowEvent* event) {
+    Form::showEvent(event);
+    // The dialog enters its first box as by Tab, and the first key would replace the whole title.
+    QMetaObject::invokeMethod(
+        m_title, [this] { m_title->end(false); }, Qt::QueuedConnection);
 }
 
 std::string frmTELVODesc::title() const {

@@ -31,6 +31,9 @@ class frmTELVODesc : public telvo::ui::Form {
     void done(int result) override;
     void reject() override;
 
+  protected:
+    void showEvent(QShowEvent* event) override;
+
   Q_SIGNALS:
     /// The title or the description was changed.
     void edited();

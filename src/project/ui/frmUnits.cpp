@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace telvo::project::ui {
 
@@ -16,13 +17,31 @@ using telvo::ui::fromQt;
 using telvo::ui::NumberEdit;
 using telvo::ui::toQt;
 
+namespace {
+
+/// A tab's caption with the letter that chooses it.
+QString withLetter(const QString& quantity) {
+    const std::pair<const char*, const char*> captions[] = {
+        {"Length", QT_TR_NOOP("&Length")},
+        {"Load", QT_TR_NOOP("L&oad")},
+        {"Load Gradient", QT_TR_NOOP("Load &Gradient")},
+        {"Stress", QT_TR_NOOP("&Stress")},
+        {"Stress Gradient", QT_TR_NOOP("Stress G&radient")},
+        {"Unit Weight", QT_TR_NOOP("&Unit Weight")}};
+    for (const auto& [name, caption] : captions)
+        if (quantity == QLatin1String(name)) return frmUnits::tr(caption);
+    return quantity;
+}
+
+} // namespace
+
 frmUnits::frmUnits(const telvo::ui::FormServices& services, QWidget* parent)
     : Form("frmUnits", titles::UnitConversion, "UnitConversion.htm", services, parent) {
     auto* tabs = new QTabWidget(this);
     tabs->setObjectName("SSTab1");
     tabs->setAccessibleName(tr("Quantity"));
     for (const CalculatorQuantity& quantity : calculatorQuantities())
-        tabs->addTab(makePage(quantity), toQt(quantity.name));
+        tabs->addTab(makePage(quantity), withLetter(toQt(quantity.name)));
     // A quantity is chosen to type its value.
     const auto goToEntry = [this](int tab) {
         if (tab < 0) return; // a click beside the tabs

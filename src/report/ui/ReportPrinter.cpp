@@ -6,6 +6,7 @@
 #include "report/ui/PrintDialogs.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <QFile>
 #include <QFileInfo>
 #include <QFontDatabase>
@@ -13,6 +14,7 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QStandardPaths>
+#include <utility>
 
 namespace telvo::report::ui {
 
@@ -23,19 +25,55 @@ namespace {
 
 const QMarginsF Margins(20, 12, 15, 12); // mm; the left one leaves room for holes
 constexpr double LargestFont = 9;        // pt
+constexpr double SmallestReadable = 6.5; // pt; a page that wants a smaller one takes two sheets
 constexpr double SmallestFont = 1;       // pt
+constexpr double MostLeading = 1.2;      // of the line step, in em: some fonts ask for much more
+constexpr double Baseline = 0.8;         // of the line step
 
-/// The report's font in the size at which its widest line fits the paper.
-QFont fittingFont(QPrinter& printer) {
-    QFont font = reportFont();
-    font.setHintingPreference(QFont::PreferNoHinting); // widths grow evenly with the size
-    font.setPointSizeF(LargestFont);
-    const double widest =
-        QFontMetricsF(font, &printer).horizontalAdvance(QString(ReportColumns, '0'));
-    const double room = printer.pageRect(QPrinter::DevicePixel).width();
-    if (widest > room)
-        font.setPointSizeF(std::max(SmallestFont, LargestFont * 0.995 * room / widest));
-    return font;
+/// The printed type: a font and the distance of its lines.
+struct Type {
+    QFont font;
+    double lineStep = 0; ///< device pixels
+    double column = 0;   ///< likewise
+
+    std::size_t lines(const QRectF& area) const {
+        return static_cast<std::size_t>(area.height() / lineStep + 1e-6);
+    }
+    std::size_t columns(const QRectF& area) const {
+        // A rounding error less than a column must not cost one.
+        return std::max<std::size_t>(ReportColumns,
+                                     static_cast<std::size_t>(area.width() / column + 1e-6));
+    }
+};
+
+Type typeOf(double points, QPrinter& printer) {
+    Type type{printFont()};
+    type.font.setHintingPreference(QFont::PreferNoHinting); // widths grow evenly with the size
+    type.font.setPointSizeF(points);
+    const QFontMetricsF metrics(type.font, &printer);
+    const double em = points / 72 * printer.logicalDpiY();
+    type.lineStep = std::clamp(metrics.lineSpacing(), em, MostLeading * em);
+    type.column = metrics.horizontalAdvance(QString(ReportColumns, '0')) / ReportColumns;
+    return type;
+}
+
+/// The largest type in which the widest line fits the paper and every page stands on one sheet;
+/// a page for which it would become too small does not count.
+Type fittingType(QPrinter& printer, const PrintJob& job) {
+    const QRectF area = printer.pageRect(QPrinter::DevicePixel);
+    double points = LargestFont;
+    const double widest = typeOf(points, printer).column * ReportColumns;
+    if (widest > area.width())
+        points = std::max(SmallestFont, points * 0.995 * area.width() / widest);
+    const Type type = typeOf(points, printer);
+    if (points <= SmallestReadable) return type;
+    const std::size_t most = typeOf(SmallestReadable, printer).lines(area);
+    const auto onePageEach = layOutSheets(job.pages, job.heading, {SIZE_MAX, type.columns(area)});
+    const std::size_t wanted = longestSheet(onePageEach, most);
+    if (wanted <= type.lines(area)) return type;
+    const double smaller =
+        points * 0.995 * area.height() / (type.lineStep * static_cast<double>(wanted));
+    return typeOf(std::max(SmallestReadable, smaller), printer);
 }
 
 /// The sheets in the order in which they leave the printer, where the copies are ours to make.
@@ -74,8 +112,9 @@ bool isWhole(const QString& pdf) {
 
 } // namespace
 
-ReportPrinter::ReportPrinter(Messages& messages, PrintDialogs& dialogs)
-    : m_messages(messages), m_dialogs(dialogs) {}
+ReportPrinter::ReportPrinter(Messages& messages, PrintDialogs& dialogs,
+                             std::function<std::chrono::year_month_day()> today)
+    : m_messages(messages), m_dialogs(dialogs), m_today(std::move(today)) {}
 
 ReportPrinter::~ReportPrinter() = default;
 
@@ -101,7 +140,12 @@ void ReportPrinter::rememberPdfFolder() {
 
 bool ReportPrinter::print(const PrintJob& job, QWidget* parent, const QString& title) {
     return print(job.heading.FileName, parent, title,
-                 [&job](QPrinter& chosen) { return paint(chosen, job, true); });
+                 [&](QPrinter& chosen) { return paint(chosen, dated(job), true); });
+}
+
+PrintJob ReportPrinter::dated(PrintJob job) const {
+    job.heading.date = m_today();
+    return job;
 }
 
 bool ReportPrinter::print(const std::string& fileName, QWidget* parent, const QString& title,
@@ -125,15 +169,10 @@ bool ReportPrinter::print(const std::string& fileName, QWidget* parent, const QS
 }
 
 bool paint(QPrinter& printer, const PrintJob& job, bool allCopies) {
-    const QFont font = fittingFont(printer);
-    const QFontMetricsF metrics(font, &printer);
+    const Type type = fittingType(printer, job);
     const QRectF area = printer.pageRect(QPrinter::DevicePixel);
-    // A rounding error less than a column must not cost one.
-    const double columns = area.width() / metrics.horizontalAdvance('0') + 1e-6;
     const std::vector<Sheet> sheets =
-        layOutSheets(job.pages, job.heading,
-                     {static_cast<std::size_t>(area.height() / metrics.lineSpacing()),
-                      std::max<std::size_t>(ReportColumns, static_cast<std::size_t>(columns))});
+        layOutSheets(job.pages, job.heading, {type.lines(area), type.columns(area)});
 
     std::vector<const Sheet*> order;
     if (allCopies)
@@ -144,13 +183,13 @@ bool paint(QPrinter& printer, const PrintJob& job, bool allCopies) {
 
     QPainter painter;
     if (!painter.begin(&printer)) return false;
-    painter.setFont(font);
+    painter.setFont(type.font);
     for (std::size_t i = 0; i < order.size(); ++i) {
         if (i > 0 && !printer.newPage()) return false;
-        double y = metrics.ascent();
+        double y = Baseline * type.lineStep;
         for (const std::string& line : *order[i]) {
             painter.drawText(QPointF(0, y), toQt(line));
-            y += metrics.lineSpacing();
+            y += type.lineStep;
         }
     }
     return painter.end() && printer.printerState() != QPrinter::Error;
@@ -158,6 +197,17 @@ bool paint(QPrinter& printer, const PrintJob& job, bool allCopies) {
 
 QFont reportFont() {
     return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+}
+
+QFont printFont() {
+    QFont font = reportFont();
+    // Close set and with every letter of Western names; desktops choose others for the screen.
+    for (const char* family : {"Liberation Mono", "DejaVu Sans Mono", "Courier New"})
+        if (QFontDatabase::hasFamily(family) && QFontDatabase::isFixedPitch(family)) {
+            font.setFamilies({family});
+            break;
+        }
+    return font;
 }
 
 } // namespace telvo::report::ui

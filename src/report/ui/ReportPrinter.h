@@ -27,7 +27,9 @@ struct PrintJob {
 /// Prints report pages and keeps the printer that was chosen for as long as the program runs.
 class ReportPrinter {
   public:
-    ReportPrinter(Messages& messages, PrintDialogs& dialogs);
+    /// Given: today  the date at the moment of printing
+    ReportPrinter(Messages& messages, PrintDialogs& dialogs,
+                  std::function<std::chrono::year_month_day()> today);
     ~ReportPrinter();
 
     /// Asks for the printer and prints. A printer or file that cannot be written is told.
@@ -40,6 +42,9 @@ class ReportPrinter {
     /// Lets the user choose printer and orientation. Returned: false for Cancel.
     bool setUp(QWidget* parent);
 
+    /// The job as it would be printed now: with today's date.
+    PrintJob dated(PrintJob job) const;
+
     /// The printer of the session. It is made when it is first asked for, because the system's
     /// printers are looked up then, which takes its time.
     QPrinter& printer();
@@ -49,15 +54,20 @@ class ReportPrinter {
 
     Messages& m_messages;
     PrintDialogs& m_dialogs;
+    std::function<std::chrono::year_month_day()> m_today;
     std::unique_ptr<QPrinter> m_printer;
     QString m_pdfFolder; ///< where the last PDF went; empty: none yet
 };
 
 /// Paints the sheets of a job for the paper of `printer`, one copy of them or as many as are set.
+/// The size of the font follows from its measured width and the paper: a page stands on one sheet
+/// as long as that leaves the letters readable, whatever the font, the paper and its orientation.
 /// Returned: false when the printer did not take them.
 bool paint(QPrinter& printer, const PrintJob& job, bool allCopies);
 
-/// The fixed-pitch font of this system, in which reports are shown and printed.
+/// The fixed-pitch font of this system, in which reports are shown.
 QFont reportFont();
+/// The one in which they are printed: a well-known one where it is installed, else reportFont().
+QFont printFont();
 
 } // namespace telvo::report::ui

@@ -33,7 +33,7 @@ frmPreview::frmPreview(PrintJob job, const telvo::ui::FormServices& services,
     m_sheets->setAccessibleName(tr("Printed sheets"));
     m_sheets->setFocusPolicy(Qt::StrongFocus);
     connect(m_sheets, &QPrintPreviewWidget::paintRequested, this,
-            [this](QPrinter* target) { paint(*target, m_job, false); });
+            [this](QPrinter* target) { paint(*target, m_printer.dated(m_job), false); });
     connect(m_sheets, &QPrintPreviewWidget::previewChanged, this, &frmPreview::showSheetNumber);
 
     auto* layout = new QVBoxLayout(this);

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QComboBox>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -58,6 +59,7 @@ frmResTxtPlt::frmResTxtPlt(ResultsView view, const telvo::ui::FormServices& serv
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(makePageRow());
+    layout->addLayout(makeCommandRow());
     if (!m_view.notes.empty()) layout->addWidget(makeNotes());
     layout->addWidget(m_text, 1);
 
@@ -105,12 +107,28 @@ QHBoxLayout* frmResTxtPlt::makePageRow() {
     m_pageLabel->setAccessibleName(tr("Page of the report"));
     m_pageLabel->setToolTip(tr("Page 0 repeats the input, pages 1 to 5 are the results"));
 
+    m_pageList = new QComboBox(this);
+    telvo::ui::describe(*m_pageList, "cboPage", tr("Page"), tr("What the pages hold (Ctrl+G)"));
+    for (int page = 0; page <= LastReportPage; ++page)
+        m_pageList->addItem(QStringLiteral("%1  ").arg(page) +
+                            tr(ReportPageNames[static_cast<std::size_t>(page)].data()));
+    connect(m_pageList, &QComboBox::activated, this, &frmResTxtPlt::goToPage);
+    connect(new QShortcut(Qt::CTRL | Qt::Key_G, this), &QShortcut::activated, m_pageList,
+            [this] { m_pageList->setFocus(Qt::ShortcutFocusReason); });
+
     auto* row = new QHBoxLayout;
     row->addWidget(m_previous);
     row->addWidget(m_pageLabel);
     row->addWidget(m_next);
-    row->addStretch(1);
     row->addSpacing(style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
+    row->addWidget(m_pageList);
+    row->addStretch(1);
+    return row;
+}
+
+// A row of its own: both in one would be wider than a small screen.
+QHBoxLayout* frmResTxtPlt::makeCommandRow() {
+    auto* row = new QHBoxLayout;
     row->addWidget(makeButton("cmdCopyPage", tr("&Copy Page"),
                               tr("Copies the page that is shown to the clipboard"),
                               &frmResTxtPlt::copyPage));
@@ -123,6 +141,7 @@ QHBoxLayout* frmResTxtPlt::makePageRow() {
     row->addWidget(makeButton("cmdPrinterSetup", tr("Printer Set&up"),
                               tr("Chooses the printer and the orientation of the paper"),
                               &frmResTxtPlt::setUpPrinter));
+    row->addStretch(1);
     return row;
 }
 
@@ -179,10 +198,16 @@ void frmResTxtPlt::previousPage() {
     showPage();
 }
 
+void frmResTxtPlt::goToPage(int page) {
+    m_page = static_cast<std::int16_t>(page);
+    showPage();
+}
+
 void frmResTxtPlt::showPage() {
     const QWidget* pressed = focusWidget();
     m_text->setPlainText(toQtLines(m_view.pages[static_cast<std::size_t>(m_page)]));
     m_pageLabel->setText(tr("Page %1 of %2").arg(m_page).arg(LastReportPage));
+    m_pageList->setCurrentIndex(m_page);
     m_next->setEnabled(m_page < LastReportPage);
     m_previous->setEnabled(m_page > 0);
     // A button that turns itself off must not leave the keyboard on a button of another kind.

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class QComboBox;
 class QHBoxLayout;
 class QLabel;
 class QPlainTextEdit;
@@ -46,6 +47,8 @@ class frmResTxtPlt : public telvo::ui::Form {
   private:
     QHBoxLayout* makePageRow();
     QLabel* makeNotes();
+    QHBoxLayout* makeCommandRow();
+    void goToPage(int page);
     void makeShortcut(const QKeySequence& key, QPushButton* target);
     void nextPage();
     void previousPage();
@@ -66,6 +69,7 @@ class frmResTxtPlt : public telvo::ui::Form {
     ReportPrinter& m_printer;
     std::int16_t m_page = 0;
     QLabel* m_pageLabel = nullptr;
+    QComboBox* m_pageList = nullptr;
     QPushButton* m_next = nullptr;
     QPushButton* m_previous = nullptr;
     QPlainTextEdit* m_text = nullptr;

@@ -213,6 +213,11 @@ QWidget* frmCaseTable::makePreview() {
     m_notes->setReadOnly(true);
     m_notes->setTabChangesFocus(true);
     m_notes->setMinimumHeight(fontMetrics().height() * 6);
+    // Wide enough for the longest loading condition.
+    QString widest;
+    for (const std::string_view condition : project::LoadingConditionNames)
+        if (const QString text = toQt(condition); text.size() > widest.size()) widest = text;
+    m_facts[1]->setMinimumWidth(fontMetrics().horizontalAdvance(widest));
     layout->addWidget(left, 3);
     layout->addWidget(m_notes, 2);
     facts->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);

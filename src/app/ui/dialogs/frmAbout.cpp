@@ -44,10 +44,10 @@ frmAbout::frmAbout(const telvo::ui::FormServices& services, QWidget* parent)
     addRow(tr("Version:"), "lblVersion", TELVO_VERSION);
     addRow(tr("Module build:"), "lblBuild", telvo::ui::toQt(ModuleBuild));
     addRow(tr("Qt:"), "lblQt", QString::fromLatin1(qVersion()));
-    addRow(tr("Licence:"), "lblLicence", "GPL-3.0-or-later");
+    addRow(tr("License:"), "lblLicence", "GPL-3.0-or-later");
     layout->addLayout(form);
     auto* warranty = new QLabel(tr("This is free software; you may change and pass it on under "
-                                   "the terms of its licence. There is no warranty."));
+                                   "the terms of its license. There is no warranty."));
     warranty->setWordWrap(true);
     layout->addWidget(warranty);
     layout->addStretch();

@@ -58,7 +58,7 @@ QWidget* frmGraphOpts::makeDrawingPage() {
     const QString lines = tr("Lines across the graph at the numbers of its axes");
     row->addWidget(
         makeChoice("optGridStyle", &Settings::GridStyle, tr("Grid"),
-                   {tr("&None"), tr("&Horizontal lines"), tr("&Vertical lines"), tr("Bot&h")},
+                   {tr("&None"), tr("Hori&zontal lines"), tr("&Vertical lines"), tr("&Both")},
                    {lines, lines, lines, lines}, QBoxLayout::TopToBottom));
     row->addWidget(makeCurvesGroup());
     layout->addLayout(row);
@@ -83,7 +83,7 @@ QWidget* frmGraphOpts::makeCurvesGroup() {
     describe(*size, "spnSymbolSize", tr("Symbol size"), tr("Size in points, 3 to 20"));
     size->setRange(3, 20);
     size->setSuffix(tr(" pt"));
-    form->addRow(tr("Symbol si&ze:"), size);
+    form->addRow(tr("Symbol s&ize:"), size);
     layout->addLayout(form);
     tie([=](const Settings& settings) { size->setValue(settings.SymbolSize); },
         [=](Settings& settings) {
@@ -106,7 +106,7 @@ QWidget* frmGraphOpts::makeTitlesPage() {
 
     auto* horizontal = new QGroupBox(tr("Horizontal Axis"));
     auto* xForm = new QFormLayout(horizontal);
-    const QStringList captions = {tr("Entry &height:"),        tr("De&pth of cover:"),
+    const QStringList captions = {tr("Entr&y height:"),        tr("De&pth of cover:"),
                                   tr("Crosscut &angle:"),      tr("Crosscut &spacing:"),
                                   tr("&First barrier width:"), tr("Second &barrier width:")};
     for (std::size_t i = 0; i < study::GraphKinds; ++i)
