@@ -43,9 +43,10 @@ TEST(Outdated, EveryFieldThatCountsIsNoticed) {
                 field[1] += 1;
             const std::string why = outdatedBecause(run, now);
             EXPECT_TRUE(why.starts_with("The case was changed since: ")) << name << why;
-            EXPECT_EQ(why.find(';'), std::string::npos) << why;
+            // Another entry brings a distance with it.
+            EXPECT_EQ(why.find(';') != std::string::npos, name == "NumberEntries") << why;
             // In the words of the form, not in those of the file.
-            if (name != "Arch") {
+            if (name != "Arch" && name != "AMZ") {
                 EXPECT_EQ(why.find(std::string(name) + ' '), std::string::npos) << why;
             }
             field = kept;

@@ -59,7 +59,10 @@ class ExplainTest : public QObject {
     QTemporaryDir folder;
     ui::WindowPlaces places{folder.filePath("places.ini").toStdString()};
     ui::FormServices services{messages, [](const QString&) {}, &places};
-    report::ui::ReportPrinter printer{messages, dialogs};
+    report::ui::ReportPrinter printer{messages, dialogs, [] {
+                                          using namespace std::chrono;
+                                          return year_month_day{2026y / March / 7};
+                                      }};
     explain::ui::WorkingView view;
     std::unique_ptr<frmExplain> form;
 };
