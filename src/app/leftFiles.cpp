@@ -13,11 +13,11 @@ namespace telvo::app {
 
 namespace {
 
-bool isSmall(char c) {
+bool isLowerCase(char c) {
     return c >= 'a' && c <= 'z';
 }
 
-bool isCapital(char c) {
+bool isUpperCase(char c) {
     return c >= 'A' && c <= 'Z';
 }
 
@@ -32,9 +32,9 @@ bool isUnfinished(std::string_view name, std::string_view windowsFile) {
     name.remove_prefix(1);
     return std::all_of(
                name.begin(), name.end(),
-               [](char c) { return isSmall(c) || isCapital(c) || (c >= '0' && c <= '9'); }) &&
-           std::any_of(name.begin(), name.end(), isSmall) &&
-           std::any_of(name.begin() + 1, name.end(), isCapital);
+               [](char c) { return isLowerCase(c) || isUpperCase(c) || (c >= '0' && c <= '9'); }) &&
+           std::any_of(name.begin(), name.end(), isLowerCase) &&
+           std::any_of(name.begin() + 1, name.end(), isUpperCase);
 }
 
 } // namespace
