@@ -76,11 +76,13 @@ void LooksTest::lookAtTabs(QWidget& window, const QString& size) {
         for (int i = 0; i < 5; ++i) // layouts within layouts
             QApplication::processEvents();
         m_faults += textFaults(window) + letterFaults(window);
+        constexpr int lightlyPacked = 80; // packing hundreds of pictures well takes minutes
         window.grab().save(m_folder + QString("/%1-%2-%3-%4x%5.png")
                                           .arg(window.objectName())
                                           .arg(tab)
                                           .arg(m_palette, size)
-                                          .arg(window.devicePixelRatio()));
+                                          .arg(window.devicePixelRatio()),
+                           "PNG", lightlyPacked);
     }
     if (tabs) tabs->setCurrentIndex(shown);
 }

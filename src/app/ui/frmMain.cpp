@@ -263,6 +263,8 @@ void frmMain::buildCentre() {
     txtMain->setReadOnly(true);
     txtMain->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtMain->setUndoRedoEnabled(false);
+    // On a low screen the case needs the room more than the history does.
+    txtMain->setMinimumHeight(fontMetrics().height() * 3);
     m_splitter->addWidget(m_pages);
     m_splitter->addWidget(txtMain);
     m_splitter->setStretchFactor(0, 1);
