@@ -5,7 +5,9 @@
 #include <json-c/json.h>
 #include <sys/stat.h>
 
+#include <chrono>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -209,7 +211,8 @@ TEST_F(Cli, PicturesAndWorkbooksAreSoundAndCanBeMadeAgainByteForByte) {
         for (const char* bad : {"\xEF\xBF\xBE", "\x02"})
             EXPECT_EQ(svg.find(bad), string::npos);
     }
-    std::system("sleep 1.1"); // past the second that the files would tell
+    std::this_thread::sleep_for(
+        std::chrono::milliseconds(1100)); // past the second that the files would tell
     ASSERT_EQ(run("table export gobs.TLV -o b.xlsx").status, 0);
     EXPECT_EQ(read("a.xlsx"), read("b.xlsx"));
     if (Draws) {
