@@ -54,8 +54,8 @@ Result<CaseTable> readParts(const PartTexts& texts) {
             if (found == texts.end()) return std::optional<PartReader>();
             return std::optional<PartReader>(
                 [rest = std::string_view(found->second)](
-                    char* into, std::size_t) mutable -> Result<std::size_t> {
-                    const auto got = std::min<std::size_t>(rest.size(), 7); // cuts every token
+                    char* into, std::size_t room) mutable -> Result<std::size_t> {
+                    const auto got = std::min({rest.size(), room, std::size_t(7)}); // cuts tokens
                     rest.copy(into, got);
                     rest.remove_prefix(got);
                     return got;
