@@ -10,7 +10,7 @@ namespace {
 ShownCase aRun() {
     ShownCase run;
     run.current = project::newCase(project::English);
-    run.current.FileName = "/work/Panel 3.TLV";
+    run.current.FileName = "/cases/Panel 3.TLV";
     run.current.Input.DepthCover = 800;
     run.current.Input.NumberEntries = 5;
     return run;
