@@ -122,8 +122,8 @@ class SettingsStore {
     const std::string& path() const { return m_path; }
 
     /// Version check at start-up: a missing file is created with initial values, a file of another
-    /// build is deleted first, one that cannot be read is left alone. Returned: whether the file is
-    /// new.
+    /// build is deleted first, one that cannot be read is left alone.
+    /// Returned: whether the file is new.
     bool checkVersion();
     /// Why the file cannot be read or made, as that check and LoadSettings() found.
     const std::optional<Fault>& trouble() const { return m_trouble; }

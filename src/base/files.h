@@ -28,7 +28,8 @@ inline constexpr std::size_t MaxSettingsBytes = std::size_t{1} << 20;
 Result<std::string> readFile(const std::string& path, std::size_t most = MaxFileBytes);
 
 /// Writes `bytes` to the file in one atomic step, and removes what ended programs left in its
-/// folder. Given: remarks  takes what AtomicFile could not keep of an old file; may be null
+/// folder.
+/// Given: remarks  takes what AtomicFile could not keep of an old file; may be null
 Status writeFile(const std::string& path, std::string_view bytes,
                  Existing existing = Existing::Replace,
                  std::vector<std::string>* remarks = nullptr);

@@ -23,7 +23,8 @@ bool isNamed(const std::string& target);
 bool mayWrite(const std::string& target, bool force);
 
 /// As mayWrite(), for what is made from cases: forced or not, it takes the place of no case file
-/// and of none of the files that the call reads. Given: inputs  arguments that name cases
+/// and of none of the files that the call reads.
+/// Given: inputs  arguments that name cases
 bool mayWriteMade(const std::string& target, bool force, const std::vector<std::string>& inputs);
 
 /// The same for a report, which also may replace an older report.

@@ -61,8 +61,7 @@ TableCommands addTableCommands(CLI::App& app, TableRequest& request, ImportReque
         "A table is CSV (comma, semicolon or tab) or an XLSX workbook, known by what it "
         "holds. Its\ncolumns are the input fields, Title, Description and Units. report, "
         "results, check and\ntable export take tables, too: FILE is every row, FILE#7 the row that "
-        "a "
-        "spreadsheet numbers 7,\nand - a table from a pipe. explain, plot, convert and save take "
+        "a spreadsheet numbers 7,\nand - a table from a pipe. explain, plot, convert and save take "
         "FILE#7.\n\nBlank cells and missing columns take the values of a new case, which is "
         "reported. Where\nAMZ or Arch is 1, a BreadthAMZ or ArchFactor that is blank or 0 "
         "is computed.");

@@ -14,9 +14,9 @@ inline constexpr double TransferThreshold = 1.5;
 void remnantBarrier(const WorkingInputs& in, int k, AnalysisResults& r);
 
 /// Load that a remnant hands to the AMZ: (1.5 - SF) 0.67 X for SF <= 1.5, all of X when the slab
-/// cut took the whole barrier; at most X, also when X is negative. Given: width  remnant width (ft
-/// | m)   SF  its stability factor   X  front abutment over it Notes: kept different from
-/// barrierTransfer(), which has no 0.67 and a lower bound, on purpose.
+/// cut took the whole barrier; at most X, also when X is negative.
+/// Given: width  remnant width (ft | m)   SF  its stability factor   X  front abutment over it
+/// Notes: kept different from barrierTransfer(), which has no 0.67 and a lower bound, on purpose.
 double remnantTransfer(double width, double SF, double X);
 
 /// Front abutment that moves into a barrier whose remnant is weak: (1.5 - SF) 0.67 X below SF 1.5.

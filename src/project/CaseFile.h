@@ -40,7 +40,8 @@ struct CaseReading {
 /// Reads the text of a case file of any level into a record.
 /// Items that the level lacks keep what the record held; after a fault the items read so far stay.
 /// CR LF and LF end lines, and CR where there is no LF; valid UTF-8 is read as such, anything else
-/// as Windows-1252. Given: bytes  the content of the file
+/// as Windows-1252.
+/// Given: bytes  the content of the file
 ///        name   how messages name the file; it does not become the case's file name
 CaseReading readCaseText(std::string_view bytes, std::string_view name, ProjectCase& into);
 

@@ -17,8 +17,8 @@ const std::string_view CoalStrengthAdvisory =
 
 const std::string_view UnitWeightAdvisory =
     "The TELVO case history data base was analyzed with an overburden unit weight of 162 pcf.  "
-    "Stability Factors (SF) obtained with a different overburden unit weight may not be comparable "
-    "to the suggested SF values obtained from BODRA's analysis of the data base.";
+    "Stability Factors (SF) obtained with a different overburden unit weight may not be "
+    "comparable to the suggested SF values obtained from BODRA's analysis of the data base.";
 
 const std::string_view AbutmentAngleAdvisory =
     "The TELVO case history data base was analyzed with abutment angles of 21 degrees.  Stability "
@@ -28,21 +28,17 @@ const std::string_view AbutmentAngleAdvisory =
 
 const std::string_view AMZAdvisory =
     "The TELVO case history data base was analyzed with the breadth of the Active Mining Zone "
-    "(AMZ) "
-    "calculated automatically (AMZ = 5 times the square root of the depth of cover).  Stability "
-    "Factors (SF) obtained with a different AMZ may not be comparable to the suggested SF values "
-    "obtained from BODRA's analysis of the data base.  For more information, see Help/Project "
-    "Input "
-    "Parameters.";
+    "(AMZ) calculated automatically (AMZ = 5 times the square root of the depth of cover).  "
+    "Stability Factors (SF) obtained with a different AMZ may not be comparable to the suggested "
+    "SF values obtained from BODRA's analysis of the data base.  For more information, see "
+    "Help/Project Input Parameters.";
 
 const std::string_view ArchAdvisory =
     "The TELVO case history data base was analyzed with the Pressure Arch Factor (Fpa) calculated "
     "automatically (Fpa = 0.28 times the natural log of the depth-to-panel-width ratio).  "
-    "Stability "
-    "Factors (SF) obtained with a different Fpa may not be comparable to the suggested SF values "
-    "obtained from BODRA's analysis of the data base.  For more information, see Help/Project "
-    "Input "
-    "Parameters.";
+    "Stability Factors (SF) obtained with a different Fpa may not be comparable to the suggested "
+    "SF values obtained from BODRA's analysis of the data base.  For more information, see "
+    "Help/Project Input Parameters.";
 
 const std::string_view TwoSideGobsAdvisory =
     "In the TELVO data base, of the 19 case histories of Active Retreat and Two Side Gobs under "

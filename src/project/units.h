@@ -59,8 +59,8 @@ extern const std::string_view ConversionUntouchedNote;
 
 /// Tells of an automatic pressure arch factor that is another one after a conversion, mostly
 /// because its margin between depth and panel width is 80 ft or 80 m; nothing where it stays or is
-/// entered. Notes: the factor is that of the parameter form. The rule of the analysis has the same
-/// margins
+/// entered.
+/// Notes: the factor is that of the parameter form. The rule of the analysis has the same margins
 ///        and departs from it only where single precision tips a rounding.
 std::optional<std::string> archFactorRemark(const ProjectCase& before, const ProjectCase& after);
 

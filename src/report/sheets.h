@@ -32,7 +32,8 @@ inline constexpr int ReportColumns = 87;
 
 /// The sheets of some report pages. Every page begins a new sheet, and so does a line that no
 /// longer fits; sheets are numbered through. No sheet begins with a blank line, no page ends with
-/// one. Notes: 1) a line wider than the sheet goes on in the next line;
+/// one.
+/// Notes: 1) a line wider than the sheet goes on in the next line;
 ///        2) a file name that is too long for the heading loses its middle there;
 ///        3) a page that begins with the module build has it not repeated in its heading.
 std::vector<Sheet> layOutSheets(std::span<const std::string> pages, const SheetHeading& heading,

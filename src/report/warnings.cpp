@@ -62,8 +62,7 @@ constexpr std::string_view BurstStart =
 constexpr std::string_view BurstEnd =
     " Of these, 20 were caused by coal bursts.  BODRA recommends that deep cover room-and-pillar "
     "retreat coal mines conduct regular burst hazard assessments for any areas where retreat "
-    "mining "
-    "is proposed and the depth of cover exceeds ";
+    "mining is proposed and the depth of cover exceeds ";
 constexpr std::string_view ArchModelText =
     "The Pressure Arch loading model used in TELVO v6 was derived from analysis of case history "
     "data from the Western and Central Appalachian coalfields in the US.  The overburden rock in "

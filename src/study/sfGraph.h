@@ -104,8 +104,9 @@ project::ProjectCase variedCase(const project::ProjectCase& current, GraphKind k
 /// place where a rule switches; points that the check refuses or that cannot be computed are gaps.
 /// The axis is clipped: angle 30 to 90, spacing above the entry width, barrier at least the slab
 /// cut. The steps of a rounded arch factor or an automatic AMZ breadth are jumps like any other:
-/// the report prints them. Refusals: a range whose minimum is not below its maximum; a graph that
-/// the case has no use for; a graph without any point.
+/// the report prints them.
+/// Refusals: a range whose minimum is not below its maximum; a graph that the case has no use for;
+///           a graph without any point.
 std::variant<SfGraph, Refusal> sfGraph(const project::ProjectCase& current, GraphKind kind,
                                        const GraphRange& range,
                                        const report::ReportOptions& options);

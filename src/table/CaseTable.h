@@ -59,7 +59,8 @@ std::string rowName(const std::string& file, std::uint32_t number);
 
 /// What a reader of the table has to know beside its rows, one sentence each, what matters most
 /// first: which sheet was read, every value that was not in the file and where it comes from,
-/// columns that are not read. Given: only  the number of the one row that is asked for
+/// columns that are not read.
+/// Given: only  the number of the one row that is asked for
 std::vector<std::string> remarks(const CaseTable& table, std::optional<std::uint32_t> only = {});
 
 /// The same of a single row, with the values: "CoalStrength: blank; as in a new case, 900".

@@ -38,8 +38,9 @@ class TableBuilder {
 
     /// Whether one of the headings is an input field.
     static bool namesField(const std::vector<std::string>& headings);
-    /// Takes the headings. Faults: no heading is an input field; two are the same one.
-    /// Given: row  number of the row that they stand in
+    /// Takes the headings.
+    /// Given:  row  number of the row that they stand in
+    /// Faults: no heading is an input field; two are the same one.
     Status setHeadings(const std::vector<std::string>& headings, std::uint32_t row);
     /// Whether a column of the file, counted from 0, is read at all, and as numbers.
     bool isRead(std::size_t column) const;
@@ -50,7 +51,8 @@ class TableBuilder {
 
     /// Refuses the cells of a merged range but the first one: a spreadsheet shows its value for all
     /// of them, while the file may hold nothing or something else there. Rows and columns count
-    /// from 1 and 0. Faults: more ranges over each other than a sheet can have.
+    /// from 1 and 0.
+    /// Faults: more ranges over each other than a sheet can have.
     Status refuseMerged(std::uint32_t firstRow, std::size_t firstColumn, std::uint32_t lastRow,
                         std::size_t lastColumn);
 

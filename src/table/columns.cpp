@@ -28,13 +28,11 @@ constexpr WholeColumn WholeColumns[] = {
     {"Reserved", "Kept with the case, used by nothing", -32768, 32767, "-32768 to 32767"},
     {"AMZ",
      "1: a BreadthAMZ that is blank or 0 is computed from DepthCover when the table is read, and "
-     "the "
-     "parameter form keeps it so; the analysis uses what BreadthAMZ holds",
+     "the parameter form keeps it so; the analysis uses what BreadthAMZ holds",
      0, 1, "0 no, 1 yes"},
     {"Arch",
      "1: the analysis computes the pressure arch factor that it uses, whatever ArchFactor holds; "
-     "an "
-     "ArchFactor that is blank or 0 gets what the parameter form would show",
+     "an ArchFactor that is blank or 0 gets what the parameter form would show",
      0, 1, "0 no, 1 yes"},
     {"RowA", "Row A of pillars is left, beside the first side barrier", 0, 1, "0 no, 1 yes"},
     {"RowB", "Row B of pillars is left, beside the second side barrier", 0, 1, "0 no, 1 yes"},

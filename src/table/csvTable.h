@@ -17,9 +17,9 @@ namespace telvo::table {
 /// "sep=;" names it. Valid UTF-8, with or without byte order mark, is read as such, anything else
 /// as Windows-1252. Semicolon and tab leave room for a decimal comma. A row has a cell for each
 /// heading; a shorter one is refused, because it may have been cut off.
+/// Given:  file  how messages name it
 /// Faults: what is no such text, headings that are missing or stand twice, a quote without its end,
-/// the watch that ends the reading.
-/// Given: file  how messages name it
+///         the watch that ends the reading.
 Result<CaseTable> readCsv(std::string_view bytes, const std::string& file,
                           const ReadWatch& watch = {});
 
@@ -35,8 +35,9 @@ struct CsvText {
 /// Writes a table in text. Texts stand as they are, so that they read back unchanged: one that
 /// begins like a formula is not altered but noted, because a spreadsheet that opens the file
 /// computes it. Where the comma may be a decimal sign, 1.234 stands as 1.2340, which nobody takes
-/// for a whole number. Faults: a value that no reader would accept; `where` names case and column.
-/// Given: separator  ',' ';' or a tab
+/// for a whole number.
+/// Given:  separator  ',' ';' or a tab
+/// Faults: a value that no reader would accept; `where` names case and column.
 Result<CsvText> writeCsv(std::span<const project::ProjectCase> cases, char separator);
 
 } // namespace telvo::table

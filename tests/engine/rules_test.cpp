@@ -177,8 +177,7 @@ TEST(Notes, TellOfLoadsAndStrengthsBelowZero) {
         std::string_view note;
     } rows[] = {
         // 2 ft of gob bring some 480 x 400 x 1 x 150 = 2.9e7 lb; the corner of an 80 ft slab cut
-        // takes
-        // (40 x 360 x 20 + 40 x 40 x 40 / 3) x 150 = 4.6e7 lb
+        // takes (40 x 360 x 20 + 40 x 40 x 40 / 3) x 150 = 4.6e7 lb
         {"small gob", [](ProjectInput& in) { in.ExtentActiveGob = 2, in.SlabcutFirstGob = 80; },
          "Front abutment load on the AMZ is negative"},
         {"no gob", [](ProjectInput& in) { in.ExtentActiveGob = 0, in.SlabcutFirstGob = 25; },
