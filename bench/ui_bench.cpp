@@ -62,7 +62,7 @@ class Desk {
         program->start();
         QApplication::processEvents();
     }
-    QAction& action(const char* name) { return *program->window().findChild<QAction*>(name); }
+    QAction& action(app::ui::MenuEntry entry) { return program->window().action(entry); }
 
     std::unique_ptr<app::ui::Program> program;
 
@@ -75,7 +75,7 @@ class Desk {
 /// From the command to the painted report, the older results window going first.
 void pressResults(benchmark::State& state) {
     Desk desk;
-    QAction& stabilityFactors = desk.action("mnuCalcItem_0");
+    QAction& stabilityFactors = desk.action(app::ui::MenuEntry::StabilityFactors);
     for (auto _ : state) {
         stabilityFactors.trigger();
         QApplication::processEvents();
@@ -86,7 +86,7 @@ BENCHMARK(pressResults)->Unit(benchmark::kMillisecond);
 /// From the command to the painted parameter form.
 void openParameters(benchmark::State& state) {
     Desk desk;
-    QAction& parameters = desk.action("mnuEditItem_1");
+    QAction& parameters = desk.action(app::ui::MenuEntry::Parameters);
     for (auto _ : state) {
         parameters.trigger();
         QApplication::processEvents();

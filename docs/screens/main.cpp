@@ -114,12 +114,12 @@ void chooseTab(QWidget& window, int index) {
 }
 
 /// Chooses a command of the main window's menus.
-void choose(app::ui::frmMain& window, const char* item) {
-    window.findChild<QAction*>(item)->trigger();
+void choose(app::ui::frmMain& window, app::ui::MenuEntry entry) {
+    window.action(entry).trigger();
 }
 
 void takeParameterForm(Camera& camera, app::ui::frmMain& window) {
-    choose(window, "mnuEditItem_1");
+    choose(window, app::ui::MenuEntry::Parameters);
     QApplication::processEvents();
     QWidget* form = topWindow("frmTELVOParm");
     if (!form) return camera.missed("frmTELVOParm");
@@ -133,7 +133,7 @@ void takeParameterForm(Camera& camera, app::ui::frmMain& window) {
 }
 
 void takeViews(Camera& camera, app::ui::frmMain& window) {
-    choose(window, "mnuCalcItem_0");
+    choose(window, app::ui::MenuEntry::StabilityFactors);
     QApplication::processEvents();
     QWidget* results = topWindow("frmResTxtPlt");
     if (!results) return camera.missed("frmResTxtPlt");
@@ -156,7 +156,7 @@ void takeViews(Camera& camera, app::ui::frmMain& window) {
         if (auto* ok = modal->findChild<QPushButton*>("cmdOK")) ok->click();
     });
     closer.start(20);
-    choose(window, "mnuCalcGrafItem_5");
+    window.graphAction(study::GraphKind::SecondBarrier).trigger();
     QApplication::processEvents();
     closer.stop();
     if (QWidget* graph = topWindow("frmGraph")) {
@@ -214,7 +214,7 @@ class Desk {
 
 void takeGraph(Camera& camera, app::ui::frmMain& window, const QString& name,
                const QString& value) {
-    choose(window, ("mnuCalcGrafItem_" + value.section('=', 0, 0)).toUtf8().constData());
+    window.graphAction(static_cast<study::GraphKind>(value.section('=', 0, 0).toInt())).trigger();
     QApplication::processEvents();
     QWidget* graph = topWindow("frmGraph");
     if (!graph) return camera.missed(name);
@@ -227,7 +227,7 @@ void takeGraph(Camera& camera, app::ui::frmMain& window, const QString& name,
 
 void takeWorking(Camera& camera, app::ui::frmMain& window, const QString& name,
                  const QString& quantity) {
-    choose(window, "mnuCalcItem_0");
+    choose(window, app::ui::MenuEntry::StabilityFactors);
     QApplication::processEvents();
     QWidget* results = topWindow("frmResTxtPlt");
     auto* button = results ? results->findChild<QPushButton*>("cmdWorking") : nullptr;
@@ -248,7 +248,7 @@ int takeCase(const QString& example, const QString& folder, const QString& name,
     app::ui::frmMain& window = desk.program().window();
     desk.program().settings().values().GraphSetParams = 0;
     if (what == "parameters") {
-        choose(window, "mnuEditItem_1");
+        choose(window, app::ui::MenuEntry::Parameters);
         QApplication::processEvents();
         if (QWidget* form = topWindow("frmTELVOParm")) {
             form->resize(form->size() + RoomForPlan);
@@ -275,23 +275,23 @@ int takeWindows(const QString& example, const QString& folder) {
     Desk desk(camera, example);
     app::ui::Program& program = desk.program();
     app::ui::frmMain& window = program.window();
-    choose(window, "mnuUtilItem_5"); // empties the history, which names folders
+    choose(window, app::ui::MenuEntry::ClearHistory); // empties the history, which names folders
     program.messages().history("TELVO stability factors calculated: " +
                                fromQt(QFileInfo(desk.file()).fileName()));
     window.resize(1120, 680);
     camera.take(window, "frmMain");
 
     const auto tab = [](int index) { return [index](QWidget& shown) { chooseTab(shown, index); }; };
-    camera.takeModal("frmTELVODesc", [&] { choose(window, "mnuEditItem_0"); });
-    camera.takeModal("frmUnits", [&] { choose(window, "mnuUtilItem_2"); });
-    camera.takeModal("frmConvert", [&] { choose(window, "mnuUtilItem_3"); });
+    camera.takeModal("frmTELVODesc", [&] { choose(window, app::ui::MenuEntry::Description); });
+    camera.takeModal("frmUnits", [&] { choose(window, app::ui::MenuEntry::UnitConversion); });
+    camera.takeModal("frmConvert", [&] { choose(window, app::ui::MenuEntry::FileConversion); });
     camera.takeModal(
-        "frmSet", [&] { choose(window, "mnuUtilItem_0"); }, tab(0));
+        "frmSet", [&] { choose(window, app::ui::MenuEntry::Settings); }, tab(0));
     camera.takeModal(
-        "frmTELVOOpts", [&] { choose(window, "mnuUtilItem_1"); }, tab(1));
-    camera.takeModal("frmPreview", [&] { choose(window, "mnuFileItem_9"); });
-    camera.takeModal("frmUpdate", [&] { choose(window, "mnuHelpItem_8"); });
-    camera.takeModal("frmAbout", [&] { choose(window, "mnuHelpItem_10"); });
+        "frmTELVOOpts", [&] { choose(window, app::ui::MenuEntry::Options); }, tab(1));
+    camera.takeModal("frmPreview", [&] { choose(window, app::ui::MenuEntry::PrintPreview); });
+    camera.takeModal("frmUpdate", [&] { choose(window, app::ui::MenuEntry::Updates); });
+    camera.takeModal("frmAbout", [&] { choose(window, app::ui::MenuEntry::About); });
     takeParameterForm(camera, window);
     takeViews(camera, window);
     window.close();

@@ -20,7 +20,9 @@
 /// The running program in a home of its own.
 namespace telvo::test {
 
+using app::ui::MenuEntry;
 using app::ui::Program;
+using study::GraphKind;
 
 struct NoPrinter : report::ui::PrintDialogs {
     bool choosePrinter(QPrinter&, QWidget*, const QString&) override { return false; }
@@ -82,11 +84,9 @@ struct Home {
     /// Quits as the user does.
     bool quit() { return program->window().close(); }
 
-    void trigger(const char* action) {
-        auto* found = program->window().findChild<QAction*>(action);
-        if (!found) qFatal("no action %s", action);
-        found->trigger();
-    }
+    void trigger(MenuEntry entry) { program->window().action(entry).trigger(); }
+    void trigger(GraphKind kind) { program->window().graphAction(kind).trigger(); }
+    void openRecent(int slot) { program->window().recentFileAction(slot).trigger(); }
     template <typename Window>
     Window* window(const char* name) {
         for (QWidget* top : QApplication::topLevelWidgets())

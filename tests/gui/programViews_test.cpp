@@ -27,12 +27,9 @@ void ProgramViewsTest::graphsAreOfferedWhereTheCaseHasThem() {
     Program& program = home.start();
     const auto offered = [&] {
         std::string states;
-        for (int kind = 0; kind < 6; ++kind)
-            states += program.window()
-                              .findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_%1").arg(kind))
-                              ->isEnabled()
-                          ? '1'
-                          : '0';
+        for (int kind = 0; kind < study::GraphKinds; ++kind)
+            states +=
+                program.window().graphAction(static_cast<GraphKind>(kind)).isEnabled() ? '1' : '0';
         return states;
     };
     QCOMPARE(offered(), "000000"); // an empty case
@@ -42,7 +39,7 @@ void ProgramViewsTest::graphsAreOfferedWhereTheCaseHasThem() {
     in.Anal = 2;
     program.session().acceptParameters(in);
     QCOMPARE(offered(), "111110");
-    home.trigger("mnuCalcGrafItem_1");
+    home.trigger(GraphKind::DepthCover);
     auto* graph = home.window<QWidget>("frmGraph");
     QVERIFY(graph && graph->isVisible());
     QVERIFY(graph->windowTitle().startsWith("Graph: SF vs Depth of Cover"));
@@ -50,7 +47,7 @@ void ProgramViewsTest::graphsAreOfferedWhereTheCaseHasThem() {
     click(*graph, "cmdExport");
     QVERIFY(QFile::exists(home.folder.filePath("graph.csv")));
     program.settings().values().PlotRangeMin = 150;
-    home.trigger("mnuCalcGrafItem_0");
+    home.trigger(GraphKind::EntryHeight);
     QVERIFY(home.wasAsked("Invalid Range settings. Check Options-> Output Options"));
     home.answers = {Answer::No};
     QVERIFY(home.quit());
@@ -62,7 +59,7 @@ void ProgramViewsTest::graphsFollowTheOpenCaseUnlessPinned() {
     Program& program = home.start();
     QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
     program.settings().values().GraphTitle = "Left study";
-    home.trigger("mnuCalcGrafItem_1");
+    home.trigger(GraphKind::DepthCover);
     auto* graph = home.window<QWidget>("frmGraph");
     const auto atCrossHair = [&] { return control<QLabel>(*graph, "lblReading").text(); };
     const QString before = atCrossHair();
@@ -80,7 +77,7 @@ void ProgramViewsTest::graphsFollowTheOpenCaseUnlessPinned() {
     click(*graph, "chkPin");
     QVERIFY(graph->windowTitle().endsWith("metric-two-side-gobs.TLV"));
     // The title was that of the other case.
-    home.trigger("mnuCalcGrafItem_0");
+    home.trigger(GraphKind::EntryHeight);
     QCOMPARE(program.settings().values().GraphTitle, "TELVO");
     home.answers = {Answer::No};
     QVERIFY(home.quit());
@@ -90,7 +87,7 @@ void ProgramViewsTest::plotsStayThoseOfTheirRun() {
     Home home;
     Program& program = home.start();
     QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
     auto* plots = home.window<QWidget>("frmPlots");
     QVERIFY(plots && plots->isVisible());
@@ -108,7 +105,7 @@ void ProgramViewsTest::plotsStayThoseOfTheirRun() {
     project::ProjectInput deeper = program.session().project().Input;
     deeper.DepthCover *= 1.5;
     program.session().acceptParameters(deeper);
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     QCOMPARE(shownStresses(), first);
 
     click(*home.window<QWidget>("frmResTxtPlt"), "cmdWorking");
@@ -140,7 +137,7 @@ void ProgramViewsTest::aRunThatNoLongerBelongsToTheCaseSaysSo() {
     Home home;
     Program& program = home.start();
     QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     click(*home.window<QWidget>("frmResTxtPlt"), "cmdViewPlots");
     click(*home.window<QWidget>("frmResTxtPlt"), "cmdWorking");
     const char* windows[] = {"frmResTxtPlt", "frmPlots", "frmExplain"};
@@ -185,7 +182,7 @@ void ProgramViewsTest::aRunThatNoLongerBelongsToTheCaseSaysSo() {
                 .contains("Project File: " + home.folder.filePath("renamed.TLV")));
     program.settings().values().RoundTELVOSF = 2;
     inDialog("frmTELVOOpts", [](QWidget& options) { click(options, "cmdOK"); });
-    home.trigger("mnuUtilItem_1");
+    home.trigger(MenuEntry::Options);
     QVERIFY(outdatedText(home, "frmResTxtPlt").startsWith("The options of the output"));
     QVERIFY(home.quit());
 }
@@ -194,7 +191,7 @@ void ProgramViewsTest::aTrialRunBelongsToTheForm() {
     Home home;
     Program& program = home.start();
     QVERIFY(program.session().LoadProjFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV"));
-    home.trigger("mnuEditItem_1");
+    home.trigger(MenuEntry::Parameters);
     auto* form = home.window<QWidget>("frmTELVOParm");
     QVERIFY(form);
     const auto setDepth = [&](const char* depth) {
@@ -229,7 +226,7 @@ void ProgramViewsTest::filesAreBrowsedAndImported() {
         click(browser, "chkUseNotepad");
         click(browser, "cmdClose");
     });
-    home.trigger("mnuFileItem_11");
+    home.trigger(MenuEntry::ViewSourceFiles);
     QCOMPARE(program.settings().values().BrowseUseNotepad, 1);
     const auto ini = readFile(program.folders().DataFolder + "TELVO.INI");
     QVERIFY(ini && ini->find("BrowseUseNotepad=1") != std::string::npos);
@@ -237,13 +234,13 @@ void ProgramViewsTest::filesAreBrowsedAndImported() {
     auto bytes = readFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV");
     QVERIFY(bytes && writeFile(home.path("mine.KRV"), "KORV\n" + *bytes));
     home.dialogs.answers = {home.path("mine.KRV")};
-    home.trigger("mnuFileItem_5");
+    home.trigger(MenuEntry::ImportSibling);
     QCOMPARE(program.window().windowTitle(), "Untitled*");
     QCOMPARE(program.session().project().Input.DepthCover, 900);
 
     // No list is installed here.
     inDialog("frmResource", [](QWidget& resources) { click(resources, "cmdClose"); });
-    home.trigger("mnuHelpItem_4");
+    home.trigger(MenuEntry::ResourceFiles);
     QVERIFY(home.wasAsked("Requested File not found: " + home.path("install/Resources.lst")));
     home.answers = {Answer::No};
     QVERIFY(home.quit());
@@ -263,7 +260,7 @@ void ProgramViewsTest::aCaseIsLoadedFromATable() {
         });
         click(resources, "cmdImport");
     });
-    home.trigger("mnuHelpItem_4");
+    home.trigger(MenuEntry::ResourceFiles);
     QCOMPARE(program.window().windowTitle(), "Untitled*");
     QCOMPARE(program.session().project().Title, "second");
     QCOMPARE(program.session().project().Input.DepthCover, 700);

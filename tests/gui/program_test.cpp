@@ -22,6 +22,7 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QToolBar>
+#include <tuple>
 
 using namespace telvo;
 using namespace telvo::test;
@@ -90,9 +91,9 @@ void ProgramTest::theFirstStartLeavesSettingsAndExamples() {
 void ProgramTest::theRoadOfACase() {
     Home home;
     home.start();
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     QCOMPARE(home.asked.back(), "TELVO: Current file is empty");
-    home.trigger("mnuFileItem_0");
+    home.trigger(MenuEntry::New);
     auto* form = home.window<QWidget>("frmTELVOParm");
     QVERIFY(form && form->isVisible());
     typePanel(*form);
@@ -109,19 +110,19 @@ void ProgramTest::theRoadOfACase() {
     QCOMPARE(home.program->window().windowTitle(), "Untitled*");
     QCOMPARE(home.status(), "Project Parameters Modified");
 
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     results = home.window<QWidget>("frmResTxtPlt");
     QCOMPARE(control<QPlainTextEdit>(*results, "RichTextBox1").toPlainText().toStdString(),
              fromForm);
     home.dialogs.answers = {home.path("Documents/panel.TLV")};
-    home.trigger("mnuFileItem_2");
+    home.trigger(MenuEntry::Save);
     QCOMPARE(home.program->window().windowTitle(), "panel.TLV");
     const project::ProjectCase saved = home.program->session().project();
     QVERIFY(home.quit());
     QVERIFY(!home.window<QWidget>("frmResTxtPlt"));
 
     home.start();
-    home.trigger("mnuFileArray_1");
+    home.openRecent(1);
     QCOMPARE(home.program->window().windowTitle(), "panel.TLV");
     QVERIFY(home.program->session().project() == saved);
     QCOMPARE(control<QLabel>(home.program->window(), "lblDepth").text(), "1000 (ft)");
@@ -141,7 +142,7 @@ void ProgramTest::theCommandLineFileComesAfterTheLastOne() {
     const auto& settings = home.program->settings().values();
     QCOMPARE(settings.RecentFiles[0].LastFileLong, given);
     QCOMPARE(settings.RecentFiles[1].LastFileLong, last);
-    QCOMPARE(home.program->window().findChild<QAction*>("mnuFileArray_2")->text(),
+    QCOMPARE(home.program->window().recentFileAction(2).text(),
              "&2 " + QString::fromStdString(last));
     home.start(given + " " + last); // two names are one that does not exist
     QCOMPARE(home.program->window().windowTitle(), "with blank.TLV"); // the last one used
@@ -151,32 +152,41 @@ void ProgramTest::theCommandLineFileComesAfterTheLastOne() {
 void ProgramTest::menusHaveTheirCaptionsAndTellWhatIsMissing() {
     Home home;
     home.start();
-    const std::pair<const char*, const char*> captions[] = {
-        {"mnuFileItem_2", "&Save "},
-        {"mnuFileItem_9", "Print Pre&view..."},
-        {"mnuFileItem_13", "E&xit"},
-        {"mnuEditItem_1", "Project &Parameters..."},
-        {"mnuCalcItem_0", "Stability Factors..."},
-        {"mnuUtilItem_7", "Co&py History Window"},
-        {"mnuHelpItem_10", "&About the Program..."}};
-    for (const auto& [name, caption] : captions)
-        QCOMPARE(home.program->window().findChild<QAction*>(name)->text(), caption);
-    home.trigger("mnuHelpItem_2");
+    const std::tuple<MenuEntry, const char*, const char*> captions[] = {
+        {MenuEntry::New, "mnuFileItem_0", "&New"},
+        {MenuEntry::Save, "mnuFileItem_2", "&Save "},
+        {MenuEntry::PrintPreview, "mnuFileItem_9", "Print Pre&view..."},
+        {MenuEntry::Exit, "mnuFileItem_13", "E&xit"},
+        {MenuEntry::Parameters, "mnuEditItem_1", "Project &Parameters..."},
+        {MenuEntry::StabilityFactors, "mnuCalcItem_0", "Stability Factors..."},
+        {MenuEntry::Graph, "mnuCalcItem_2", "Graph"},
+        {MenuEntry::CopyHistory, "mnuUtilItem_7", "Co&py History Window"},
+        {MenuEntry::About, "mnuHelpItem_10", "&About the Program..."}};
+    for (const auto& [entry, name, caption] : captions) {
+        QCOMPARE(home.program->window().action(entry).text(), caption);
+        QCOMPARE(home.program->window().action(entry).objectName(), name);
+    }
+    QStringList names; // every entry is there, under a name of its own
+    for (std::size_t entry = 0; entry < app::ui::MenuEntries; ++entry)
+        names << home.program->window().action(static_cast<MenuEntry>(entry)).objectName();
+    QVERIFY(!names.contains(QString()));
+    QCOMPARE(names.removeDuplicates(), 0);
+    home.trigger(MenuEntry::HelpPdf);
     QCOMPARE(home.asked.back(),
              "TELVO: Requested File not found: " + home.path("install/TELVO.PDF"));
-    home.trigger("mnuFileItem_8");
+    home.trigger(MenuEntry::Print);
     QCOMPARE(home.asked.back(), "TELVO: Current file is empty. Continue?");
     home.answers = {Answer::Yes};
-    home.trigger("mnuFileItem_8"); // and then cancelled in the print dialog
+    home.trigger(MenuEntry::Print); // and then cancelled in the print dialog
     QCOMPARE(home.status(), "Printing aborted");
-    home.trigger("mnuUtilItem_3");
+    home.trigger(MenuEntry::FileConversion);
     QCOMPARE(home.asked.back(), "TELVO: Current file is empty");
     project::ProjectInput in = home.program->session().project().Input;
     in.EntryHeight = 5;
     home.program->session().acceptParameters(in);
-    home.trigger("mnuUtilItem_3");
+    home.trigger(MenuEntry::FileConversion);
     QCOMPARE(home.asked.back(), "TELVO: Save Current File before accessing this option");
-    home.trigger("mnuCalcItem_0"); // half a case: the check before the analysis
+    home.trigger(MenuEntry::StabilityFactors); // half a case: the check before the analysis
     QCOMPARE(home.asked.back(), "Project Parameters: Range Error: Invalid depth of cover");
 }
 
@@ -198,18 +208,21 @@ void ProgramTest::everyDialogOpensFromItsMenu() {
     Home home;
     home.put(home.data("TELVO.INI"), settingsWith("[Settings]\r\nShowDisclaim=0\r\n"));
     home.start(TELVO_EXAMPLES_DIR "/deep-cover.TLV");
-    const std::pair<const char*, QString> dialogs[] = {
-        {"mnuFileItem_9", "frmPreview"},    {"mnuEditItem_0", "frmTELVODesc"},
-        {"mnuUtilItem_0", "frmSet"},        {"mnuUtilItem_1", "frmTELVOOpts"},
-        {"mnuUtilItem_2", "frmUnits"},      {"mnuUtilItem_3", "frmConvert"},
-        {"mnuHelpItem_6", "frmDisclaimer"}, {"mnuHelpItem_8", "frmUpdate"},
-        {"mnuHelpItem_10", "frmAbout"}};
+    const std::pair<MenuEntry, QString> dialogs[] = {{MenuEntry::PrintPreview, "frmPreview"},
+                                                     {MenuEntry::Description, "frmTELVODesc"},
+                                                     {MenuEntry::Settings, "frmSet"},
+                                                     {MenuEntry::Options, "frmTELVOOpts"},
+                                                     {MenuEntry::UnitConversion, "frmUnits"},
+                                                     {MenuEntry::FileConversion, "frmConvert"},
+                                                     {MenuEntry::Disclaimer, "frmDisclaimer"},
+                                                     {MenuEntry::Updates, "frmUpdate"},
+                                                     {MenuEntry::About, "frmAbout"}};
     for (const auto& [action, name] : dialogs) {
         home.modalWindows.clear();
         const auto lines = home.program->messages().lines().lines().size();
         home.trigger(action);
         QCOMPARE(home.modalWindows, std::vector<QString>{name});
-        QVERIFY2(home.program->messages().lines().lines().size() > lines, action);
+        QVERIFY2(home.program->messages().lines().lines().size() > lines, qPrintable(name));
     }
     QVERIFY(home.program->session().isSaved());
 
@@ -220,10 +233,10 @@ void ProgramTest::everyDialogOpensFromItsMenu() {
     });
     home.closer.stop();
     convert.start(1);
-    home.trigger("mnuUtilItem_3");
+    home.trigger(MenuEntry::FileConversion);
     convert.stop();
     QCOMPARE(home.program->window().windowTitle(), "Metric_deep-cover.TLV*");
-    home.trigger("mnuFileItem_2");
+    home.trigger(MenuEntry::Save);
     QVERIFY(home.dialogs.asked.back().starts_with("Save Project As|" TELVO_EXAMPLES_DIR
                                                   "/Metric_deep-cover.TLV|"));
 }
@@ -244,7 +257,7 @@ void ProgramTest::sizesComeBack() {
 void ProgramTest::viewRefusesPillarsWithoutSize() {
     Home home;
     home.start();
-    home.trigger("mnuEditItem_1");
+    home.trigger(MenuEntry::Parameters);
     auto* form = home.window<QWidget>("frmTELVOParm");
     typePanel(*form);
     click(*form, "cmdView");
@@ -266,7 +279,7 @@ void ProgramTest::f1OnAFieldOpensTheTopicOfThatInput() {
         home.put(home.path("install/help/") + page, "<p>page</p>");
     home.start();
     QVERIFY(!home.window<QWidget>("frmHelp")); // it is not made before it is asked for
-    home.trigger("mnuEditItem_1");
+    home.trigger(MenuEntry::Parameters);
     auto* form = home.window<QWidget>("frmTELVOParm");
     control(*form, "txtDepthCover").setFocus();
     QTest::keyClick(&control(*form, "txtDepthCover"), Qt::Key_F1);
@@ -324,9 +337,8 @@ void ProgramTest::recentFilesFollowTheirSettings() {
     Program& program = home.start();
     auto& settings = program.settings().values();
     const auto caption = [&](int slot) {
-        const auto* action =
-            program.window().findChild<QAction*>(QStringLiteral("mnuFileArray_%1").arg(slot));
-        return action->isVisible() ? action->text() : QString();
+        const QAction& action = program.window().recentFileAction(slot);
+        return action.isVisible() ? action.text() : QString();
     };
     for (const char* name : {"1.TLV", "2.TLV", "3.TLV", "4.TLV", "5 & more.TLV"}) {
         QFile::copy(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", home.folder.filePath(name));
@@ -336,10 +348,10 @@ void ProgramTest::recentFilesFollowTheirSettings() {
     program.window().applySettings();
     QCOMPARE(caption(1), "&1 5 && more.TLV");
     QCOMPARE(caption(4), "&4 2.TLV"); // the first one dropped out
-    home.trigger("mnuFileArray_3");
+    home.openRecent(3);
     QCOMPARE(caption(1), "&1 3.TLV");
     QFile::remove(home.folder.filePath("2.TLV"));
-    home.trigger("mnuFileArray_4");
+    home.openRecent(4);
     QVERIFY(home.wasAsked("Requested File not found: " + home.path("2.TLV")));
     QCOMPARE(program.window().windowTitle(), "3.TLV"); // the case stays, and so does the entry
     QCOMPARE(caption(4), "&4 2.TLV");
@@ -373,10 +385,10 @@ void ProgramTest::hostileSettingsBecomeTheirDefaults() {
 void ProgramTest::theParameterFormBlocksTheMainWindow() {
     Home home;
     home.start();
-    home.trigger("mnuEditItem_1");
+    home.trigger(MenuEntry::Parameters);
     auto* form = home.window<QWidget>("frmTELVOParm");
     QVERIFY(!control<QToolBar>(home.program->window(), "tlbMain").isEnabled());
-    home.trigger("mnuFileItem_0"); // a shortcut comes through
+    home.trigger(MenuEntry::New); // a shortcut comes through
     QVERIFY(!home.quit());
     QCOMPARE(home.asked, std::vector<std::string>{});
     home.answers = {Answer::Yes};
@@ -391,19 +403,19 @@ void ProgramTest::historyIsShownHiddenClearedAndCut() {
              settingsWith("[Settings]\r\nDisplayHistoryWin=0\r\nMaxDisplaySize=4096\r\n"));
     home.start();
     auto& pane = control<QPlainTextEdit>(home.program->window(), "txtMain");
-    auto* action = home.program->window().findChild<QAction*>("mnuUtilItem_6");
+    const QAction* action = &home.program->window().action(MenuEntry::ShowHistory);
     QVERIFY(!pane.isVisible());
     QCOMPARE(action->text(), "Restore History &Window");
-    home.trigger("mnuUtilItem_6");
+    home.trigger(MenuEntry::ShowHistory);
     QVERIFY(pane.isVisible());
     QCOMPARE(action->text(), "Close History &Window");
     for (int i = 0; i < 100; ++i)
         home.program->messages().history(std::string(99, 'a'));
-    home.trigger("mnuUtilItem_7");
+    home.trigger(MenuEntry::CopyHistory);
     const QString copied = QApplication::clipboard()->text();
     QCOMPARE(copied.count('\n'), 40); // 40 lines of 100 characters
     QCOMPARE(pane.toPlainText() + '\n', copied);
-    home.trigger("mnuUtilItem_5");
+    home.trigger(MenuEntry::ClearHistory);
     QVERIFY(pane.toPlainText().isEmpty());
 }
 

@@ -79,7 +79,7 @@ void RecoveryTest::aKilledProgramLosesNothing() {
     QCOMPARE(home.program->window().windowTitle(), "Untitled*");
     // The copy is this program's own now; it goes when the case is saved.
     home.dialogs.answers = {home.path("kept.TLV")};
-    home.trigger("mnuFileItem_2");
+    home.trigger(MenuEntry::Save);
     QTRY_VERIFY_WITH_TIMEOUT(temp.entryList({"~recovery-*"}).isEmpty(), 5000);
     home.asked.clear();
     QVERIFY(home.quit());
@@ -110,7 +110,7 @@ void RecoveryTest::whatIsLetGoCanBeBroughtBack() {
     Home home;
     home.start(TELVO_EXAMPLES_DIR "/deep-cover.TLV");
     const auto menu = [&home] {
-        return home.program->window().findChild<QAction*>("mnuFileRecover")->menu();
+        return home.program->window().action(MenuEntry::RecoverDiscarded).menu();
     };
     QVERIFY(!menu()->isEnabled());
     for (int depth = 1001; depth <= 1007; ++depth) {
@@ -126,7 +126,7 @@ void RecoveryTest::whatIsLetGoCanBeBroughtBack() {
     QVERIFY(menu()->actions()[0]->text().startsWith("&1 Untitled, discarded "));
     const QDir temp(home.folder.filePath("Documents/MyBODRA/Temp"));
     QCOMPARE(temp.entryList({"~discarded-*"}).size(), 5);
-    home.trigger("mnuFileRecover_2");
+    menu()->actions()[1]->trigger();
     QCOMPARE(home.program->session().project().Input.DepthCover, 1006.0);
     QCOMPARE(home.program->window().windowTitle(), "Untitled*");
     QCOMPARE(home.status(), "Discarded case brought back");
@@ -134,7 +134,7 @@ void RecoveryTest::whatIsLetGoCanBeBroughtBack() {
     QCOMPARE(temp.entryList({"~recovery-*.tmp"}).size(), 1);
     // Another one asks first; Cancel changes nothing.
     home.answers = {Answer::Cancel};
-    home.trigger("mnuFileRecover_1");
+    menu()->actions()[0]->trigger();
     QCOMPARE(home.program->session().project().Input.DepthCover, 1006.0);
     // They outlive the program, and what is let go at its end is among them.
     home.answers = {Answer::No};
@@ -156,22 +156,20 @@ void RecoveryTest::severalCopiesAreListed() {
     }
     home.answers = {Answer::No, Answer::Yes};
     home.start();
+    const auto& keptCopies = *home.program->window().action(MenuEntry::RecoverDiscarded).menu();
     QVERIFY(home.wasAsked("the case: /cases/3.TLV"));
     QVERIFY(home.wasAsked("Older copies that wait beside it: 2."));
     QCOMPARE(home.program->window().windowTitle(), "2.TLV*");
-    QVERIFY(home.program->window()
-                .findChild<QAction*>("mnuFileRecover_1")
-                ->text()
-                .startsWith("&1 3.TLV, discarded "));
+    QVERIFY(keptCopies.actions()[0]->text().startsWith("&1 3.TLV, discarded "));
     const auto copies = home.program->recovery().copies();
     QCOMPARE(copies.size(), std::size_t{2});
     QVERIFY(copies[0].discarded && copies[0].name == "/cases/3.TLV"); // No threw nothing away
     QVERIFY(!copies[1].discarded && copies[1].name == "/cases/1.TLV");
     home.answers = {Answer::No};
-    home.trigger("mnuFileRecover_2");
+    keptCopies.actions()[1]->trigger();
     QCOMPARE(home.program->window().windowTitle(), "1.TLV*");
     // Its own name is only a proposal.
-    home.trigger("mnuFileItem_2");
+    home.trigger(MenuEntry::Save);
     QVERIFY(home.dialogs.asked.back().starts_with("Save Project As|/cases/1.TLV|"));
 }
 
@@ -189,12 +187,12 @@ void RecoveryTest::aDamagedFileShowsNoFactorsUntilItWasLookedAt() {
     QVERIFY(kept.isVisible());
     QVERIFY(kept.text().startsWith("The file was damaged. Not in it, but from the case before, "
                                    "two-side-gobs.TLV, in English units: Entry Width 20 (ft)"));
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     QVERIFY(home.wasAsked("until then no stability factors are shown"));
     QVERIFY(!home.window<QWidget>("frmResTxtPlt"));
-    QVERIFY(!home.program->window().findChild<QAction*>("mnuCalcGrafItem_0")->isEnabled());
+    QVERIFY(!home.program->window().graphAction(GraphKind::EntryHeight).isEnabled());
 
-    home.trigger("mnuEditItem_1");
+    home.trigger(MenuEntry::Parameters);
     auto* form = home.window<QWidget>("frmTELVOParm");
     const QString mark = "Not in the file; from the case before, two-side-gobs.TLV";
     QVERIFY(control(*form, "txtEntryWidth").toolTip().startsWith(mark));
@@ -226,7 +224,7 @@ static int victim(const QString& home) {
                      dialogs,
                      printer});
     program.start();
-    program.window().findChild<QAction*>("mnuEditItem_1")->trigger();
+    program.window().action(MenuEntry::Parameters).trigger();
     for (QWidget* top : QApplication::topLevelWidgets())
         if (top->objectName() == "frmTELVOParm") type(*top, "txtDepthCover", "1234");
     std::puts("typed");

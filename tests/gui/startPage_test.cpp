@@ -147,9 +147,9 @@ void StartPageTest::unitsOfNewProjectsReachTheUntouchedCase() {
             click(form, option);
             click(form, "cmdOK");
         });
-        home.trigger("mnuUtilItem_0");
+        home.trigger(MenuEntry::Settings);
     };
-    home.trigger("mnuUtilItem_6"); // closes the history
+    home.trigger(MenuEntry::ShowHistory); // closes the history
     chooseUnits("optDefaultUnits_1");
     QCOMPARE(home.program->session().project().Units, project::Metric);
     QVERIFY(!control(home.program->window(), "txtMain").isVisible()); // and it stays so
@@ -173,7 +173,7 @@ void StartPageTest::aDroppedFileIsOpened() {
     drop(window, {QUrl::fromLocalFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV")});
     QVERIFY(home.wasAsked("Save changes to: "));
     QCOMPARE(window.windowTitle(), "deep-cover.TLV*");
-    home.trigger("mnuEditItem_1"); // nothing is opened below an open form
+    home.trigger(MenuEntry::Parameters); // nothing is opened below an open form
     home.answers = {Answer::No};
     drop(window, {QUrl::fromLocalFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV")});
     QCOMPARE(window.windowTitle(), "deep-cover.TLV*");
@@ -188,7 +188,7 @@ void StartPageTest::longRecentNamesAreShortenedInTheMiddle() {
     QDir().mkpath(folder);
     QFile::copy(TELVO_EXAMPLES_DIR "/deep-cover.TLV", folder + "/last.TLV");
     QVERIFY(home.program->session().LoadProjFile((folder + "/last.TLV").toStdString()));
-    const auto* action = home.program->window().findChild<QAction*>("mnuFileArray_1");
+    const auto* action = &home.program->window().recentFileAction(1);
     QVERIFY(action->text().size() < 100);
     QVERIFY(action->text().startsWith("&1 /") && action->text().endsWith("last.TLV"));
     QVERIFY(action->toolTip().contains(folder));
@@ -280,7 +280,7 @@ void StartPageTest::theTerminalIsAnsweredWithoutADisplay() {
 void StartPageTest::everyActionLeavesItsLine() {
     Home home;
     home.start(TELVO_EXAMPLES_DIR "/deep-cover.TLV");
-    home.trigger("mnuCalcItem_0");
+    home.trigger(MenuEntry::StabilityFactors);
     QVERIFY(home.history().find("\nResults displayed") != std::string::npos);
     auto* results = home.window<QWidget>("frmResTxtPlt");
     for (const auto& [button, line] :
@@ -293,11 +293,11 @@ void StartPageTest::everyActionLeavesItsLine() {
         QCOMPARE(home.status(), line);
     }
     QVERIFY(home.program->session().newCommand());
-    home.trigger("mnuCalcItem_0"); // each refusal has a status of its own
+    home.trigger(MenuEntry::StabilityFactors); // each refusal has a status of its own
     QCOMPARE(home.status(), "No stability factors: the current file is empty");
-    home.trigger("mnuFileItem_8");
+    home.trigger(MenuEntry::Print);
     QCOMPARE(home.status(), "Printing aborted");
-    home.trigger("mnuFileItem_9");
+    home.trigger(MenuEntry::PrintPreview);
     QCOMPARE(home.status(), "Print preview cancelled");
 }
 

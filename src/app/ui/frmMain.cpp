@@ -2,7 +2,6 @@
 #include "app/ui/frmMain.h"
 
 #include "app/ui/CaseOverview.h"
-#include "app/ui/icons.h"
 #include "app/ui/Program.h"
 #include "app/ui/StartPage.h"
 #include "base/titles.h"
@@ -36,14 +35,6 @@ namespace telvo::app::ui {
 
 using telvo::ui::fromQt;
 using telvo::ui::toQt;
-
-/// One menu item. Its index is its position in the menu, separators included.
-struct frmMain::Entry {
-    QString caption;               ///< empty: a separator
-    std::function<void()> command; ///< empty: not to be had yet, shown disabled
-    QString tip;
-    QKeySequence shortcut = {};
-};
 
 namespace {
 
@@ -89,161 +80,6 @@ frmMain::frmMain(Program& program) : m_program(program), m_commands(program, *th
 frmMain::~frmMain() {
     m_program.messages().onLine = {};
     m_program.messages().onStatus = {};
-}
-
-void frmMain::buildMenus() {
-    Commands& c = m_commands;
-    QMenu* file = addMenu(
-        "mnuFileItem", tr("&File"),
-        {{tr("&New"), [&c] { c.fileNew(); }, tr("Begin a new case"), QKeySequence::New},
-         {tr("&Open..."), [&c] { c.fileOpen(); }, tr("Open a project file"), QKeySequence::Open},
-         {tr("&Save "), [&c] { c.fileSave(false); }, tr("Save the case"), QKeySequence::Save},
-         {tr("Save &As..."), [&c] { c.fileSave(true); }, tr("Save the case under another name"),
-          QKeySequence("Ctrl+Shift+S")},
-         {},
-         {tr("&Import KORV Project..."), [&c] { c.importKORV(); },
-          tr("Import the case in a project file of the sibling program")},
-         {},
-         {tr("Printer Set&up..."), [&c] { c.printerSetup(); },
-          tr("Choose the printer and the orientation")},
-         {tr("&Print"), [&c] { c.print(); }, tr("Print the input of the case"),
-          QKeySequence::Print},
-         {tr("Print Pre&view..."), [&c] { c.preview(); },
-          tr("Show the input of the case as it is printed")},
-         {},
-         {tr("&View Source Files..."), [&c] { c.viewSourceFiles(); },
-          tr("Read project files and other text files")},
-         {},
-         {tr("E&xit"), [this] { close(); }, tr("End the program"), QKeySequence::Quit}});
-    m_keptCopies = new QMenu(tr("Recover &Discarded"), this);
-    m_keptCopies->menuAction()->setObjectName("mnuFileRecover");
-    m_keptCopies->setToolTipsVisible(true);
-    file->insertMenu(findChild<QAction*>("mnuFileItem_7"), m_keptCopies);
-    file->insertSeparator(findChild<QAction*>("mnuFileItem_7"));
-    connect(file, &QMenu::aboutToShow, this, &frmMain::showKeptCopies);
-    m_recentSeparator = file->addSeparator();
-    for (int slot = 1; slot <= 4; ++slot) {
-        QAction* action = file->addAction(QString());
-        action->setObjectName(QStringLiteral("mnuFileArray_") + toQt(std::to_string(slot)));
-        action->setVisible(false);
-        connect(action, &QAction::triggered, this,
-                [this, slot] { dispatch([this, slot] { m_commands.openRecent(slot); }); });
-        m_recent.push_back(action);
-    }
-    addMenu("mnuEditItem", tr("&Input"),
-            {{tr("Project &Description..."), [&c] { c.editDescription(); },
-              tr("Title and description of the case"), QKeySequence("Ctrl+D")},
-             {tr("Project &Parameters..."), [&c] { c.editParameters(); },
-              tr("The parameters of the case"), QKeySequence("Ctrl+E")}});
-    QMenu* output = addMenu("mnuCalcItem", tr("&Output"),
-                            {{tr("Stability Factors..."), [&c] { c.stabilityFactors(); },
-                              tr("Run the analysis and show the report"), QKeySequence("F5")},
-                             {}});
-    auto* graph = output->addMenu(tr("Graph"));
-    graph->menuAction()->setObjectName("mnuCalcItem_2");
-    graph->setToolTipsVisible(true);
-    for (int index = 0; index < study::GraphKinds; ++index) {
-        const auto kind = static_cast<study::GraphKind>(index);
-        QAction* action =
-            graph->addAction(toQt(study::GraphCaptions[static_cast<std::size_t>(index)]));
-        action->setObjectName(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(index)));
-        action->setToolTip(tr("How the stability factor answers to this choice"));
-        connect(action, &QAction::triggered, this,
-                [this, kind] { dispatch([this, kind] { m_commands.graph(kind); }); });
-    }
-    addMenu("mnuUtilItem", tr("&Utilities"),
-            {{tr("&Settings..."), [&c] { c.settings(); }, tr("Preferences of the program")},
-             {tr("&Options..."), [&c] { c.options(); }, tr("Options of input, output and plots")},
-             {tr("&Unit Conversion..."), [&c] { c.unitConversion(); },
-              tr("Convert values between units")},
-             {tr("&File Conversion..."), [&c] { c.fileConversion(); },
-              tr("Convert the case to the other unit system")},
-             {},
-             {tr("&Clear History Window"),
-              [this] {
-                  m_program.messages().lines().clear();
-                  txtMain->clear();
-                  m_program.messages().status("History window cleared");
-              },
-              tr("Empty the history window")},
-             {tr("Close History &Window"),
-              [this] {
-                  const bool show = !txtMain->isVisibleTo(this);
-                  setHistoryShown(show);
-                  m_program.messages().status(show ? "History window restored"
-                                                   : "History window closed");
-              },
-              tr("Hide the history window, or show it again")},
-             {tr("Co&py History Window"), [&c] { c.copyHistory(); },
-              tr("Copy the lines of the history window to the clipboard")}});
-    addMenu("mnuHelpItem", tr("&Help"),
-            {{tr("Help &Contents..."), [&c] { c.helpContents(); }, tr("Contents of the help"),
-              QKeySequence::HelpContents},
-             {tr("Help &Index..."), [&c] { c.helpIndex(); }, tr("Index of the help")},
-             {tr("Help in &PDF format..."), [&c] { c.helpPdf(); }, tr("The manual as a document")},
-             {},
-             {tr("&Resource Files..."), [&c] { c.resourceFiles(); },
-              tr("Manuals, notes and the template of case tables")},
-             {},
-             {tr("&Disclaimer..."), [&c] { c.disclaimer(); }, tr("What the results are worth")},
-             {},
-             {tr("Program Updates..."), [&c] { c.update(); }, tr("Where updates are found")},
-             {},
-             {tr("&About the Program..."), [&c] { c.about(); }, tr("Version and license")}});
-}
-
-QMenu* frmMain::addMenu(const char* name, const QString& caption,
-                        const std::vector<Entry>& entries) {
-    QMenu* menu = menuBar()->addMenu(caption);
-    menu->setToolTipsVisible(true);
-    for (std::size_t index = 0; index < entries.size(); ++index) {
-        const Entry& entry = entries[index];
-        if (entry.caption.isEmpty()) {
-            menu->addSeparator();
-            continue;
-        }
-        QAction* action = menu->addAction(entry.caption);
-        action->setObjectName(QLatin1String(name) + '_' + toQt(std::to_string(index)));
-        action->setToolTip(entry.tip);
-        action->setStatusTip({});
-        action->setShortcut(entry.shortcut);
-        action->setEnabled(static_cast<bool>(entry.command));
-        connect(action, &QAction::triggered, this,
-                [this, command = entry.command] { dispatch(command); });
-    }
-    return menu;
-}
-
-void frmMain::buildToolbar() {
-    m_toolbar = addToolBar(tr("Toolbar"));
-    m_toolbar->setObjectName("tlbMain");
-    m_toolbar->setMovable(false);
-    m_toolbar->setContextMenuPolicy(Qt::PreventContextMenu);
-    m_toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    const struct {
-        const char* command;
-        ToolIcon icon;
-        QString caption;
-    } buttons[] = {{"mnuFileItem_0", ToolIcon::New, tr("New")},
-                   {"mnuFileItem_1", ToolIcon::Open, tr("Open")},
-                   {"mnuFileItem_2", ToolIcon::Save, tr("Save")},
-                   {"mnuFileItem_8", ToolIcon::Print, tr("Print")},
-                   {"", ToolIcon::New, {}},
-                   {"mnuEditItem_0", ToolIcon::Description, tr("Description")},
-                   {"mnuEditItem_1", ToolIcon::Parameters, tr("Parameters")},
-                   {"mnuCalcItem_0", ToolIcon::Factors, tr("Stability Factors")},
-                   {"", ToolIcon::New, {}},
-                   {"mnuHelpItem_0", ToolIcon::Help, tr("Help")}};
-    for (const auto& button : buttons) {
-        if (*button.command == '\0') {
-            m_toolbar->addSeparator();
-            continue;
-        }
-        auto* action = findChild<QAction*>(button.command);
-        action->setIcon(toolIcon(button.icon));
-        action->setIconText(button.caption);
-        m_toolbar->addAction(action);
-    }
 }
 
 void frmMain::buildCentre() {
@@ -302,8 +138,20 @@ void frmMain::addLine(const std::string& line, std::size_t dropped) {
 
 void frmMain::setHistoryShown(bool shown) {
     txtMain->setVisible(shown);
-    findChild<QAction*>("mnuUtilItem_6")
-        ->setText(shown ? tr("Close History &Window") : tr("Restore History &Window"));
+    action(MenuEntry::ShowHistory)
+        .setText(shown ? tr("Close History &Window") : tr("Restore History &Window"));
+}
+
+void frmMain::toggleHistory() {
+    const bool show = !txtMain->isVisibleTo(this);
+    setHistoryShown(show);
+    m_program.messages().status(show ? "History window restored" : "History window closed");
+}
+
+void frmMain::clearHistory() {
+    m_program.messages().lines().clear();
+    txtMain->clear();
+    m_program.messages().status("History window cleared");
 }
 
 void frmMain::applySettings() {
@@ -337,47 +185,47 @@ void frmMain::applyHistoryFont() {
 }
 
 void frmMain::showKeptCopies() {
-    m_keptCopies->clear();
+    QMenu& menu = *action(MenuEntry::RecoverDiscarded).menu();
+    menu.clear();
     int number = 0;
     for (const KeptCopy& copy : m_program.recovery().copies()) {
         const QString name = QFileInfo(copy.name).fileName();
         const QString time = QLocale().toString(copy.time, QLocale::ShortFormat);
-        QAction* action = m_keptCopies->addAction(QStringLiteral("&%1 %2").arg(++number).arg(
+        QAction* one = menu.addAction(QStringLiteral("&%1 %2").arg(++number).arg(
             (copy.discarded ? tr("%1, discarded %2") : tr("%1, left unsaved %2"))
                 .arg(shortened(name), time)
                 .replace('&', "&&")));
-        action->setObjectName(QStringLiteral("mnuFileRecover_%1").arg(number));
-        action->setToolTip(plainTip(copy.name));
-        connect(action, &QAction::triggered, this,
+        one->setObjectName(QStringLiteral("mnuFileRecover_%1").arg(number));
+        one->setToolTip(plainTip(copy.name));
+        connect(one, &QAction::triggered, this,
                 [this, copy] { dispatch([this, copy] { m_commands.bringBack(copy); }); });
     }
-    m_keptCopies->setEnabled(number > 0);
+    menu.setEnabled(number > 0);
 }
 
 void frmMain::showRecentFiles() {
     const Settings& settings = m_program.settings().values();
     bool any = false;
-    for (int slot = 1; slot <= 4; ++slot) {
+    for (int slot = 1; slot <= static_cast<int>(m_recent.size()); ++slot) {
         // With the list switched off the menu stays without it.
         QString caption =
             settings.KeepFileNames == 1 ? toQt(recentFileCaption(settings, slot)) : QString();
-        QAction* action = m_recent[static_cast<std::size_t>(slot - 1)];
-        action->setVisible(!caption.isEmpty());
+        QAction& recent = recentFileAction(slot);
+        recent.setVisible(!caption.isEmpty());
         any = any || !caption.isEmpty();
-        action->setToolTip(plainTip(caption));
-        action->setText('&' + toQt(std::to_string(slot)) + ' ' +
-                        shortened(caption).replace('&', "&&"));
+        recent.setToolTip(plainTip(caption));
+        recent.setText('&' + toQt(std::to_string(slot)) + ' ' +
+                       shortened(caption).replace('&', "&&"));
     }
     m_recentSeparator->setVisible(any);
 }
 
 void frmMain::SetGraphMenu() {
     const ProjectSession& session = m_program.session();
-    for (int kind = 0; kind < study::GraphKinds; ++kind)
-        findChild<QAction*>(QStringLiteral("mnuCalcGrafItem_") + toQt(std::to_string(kind)))
-            ->setEnabled(
-                !session.isEmpty() && !session.isUnsettled() &&
-                study::isOffered(static_cast<study::GraphKind>(kind), session.project().Input));
+    for (std::size_t index = 0; index < m_graphs.size(); ++index)
+        m_graphs[index]->setEnabled(
+            !session.isEmpty() && !session.isUnsettled() &&
+            study::isOffered(static_cast<study::GraphKind>(index), session.project().Input));
 }
 
 void frmMain::showCase() {

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "app/ui/commands.h"
+#include "app/ui/MenuEntry.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <QMainWindow>
@@ -30,6 +32,10 @@ class frmMain : public QMainWindow {
     ~frmMain() override;
 
     const Commands& commands() const { return m_commands; }
+    QAction& action(MenuEntry entry) const;
+    QAction& graphAction(study::GraphKind kind) const;
+    /// Of the recent files' entries; slots count from 1.
+    QAction& recentFileAction(int slot) const;
 
     /// The case, its name or its saved state changed.
     void showCase();
@@ -48,9 +54,12 @@ class frmMain : public QMainWindow {
     void showEvent(QShowEvent* event) override;
 
   private:
-    struct Entry; // one menu item
+    struct MenuRow;
     void buildMenus();
-    QMenu* addMenu(const char* name, const QString& caption, const std::vector<Entry>& entries);
+    void buildFileMenu();
+    void fillGraphMenu(QMenu& menu);
+    /// Between the groups stand separators.
+    QMenu& addMenu(const QString& caption, const std::vector<std::vector<MenuRow>>& groups);
     void buildToolbar();
     void buildCentre();
     StartPage* makeStartPage();
@@ -61,6 +70,8 @@ class frmMain : public QMainWindow {
     void SetGraphMenu();
     void addLine(const std::string& line, std::size_t dropped);
     void setHistoryShown(bool shown);
+    void toggleHistory();
+    void clearHistory();
     /// Runs a command; what it throws ends the command and not the program.
     void dispatch(const std::function<void()>& command);
 
@@ -74,9 +85,10 @@ class frmMain : public QMainWindow {
     CaseOverview* m_overview = nullptr;
     QPlainTextEdit* txtMain = nullptr;
     QLabel* m_status = nullptr;
-    std::vector<QAction*> m_recent;
+    std::array<QAction*, MenuEntries> m_actions{};
+    std::array<QAction*, study::GraphKinds> m_graphs{};
+    std::array<QAction*, 4> m_recent{};
     QAction* m_recentSeparator = nullptr;
-    QMenu* m_keptCopies = nullptr;
     std::int16_t m_displayHistory = -1; ///< the setting last applied
     std::string m_font;                 ///< family last applied to the history pane
 };
