@@ -12,9 +12,6 @@
 
 namespace telvo::project {
 
-/// Tabs of the parameter form, in the order of the input echo.
-enum class ParameterTab { DevelopmentGeometry, DefaultParameters, RetreatMining };
-
 /// One numeric text box of the parameter form.
 struct ParameterField {
     std::string_view control; ///< its name
