@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "batch/Pack.h"
+#include "batch/packOperations.h"
+
+namespace telvo::batch {
+
+void packOperationAvx2(int operation, const double* a, const double* b, double* out) {
+    using Number = Pack<Avx2>;
+    packOperation(operation, Number::load(a), Number::load(b)).store(out);
+}
+
+} // namespace telvo::batch
