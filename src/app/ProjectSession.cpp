@@ -5,7 +5,6 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "engine/driver.h"
-#include "engine/loading.h"
 #include "project/keptItems.h"
 #include "report/keyFigures.h"
 
@@ -453,7 +452,7 @@ std::string ProjectSession::inputEcho() const {
     if (const auto prepared =
             engine::PrepareAnalysis(project().Input, project().Units, m_previousAnalysisCase);
         const auto* in = std::get_if<engine::WorkingInputs>(&prepared))
-        results.ArchFactor = engine::pressureArchFactor(*in);
+        results.ArchFactor = engine::archFactorUsed(*in);
     return report::inputEchoPage({project(), results, runOptions().report, ModuleBuild});
 }
 

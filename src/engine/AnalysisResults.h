@@ -22,57 +22,67 @@ inline constexpr int ActiveGob = 2;
 inline constexpr int OneSideGob = 3;
 inline constexpr int TwoSideGobs = 4;
 
-using PerPillar = IndexedArray<double, 1, MaxPillars>;
-using PerSide = IndexedArray<double, FirstSide, SecondSide>;
-using PerPassAndSide = IndexedArray<PerSide, Development, Retreat>;
-using PillarsPerSide = IndexedArray<PerPillar, FirstSide, SecondSide>;
+template <class N>
+using PerPillarOf = IndexedArray<N, 1, MaxPillars>;
+template <class N>
+using PerSideOf = IndexedArray<N, FirstSide, SecondSide>;
+using PerPillar = PerPillarOf<double>;
+using PerSide = PerSideOf<double>;
 
 /// Every quantity of one run, unrounded. Lengths ft | m, areas ft2 | m2, forces lb | kN, forces per
 /// length lb/ft | kN/m, stresses psf | kPa. Quantities without a pass index hold the values of the
 /// retreat pass where the passes differ. What does not arise in a case is 0.
-struct AnalysisResults {
+/// Made by flat() from the results by pass. N is double, or a pack of cases; Single is the type of
+/// what is held in single precision.
+template <class N, class Single = N>
+struct AnalysisResultsOf {
+    using PerPillar = PerPillarOf<N>;
+    using PerSide = PerSideOf<N>;
+    using PerPassAndSide = IndexedArray<PerSide, Development, Retreat>;
+    using PillarsPerSide = IndexedArray<PerPillar, FirstSide, SecondSide>;
+
     int AnalysisCase = 1;  // loading condition, 1 to 4
     int NumberPillars = 0; // pillars across the panel, 0 to 9
 
     // Panel geometry
-    double PanelWidth = 0;         // ft | m
-    double AMZBreadth = 0;         // ft | m
-    double AMZArea = 0;            // ft2 | m2
-    double PillarLength = 0;       // between the crosscut ribs, square to the crosscuts; ft | m
-    PerPillar PillarSkewWidth;     // ft | m
-    PerPillar PillarArea;          // ft2 | m2
-    PerPillar MinDimension;        // width used for strength; ft | m
-    PerPillar MaxDimension;        // length used for strength; ft | m
-    double PillarAreaAMZ = 0;      // ft2 | m2
-    double ExtractionRatioAMZ = 0; // fraction
+    N PanelWidth{};            // ft | m
+    N AMZBreadth{};            // ft | m
+    N AMZArea{};               // ft2 | m2
+    N PillarLength{};          // between the crosscut ribs, square to the crosscuts; ft | m
+    PerPillar PillarSkewWidth; // ft | m
+    PerPillar PillarArea;      // ft2 | m2
+    PerPillar MinDimension;    // width used for strength; ft | m
+    PerPillar MaxDimension;    // length used for strength; ft | m
+    N PillarAreaAMZ{};         // ft2 | m2
+    N ExtractionRatioAMZ{};    // fraction
 
     // Strength and capacity
-    PerPillar PillarStrength;     // psf | kPa
-    PerPillar PillarCapacity;     // lb | kN
-    double TotalCapacityAMZ = 0;  // lb | kN
-    double ActiveWidth = 0;       // without the outer rows that are left; ft | m
-    double ActiveArea = 0;        // ft2 | m2
-    double ActiveCapacityAMZ = 0; // lb | kN
-    PerSide BleederStrength;      // psf | kPa
-    PerSide BleederCapacity;      // lb | kN
-    PerSide BleederLoad;          // lb | kN
-    PerSide BleederExcess;        // lent to the barrier; lb | kN
-    PerSide BarrierStrength;      // psf | kPa
-    PerSide BarrierCapacity;      // lb | kN
+    PerPillar PillarStrength; // psf | kPa
+    PerPillar PillarCapacity; // lb | kN
+    N TotalCapacityAMZ{};     // lb | kN
+    N ActiveWidth{};          // without the outer rows that are left; ft | m
+    N ActiveArea{};           // ft2 | m2
+    N ActiveCapacityAMZ{};    // lb | kN
+    PerSide BleederStrength;  // psf | kPa
+    PerSide BleederCapacity;  // lb | kN
+    PerSide BleederLoad;      // lb | kN
+    PerSide BleederExcess;    // lent to the barrier; lb | kN
+    PerSide BarrierStrength;  // psf | kPa
+    PerSide BarrierCapacity;  // lb | kN
 
     // Loads
-    float ArchFactor = 0;         // pressure arch factor used; fraction
-    double TributaryLoadAMZ = 0;  // lb | kN
-    double AbutmentExtent = 0;    // D; ft | m
-    double RFactorFront = 0;      // fraction
-    PerSide RFactorSide;          // fraction
-    double FrontAbutmentLoad = 0; // lb/ft | kN/m
-    PerSide SideAbutmentLoad;     // lb/ft | kN/m
-    double LoadedWidth = 0;       // ft | m
-    double AbutmentHalfWidth = 0; // also the remnant's effective length; ft | m
-    IndexedArray<IndexedArray<double, 2, 4>, 1, 2> AbutmentLoadAMZ; // [pass][component]; lb | kN
-    PerPassAndSide SlabCornerLoad;                                  // lb | kN
-    PerPassAndSide FrontOnRemnant;                                  // lb | kN
+    Single ArchFactor{};      // pressure arch factor used; fraction
+    N TributaryLoadAMZ{};     // lb | kN
+    N AbutmentExtent{};       // D; ft | m
+    N RFactorFront{};         // fraction
+    PerSide RFactorSide;      // fraction
+    N FrontAbutmentLoad{};    // lb/ft | kN/m
+    PerSide SideAbutmentLoad; // lb/ft | kN/m
+    N LoadedWidth{};          // ft | m
+    N AbutmentHalfWidth{};    // also the remnant's effective length; ft | m
+    IndexedArray<IndexedArray<N, 2, 4>, 1, 2> AbutmentLoadAMZ; // [pass][component]; lb | kN
+    PerPassAndSide SlabCornerLoad;                             // lb | kN
+    PerPassAndSide FrontOnRemnant;                             // lb | kN
 
     // Remnant barriers and load transfer
     PerSide RemnantWidth;         // ft | m
@@ -93,21 +103,22 @@ struct AnalysisResults {
     PerPassAndSide BarrierSF;
 
     // Load on the active mining zone and its stability factor
-    IndexedArray<IndexedArray<double, 1, 4>, 1, 2>
-        AMZLoad; // cumulative, [pass][component]; 1 and 2
-                 // hold single-precision values; lb | kN
-    IndexedArray<double, 1, 2> TELVOSF;
+    IndexedArray<IndexedArray<N, 1, 4>, 1, 2> AMZLoad; // cumulative, [pass][component]; 1 and 2
+                                                       // hold single-precision values; lb | kN
+    IndexedArray<N, 1, 2> TELVOSF;
 
     // Stresses for the plots
     PerSide BarrierTributaryStress;  // psf | kPa
     PerSide BarrierFrontStress;      // psf | kPa
     PerSide BarrierSideStress;       // psf | kPa
     PerSide BarrierTotalStress;      // psf | kPa
-    float TributaryStress = 0;       // psf | kPa
+    Single TributaryStress{};        // psf | kPa
     PillarsPerSide SideShare;        // [side][pillar]; fraction
     PillarsPerSide PillarSideStress; // [side][pillar]; psf | kPa
 
-    bool operator==(const AnalysisResults&) const = default;
+    bool operator==(const AnalysisResultsOf&) const = default;
 };
+
+using AnalysisResults = AnalysisResultsOf<double, float>;
 
 } // namespace telvo::engine

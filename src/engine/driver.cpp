@@ -1,132 +1,128 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/driver.h"
 
-#include "engine/faults.h"
-#include "engine/geometry.h"
-#include "engine/loading.h"
+#include "engine/diagnosis.h"
 #include "engine/quantities.h"
-#include "engine/strength.h"
-#include "engine/transfer.h"
+#include "engine/rules/pass.h"
+#include "engine/rules/preparation.h"
+#include "project/checks.h"
+
+#include <cmath>
+#include <limits>
 
 namespace telvo::engine {
 
 namespace {
 
-void frontAbutment(const WorkingInputs& in, AnalysisResults& r) {
-    const int p = in.Pass;
-    r.FrontAbutmentLoad = abutmentLoad(in.Gamma, in.H, in.GobExtent[1], in.AbutmentTangent[1]);
-    r.LoadedWidth = loadedWidth(in, r.ActiveWidth);
-    const FrontAbutment front = frontAbutmentOnAMZ(in, r.LoadedWidth, r.RFactorFront);
-    r.AbutmentHalfWidth = front.halfWidth;
-    r.AbutmentLoadAMZ[p][Front] = front.load;
-    for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
-        r.SlabCornerLoad[p][k] = slabCornerLoad(in, k, r.RFactorFront);
-        r.AbutmentLoadAMZ[p][Front] -= r.SlabCornerLoad[p][k];
-    }
-    // Only now: the share over the remnants is what the slab corners of all sides leave.
-    for (int k = FirstSide; k <= in.AnalysisCase; ++k)
-        r.FrontOnRemnant[p][k] =
-            frontOnRemnant(in.PanelWidth, r.FrontAbutmentLoad, r.RFactorFront,
-                           r.AbutmentLoadAMZ[p][Front], front.gobWiderThanLoaded);
-}
-
-void sideAbutments(const WorkingInputs& in, AnalysisResults& r) {
-    for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
-        const int gob = WorkingInputs::gobOfSide(k);
-        r.SideAbutmentLoad[k] =
-            abutmentLoad(in.Gamma, in.H, in.GobExtent[gob], in.AbutmentTangent[gob]);
-        r.AbutmentLoadAMZ[in.Pass][k] = in.B * r.SideAbutmentLoad[k] * (1 - r.RFactorSide[k]);
-    }
-}
-
-void remnants(const WorkingInputs& in, AnalysisResults& r) {
-    const int p = in.Pass;
-    for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
-        remnantBarrier(in, k, r);
-        r.LTRANSREM[p][k] =
-            remnantTransfer(r.RemnantWidth[k], r.RemnantSF[k], r.FrontOnRemnant[p][k]);
-        r.BarrierFrontTransfer[p][k] = frontTransfer(r.RemnantSF[k], frontTransferBase(in, k, r));
-    }
-}
-
-std::optional<Stop> barriers(const WorkingInputs& in, AnalysisResults& r) {
-    const int p = in.Pass;
-    for (const int k : {FirstSide, SecondSide})
-        barrierCapacity(in, k, r);
-    for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
-        if (in.BarrierWidth[k] == 0) continue; // no barrier, nothing that could be handed on
-        barrierLoads(in, k, r);
-        if (r.BarrierLoad[p][k] == 0)
-            return Stop{"BarrierSF", p, k, "the load on the barrier is 0"};
-        r.BarrierSF[p][k] = r.BarrierCapacity[k] / r.BarrierLoad[p][k];
-        r.LTRANSBAR[p][k] = barrierTransfer(r.BarrierSF[p][k], r.BarrierSideAbutmentLoad[p][k] +
-                                                                   r.BarrierArchLoad[p][k]);
-    }
-    return std::nullopt;
-}
-
-/// One pass of the core computation; the order of its stages is that of this function.
-std::optional<Stop> computePass(const WorkingInputs& in, AnalysisResults& r) {
-    r.RemnantSF = {};
-
-    panelGeometry(in, r);
-    pillarCapacities(in, r);
-    activeCapacity(in, activeRows(in), r);
-
-    const double loadedArea = in.AnalysisCase == ActiveGob ? r.ActiveArea : r.AMZArea;
-    r.TributaryLoadAMZ = in.Gamma * in.H * loadedArea;
-    r.AbutmentExtent = abutmentExtent(in.H, in.Units);
-    if (r.AbutmentExtent == 0) return Stop{"AbutmentExtent", 0, 0, "it is 0"};
-    r.RFactorFront = rFactor(r.AbutmentExtent, in.B);
-    for (int k = FirstSide; k <= in.AnalysisCase; ++k)
-        r.RFactorSide[k] = sideRFactor(in, k, r.AbutmentExtent);
-
-    frontAbutment(in, r);
-    for (const int k : {FirstSide, SecondSide})
-        bleederRow(in, k, r);
-    sideAbutments(in, r);
-    remnants(in, r);
-    if (auto stop = barriers(in, r)) return stop;
-
-    cumulativeAMZLoads(in.Pass, r);
-    if (r.AMZLoad[in.Pass][in.AnalysisCase] == 0)
-        return Stop{"TELVOSF", in.Pass, 0, "the load on the AMZ is 0",
-                    !in.ArchAutomatic && in.ArchFactorInput == 0 ? "ArchFactor" : ""};
-    r.TELVOSF[in.Pass] = panelStabilityFactor(r, in.Pass);
-    // They have no pass of their own: the retreat pass would overwrite those of development.
-    if (in.Pass == Retreat) plotStresses(in, r);
-    return std::nullopt;
+/// The first quantity that left the range of its type; empty when there is none. Stability factors
+/// have to fit single precision, in which they are shown.
+std::string_view unboundedQuantity(const AnalysisResults& r) {
+    bool bounded = true;
+    std::string_view unbounded;
+    visitQuantities(r, [&](const char* name, Kind kind, const auto& field) {
+        using Value = std::remove_cvref_t<decltype(firstNumber(field))>;
+        constexpr auto most = std::numeric_limits<Value>::max();
+        const Value limit =
+            kind == Kind::Factor ? static_cast<Value>(std::numeric_limits<float>::max()) : most;
+        visitNumbers(field, [&](Value value) { bounded = bounded & (std::abs(value) <= limit); });
+        if (!bounded && unbounded.empty()) unbounded = name;
+    });
+    return unbounded;
 }
 
 } // namespace
 
-WorkingInputs forPass(const WorkingInputs& prepared, int pass) {
-    WorkingInputs in = prepared;
-    in.Pass = pass;
-    if (pass == Development) {
-        in.GobExtent[1] = 0;
-        in.Slabcut[FirstSide] = 0;
-        in.Slabcut[SecondSide] = 0;
-    }
+int analysisCase(int anal, int previousAnalysisCase) {
+    if (anal == 4) return OneSideGob;
+    return anal >= 0 && anal <= 3 ? anal + 1 : previousAnalysisCase;
+}
+
+Frame frameOf(const project::ProjectInput& input, std::int16_t units, int previousAnalysisCase) {
+    Frame f;
+    f.Units = units;
+    f.AnalysisCase = analysisCase(input.Anal, previousAnalysisCase);
+    f.NumberPillars = project::distanceCount(input);
+    // Only 1 means that a row is left.
+    const std::int16_t rows[] = {input.RowA, input.RowB, input.RowC, input.RowD};
+    for (int row = 0; row < 4; ++row)
+        f.RowLeft[row] = rows[row] == 1;
+    f.ArchAutomatic = input.Arch != 0;
+    return f;
+}
+
+WorkingInputs workingInputs(const project::ProjectInput& input, std::int16_t units,
+                            int previousAnalysisCase) {
+    WorkingInputs in;
+    static_cast<Frame&>(in) = frameOf(input, units, previousAnalysisCase);
+    in.Source = input;
+    Scalar calc;
+    rules::prepareSizes(calc, in, input, in);
+    rules::prepareAngles(calc, input, in);
     return in;
 }
 
-std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& r, int lastPass) {
-    r.AnalysisCase = prepared.AnalysisCase;
-    r.NumberPillars = prepared.NumberPillars;
-    r.ArchFactor = pressureArchFactor(prepared);
-    for (int pass = Development; pass <= lastPass; ++pass)
-        if (auto stop = computePass(forPass(prepared, pass), r)) return stop;
-    return unboundedQuantity(r);
+std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput& input,
+                                                     std::int16_t units, int previousAnalysisCase) {
+    if (auto refused = project::checkBeforeAnalysis(input)) return *refused;
+    return workingInputs(input, units, previousAnalysisCase);
+}
+
+Stopped computePasses(const WorkingInputs& in, RunResults& run, AnalysisResults& results) {
+    Scalar calc;
+    rules::computeRun(calc, in, in, run);
+    if (calc.stop != Stop::None) return {calc.stop, calc.stoppedAt};
+    rules::plotStresses(calc, in, in, run.panel, run.pass[Retreat], run.stresses);
+    makeFlat(in, in, run, results);
+    const std::string_view unbounded = unboundedQuantity(results);
+    if (!unbounded.empty()) return {Stop::Unbounded, {}, unbounded};
+    return {};
+}
+
+Stopped computeNoting(const WorkingInputs& in, RunResults& run, Regime& regime,
+                      Decisions* decisions) {
+    Noting calc;
+    calc.decisions = decisions;
+    rules::computeRun(calc, in, in, run);
+    regime = calc.regime;
+    return {calc.stop, calc.stoppedAt};
+}
+
+Result<RunResults> computeRun(const WorkingInputs& prepared) {
+    if (auto fault = impossibleInput(prepared)) return *fault;
+    Result<RunResults> run{std::in_place};
+    AnalysisResults results;
+    if (const Stopped stopped = computePasses(prepared, run.value(), results);
+        stopped.cause != Stop::None)
+        run = faultOf(stopped, prepared);
+    return run;
+}
+
+AnalysisResults flat(const WorkingInputs& prepared, const RunResults& run) {
+    AnalysisResults results;
+    makeFlat(prepared, prepared, run, results);
+    return results;
+}
+
+AnalysisResults withStressesOf(const WorkingInputs& in, const RunResults& run, int pass) {
+    RunResults shown = run;
+    Scalar calc;
+    rules::plotStresses(calc, in, in, run.panel, run.pass[pass], shown.stresses);
+    return flat(in, shown);
+}
+
+float archFactorUsed(const WorkingInputs& prepared) {
+    Scalar calc;
+    return static_cast<float>(rules::pressureArchFactor(calc, prepared, prepared));
 }
 
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {
-    Result<AnalysisResults> run{std::in_place}; // the one that is returned, so never copied
-    if (auto fault = impossibleInput(prepared))
-        run = *fault;
-    else if (const auto stop = computePasses(prepared, run.value()))
-        run = faultOf(*stop, prepared);
-    return run;
+    if (auto fault = impossibleInput(prepared)) return *fault;
+    Result<AnalysisResults> results{std::in_place}; // the one that is returned, so never copied
+    RunResults run;
+    if (const Stopped stopped = computePasses(prepared, run, results.value());
+        stopped.cause != Stop::None)
+        results = faultOf(stopped, prepared);
+    return results;
 }
 
 std::vector<std::string_view> analysisNotes(const AnalysisResults& results) {

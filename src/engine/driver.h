@@ -2,12 +2,13 @@
 #pragma once
 
 #include "base/Result.h"
+#include "base/Rule.h"
 #include "engine/AnalysisResults.h"
-#include "engine/faults.h"
+#include "engine/Noting.h"
+#include "engine/RunResults.h"
 #include "engine/WorkingInputs.h"
 #include "project/ProjectInput.h"
 
-#include <optional>
 #include <string_view>
 #include <variant>
 #include <vector>
@@ -31,17 +32,39 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
 /// the previous one.
 int analysisCase(int anal, int previousAnalysisCase);
 
-/// The inputs of one pass: development knows no active gob and no slab cuts.
-WorkingInputs forPass(const WorkingInputs& prepared, int pass);
+/// The discrete inputs of a record.
+Frame frameOf(const project::ProjectInput& input, std::int16_t units, int previousAnalysisCase);
 
-/// Both passes over inputs that no check has seen; the driver and the search for the cause of a
-/// stop share it. Takes fresh results. Returned: what stopped it, or nothing.
-/// Given: lastPass  Development leaves the quantities without a pass index as that pass has them
-std::optional<Stop> computePasses(const WorkingInputs& prepared, AnalysisResults& results,
-                                  int lastPass = Retreat);
+/// What stopped a computation that cannot finish.
+struct Stopped {
+    Stop cause = Stop::None;
+    Where where;
+    std::string_view quantity = {}; ///< of Stop::Unbounded
+};
+
+/// Both passes over inputs that no check has seen.
+/// Returned: what stopped it; the results hold no meaning then
+Stopped computePasses(const WorkingInputs& prepared, RunResults& run, AnalysisResults& results);
+
+/// Both passes, with a note of which way every decision went.
+/// Given: decisions  filled with the rules behind the places of the regime, where wanted
+Stopped computeNoting(const WorkingInputs& prepared, RunResults& run, Regime& regime,
+                      Decisions* decisions = nullptr);
 
 /// Computes both passes.
 /// Faults: a computation that cannot finish, with the quantity and the input that causes it.
+Result<RunResults> computeRun(const WorkingInputs& prepared);
+
+/// The record of results by its given names.
+AnalysisResults flat(const WorkingInputs& prepared, const RunResults& run);
+
+/// The record with the stresses of another pass than retreat.
+AnalysisResults withStressesOf(const WorkingInputs& prepared, const RunResults& run, int pass);
+
+/// The pressure arch factor that the analysis uses; it hangs on the inputs alone.
+float archFactorUsed(const WorkingInputs& prepared);
+
+/// The two together.
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared);
 
 /// Remarks on a finished run that its reader should know of.

@@ -77,6 +77,15 @@ constexpr void visitQuantities(Results& r, Visit&& visit) {
     visit("PillarSideStress", Kind::Stress, r.PillarSideStress);
 }
 
+/// The first number of a quantity, for its type.
+template <typename Field>
+constexpr auto firstNumber(const Field& field) {
+    if constexpr (requires { field.begin(); })
+        return firstNumber(*field.begin());
+    else
+        return field;
+}
+
 /// Calls visit(value) for every number of a quantity, however it is indexed.
 template <typename Field, typename Visit>
 constexpr void visitNumbers(Field& field, Visit&& visit) {

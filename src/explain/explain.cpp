@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
 #include "engine/driver.h"
-#include "engine/geometry.h"
-#include "engine/loading.h"
+#include "engine/scalarRules.h"
 #include "explain/Run.h"
 #include "project/automatic.h"
 #include "project/inputFields.h"
@@ -270,7 +269,7 @@ void addRunLoads(Run& run) {
         sheet.add("D", at, "9.3 * sqrt(H)");
     addRFactors(run);
     for (int k = FirstSide; k <= run.in.AnalysisCase; ++k) {
-        const int gob = WorkingInputs::gobOfSide(k);
+        const int gob = gobOfSide(k);
         addGobLoad(run, {Retreat, k}, {"Ls", "Es", "ts", "side"}, gob, run.in.GobExtent[gob]);
     }
 }
@@ -423,8 +422,7 @@ void addGobLoad(Run& run, const At& at, const GobSymbols& symbols, int gob, doub
 Chapters explain(const project::ProjectCase& current, const AnalysisResults& results,
                  const report::ReportOptions& options, int digits) {
     const WorkingInputs in = workingInputs(current.Input, current.Units, results.AnalysisCase);
-    AnalysisResults development;
-    computePasses(in, development, Development); // it went through when `results` were computed
+    const AnalysisResults development = afterDevelopment(in);
     const report::ReportSource source{current, results, options, {}};
     Worksheet sheet(source, development, digits);
     Run run{source, in, results, development, sheet};

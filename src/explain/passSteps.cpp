@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/driver.h"
-#include "engine/loading.h"
-#include "engine/transfer.h"
+#include "engine/scalarRules.h"
 #include "explain/Run.h"
 
 namespace telvo::explain {
@@ -48,7 +47,7 @@ void addLoadedWidth(PassRun& p) {
 void addFrontVolumes(PassRun& p) {
     Worksheet& sheet = p.sheet;
     const At at{p.pass};
-    const FrontAbutment front = frontAbutmentOnAMZ(p.in, p.r.LoadedWidth, p.r.RFactorFront);
+    const FrontVolumes front = frontAbutmentOnAMZ(p.in, p.r.LoadedWidth, p.r.RFactorFront);
     const auto volume = [&](const char* symbol, double weight, const char* formula) {
         sheet.add(symbol, at, weight, Kind::Force, formula);
     };
@@ -173,7 +172,7 @@ void addRemnantTransfer(PassRun& p, int k) {
                            : "the remnant keeps its load",
                   "SFm > 1.5");
 
-    const double base = frontTransferBase(p.in, k, p.r);
+    const double base = frontTransferBase(p.in, p.pass, k, p.r);
     if (p.hasBarrier(k))
         sheet.add("Xf", at, base, Kind::Force, "(We / 2 + Wb) * Lf * Rf - Lc");
     else

@@ -4,7 +4,6 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "engine/driver.h"
-#include "engine/transfer.h"
 #include "plot/planDimensions.h"
 #include "project/units.h"
 
@@ -171,8 +170,8 @@ void Maker::noteStresses(int pass) {
 
 Distribution Maker::stress(int pass) {
     if (pass == engine::Development) {
-        m_in.Pass = pass;
-        engine::plotStresses(m_in, m_results);
+        if (const auto run = engine::computeRun(m_in))
+            m_results = engine::withStressesOf(m_in, *run, pass);
     }
     toReportUnits();
     const int analysisCase = m_results.AnalysisCase;

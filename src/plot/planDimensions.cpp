@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plot/planDimensions.h"
 
+#include "base/calc.h"
 #include "base/numbers.h"
 
 #include <algorithm>
@@ -67,16 +68,17 @@ void crosscutAngle(const PlanGeometry& plan, Drawing& drawing) {
     const double roomWidth = plan.in.PillarGrossWidth[1];
     const double radius = 0.45 * std::min(roomWidth, plan.ribLength);
     const double upright = std::acos(0.0);
+    const double crosscut = radians(plan.in.Source.XcutAngle);
     const auto onArc = [&](double angle) {
         return Point{corner.x + radius * std::cos(angle), corner.y + radius * std::sin(angle)};
     };
     constexpr int steps = 24;
     Polyline arc{Role::Angle, {}};
     for (int step = 0; step <= steps; ++step)
-        arc.points.push_back(onArc(upright - plan.in.Theta * step / steps));
+        arc.points.push_back(onArc(upright - crosscut * step / steps));
     drawing.polylines.push_back(std::move(arc));
 
-    const double middle = upright - plan.in.Theta / 2;
+    const double middle = upright - crosscut / 2;
     drawing.texts.push_back({.role = Role::Angle,
                              .wordings = {lengthText(plan.in.Source.XcutAngle) + "\u00B0"},
                              .at = onArc(middle),

@@ -2,7 +2,7 @@
 #include "plot/planGeometry.h"
 
 #include "engine/driver.h"
-#include "engine/geometry.h"
+#include "engine/rules/geometry.h"
 #include "plot/panelPlan.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ PlanSide planSide(const PlanGeometry& plan, int k, bool loose) {
             s.slab.figure = in.Slabcut[k];
         }
         if (in.rowLeft(k)) s.rowWidth = shown(in.BleederWidth[k], most);
-        s.gob = shown(in.GobExtent[engine::WorkingInputs::gobOfSide(k)],
+        s.gob = shown(in.GobExtent[engine::gobOfSide(k)],
                       loose ? std::max(0.4 * plan.panel.width(), -0.25 * plan.panel.bottom) : most);
     }
     const double coal = 0.12 * plan.panel.width() + in.PanelWidth / in.NumberPillars / 3;
@@ -80,11 +80,12 @@ std::optional<PlanGeometry> planGeometry(const project::ProjectCase& current, bo
     PlanGeometry plan;
     plan.in = engine::workingInputs(current.Input, current.Units, engine::DevelopmentLoad);
     const engine::WorkingInputs& in = plan.in;
-    const double length = engine::pillarLength(in);
+    Scalar calc;
+    const double length = engine::rules::pillarLength(calc, in.Sc, in.We, in.SinTheta);
     if (!drawable(in, length)) return std::nullopt;
 
     plan.ribLength = length / in.SinTheta;
-    plan.cotangent = std::cos(in.Theta) / in.SinTheta;
+    plan.cotangent = std::cos(radians(in.Source.XcutAngle)) / in.SinTheta;
     if (std::abs(plan.cotangent) < 1e-12) plan.cotangent = 0; // a right angle
     double highestRise = 0;
     for (int i = 1; i <= in.NumberPillars; ++i) {

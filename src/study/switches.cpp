@@ -2,7 +2,7 @@
 #include "study/switches.h"
 
 #include "base/numbers.h"
-#include "engine/transfer.h"
+#include "engine/scalarRules.h"
 #include "project/units.h"
 
 #include <bit>
@@ -123,7 +123,7 @@ Regime::Regime(const WorkingInputs& in, const AnalysisResults& r) : m_computed(t
     }
     for (int k = FirstSide; k <= in.AnalysisCase; ++k) {
         const bool barrier = in.BarrierWidth[k] != 0;
-        set(Rule::SideGob, isSubcritical(in, WorkingInputs::gobOfSide(k)), k);
+        set(Rule::SideGob, isSubcritical(in, gobOfSide(k)), k);
         set(Rule::Barrier, barrier, k);
         set(Rule::SlabcutTakesAll, r.RemnantWidth[k] <= 0, k);
         set(Rule::RemnantStrength, r.RemnantWidth[k] > 0 && r.RemnantWidth[k] < in.h, k);
