@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/advisories.h"
 
-#include "project/ProjectInput.h"
-
 #include <array>
 
 namespace telvo::project {
@@ -80,21 +78,7 @@ constexpr std::array<Advisory, 8> Advisories = {{
     {AdvisoryTrigger::AnalSelected, "optAnal", isTwoSideGobs, &TwoSideGobsAdvisory},
 }};
 
-bool isCalibrated(double value, std::int16_t units, double english, double metric) {
-    if (units == English) return value == english;
-    if (units == Metric) return value == metric;
-    return true;
-}
-
 } // namespace
-
-bool isCalibratedCoalStrength(double value, std::int16_t units) {
-    return isCalibrated(value, units, CalibratedCoalStrengthPsi, CalibratedCoalStrengthMPa);
-}
-
-bool isCalibratedUnitWeight(double value, std::int16_t units) {
-    return isCalibrated(value, units, CalibratedUnitWeightPcf, CalibratedUnitWeightKilonewtons);
-}
 
 std::optional<std::string_view> advisory(AdvisoryTrigger trigger, std::string_view control,
                                          double value, std::int16_t units) {

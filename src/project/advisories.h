@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/number.h"
+#include "project/ProjectInput.h"
+
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -26,8 +29,16 @@ inline constexpr double CalibratedAbutmentAngle = 21;
 
 /// Whether a coal strength (psi | MPa) or a unit weight (pcf | kN/m3) is that of the data base.
 /// A unit system other than English and metric has no such value and never departs.
-bool isCalibratedCoalStrength(double value, std::int16_t units);
-bool isCalibratedUnitWeight(double value, std::int16_t units);
+template <class N>
+TELVO_INLINE TruthOf<N> isCalibratedCoalStrength(const N& value, std::int16_t units) {
+    if (units == English) return value == CalibratedCoalStrengthPsi;
+    return units != Metric || value == CalibratedCoalStrengthMPa;
+}
+template <class N>
+TELVO_INLINE TruthOf<N> isCalibratedUnitWeight(const N& value, std::int16_t units) {
+    if (units == English) return value == CalibratedUnitWeightPcf;
+    return units != Metric || value == CalibratedUnitWeightKilonewtons;
+}
 
 /// What makes the form give an advisory.
 enum class AdvisoryTrigger {

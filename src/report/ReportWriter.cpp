@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "criteria/assess.h"
 
 #include <algorithm>
 #include <cmath>
@@ -80,18 +81,7 @@ std::string cutLongWords(std::string_view text, int width) {
 }
 
 float RoundSF(double factor, int RoundTELVOSF) {
-    const auto single = static_cast<float>(factor);
-    switch (RoundTELVOSF) {
-    case 0:
-        return static_cast<float>(roundHalfEven2(single));
-    case 2: {
-        // A factor that large has no decimals to cut.
-        const float hundredths = single * 100.0F;
-        return std::isfinite(hundredths) ? std::trunc(hundredths) / 100.0F : single;
-    }
-    default:
-        return single;
-    }
+    return static_cast<float>(criteria::shownFactor(factor, RoundTELVOSF));
 }
 
 void PageWriter::line(std::string_view text) {

@@ -3,10 +3,10 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "criteria/criteria.h"
 #include "project/advisories.h"
 #include "project/units.h"
 
-#include <algorithm>
 #include <initializer_list>
 
 namespace telvo::report {
@@ -15,9 +15,6 @@ using namespace engine;
 using project::ProjectCase;
 
 namespace {
-
-constexpr double VeryDeepLimit = 2000; // ft
-constexpr double NoBarrier = 10000;    // stands for the barrier SF where there is no barrier
 
 /// The limits as the texts name them, by unit system; labels only.
 struct LimitTexts {
@@ -69,82 +66,6 @@ constexpr std::string_view ArchModelText =
     "these two coalfields is relatively strong.  No research has been conducted to test the "
     "applicability of the pressure arch loading model in other coalfields.";
 
-/// What the tests look at; depths and widths in feet.
-struct Assessment {
-    double H = 0;             // depth of cover; ft
-    double PW = 0;            // panel width; ft
-    double BSF = NoBarrier;   // smallest barrier SF of the run, unrounded
-    double widthToHeight = 0; // mean pillar width over mining height
-    float SFsug = 0;          // suggested SF at this depth
-    int LC = 1;               // loading condition
-    bool activeGob = false;
-};
-
-bool hasBarrier(const ProjectCase& current, int k) {
-    return (k == FirstSide ? current.Input.BarrierFirstGob : current.Input.BarrierSecondGob) != 0;
-}
-
-/// A barrier factor of 0 counts; a side without a barrier does not.
-double minimumBarrierSF(const ProjectCase& current, const AnalysisResults& r) {
-    double minimum = NoBarrier;
-    for (int k = FirstSide; k <= r.AnalysisCase; ++k)
-        if (hasBarrier(current, k))
-            for (const int p : {Development, Retreat})
-                minimum = std::min(minimum, r.BarrierSF[p][k]);
-    return minimum;
-}
-
-Assessment assess(const ProjectCase& current, const AnalysisResults& r,
-                  const ReportOptions& options) {
-    const project::ProjectInput& in = current.Input;
-    const double feet = current.Units == project::English ? 1 : project::FeetPerMetre;
-    const double n = in.NumberEntries - 1;
-    Assessment a;
-    a.H = in.DepthCover * feet;
-    a.PW = r.PanelWidth * feet;
-    a.BSF = minimumBarrierSF(current, r);
-    a.widthToHeight = (r.PanelWidth - n * in.EntryWidth) / (n * in.EntryHeight);
-    a.SFsug = suggestedSF(a.H, options.RoundTELVOSF);
-    a.LC = r.AnalysisCase;
-    a.activeGob = in.ExtentActiveGob > 0;
-    return a;
-}
-
-/// Flags of depth and stability for one factor. At least and at most include the boundary, although
-/// the texts say "less than" and "greater than".
-void flagFactor(const Assessment& a, float SF, std::array<bool, 16>& flags) {
-    const bool intermediate = a.H > ShallowLimit && a.H <= DeepLimit;
-    const bool deep = a.H > DeepLimit;
-    const bool sideGob = a.LC >= OneSideGob;
-    const bool narrow = a.PW <= PanelWidthLimit;
-    const bool strongBarrier = a.BSF >= 2.0;
-    const bool excepted = narrow && (!sideGob || strongBarrier);
-    if (SF < 1.5F) {
-        if (a.H <= ShallowLimit) flags[0] = true;
-        if (intermediate && !(excepted && SF >= a.SFsug)) flags[1] = true;
-        if (deep && !(excepted && SF >= 1.3F)) flags[2] = true;
-    }
-    if (a.H > ShallowLimit && sideGob && a.BSF < 1.5) flags[3] = true;
-    if (SF < 2.0F && a.widthToHeight < 4.0) flags[5] = true;
-    if (a.activeGob && a.H > VeryDeepLimit) flags[6] = true;
-    if (a.activeGob && a.H > DeepLimit) flags[7] = true;
-}
-
-/// Notices on inputs that depart from the calibration of the data base.
-void flagInputs(const ProjectCase& current, int LC, std::array<bool, 16>& flags) {
-    const project::ProjectInput& in = current.Input;
-    const auto departs = [](double angle) { return angle != project::CalibratedAbutmentAngle; };
-    flags[9] = in.AMZ != 1;
-    flags[10] = !project::isCalibratedUnitWeight(in.UnitWeight, current.Units);
-    flags[11] = !project::isCalibratedCoalStrength(in.CoalStrength, current.Units);
-    flags[12] = (LC >= ActiveGob && departs(in.AbutmentAngleActiveGob)) ||
-                (LC >= OneSideGob && departs(in.AbutmentAngleFirstGob)) ||
-                (LC == TwoSideGobs && departs(in.AbutmentAngleSecondGob));
-    flags[13] = LC == TwoSideGobs;
-    flags[14] = in.Arch != 1;
-    flags[15] = in.ArchFactor < 1.0F;
-}
-
 std::string joined(std::initializer_list<std::string_view> pieces) {
     std::string out;
     for (const auto piece : pieces)
@@ -159,7 +80,7 @@ std::string bareLengthUnit(std::int16_t units) {
     return label;
 }
 
-std::string warningText(int flag, const ProjectCase& current, const Assessment& a) {
+std::string warningText(int flag, const ProjectCase& current, double suggestedSF) {
     const LimitTexts& limit = current.Units == project::English ? EnglishLimits : MetricLimits;
     switch (flag) {
     case 0:
@@ -167,7 +88,7 @@ std::string warningText(int flag, const ProjectCase& current, const Assessment& 
     case 1: {
         const std::string Hd =
             formatPattern(current.Input.DepthCover, "0") + bareLengthUnit(current.Units);
-        const std::string SFsug = formatPattern(a.SFsug, "0.00");
+        const std::string SFsug = formatPattern(suggestedSF, "0.00");
         // At the upper end of the scale there is no lower factor to offer, so " or (" falls away.
         if (SFsug == "1.50")
             return joined({IntermediateStart, Hd, RiskBelow.substr(0, RiskBelow.size() - 4)});
@@ -205,14 +126,14 @@ std::string warningText(int flag, const ProjectCase& current, const Assessment& 
     }
 }
 
-void writeWarnings(Warnings& warnings, const ProjectCase& current, const Assessment& a) {
+void writeWarnings(Warnings& warnings, const ProjectCase& current, double suggestedSF) {
     // 13 stands before 12 on purpose.
     constexpr std::array<int, 14> order = {0, 1, 2, 3, 5, 6, 7, 9, 10, 11, 13, 12, 14, 15};
     PageWriter page;
     page.heading("WARNINGS");
     for (const int flag : order) {
         if (!warnings.WarningFlags[static_cast<std::size_t>(flag)]) continue;
-        std::string text = warningText(flag, current, a);
+        std::string text = warningText(flag, current, suggestedSF);
         if (flag <= 7) {
             warnings.WarningSummary.append(text).append(LineBreak).append(LineBreak);
             text += HelpSuffix;
@@ -224,22 +145,15 @@ void writeWarnings(Warnings& warnings, const ProjectCase& current, const Assessm
 
 } // namespace
 
-float suggestedSF(double depthFeet, int RoundTELVOSF) {
-    return RoundSF(1.5 - 0.2 * (depthFeet - ShallowLimit) / (DeepLimit - ShallowLimit),
-                   RoundTELVOSF);
-}
-
 Warnings assessWarnings(const ProjectCase& current, const AnalysisResults& results,
                         const ReportOptions& options) {
+    const criteria::Assessment assessed = criteria::assess(current, results, options.RoundTELVOSF);
     Warnings warnings;
-    const Assessment a = assess(current, results, options);
-    for (const int p : {Development, Retreat})
-        flagFactor(a, RoundSF(results.TELVOSF[p], options.RoundTELVOSF), warnings.WarningFlags);
-    flagInputs(current, a.LC, warnings.WarningFlags);
-    warnings.AnyWarning = std::find(warnings.WarningFlags.begin(), warnings.WarningFlags.end(),
-                                    true) != warnings.WarningFlags.end();
-    warnings.WarningIssued = warnings.WarningFlags[0];
-    if (warnings.AnyWarning) writeWarnings(warnings, current, a);
+    for (std::size_t flag = 0; flag < warnings.WarningFlags.size(); ++flag)
+        warnings.WarningFlags[flag] = assessed.flag(static_cast<int>(flag));
+    warnings.AnyWarning = assessed.flags != 0;
+    warnings.WarningIssued = assessed.flag(0);
+    if (warnings.AnyWarning) writeWarnings(warnings, current, assessed.figures.suggestedSF);
     return warnings;
 }
 

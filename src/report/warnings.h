@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "criteria/assess.h"
 #include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
 #include "report/ReportWriter.h"
@@ -10,11 +11,7 @@
 
 namespace telvo::report {
 
-// Limits between which the suggested minimum TELVO SF falls with depth, and the widest panel that
-// it holds for.
-inline constexpr double ShallowLimit = 650;    // ft
-inline constexpr double DeepLimit = 1000;      // ft
-inline constexpr double PanelWidthLimit = 425; // ft
+using criteria::DeepLimit, criteria::PanelWidthLimit, criteria::ShallowLimit;
 
 /// How a case compares with the limits of the case-history data base.
 struct Warnings {
@@ -33,8 +30,9 @@ struct Warnings {
 Warnings assessWarnings(const project::ProjectCase& current, const engine::AnalysisResults& results,
                         const ReportOptions& options);
 
-/// Suggested minimum TELVO SF at intermediate depth: 1.5 at 650 ft falling linearly to 1.3 at
-/// 1000 ft, rounded as every stability factor is.
-float suggestedSF(double depthFeet, int RoundTELVOSF);
+/// The suggested minimum factor at a depth in feet.
+inline float suggestedSF(double depthFeet, int RoundTELVOSF) {
+    return static_cast<float>(criteria::suggestedFactor(depthFeet, RoundTELVOSF));
+}
 
 } // namespace telvo::report
