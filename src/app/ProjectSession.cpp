@@ -4,6 +4,7 @@
 #include "app/faultWords.h"
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/titles.h"
 #include "engine/driver.h"
 #include "project/keptItems.h"
 #include "report/keyFigures.h"
@@ -19,6 +20,12 @@ namespace {
 
 constexpr std::string_view Untitled = "Untitled";
 constexpr std::int16_t ProjectFileMode = 0;
+constexpr std::string_view EmptyMessage = "Current file is empty";
+
+/// Why a case of a damaged file has no factors.
+constexpr std::string_view UnsettledMessage =
+    "A part of this case is not from its file. Look at it under Input, Project Parameters and "
+    "accept it there with OK; until then no stability factors are shown";
 
 constexpr std::string_view OlderLevel =
     "The file is of an older level; items that are not in it keep their previous values";
@@ -60,17 +67,15 @@ std::string savingTrouble(const std::string& path, const Fault& fault) {
 } // namespace
 
 ProjectSession::ProjectSession(SettingsStore& settings, Messages& messages, FileDialogs& dialogs)
-    : m_settings(settings), m_messages(messages), m_dialogs(dialogs) {
-    m_open.Project = project::newCase(m_settings.values().DefaultUnits);
-    m_open.copyProjectToWorking();
-}
+    : m_settings(settings), m_messages(messages), m_dialogs(dialogs),
+      m_document({project::newCase(settings.values().DefaultUnits)}) {}
 
 std::string ProjectSession::displayName() const {
     return withoutFolder(project().FileName);
 }
 
 std::string ProjectSession::windowTitle() const {
-    return displayName() + (m_saved ? "" : "*");
+    return displayName() + (isSaved() ? "" : "*");
 }
 
 void ProjectSession::changed() {
@@ -83,17 +88,14 @@ void ProjectSession::changed() {
 }
 
 bool ProjectSession::isUntouched() const {
-    return m_empty && m_saved && !m_named && project().Title.empty() &&
+    return isEmpty() && isSaved() && !state().named && project().Title.empty() &&
            project().Description.empty();
 }
 
 void ProjectSession::FileNew(std::optional<std::int16_t> units) {
-    project::newCase(m_open.Project, units.value_or(m_settings.values().DefaultUnits), true);
-    m_open.Kept = {};
-    m_open.copyProjectToWorking();
-    m_saved = m_empty = true;
-    m_named = false;
-    m_onDisk.reset();
+    CaseState fresh{project()}; // a reserved value of the record stays
+    project::newCase(fresh.Project, units.value_or(m_settings.values().DefaultUnits), true);
+    m_document.open(std::move(fresh), true);
     m_messages.history("New project");
     m_messages.status("File initialized. Use Edit-Project Parameters to enter data");
     changed();
@@ -112,7 +114,7 @@ std::optional<std::string> ProjectSession::readOrTell(const std::string& path) {
 
 project::KeptItems ProjectSession::keptOf(const project::CaseReading& reading) const {
     if (reading.kept.empty()) return {};
-    return {reading.kept, m_empty ? std::string() : displayName(), project().Units,
+    return {reading.kept, isEmpty() ? std::string() : displayName(), project().Units,
             reading.fault.has_value()};
 }
 
@@ -129,9 +131,9 @@ void ProjectSession::tellDamage(const Fault& fault, const project::KeptItems& ke
 void ProjectSession::tellOlderLevel() {
     if (project().FileVersion >= project::CurrentLevel) return;
     std::string line(OlderLevel);
-    if (!m_open.Kept.items.empty())
-        line += ", those of " + project::keptOrigin(m_open.Kept, project()) + ": " +
-                project::keptItemsText(m_open.Kept, project());
+    if (!kept().items.empty())
+        line += ", those of " + project::keptOrigin(kept(), project()) + ": " +
+                project::keptItemsText(kept(), project());
     m_messages.history(line);
 }
 
@@ -156,11 +158,7 @@ bool ProjectSession::LoadKORVFile(const std::string& path) {
 void ProjectSession::acceptImported(project::ProjectCase imported, const std::string& from,
                                     project::KeptItems kept) {
     imported.FileName = Untitled;
-    m_open.Project = std::move(imported);
-    m_open.Kept = std::move(kept);
-    m_open.copyProjectToWorking();
-    m_saved = m_named = m_empty = false;
-    m_onDisk.reset();
+    m_document.open({std::move(imported), std::move(kept), false, false}, false);
     tellOlderLevel();
     m_messages.history("Imported as an untitled case: " + from);
     m_messages.status("File imported: " + from);
@@ -181,23 +179,16 @@ bool ProjectSession::LoadProjFile(const std::string& path) {
         return false;
     }
     project::KeptItems kept = keptOf(reading);
-    m_empty = false;
-    m_open.Kept = kept;
     if (reading.fault) {
         // What was read is kept, but under no name: a save cannot replace the damaged file.
         record.FileName = Untitled;
-        m_open.Project = std::move(record);
-        m_saved = m_named = false;
-        m_onDisk.reset();
+        m_document.open({std::move(record), kept, false, false}, false);
         changed(); // no factor of it may be seen behind the box
         tellDamage(*reading.fault, kept, project());
         return false;
     }
     record.FileName = path;
-    m_open.Project = std::move(record);
-    m_open.copyProjectToWorking();
-    m_saved = m_named = true;
-    m_onDisk = std::move(*bytes);
+    m_document.open({std::move(record), std::move(kept), false, true}, true, std::move(*bytes));
     tellOlderLevel();
     for (const std::string& remark : reading.remarks)
         m_messages.tell(path + ": " + remark);
@@ -221,17 +212,18 @@ std::optional<std::string> ProjectSession::askSavePath() {
 }
 
 bool ProjectSession::changedOnDisk(const std::string& path) const {
-    if (!m_onDisk || path != project().FileName) return false;
+    const std::string* known = m_document.bytesOnDisk();
+    if (!known || path != project().FileName) return false;
     std::error_code error;
     if (!std::filesystem::exists(pathFromUtf8(path), error)) return false; // a save brings it back
     const auto bytes = readFile(path);
-    return !bytes || *bytes != *m_onDisk;
+    return !bytes || *bytes != *known;
 }
 
 bool ProjectSession::confirmUnsettled() {
     return !isUnsettled() ||
            m_messages.ask("A part of this case is not from its file: " +
-                              project::keptItemsText(m_open.Kept, project()) +
+                              project::keptItemsText(kept(), project()) +
                               "\nSave it all the same? The new file will not tell.",
                           Buttons::YesNo, Answer::No, {}) == Answer::Yes;
 }
@@ -242,7 +234,7 @@ bool ProjectSession::FileMenuSave(bool saveAs) {
         return false;
     }
     std::string path = project().FileName;
-    if (saveAs || !m_named) {
+    if (saveAs || !state().named) {
         const auto chosen = askSavePath();
         if (!chosen) {
             m_messages.status("File not saved");
@@ -263,8 +255,8 @@ bool ProjectSession::FileMenuSave(bool saveAs) {
 bool ProjectSession::saveTo(const std::string& path) {
     m_messages.status("Saving: " + path);
     std::vector<std::string> remarks;
-    if (const Status saved =
-            project::saveCaseFile(m_open.Project, path, Existing::Replace, &remarks);
+    project::ProjectCase written = project();
+    if (const Status saved = project::saveCaseFile(written, path, Existing::Replace, &remarks);
         !saved) {
         m_messages.status("File not saved");
         const bool again =
@@ -274,10 +266,8 @@ bool ProjectSession::saveTo(const std::string& path) {
         const auto other = again ? askSavePath() : std::nullopt;
         return other && saveTo(*other);
     }
-    m_saved = m_named = true;
-    if (!isUnsettled()) m_open.Kept = {}; // the values of an older level are the file's now
     auto bytes = readFile(path);
-    m_onDisk = bytes ? std::optional(std::move(*bytes)) : std::nullopt;
+    m_document.saved(std::move(written), bytes ? std::optional(std::move(*bytes)) : std::nullopt);
     m_messages.history("File saved: " + path);
     for (const std::string& remark : remarks)
         m_messages.history(path + ": " + remark);
@@ -293,7 +283,7 @@ bool ProjectSession::settleUnsaved() {
 }
 
 bool ProjectSession::settleUnsaved(Answer preset) {
-    if (m_saved) return true;
+    if (isSaved()) return true;
     switch (m_messages.ask("Save changes to: " + project().FileName + "?", Buttons::YesNoCancel,
                            preset, {})) {
     case Answer::Yes:
@@ -346,44 +336,36 @@ bool ProjectSession::mayClose() {
 }
 
 bool ProjectSession::acceptParameters(const project::ProjectInput& values) {
-    const bool modified = values != project().Input;
-    m_open.Project.Input = values;
-    m_open.Kept = {};
-    m_open.copyProjectToWorking();
-    m_empty = false;
-    if (modified) m_saved = false;
-    changed();
-    return modified;
+    CaseState next{project(), {}, false, state().named};
+    next.Project.Input = values;
+    return change(std::move(next), "Project parameters");
 }
 
 bool ProjectSession::acceptDescription(std::string_view title, std::string_view description) {
-    const bool modified = title != project().Title || description != project().Description;
-    m_open.Project.Title = title;
-    m_open.Project.Description = description;
-    if (modified) m_saved = false;
+    CaseState next = state();
+    next.Project.Title = title;
+    next.Project.Description = description;
+    return change(std::move(next), "Project description");
+}
+
+void ProjectSession::acceptConverted(project::ProjectCase converted) {
+    const std::string_view units =
+        converted.Units == project::English ? "English units" : "metric units";
+    m_document.change({std::move(converted), {}, isEmpty(), false},
+                      "Conversion to " + std::string(units));
+    m_messages.history("Case converted to " + std::string(units) + ": " + displayName());
+    changed();
+}
+
+bool ProjectSession::change(CaseState next, std::string_view what) {
+    const bool modified = m_document.change(std::move(next), what);
     changed();
     return modified;
 }
 
-void ProjectSession::acceptConverted(project::ProjectCase converted) {
-    m_open.Project = std::move(converted);
-    m_open.Kept = {};
-    m_open.copyProjectToWorking();
-    m_saved = m_named = false;
-    m_onDisk.reset();
-    m_messages.history("Case converted to " +
-                       std::string(project().Units == project::English ? "English" : "metric") +
-                       " units: " + displayName());
-    changed();
-}
-
 void ProjectSession::takeRecovered(UnsavedCase recovered) {
-    m_open.Project = std::move(recovered.current);
-    m_open.Kept = std::move(recovered.kept);
-    m_open.copyProjectToWorking();
-    m_saved = m_named = false;
-    m_empty = project().Input == project::newCase(project().Units).Input;
-    m_onDisk.reset();
+    const bool empty = recovered.current.Input == project::newCase(recovered.current.Units).Input;
+    m_document.open({std::move(recovered.current), std::move(recovered.kept), empty, false}, false);
 }
 
 void ProjectSession::acceptRecovered(UnsavedCase recovered) {
@@ -400,6 +382,46 @@ void ProjectSession::acceptDiscarded(UnsavedCase discarded) {
     m_messages.history("Discarded case brought back as an untitled case: " + quoted(name));
     m_messages.status("Discarded case brought back");
     changed();
+}
+
+bool ProjectSession::mayRun() {
+    if (isEmpty()) {
+        m_messages.status("No stability factors: the current file is empty");
+        m_messages.tell(std::string(EmptyMessage));
+    }
+    return !isEmpty();
+}
+
+bool ProjectSession::mayShowFactors() {
+    if (!isUnsettled()) return true;
+    m_messages.status("No stability factors: a part of the case is not from its file");
+    m_messages.tell(std::string(UnsettledMessage) +
+                    ".\nNot from the file: " + project::keptItemsText(kept(), project()));
+    return false;
+}
+
+bool ProjectSession::mayConvert() {
+    const bool refused = isEmpty() || !isSaved();
+    if (refused) m_messages.status("File not converted");
+    if (isEmpty())
+        m_messages.tell(std::string(EmptyMessage));
+    else if (!isSaved())
+        m_messages.tell("Save Current File before accessing this option");
+    else if (isUnsettled())
+        m_messages.tell(std::string(UnsettledMessage) + '.');
+    return !refused && !isUnsettled();
+}
+
+bool ProjectSession::mayPrint() {
+    return !isEmpty() || m_messages.ask("Current file is empty. Continue?", Buttons::YesNo,
+                                        Answer::No, {}) == Answer::Yes;
+}
+
+std::optional<Refusal> ProjectSession::graphRefusal() const {
+    if (!isEmpty() && !isUnsettled()) return std::nullopt;
+    return Refusal{isEmpty() ? std::string(EmptyMessage) : std::string(UnsettledMessage) + '.',
+                   std::string(titles::Error),
+                   {}};
 }
 
 RunOptions ProjectSession::runOptions() const {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/CaseDocument.h"
 #include "app/caseRun.h"
 #include "app/recovery.h"
 #include "app/SettingsStore.h"
@@ -31,17 +32,18 @@ class ProjectSession {
     /// Keeps a copy of a case whose unsaved changes the user lets go.
     std::function<void(const UnsavedCase&)> onDiscard;
 
-    const project::ProjectCase& project() const { return m_open.Project; }
-    project::OpenCase& open() { return m_open; }
-    bool isSaved() const { return m_saved; }
-    bool isEmpty() const { return m_empty; }
+    const project::ProjectCase& project() const { return state().Project; }
+    /// What a damaged or older file did not give of the case.
+    const project::KeptItems& kept() const { return state().Kept; }
+    bool isSaved() const { return m_document.isSaved(); }
+    bool isEmpty() const { return state().empty; }
     /// Nothing at all was entered yet: the start page has the place of the case.
     bool isUntouched() const;
     /// The case is that of a damaged file and was not accepted in the parameter form since. It
     /// shows no factors.
-    bool isUnsettled() const { return m_open.Kept.damaged; }
+    bool isUnsettled() const { return kept().damaged; }
     /// The case as a copy keeps it.
-    UnsavedCase unsaved() const { return {project(), m_open.Kept}; }
+    UnsavedCase unsaved() const { return {project(), kept()}; }
     /// File name without its folder.
     std::string displayName() const;
     /// Name in the title of the main window: with "*" when there are unsaved changes.
@@ -101,7 +103,18 @@ class ProjectSession {
     /// Page 0 of the project, which needs no run.
     std::string inputEcho() const;
 
+    // What a command needs of the open case; what is missing is told or asked for.
+    // Returned: whether the command may go on.
+    bool mayRun();
+    bool mayShowFactors(); ///< of the open case and of trials of it
+    bool mayConvert();
+    bool mayPrint();
+    /// Why the open case has no graphs yet; nothing where it may have them.
+    std::optional<Refusal> graphRefusal() const;
+
   private:
+    const CaseState& state() const { return m_document.state(); }
+    bool change(CaseState next, std::string_view what);
     RunOptions runOptions() const;
     std::optional<std::string> readOrTell(const std::string& path);
     project::KeptItems keptOf(const project::CaseReading& reading) const;
@@ -120,18 +133,9 @@ class ProjectSession {
     SettingsStore& m_settings;
     Messages& m_messages;
     FileDialogs& m_dialogs;
-    project::OpenCase m_open;
-    bool m_saved = true;
-    bool m_empty = true;
-    bool m_named = false;                ///< the name is that of a file which a save may replace
-    std::optional<std::string> m_onDisk; ///< the bytes of that file as last read or written
+    CaseDocument m_document;
     int m_previousAnalysisCase = 1;
     std::int16_t m_graphUnitsOf = -1; ///< units that GraphUnits last followed
 };
-
-/// Why a case of a damaged file has no factors.
-inline constexpr std::string_view UnsettledMessage =
-    "A part of this case is not from its file. Look at it under Input, Project Parameters and "
-    "accept it there with OK; until then no stability factors are shown";
 
 } // namespace telvo::app

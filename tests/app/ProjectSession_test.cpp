@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ProjectSession.h"
 
-#include "app/History.h"
+#include "app/MessageLog.h"
 #include "app/recovery.h"
 #include "base/TemporaryFolder.h"
 #include "base/text.h"
@@ -161,7 +161,6 @@ TEST_F(ProjectSessionTest, ImportsAreUntitledAndNotInTheRecentList) {
     EXPECT_TRUE(session.importCommand());
     EXPECT_EQ(session.windowTitle(), "Untitled*");
     EXPECT_EQ(session.project().Input, before.Input);
-    EXPECT_EQ(session.open().Working, before.Input);
     EXPECT_EQ(settings.values().MaxLastFiles, 1);
     EXPECT_FALSE(session.LoadKORVFile(folder.put("none.KRV", "nothing\n")));
     EXPECT_TRUE(wasAsked("Invalid file format"));
@@ -176,12 +175,10 @@ TEST_F(ProjectSessionTest, ADamagedFileOpensUnderNoName) {
     std::string bytes = folder.content(fs::path(example("two-side-gobs.TLV")).filename().string());
     bytes.resize(bytes.size() - 20);
     const std::string damaged = folder.put("damaged.TLV", bytes);
-    session.open().Working.EntryHeight = 99;
     EXPECT_FALSE(session.LoadProjFile(damaged));
     EXPECT_TRUE(wasAsked(damaged));
     EXPECT_EQ(session.windowTitle(), "Untitled*");
     EXPECT_EQ(session.project().Input.EntryHeight, 5.5); // read before the damage
-    EXPECT_EQ(session.open().Working.EntryHeight, 99);
     EXPECT_EQ(settings.values().MaxLastFiles, 0);
     messages.answers = {Answer::Yes};
     dialogs.answers = {std::nullopt};
@@ -218,13 +215,13 @@ TEST_F(ProjectSessionTest, ADamagedFileTellsWhatItDidNotGive) {
     EXPECT_TRUE(wasAsked("A part of this case is not from its file: Entry Width 6 (m)"));
     const auto copy = readRecovery(*recoveryText(session.unsaved()), "copy");
     ASSERT_TRUE(copy);
-    EXPECT_EQ(copy->kept.items, session.open().Kept.items);
+    EXPECT_EQ(copy->kept.items, session.kept().items);
     EXPECT_EQ(copy->kept.from, "metric-two-side-gobs.TLV");
     session.FileNew();
     EXPECT_FALSE(session.isUnsettled());
     session.acceptRecovered(*copy);
     EXPECT_TRUE(session.isUnsettled());
-    EXPECT_EQ(session.open().Kept.units, project::Metric);
+    EXPECT_EQ(session.kept().units, project::Metric);
     EXPECT_FALSE(session.acceptParameters(session.project().Input));
     EXPECT_FALSE(session.isUnsettled());
     EXPECT_NE(session.figuresOfOpen(session.project()).DevelopmentSF, "");
@@ -242,7 +239,7 @@ TEST_F(ProjectSessionTest, AnOlderLevelTellsWhatItLacks) {
     for (std::size_t i = 1; i < lines.size() - 6; ++i)
         if (i != amz + 1 && i != amz + 3 && i != amz + 4) old += lines[i] + "\r\n";
     ASSERT_TRUE(session.LoadProjFile(folder.put("old.TLV", old)));
-    EXPECT_EQ(session.open().Kept.items,
+    EXPECT_EQ(session.kept().items,
               (std::vector<std::string>{"Arch", "Reserved", "ArchFactor", "RowA", "RowB", "RowC",
                                         "RowD", "WidthC", "WidthD"}));
     EXPECT_FALSE(session.isUnsettled());
@@ -257,7 +254,7 @@ TEST_F(ProjectSessionTest, AnOlderLevelTellsWhatItLacks) {
         });
     EXPECT_NE(told, messages.lines.end());
     edit(5);
-    EXPECT_TRUE(session.open().Kept.items.empty());
+    EXPECT_TRUE(session.kept().items.empty());
 }
 
 TEST_F(ProjectSessionTest, AFailedSaveSaysWhyAndKeepsTheCaseUnsaved) {
@@ -323,8 +320,8 @@ TEST_F(ProjectSessionTest, FiguresAreSilentAndThoseOfTheReport) {
     EXPECT_EQ(session.inputEcho(), std::get<CaseRun>(outcome).pages[0]);
 }
 
-TEST(History, DropsWholeOldestLines) {
-    History history(12);
+TEST(MessageLog, DropsWholeOldestLines) {
+    MessageLog history(12);
     EXPECT_EQ(history.append("one\ntwo"), 0U);                 // "one two"
     EXPECT_EQ(history.append("\xC3\xA4\xC3\xB6\xC3\xBC"), 0U); // three characters
     EXPECT_EQ(history.append("x"), 1U);

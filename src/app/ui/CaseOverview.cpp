@@ -186,7 +186,7 @@ void CaseOverview::showFacts() {
 }
 
 void CaseOverview::showKept() {
-    const project::KeptItems& kept = m_program.session().open().Kept;
+    const project::KeptItems& kept = m_program.session().kept();
     m_keptBox->setVisible(!kept.items.empty());
     if (kept.items.empty()) return;
     const project::ProjectCase& current = m_program.session().project();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/History.h"
+#include "app/MessageLog.h"
 #include "base/Messages.h"
 
 #include <functional>
@@ -24,7 +24,7 @@ class DesktopMessages : public Messages {
     void history(std::string_view line) override;
     void status(std::string_view line) override;
 
-    History& lines() { return m_history; }
+    MessageLog& lines() { return m_history; }
     const std::string& lastStatus() const { return m_status; }
 
     std::function<void(const std::string& line, std::size_t dropped)> onLine;
@@ -38,7 +38,7 @@ class DesktopMessages : public Messages {
                    std::string_view title) const;
 
     Box m_box;
-    History m_history;
+    MessageLog m_history;
     std::string m_status;
 };
 

@@ -142,12 +142,6 @@ void Commands::printerSetup() {
     note(m_program.printer().setUp(&m_window) ? "Printer set up" : "Printer setup cancelled");
 }
 
-bool Commands::confirmEmpty() {
-    return !m_program.session().isEmpty() ||
-           m_program.messages().ask("Current file is empty. Continue?", Buttons::YesNo, Answer::No,
-                                    {}) == Answer::Yes;
-}
-
 report::ui::PrintJob Commands::inputEchoJob() const {
     return {{m_program.session().inputEcho()}, sheetHeading()};
 }
@@ -159,7 +153,7 @@ report::SheetHeading Commands::sheetHeading() const {
 }
 
 void Commands::print() {
-    if (!confirmEmpty()) {
+    if (!m_program.session().mayPrint()) {
         note("Printing aborted");
         return;
     }
@@ -168,7 +162,7 @@ void Commands::print() {
 }
 
 void Commands::preview() {
-    if (!confirmEmpty()) {
+    if (!m_program.session().mayPrint()) {
         note("Print preview cancelled");
         return;
     }
@@ -201,8 +195,8 @@ void Commands::editParameters() {
     actions.makePicture = [this](QWidget* parent) {
         return layoutPicture(m_program.settings(), parent);
     };
-    auto* form = new frmTELVOParm(m_program.session().open(),
-                                  m_program.settings().values().IssueWarningCancel == 1,
+    m_edited = {m_program.session().project(), {}, m_program.session().kept()};
+    auto* form = new frmTELVOParm(m_edited, m_program.settings().values().IssueWarningCancel == 1,
                                   std::move(actions), m_program.formServices(), &m_window);
     form->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(form, &frmTELVOParm::edited, &m_window, [this] {
@@ -236,13 +230,8 @@ std::optional<project::ProjectCase> Commands::draft() const {
 
 void Commands::stabilityFactors() {
     ProjectSession& session = m_program.session();
-    if (session.isEmpty()) {
-        m_program.messages().status("No stability factors: the current file is empty");
-        m_program.messages().tell("Current file is empty");
-        return;
-    }
-    session.open().copyProjectToWorking();
-    if (const auto refused = showResults(session.open().workingCase()))
+    if (!session.mayRun()) return;
+    if (const auto refused = showResults(session.project()))
         m_program.messages().tell(refused->message,
                                   std::string(titles::ProjectParameters) + refused->title);
 }
@@ -294,20 +283,7 @@ void Commands::unitConversion() {
 
 void Commands::fileConversion() {
     ProjectSession& session = m_program.session();
-    if (session.isEmpty()) {
-        m_program.messages().status("File not converted");
-        m_program.messages().tell("Current file is empty");
-        return;
-    }
-    if (!session.isSaved()) {
-        m_program.messages().status("File not converted");
-        m_program.messages().tell("Save Current File before accessing this option");
-        return;
-    }
-    if (session.isUnsettled()) {
-        m_program.messages().tell(std::string(UnsettledMessage) + '.');
-        return;
-    }
+    if (!session.mayConvert()) return;
     note("File conversion");
     frmConvert form(session.project(), m_program.formServices(), &m_window);
     if (form.exec() != QDialog::Accepted) return;

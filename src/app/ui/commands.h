@@ -86,7 +86,6 @@ class Commands {
   private:
     /// One line in the history and in the status line.
     void note(std::string_view action);
-    bool confirmEmpty();
     report::SheetHeading sheetHeading() const;
     report::ui::PrintJob inputEchoJob() const;
     /// Runs a case and shows its report. Returned: the input that a check refused.
@@ -118,8 +117,6 @@ class Commands {
     ShownCase onScreen() const;
     /// From now on the window says when its run no longer belongs to the case on screen.
     void watch(RunWindow watched, std::function<void()> runAgain);
-    /// Tells why a case that is not settled yet has no run. Returned: whether it has none.
-    bool refuseUnsettled();
     /// Runs the case on screen for a window that shows an outdated run; what stops it is told.
     std::optional<ShownRun> runOnScreen();
     void runResultsAgain();
@@ -145,6 +142,7 @@ class Commands {
         std::shared_ptr<project::ProjectCase> shown; ///< the case that it was computed for
     };
     std::vector<GraphWindow> m_graphs;
+    project::OpenCase m_edited; ///< the case as the parameter form has it
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;
     QPointer<report::ui::frmResTxtPlt> m_results;

@@ -102,9 +102,7 @@ void Commands::settleGraphTitle() {
 
 std::variant<study::ui::GraphSubject, Refusal> Commands::graphOfOpenCase(study::GraphKind kind) {
     const ProjectSession& session = m_program.session();
-    if (session.isEmpty()) return Refusal{"Current file is empty", std::string(titles::Error), {}};
-    if (session.isUnsettled())
-        return Refusal{std::string(UnsettledMessage) + '.', std::string(titles::Error), {}};
+    if (auto refused = session.graphRefusal()) return std::move(*refused);
     const Settings& settings = m_program.settings().values();
     // The window keeps the case that its graph was computed for.
     const project::ProjectCase current = session.project();

@@ -10,7 +10,6 @@
 #include "base/ui/qtText.h"
 #include "explain/ui/frmExplain.h"
 #include "plot/ui/frmPlots.h"
-#include "project/keptItems.h"
 #include "project/ui/frmTELVOParm.h"
 #include "report/sections.h"
 
@@ -47,18 +46,8 @@ void Commands::markOutdated() {
     }
 }
 
-bool Commands::refuseUnsettled() {
-    if (!m_program.session().isUnsettled()) return false;
-    DesktopMessages& messages = m_program.messages();
-    messages.status("No stability factors: a part of the case is not from its file");
-    messages.tell(
-        std::string(UnsettledMessage) + ".\nNot from the file: " +
-        project::keptItemsText(m_program.session().open().Kept, m_program.session().project()));
-    return true;
-}
-
 std::optional<Commands::ShownRun> Commands::runOnScreen() {
-    if (refuseUnsettled()) return std::nullopt;
+    if (!m_program.session().mayShowFactors()) return std::nullopt;
     const ShownCase now = onScreen();
     DesktopMessages& messages = m_program.messages();
     RunOutcome outcome = m_program.session().run(now.current);
@@ -77,7 +66,7 @@ std::optional<Commands::ShownRun> Commands::runOnScreen() {
 }
 
 std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
-    if (refuseUnsettled()) return std::nullopt;
+    if (!m_program.session().mayShowFactors()) return std::nullopt;
     DesktopMessages& messages = m_program.messages();
     RunOutcome outcome = m_program.session().run(current);
     if (auto* refused = std::get_if<Refusal>(&outcome)) {

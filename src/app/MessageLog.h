@@ -9,9 +9,9 @@
 namespace telvo::app {
 
 /// The lines of the history pane. Above its capacity the oldest lines go, always whole ones.
-class History {
+class MessageLog {
   public:
-    explicit History(std::size_t capacity) : m_capacity(capacity) {}
+    explicit MessageLog(std::size_t capacity) : m_capacity(capacity) {}
 
     /// Adds one line; line breaks in it become blanks.
     /// Returned: how many of the oldest lines went.

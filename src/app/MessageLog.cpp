@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/History.h"
+#include "app/MessageLog.h"
 
 #include "base/text.h"
 
@@ -13,7 +13,7 @@ std::size_t lengthOf(const std::string& line) {
 
 } // namespace
 
-std::size_t History::append(std::string_view line) {
+std::size_t MessageLog::append(std::string_view line) {
     std::string one;
     for (const std::string_view part : splitLines(line)) {
         if (!one.empty()) one += ' ';
@@ -24,17 +24,17 @@ std::size_t History::append(std::string_view line) {
     return dropOldest();
 }
 
-std::size_t History::setCapacity(std::size_t capacity) {
+std::size_t MessageLog::setCapacity(std::size_t capacity) {
     m_capacity = capacity;
     return dropOldest();
 }
 
-void History::clear() {
+void MessageLog::clear() {
     m_lines.clear();
     m_characters = 0;
 }
 
-std::size_t History::dropOldest() {
+std::size_t MessageLog::dropOldest() {
     std::size_t dropped = 0;
     // The newest line stays even when it is too long by itself.
     for (; m_characters > m_capacity && m_lines.size() > 1; ++dropped) {
