@@ -16,8 +16,8 @@ namespace telvo::app {
 struct CaseState {
     project::ProjectCase Project = {};
     project::KeptItems Kept = {}; ///< what a file did not give; empty once the values were accepted
-    bool empty = true;       ///< no parameters were entered yet
-    bool named = false;      ///< the name is that of a file which a save may replace
+    bool empty = true;            ///< no parameters were entered yet
+    bool named = false;           ///< the name is that of a file which a save may replace
 };
 
 /// The open case, how it came about and what is on disk: one entry per accepted change, undo and

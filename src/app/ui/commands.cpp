@@ -14,6 +14,8 @@
 #include "app/ui/Program.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "library/ui/frmResource.h"
+#include "library/ui/frmTextBrow.h"
 #include "project/keptItems.h"
 #include "project/ui/frmConvert.h"
 #include "project/ui/frmTELVODesc.h"
@@ -24,8 +26,6 @@
 #include "table/tableFile.h"
 #include "table/ui/frmCaseTable.h"
 #include "table/ui/readInBackground.h"
-#include "util/ui/frmResource.h"
-#include "util/ui/frmTextBrow.h"
 
 #include <cstdlib>
 #include <QApplication>
@@ -81,15 +81,15 @@ void Commands::importKORV() {
 void Commands::viewSourceFiles() {
     note("Text browser");
     Settings& s = m_program.settings().values();
-    util::ui::BrowseActions actions;
+    library::ui::BrowseActions actions;
     actions.openOutside = [this](const std::string& path) { m_program.openInEditor(path); };
     actions.print = [this](const QTextDocument& text, const std::string& path, QWidget* parent) {
         printDocument(text, path, parent);
     };
-    const util::ui::BrowseOptions before{s.BrowseFontName,      s.BrowseFontSize,
-                                         s.BrowseFontBold,      s.BrowseFontItalic,
-                                         s.BrowseDefaultFilter, s.BrowseUseNotepad};
-    actions.keep = [&](const util::ui::BrowseOptions& now) {
+    const library::ui::BrowseOptions before{s.BrowseFontName,      s.BrowseFontSize,
+                                            s.BrowseFontBold,      s.BrowseFontItalic,
+                                            s.BrowseDefaultFilter, s.BrowseUseNotepad};
+    actions.keep = [&](const library::ui::BrowseOptions& now) {
         if (now == before) return;
         s.BrowseFontName = now.BrowseFontName;
         s.BrowseFontSize = now.BrowseFontSize;
@@ -100,8 +100,8 @@ void Commands::viewSourceFiles() {
         const Status saved = m_program.settings().SaveSettings(SettingsSaveMode::TextBrowse);
         if (!saved) m_program.messages().tell(faultText(saved.fault()));
     };
-    util::ui::frmTextBrow(before, s.DataPath, s.FileExtension, std::move(actions),
-                          m_program.formServices(), &m_window)
+    library::ui::frmTextBrow(before, s.DataPath, s.FileExtension, std::move(actions),
+                             m_program.formServices(), &m_window)
         .exec();
 }
 
@@ -321,12 +321,12 @@ void Commands::tutorial() {
 
 void Commands::resourceFiles() {
     note("Resource files");
-    util::ui::ResourceActions actions;
+    library::ui::ResourceActions actions;
     actions.open = [this](const std::string& path) { m_program.openDocument(path); };
     actions.confirmSpreadsheet = [this](QWidget* parent) { return confirmSpreadsheet(parent); };
     actions.importCase = [this](QWidget* parent) { return importCase(parent); };
-    util::ui::frmResource(m_program.folders().InstallFolder, std::move(actions),
-                          m_program.formServices(), &m_window)
+    library::ui::frmResource(m_program.folders().InstallFolder, std::move(actions),
+                             m_program.formServices(), &m_window)
         .exec();
 }
 

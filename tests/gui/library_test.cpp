@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GuiTest.h"
-#include "util/ui/frmResource.h"
-#include "util/ui/frmTextBrow.h"
+#include "library/ui/frmResource.h"
+#include "library/ui/frmTextBrow.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -18,8 +18,8 @@
 
 using namespace telvo;
 using namespace telvo::test;
-using util::ui::frmResource;
-using util::ui::frmTextBrow;
+using library::ui::frmResource;
+using library::ui::frmTextBrow;
 
 namespace {
 
@@ -27,7 +27,7 @@ namespace {
 struct Shelf {
     QTemporaryDir folder;
     RecordedMessages messages;
-    util::ui::BrowseOptions kept;
+    library::ui::BrowseOptions kept;
     std::vector<std::string> done;
 
     Shelf() {
@@ -43,13 +43,13 @@ struct Shelf {
         QVERIFY(file.open(QFile::WriteOnly));
         file.write(bytes);
     }
-    frmTextBrow open(util::ui::BrowseOptions options = {}) {
-        util::ui::BrowseActions actions;
+    frmTextBrow open(library::ui::BrowseOptions options = {}) {
+        library::ui::BrowseActions actions;
         actions.openOutside = [this](const std::string& path) { done.push_back("edit " + path); };
         actions.print = [this](const QTextDocument&, const std::string& path, QWidget*) {
             done.push_back("print " + path);
         };
-        actions.keep = [this](const util::ui::BrowseOptions& now) { kept = now; };
+        actions.keep = [this](const library::ui::BrowseOptions& now) { kept = now; };
         return {std::move(options),
                 folder.path().toStdString(),
                 "TLV",
@@ -78,7 +78,7 @@ QString shownText(const QWidget& form) {
 
 } // namespace
 
-class UtilTest : public QObject {
+class LibraryTest : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void filesAreListedByFilter() {
@@ -160,7 +160,7 @@ class UtilTest : public QObject {
 
     void theOutsideEditorAndTheFontAreRemembered() {
         Shelf shelf;
-        util::ui::BrowseOptions options;
+        library::ui::BrowseOptions options;
         options.BrowseFontName = "No such font";
         options.BrowseFontBold = -1;
         frmTextBrow form = shelf.open(options);
@@ -187,7 +187,7 @@ class UtilTest : public QObject {
         shelf.write("Resources.lst",
                     "TELVO.PDF; Program manual\nCases.xlsx; Case table template\n");
         bool mayOpen = false;
-        util::ui::ResourceActions actions;
+        library::ui::ResourceActions actions;
         actions.open = [&](const std::string& path) { shelf.done.push_back(path); };
         actions.confirmSpreadsheet = [&](QWidget*) { return mayOpen; };
         actions.importCase = [&](QWidget*) { return mayOpen; };
@@ -213,5 +213,5 @@ class UtilTest : public QObject {
     }
 };
 
-QTEST_MAIN(UtilTest)
-#include "util_test.moc"
+QTEST_MAIN(LibraryTest)
+#include "library_test.moc"

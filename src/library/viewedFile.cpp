@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "util/viewedFile.h"
+#include "library/viewedFile.h"
 
 #include "base/files.h"
 #include "base/text.h"
 
 #include <algorithm>
 
-namespace telvo::util {
+namespace telvo::library {
 
 namespace {
 
@@ -86,4 +86,4 @@ std::vector<std::string> typedPatterns(std::string_view typed) {
     return patterns;
 }
 
-} // namespace telvo::util
+} // namespace telvo::library

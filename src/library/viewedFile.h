@@ -9,7 +9,7 @@
 #include <vector>
 
 /// What the text browser shows of a folder and of a file.
-namespace telvo::util {
+namespace telvo::library {
 
 inline constexpr std::size_t MaxViewedBytes = std::size_t{10} << 20; // 10 MB
 
@@ -32,4 +32,4 @@ std::vector<BrowseFilter> browseFilters(std::string_view extension);
 /// extension such as "dat" or ".dat" is "*.dat". Nothing typed is "*".
 std::vector<std::string> typedPatterns(std::string_view typed);
 
-} // namespace telvo::util
+} // namespace telvo::library

@@ -8,7 +8,7 @@
 
 class QListWidget;
 
-namespace telvo::util::ui {
+namespace telvo::library::ui {
 
 /// What the list of documents has done for it.
 struct ResourceActions {
@@ -42,4 +42,4 @@ class frmResource : public telvo::ui::Form {
     QPushButton* m_open = nullptr;
 };
 
-} // namespace telvo::util::ui
+} // namespace telvo::library::ui

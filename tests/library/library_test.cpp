@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/TemporaryFolder.h"
-#include "util/resourceList.h"
-#include "util/viewedFile.h"
+#include "library/resourceList.h"
+#include "library/viewedFile.h"
 
 #include <gtest/gtest.h>
 
-namespace telvo::util {
+namespace telvo::library {
 namespace {
 
 TEST(ViewedFile, ShowsTextsOfAllLineEndsAndRefusesTheRest) {
@@ -67,4 +67,4 @@ TEST(ResourceList, NamesDocumentsOfItsOwnFolderOnly) {
 }
 
 } // namespace
-} // namespace telvo::util
+} // namespace telvo::library

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "util/ui/frmTextBrow.h"
+#include "library/ui/frmTextBrow.h"
 
 #include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "util/viewedFile.h"
+#include "library/viewedFile.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -27,7 +27,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
-namespace telvo::util::ui {
+namespace telvo::library::ui {
 
 using telvo::ui::describe;
 using telvo::ui::fromQt;
@@ -400,4 +400,4 @@ void frmTextBrow::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-} // namespace telvo::util::ui
+} // namespace telvo::library::ui

@@ -18,7 +18,7 @@ class QSpinBox;
 class QTextDocument;
 class QToolButton;
 
-namespace telvo::util::ui {
+namespace telvo::library::ui {
 
 /// What the browser remembers; names and values are those of the settings' section "TextBrowse".
 struct BrowseOptions {
@@ -92,4 +92,4 @@ class frmTextBrow : public telvo::ui::Form {
     QPushButton* m_editor = nullptr;
 };
 
-} // namespace telvo::util::ui
+} // namespace telvo::library::ui

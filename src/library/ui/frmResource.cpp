@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "util/ui/frmResource.h"
+#include "library/ui/frmResource.h"
 
 #include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "util/resourceList.h"
+#include "library/resourceList.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
-namespace telvo::util::ui {
+namespace telvo::library::ui {
 
 using telvo::ui::describe;
 using telvo::ui::fromQt;
@@ -85,4 +85,4 @@ void frmResource::open() {
     m_actions.open(m_folder + file);
 }
 
-} // namespace telvo::util::ui
+} // namespace telvo::library::ui

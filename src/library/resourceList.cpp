@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "util/resourceList.h"
+#include "library/resourceList.h"
 
 #include "base/files.h"
 #include "base/text.h"
@@ -8,7 +8,7 @@
 #include <array>
 #include <cctype>
 
-namespace telvo::util {
+namespace telvo::library {
 
 namespace {
 
@@ -60,4 +60,4 @@ bool isTable(std::string_view file) {
                        [&](std::string_view extension) { return lower.ends_with(extension); });
 }
 
-} // namespace telvo::util
+} // namespace telvo::library

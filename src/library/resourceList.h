@@ -9,7 +9,7 @@
 #include <vector>
 
 /// The reference documents that the program offers.
-namespace telvo::util {
+namespace telvo::library {
 
 /// Name of the list, in the folder of the documents.
 inline constexpr std::string_view ResourceListFile = "Resources.lst";
@@ -33,4 +33,4 @@ Result<std::vector<Resource>> readResourceList(const std::string& path);
 /// Whether a document is a table that a spreadsheet program opens, by its extension.
 bool isTable(std::string_view file);
 
-} // namespace telvo::util
+} // namespace telvo::library
