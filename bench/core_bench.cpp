@@ -2,10 +2,10 @@
 //
 // The road of one case, step by step, on a panel of five entries between two side gobs.
 
-#include "app/caseRun.h"
 #include "engine/driver.h"
 #include "project/CaseFile.h"
 #include "report/sections.h"
+#include "run/caseRun.h"
 
 #include <benchmark/benchmark.h>
 
@@ -44,13 +44,13 @@ BENCHMARK(prepareAndCompute)->Unit(benchmark::kNanosecond);
 
 void sixPages(benchmark::State& state) {
     const project::ProjectCase current = fiveEntries();
-    const auto outcome = app::runCase(current);
-    const auto& results = std::get<app::CaseRun>(outcome).results;
+    const auto outcome = run::runCase(current);
+    const auto& results = std::get<run::Run>(outcome).results;
     const report::ReportOptions options;
     for (auto _ : state) {
         const auto warnings = report::assessWarnings(current, results, options);
         benchmark::DoNotOptimize(
-            report::writeReport({current, results, options, app::ModuleBuild}, warnings));
+            report::writeReport({current, results, options, run::ModuleBuild}, warnings));
     }
 }
 BENCHMARK(sixPages)->Unit(benchmark::kMicrosecond);
@@ -58,7 +58,7 @@ BENCHMARK(sixPages)->Unit(benchmark::kMicrosecond);
 void wholeRoad(benchmark::State& state) {
     const project::ProjectCase current = fiveEntries();
     for (auto _ : state)
-        benchmark::DoNotOptimize(app::runCase(current));
+        benchmark::DoNotOptimize(run::runCase(current));
 }
 BENCHMARK(wholeRoad)->Unit(benchmark::kMicrosecond);
 

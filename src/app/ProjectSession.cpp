@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ProjectSession.h"
 
-#include "app/faultWords.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/titles.h"
 #include "engine/driver.h"
 #include "project/keptItems.h"
 #include "report/keyFigures.h"
+#include "run/faultWords.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -424,31 +424,26 @@ std::optional<Refusal> ProjectSession::graphRefusal() const {
                    {}};
 }
 
-RunOptions ProjectSession::runOptions() const {
+report::ReportOptions ProjectSession::reportOptions() const {
     const Settings& settings = m_settings.values();
-    RunOptions options;
-    options.report = {settings.RoundTELVOSF, settings.OutputStrGradUnits, settings.OutputStrUnits};
-    options.previousAnalysisCase = m_previousAnalysisCase;
-    return options;
+    return {settings.RoundTELVOSF, settings.OutputStrGradUnits, settings.OutputStrUnits};
 }
 
-RunOutcome ProjectSession::run(const project::ProjectCase& current) {
-    RunOutcome outcome = runCase(current, runOptions());
-    if (const auto* done = std::get_if<CaseRun>(&outcome))
+run::RunOutcome ProjectSession::run(const project::ProjectCase& current) {
+    run::RunOutcome outcome = run::runCase(current, m_previousAnalysisCase);
+    if (const auto* done = std::get_if<run::Run>(&outcome))
         m_previousAnalysisCase = done->results.AnalysisCase;
     return outcome;
 }
 
 project::KeyFigures ProjectSession::figures(const project::ProjectCase& current) const {
-    RunOptions options = runOptions();
-    options.writePages = false;
-    const RunOutcome outcome = runCase(current, options);
-    if (const auto* done = std::get_if<CaseRun>(&outcome))
-        return report::keyFigures({current, done->results, options.report, ModuleBuild});
+    const run::RunOutcome outcome = run::runCase(current, m_previousAnalysisCase);
+    if (const auto* done = std::get_if<run::Run>(&outcome))
+        return report::keyFigures({current, done->results, reportOptions(), run::ModuleBuild});
     project::KeyFigures figures;
     const auto* stopped = std::get_if<Fault>(&outcome);
     const Refusal refused =
-        stopped ? asRefusal(*stopped, current.Units) : std::get<Refusal>(outcome);
+        stopped ? run::asRefusal(*stopped, current.Units) : std::get<Refusal>(outcome);
     figures.why = refused.message;
     figures.whyControl = refused.control;
     double width = 0; // known before anything else is
@@ -475,7 +470,7 @@ std::string ProjectSession::inputEcho() const {
             engine::PrepareAnalysis(project().Input, project().Units, m_previousAnalysisCase);
         const auto* in = std::get_if<engine::WorkingInputs>(&prepared))
         results.ArchFactor = engine::archFactorUsed(*in);
-    return report::inputEchoPage({project(), results, runOptions().report, ModuleBuild});
+    return report::inputEchoPage({project(), results, reportOptions(), run::ModuleBuild});
 }
 
 } // namespace telvo::app

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "app/CaseDocument.h"
-#include "app/caseRun.h"
 #include "app/recovery.h"
 #include "app/SettingsStore.h"
 #include "base/FileDialogs.h"
@@ -10,6 +9,8 @@
 #include "project/CaseFile.h"
 #include "project/KeyFigures.h"
 #include "project/ProjectInput.h"
+#include "report/ReportWriter.h"
+#include "run/caseRun.h"
 
 #include <functional>
 #include <optional>
@@ -91,10 +92,10 @@ class ProjectSession {
     /// A case that was let go, brought back untitled and unsaved.
     void acceptDiscarded(UnsavedCase discarded);
 
-    /// A run with the report options of the settings; it remembers the loading condition.
-    RunOutcome run(const project::ProjectCase& current);
+    /// A run; its loading condition is remembered.
+    run::RunOutcome run(const project::ProjectCase& current);
     /// The settings of a report, also used by graphs.
-    report::ReportOptions reportOptions() const { return runOptions().report; }
+    report::ReportOptions reportOptions() const;
     /// The figures of a case without a run's traces; the panel width alone where it cannot be
     /// computed.
     project::KeyFigures figures(const project::ProjectCase& current) const;
@@ -115,7 +116,6 @@ class ProjectSession {
   private:
     const CaseState& state() const { return m_document.state(); }
     bool change(CaseState next, std::string_view what);
-    RunOptions runOptions() const;
     std::optional<std::string> readOrTell(const std::string& path);
     project::KeptItems keptOf(const project::CaseReading& reading) const;
     void tellDamage(const Fault& fault, const project::KeptItems& kept,

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/cases.h"
 
-#include "app/faultWords.h"
-
 #include "base/escapes.h"
 #include "base/files.h"
 #include "base/terminal.h"
 #include "base/text.h"
 #include "project/CaseFile.h"
+#include "run/faultWords.h"
 #include "table/csvTable.h"
 
 #include <charconv>
@@ -234,21 +233,21 @@ CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks) {
     return only;
 }
 
-void runCase(CaseOutcome& outcome, const app::RunOptions& options) {
+void runCase(CaseOutcome& outcome) {
     if (!outcome.current) return;
-    app::RunOutcome run = app::runCase(*outcome.current, options);
-    if (auto* good = std::get_if<app::CaseRun>(&run)) {
+    run::RunOutcome run = run::runCase(*outcome.current);
+    if (auto* good = std::get_if<run::Run>(&run)) {
         outcome.run = std::move(*good);
         outcome.notes = outcome.run->notes;
         return;
     }
-    outcome.notes = app::recordNotes(*outcome.current);
+    outcome.notes = run::recordNotes(*outcome.current);
     outcome.status = Refused;
     if (const auto* refusal = std::get_if<Refusal>(&run))
         outcome.message = refusal->message;
     else
         outcome.message =
-            faultText(app::inWords(std::get<Fault>(run), outcome.current->Units, true));
+            faultText(run::inWords(std::get<Fault>(run), outcome.current->Units, true));
 }
 
 void complain(const std::string& message) {

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/caseRun.h"
 #include "base/Result.h"
 #include "project/ProjectInput.h"
+#include "report/warnings.h"
+#include "run/caseRun.h"
 #include "table/CaseTable.h"
 
 #include <algorithm>
@@ -34,7 +35,8 @@ struct CaseOutcome {
     std::string file;                            ///< as named on the command line
     std::optional<std::uint32_t> row;            ///< of a table
     std::optional<project::ProjectCase> current; ///< nothing when it could not be read
-    std::optional<app::CaseRun> run;             ///< nothing when it was not or could not be run
+    std::optional<run::Run> run;                 ///< nothing when it was not or could not be run
+    report::Warnings warnings;                   ///< of a run, for those who asked for them
     std::vector<std::string> notes;              ///< remarks on record and run
     std::string message;                         ///< why there is no run; empty when all is well
     ExitStatus status = AllGood;
@@ -73,7 +75,7 @@ void visitCases(const std::string& argument, const Workbooks& workbooks,
 CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks);
 
 /// Runs a case that was read.
-void runCase(CaseOutcome& outcome, const app::RunOptions& options);
+void runCase(CaseOutcome& outcome);
 
 /// All of standard input, no larger than a file may be.
 Result<std::string> readStandardInput();

@@ -10,6 +10,7 @@
 #include "project/CaseFile.h"
 #include "project/checks.h"
 #include "project/units.h"
+#include "report/sections.h"
 
 #include <algorithm>
 #include <string>
@@ -57,7 +58,7 @@ int saveAs(project::ProjectCase current, const std::string& target, bool force) 
 } // namespace
 
 std::string versionText() {
-    return "telvo-cli " TELVO_VERSION " (module build " + std::string(app::ModuleBuild) + ")";
+    return "telvo-cli " TELVO_VERSION " (module build " + std::string(run::ModuleBuild) + ")";
 }
 
 int runReport(const ReportRequest& request) {
@@ -70,13 +71,13 @@ int runReport(const ReportRequest& request) {
     TextOutput output(request.target, existingFor(replaces));
     bool any = false;
     visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
-        runCase(outcome, {.report = request.options, .writePages = true});
+        runCase(outcome);
         raise(status, outcome.status);
         tellNotes(outcome);
         if (!outcome.run) return complainOf(outcome);
         std::string text;
         if (any && !request.page) text += "\r\n"; // parts this report from the one before
-        text += joinedPages(outcome.run->pages, request.page);
+        text += joinedPages(report::makeReport(*outcome.run, request.options).pages, request.page);
         any = true;
         output.print(toFile ? text : withLineFeeds(std::move(text)));
     });
@@ -104,7 +105,10 @@ int runResults(const ResultsRequest& request) {
     if (csv && !request.noHeader) output.print(csvHeader());
     bool first = true;
     visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
-        runCase(outcome, {.report = request.options, .writePages = false});
+        runCase(outcome);
+        if (outcome.run)
+            outcome.warnings =
+                report::assessWarnings(outcome.run->current, outcome.run->results, request.options);
         raise(status, outcome.status);
         tellNotes(outcome);
         if (!outcome.run) complainOf(outcome);
@@ -134,7 +138,7 @@ int runCheck(const Inputs& inputs, const Workbooks& workbooks) {
         std::string message = outcome.message;
         raise(status, outcome.status);
         if (outcome.current) {
-            for (const std::string& note : app::recordNotes(*outcome.current))
+            for (const std::string& note : run::recordNotes(*outcome.current))
                 complain(outcome.file + ": " + note);
             if (const auto refused = project::checkBeforeAnalysis(outcome.current->Input)) {
                 message = refused->message;

@@ -48,7 +48,7 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
 
 int runExplain(const ExplainRequest& request) {
     CaseOutcome outcome = readCase(request.source, request.workbooks);
-    runCase(outcome, {.report = request.options, .writePages = false});
+    runCase(outcome);
     tellNotes(outcome);
     if (!outcome.run) {
         complainOf(outcome);

@@ -148,7 +148,7 @@ std::string ResultJson::of(const CaseOutcome& outcome) const {
     add(out, "notes", std::move(notes));
     add(out, "inputs", outcome.current ? inputsJson(*outcome.current) : nullptr);
     add(out, "results", outcome.run ? resultsJson(outcome.run->results) : nullptr);
-    add(out, "warnings", outcome.run ? warningsJson(outcome.run->warnings) : nullptr);
+    add(out, "warnings", outcome.run ? warningsJson(outcome.warnings) : nullptr);
     add(out, "units",
         outcome.current ? Json(json_object_get(m_units[outcome.current->Units == project::Metric]))
                         : nullptr);

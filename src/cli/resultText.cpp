@@ -126,9 +126,9 @@ std::string resultText(const CaseOutcome& outcome) {
                  engine::unitName(kind, current.Units));
         });
     });
-    const std::string flags = flagList(outcome.run->warnings);
+    const std::string flags = flagList(outcome.warnings);
     line("warnings.flags", flags.empty() ? "none" : flags, "");
-    for (const auto text : splitLines(outcome.run->warnings.WarningSummary))
+    for (const auto text : splitLines(outcome.warnings.WarningSummary))
         if (!text.empty()) line("warnings.summary", std::string(text), "");
     return out;
 }
@@ -168,8 +168,8 @@ std::string csvRow(const CaseOutcome& outcome) {
     engine::visitQuantities(results, [&](const char*, engine::Kind, const auto& field) {
         appendCells(row, field, results.NumberPillars);
     });
-    row += ',' + flagList(outcome.run->warnings) + ',';
-    row += quoted(oneLine(outcome.run->warnings.WarningSummary));
+    row += ',' + flagList(outcome.warnings) + ',';
+    row += quoted(oneLine(outcome.warnings.WarningSummary));
     return row + "\r\n";
 }
 

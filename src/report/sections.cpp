@@ -519,4 +519,12 @@ ReportPages writeReport(const ReportSource& source, const Warnings& warnings) {
     return pages;
 }
 
+Report makeReport(const run::Run& run, const ReportOptions& options) {
+    Report report;
+    report.warnings = assessWarnings(run.current, run.results, options);
+    report.pages =
+        writeReport({run.current, run.results, options, run::ModuleBuild}, report.warnings);
+    return report;
+}
+
 } // namespace telvo::report

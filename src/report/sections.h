@@ -5,6 +5,7 @@
 #include "project/ProjectInput.h"
 #include "report/ReportWriter.h"
 #include "report/warnings.h"
+#include "run/Run.h"
 
 #include <string>
 #include <string_view>
@@ -52,5 +53,12 @@ std::string remnantPage(const ReportSource& inReportUnits, const ReportUnits& un
 
 /// All six pages of a run.
 ReportPages writeReport(const ReportSource& source, const Warnings& warnings);
+
+/// What is reported of a run.
+struct Report {
+    Warnings warnings;
+    ReportPages pages;
+};
+Report makeReport(const run::Run& run, const ReportOptions& options = {});
 
 } // namespace telvo::report

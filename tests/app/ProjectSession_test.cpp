@@ -9,6 +9,7 @@
 #include "project/units.h"
 #include "RecordedDialogs.h"
 #include "RecordedMessages.h"
+#include "report/sections.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -317,7 +318,7 @@ TEST_F(ProjectSessionTest, FiguresAreSilentAndThoseOfTheReport) {
     EXPECT_EQ(session.figures(half).DevelopmentSF, "");
     EXPECT_EQ(messages.lines.size(), lines);
     const auto outcome = session.run(session.project());
-    EXPECT_EQ(session.inputEcho(), std::get<CaseRun>(outcome).pages[0]);
+    EXPECT_EQ(session.inputEcho(), report::makeReport(std::get<run::Run>(outcome)).pages[0]);
 }
 
 TEST(MessageLog, DropsWholeOldestLines) {

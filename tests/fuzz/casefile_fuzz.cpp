@@ -3,12 +3,13 @@
 // Feeds arbitrary bytes to the case file reader and takes what it accepts down the whole road:
 // write and read again, run, report. Aborts where a promise of the reader or writer is broken.
 
-#include "app/caseRun.h"
 #include "base/text.h"
 #include "project/CaseFile.h"
 #include "project/checks.h"
 #include "project/units.h"
+#include "report/sections.h"
 #include "require.h"
+#include "run/caseRun.h"
 
 #include <cmath>
 #include <cstdint>
@@ -30,11 +31,11 @@ void writeAndReadAgain(project::ProjectCase current) {
 }
 
 void runAndReport(const project::ProjectCase& current) {
-    const auto outcome = app::runCase(current);
-    if (const auto* run = std::get_if<app::CaseRun>(&outcome)) {
+    const auto outcome = run::runCase(current);
+    if (const auto* run = std::get_if<run::Run>(&outcome)) {
         for (const double factor : run->results.TELVOSF)
             require(std::isfinite(factor), "no factor is infinite");
-        for (const std::string& page : run->pages) {
+        for (const std::string& page : report::makeReport(*run).pages) {
             require(page.ends_with("\r\n"), "a page ends with a line break");
         }
     } else if (const auto* fault = std::get_if<Fault>(&outcome)) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/ui/frmTELVOParm.h"
 
-#include "app/caseRun.h"
-#include "app/faultWords.h"
 #include "GuiTest.h"
 #include "project/advisories.h"
 #include "project/CaseFile.h"
+#include "run/caseRun.h"
+#include "run/faultWords.h"
 
 #include <memory>
 #include <QButtonGroup>
@@ -42,15 +42,15 @@ struct OpenForm {
                 },
                 [this](const project::ProjectCase& trial) -> std::optional<Refusal> {
                     trials.push_back(trial.Input);
-                    auto outcome = app::runCase(trial);
+                    auto outcome = run::runCase(trial);
                     if (auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
                     return std::nullopt;
                 },
                 [](const project::ProjectCase& trial) {
                     project::KeyFigures figures;
-                    auto outcome = app::runCase(trial);
+                    auto outcome = run::runCase(trial);
                     if (const auto* fault = std::get_if<Fault>(&outcome))
-                        outcome = app::asRefusal(*fault, trial.Units);
+                        outcome = run::asRefusal(*fault, trial.Units);
                     if (const auto* refused = std::get_if<Refusal>(&outcome)) {
                         figures.why = refused->message;
                         figures.whyControl = refused->control;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plot/ui/frmPlots.h"
 
-#include "app/caseRun.h"
 #include "GuiTest.h"
 #include "plot/ui/DistributionChart.h"
 #include "plot/ui/PlanView.h"
 #include "project/CaseFile.h"
+#include "run/caseRun.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -39,14 +39,14 @@ void PlotsTest::open(const char* example) {
     m_done.clear();
     project::ProjectCase read;
     project::readCaseFile(std::string(TELVO_EXAMPLES_DIR) + "/" + example, read);
-    const auto run = app::runCase(read);
+    const auto run = run::runCase(read);
     const auto note = [this](const char* what) {
         return [this, what](const ui::Picture& picture, QWidget*) {
             m_done.append(QString(what) + ": " + QString::fromStdString(picture.name));
         };
     };
     m_window = std::make_unique<ui::frmPlots>(
-        ui::PlotsView{read, std::get<app::CaseRun>(run).results, {}, {}, true},
+        ui::PlotsView{read, std::get<run::Run>(run).results, {}, {}, true},
         ui::PlotActions{note("copy"), note("export"), note("print"),
                         [this] { m_done.append("stop"); }},
         ui::FormServices{m_messages, {}, nullptr});

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/caseRun.h"
 #include "base/ui/frmPopUp.h"
 #include "base/ui/qtText.h"
 #include "GuiTest.h"
 #include "project/CaseFile.h"
+#include "report/sections.h"
 #include "report/ui/frmPreview.h"
 #include "report/ui/frmResTxtPlt.h"
 #include "report/ui/PrintDialogs.h"
+#include "run/caseRun.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
@@ -114,8 +115,12 @@ class ResultsTest : public QObject {
 void ResultsTest::init() {
     project::ProjectCase current;
     QVERIFY(!project::readCaseFile(TELVO_EXAMPLES_DIR "/deep-cover.TLV", current).fault);
-    const auto run = app::runCase(current);
-    view = {std::get<app::CaseRun>(run).pages, {}, {}, {current.FileName, 0, "050817", {}}, {}};
+    const auto run = run::runCase(current);
+    view = {report::makeReport(std::get<run::Run>(run)).pages,
+            {},
+            {},
+            {current.FileName, 0, "050817", {}},
+            {}};
     messages.asked.clear();
     messages.statuses.clear();
     dialogs.target.clear();
@@ -308,8 +313,8 @@ void ResultsTest::aPagePrintsOnOneSheet() {
         project::ProjectCase current;
         (void)project::readCaseFile(std::string(TELVO_EXAMPLES_DIR "/") + example + ".TLV",
                                     current);
-        const auto run = app::runCase(current);
-        const auto& pages = std::get<app::CaseRun>(run).pages;
+        const auto run = run::runCase(current);
+        const auto pages = report::makeReport(std::get<run::Run>(run)).pages;
         const QStringList sheets = sheetsPrinted(pages);
         QCOMPARE(sheets.size(), 6);
         for (int i = 0; i < 6; ++i) {

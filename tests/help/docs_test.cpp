@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Links and pictures are checked while the help is made; here what the program expects of it.
-#include "app/caseRun.h"
 #include "base/files.h"
 #include "base/text.h"
 #include "explain/Working.h"
@@ -8,6 +7,8 @@
 #include "project/CaseFile.h"
 #include "project/inputFields.h"
 #include "project/parameterFields.h"
+#include "report/sections.h"
+#include "run/caseRun.h"
 #include "util/resourceList.h"
 
 #include <gtest/gtest.h>
@@ -119,9 +120,9 @@ TEST_F(Docs, EveryLineOfTheReportStandsInTheIndex) {
             if (entry.path().extension() != ".TLV") continue;
             project::ProjectCase current;
             project::readCaseFile(entry.path().string(), current);
-            const auto outcome = app::runCase(current);
-            if (const auto* run = std::get_if<app::CaseRun>(&outcome))
-                for (const std::string& page : run->pages)
+            const auto outcome = run::runCase(current);
+            if (const auto* run = std::get_if<run::Run>(&outcome))
+                for (const std::string& page : report::makeReport(*run).pages)
                     labels.merge(labelsOf(page));
         }
     EXPECT_GT(labels.size(), 50U);
@@ -135,8 +136,8 @@ TEST_F(Docs, EveryLineOfTheReportThatHasAValueLeadsToItsPlace) {
     for (const char* file :
          {"two-side-gobs.TLV", "bleeder-rows-c-d.TLV", "metric-manual-arch.TLV"}) {
         project::readCaseFile(TELVO_EXAMPLES_DIR + ("/" + std::string(file)), current);
-        const auto outcome = app::runCase(current);
-        const auto& pages = std::get<app::CaseRun>(outcome).pages;
+        const auto outcome = run::runCase(current);
+        const auto pages = report::makeReport(std::get<run::Run>(outcome)).pages;
         for (std::size_t page = 0; page < pages.size(); ++page) {
             const std::string topic = "ReportPage" + std::to_string(page) + ".htm";
             for (const auto line : splitLines(pages[page])) {
@@ -182,8 +183,8 @@ TEST(TheoryManual, ListsEverySymbolAndQuantityOfTheWorking) {
             if (entry.path().extension() != ".TLV") continue;
             project::ProjectCase current;
             project::readCaseFile(entry.path().string(), current);
-            const auto outcome = app::runCase(current);
-            const auto* run = std::get_if<app::CaseRun>(&outcome);
+            const auto outcome = run::runCase(current);
+            const auto* run = std::get_if<run::Run>(&outcome);
             if (!run) continue;
             for (const auto& chapter : explain::explain(current, run->results, {}))
                 for (const explain::Step& step : chapter.steps) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "report/sections.h"
 
-#include "app/caseRun.h"
 #include "base/files.h"
 #include "project/CaseFile.h"
 #include "report/fixtures.h"
+#include "run/caseRun.h"
 
 #include <gtest/gtest.h>
 
@@ -178,12 +178,12 @@ TEST(InputEcho, NoUserTextBreaksTheReport) {
         EXPECT_LE(line.size(), 70U) << line;
 }
 
-app::CaseRun runFile(const std::filesystem::path& file, const string& name) {
+Report runFile(const std::filesystem::path& file, const string& name) {
     auto current = project::newCase(project::English);
     EXPECT_FALSE(project::readCaseFile(file.string(), current).fault) << file;
     current.FileName = name;
-    auto outcome = app::runCase(current);
-    if (auto* run = std::get_if<app::CaseRun>(&outcome)) return std::move(*run);
+    auto outcome = run::runCase(current);
+    if (auto* run = std::get_if<run::Run>(&outcome)) return makeReport(*run);
     ADD_FAILURE() << file << " cannot be computed";
     return {};
 }
@@ -193,7 +193,7 @@ TEST(Reports, OfTheIndependentCasesAreWellFormed) {
     for (const auto& entry : std::filesystem::directory_iterator(TELVO_CASES_DIR "/verification")) {
         if (entry.path().extension() != ".TLV") continue;
         ++cases;
-        const app::CaseRun run = runFile(entry.path(), "x");
+        const Report run = runFile(entry.path(), "x");
         EXPECT_EQ(run.pages[1].find("[WARNINGS]") != string::npos, run.warnings.AnyWarning);
         for (std::size_t i = 0; i < run.pages.size(); ++i) {
             const string& page = run.pages[i];

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "report/warnings.h"
 
-#include "app/caseRun.h"
 #include "project/CaseFile.h"
 #include "report/fixtures.h"
+#include "run/caseRun.h"
 
 #include <gtest/gtest.h>
 #include <json-c/json.h>
@@ -92,11 +92,12 @@ TEST(Warnings, OfTheIndependentCasesAgree) {
 
         auto current = project::newCase(project::English);
         ASSERT_FALSE(project::readCaseFile(folder + file, current).fault) << file;
-        const auto outcome = app::runCase(current);
-        const auto* run = std::get_if<app::CaseRun>(&outcome);
+        const auto outcome = run::runCase(current);
+        const auto* run = std::get_if<run::Run>(&outcome);
         ASSERT_TRUE(run) << file;
-        EXPECT_EQ(flagsOf(run->warnings), flags) << file;
-        EXPECT_EQ(run->warnings.WarningSummary,
+        const Warnings warnings = assessWarnings(run->current, run->results, {});
+        EXPECT_EQ(flagsOf(warnings), flags) << file;
+        EXPECT_EQ(warnings.WarningSummary,
                   json_object_get_string(json_object_object_get(one, "summary")))
             << file;
     }

@@ -148,7 +148,7 @@ void CaseOverview::showCase() {
     m_plan->setVisible(!empty);
     QStringList stale;
     if (!empty)
-        for (const std::string& note : recordNotes(current))
+        for (const std::string& note : run::recordNotes(current))
             stale.append(tr("Note: %1.").arg(toQt(note)));
     if (!stale.isEmpty())
         stale.append(tr("OK in Input, Project Parameters takes the automatic values."));

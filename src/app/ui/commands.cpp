@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/commands.h"
 
-#include "app/faultWords.h"
-
 #include "app/association.h"
 #include "app/ui/dialogs/frmAbout.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
@@ -149,7 +147,10 @@ report::ui::PrintJob Commands::inputEchoJob() const {
 report::SheetHeading Commands::sheetHeading() const {
     const project::ProjectCase& current = m_program.session().project();
     const bool header = m_program.settings().values().PrintModuleHeader == 1;
-    return {current.FileName, current.Units, header ? std::string(ModuleBuild) : std::string(), {}};
+    return {current.FileName,
+            current.Units,
+            header ? std::string(run::ModuleBuild) : std::string(),
+            {}};
 }
 
 void Commands::print() {

@@ -47,7 +47,7 @@ void Commands::printPicture(const Picture& picture, QWidget* parent) {
     printer.setPageOrientation(m_pictureOrientation.value_or(telvo::ui::bestOrientation(picture)));
     const std::string footer = picture.caseName + "   " + report::shortDate(m_program.today()) +
                                "   " + std::string(titles::Program) + ' ' +
-                               std::string(ModuleBuild);
+                               std::string(run::ModuleBuild);
     const bool printed = m_program.printer().print(
         picture.name, parent, QObject::tr("Print"),
         [&](QPrinter& chosen) { return telvo::ui::printPicture(picture, chosen, footer); });

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The windows of a run: report, plots and working, and whether they still belong to the case.
-#include "app/faultWords.h"
 #include "app/ui/commands.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
@@ -12,6 +11,7 @@
 #include "plot/ui/frmPlots.h"
 #include "project/ui/frmTELVOParm.h"
 #include "report/sections.h"
+#include "run/faultWords.h"
 
 #include <QPushButton>
 #include <utility>
@@ -50,41 +50,42 @@ std::optional<Commands::ShownRun> Commands::runOnScreen() {
     if (!m_program.session().mayShowFactors()) return std::nullopt;
     const ShownCase now = onScreen();
     DesktopMessages& messages = m_program.messages();
-    RunOutcome outcome = m_program.session().run(now.current);
+    run::RunOutcome outcome = m_program.session().run(now.current);
     if (const auto* refused = std::get_if<Refusal>(&outcome)) {
         messages.tell(refused->message, std::string(titles::ProjectParameters) + refused->title);
         return std::nullopt;
     }
     if (const auto* fault = std::get_if<Fault>(&outcome)) {
-        const Refusal stopped = asRefusal(*fault, now.current.Units);
+        const Refusal stopped = run::asRefusal(*fault, now.current.Units);
         messages.tell(stopped.message, std::string(titles::ProjectParameters) + stopped.title);
         return std::nullopt;
     }
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
     messages.status("TELVO stability factors calculated");
-    return ShownRun{now, std::move(std::get<CaseRun>(outcome).results)};
+    return ShownRun{now, std::move(std::get<run::Run>(outcome).results)};
 }
 
 std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
     if (!m_program.session().mayShowFactors()) return std::nullopt;
     DesktopMessages& messages = m_program.messages();
-    RunOutcome outcome = m_program.session().run(current);
+    run::RunOutcome outcome = m_program.session().run(current);
     if (auto* refused = std::get_if<Refusal>(&outcome)) {
         messages.status("No stability factors: an input is refused");
         return std::move(*refused);
     }
     if (const auto* fault = std::get_if<Fault>(&outcome)) {
         messages.status("No stability factors: the analysis stopped");
-        return asRefusal(*fault, current.Units);
+        return run::asRefusal(*fault, current.Units);
     }
-    auto& run = std::get<CaseRun>(outcome);
+    auto& run = std::get<run::Run>(outcome);
+    report::Report report = report::makeReport(run, m_program.session().reportOptions());
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
     messages.status("TELVO stability factors calculated");
 
     closeResults();
     const ShownRun shown{{current, m_program.session().reportOptions()}, std::move(run.results)};
-    m_results = new frmResTxtPlt({std::move(run.pages), run.warnings.WarningSummary, run.notes,
-                                  sheetHeading(), [this, shown] { viewPlots(shown); },
+    m_results = new frmResTxtPlt({std::move(report.pages), report.warnings.WarningSummary,
+                                  run.notes, sheetHeading(), [this, shown] { viewPlots(shown); },
                                   [this, shown] { showWorking(shown); }},
                                  m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);
@@ -93,7 +94,7 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
                project::ProjectCase renamed = shown.current;
                renamed.FileName = name;
                results->setCaseName(name, report::inputEchoPage({renamed, shown.results,
-                                                                 shown.options, ModuleBuild}));
+                                                                 shown.options, run::ModuleBuild}));
            }},
           [this] { runResultsAgain(); });
     m_results->load();

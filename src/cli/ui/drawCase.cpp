@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ui/drawCase.h"
 
-#include "app/caseRun.h"
 #include "base/sourceDate.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
@@ -12,6 +11,8 @@
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/picture.h"
 #include "plot/ui/pictureFile.h"
+#include "report/sections.h"
+#include "run/caseRun.h"
 #include "study/sfGraph.h"
 #include "study/ui/GraphChart.h"
 
@@ -67,11 +68,11 @@ Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
 /// Bars of a distribution. The stresses are those of the last pass of the case's condition.
 template <auto distribution>
 Drawn bars(const project::ProjectCase& current, const PlotOptions& options) {
-    const app::RunOutcome outcome = app::runCase(current, {options.report, false});
+    const run::RunOutcome outcome = run::runCase(current);
     if (const auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
     if (const auto* fault = std::get_if<Fault>(&outcome)) return Refusal{faultText(*fault), {}, {}};
     return telvo::ui::distributionPicture(
-        distribution({current, std::get<app::CaseRun>(outcome).results, options.report, {}}), {});
+        distribution({current, std::get<run::Run>(outcome).results, options.report, {}}), {});
 }
 
 plot::Distribution stressOfLastPass(const report::ReportSource& run) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/dialogs/frmAbout.h"
 
-#include "app/caseRun.h"
 #include "app/ui/dialogs/programIcon.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "run/Run.h"
 
 #include <QFormLayout>
 #include <QIcon>
@@ -42,7 +42,7 @@ frmAbout::frmAbout(const telvo::ui::FormServices& services, QWidget* parent)
         form->addRow(caption, label);
     };
     addRow(tr("Version:"), "lblVersion", TELVO_VERSION);
-    addRow(tr("Module build:"), "lblBuild", telvo::ui::toQt(ModuleBuild));
+    addRow(tr("Module build:"), "lblBuild", telvo::ui::toQt(run::ModuleBuild));
     addRow(tr("Qt:"), "lblQt", QString::fromLatin1(qVersion()));
     addRow(tr("License:"), "lblLicence", "GPL-3.0-or-later");
     layout->addLayout(form);

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/faultWords.h"
+#include "run/faultWords.h"
 
-#include "app/caseRun.h"
 #include "project/inputFields.h"
 #include "project/parameterFields.h"
+#include "run/caseRun.h"
 
 #include <gtest/gtest.h>
 
-namespace telvo::app {
+namespace telvo::run {
 
 namespace {
 
@@ -83,4 +83,4 @@ TEST(FaultWords, EveryInputOfTheFormHasAName) {
     });
 }
 
-} // namespace telvo::app
+} // namespace telvo::run

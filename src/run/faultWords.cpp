@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/faultWords.h"
+#include "run/faultWords.h"
 
 #include "base/titles.h"
 #include "project/parameterFields.h"
@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace telvo::app {
+namespace telvo::run {
 
 namespace {
 
@@ -114,4 +114,4 @@ Refusal asRefusal(const Fault& fault, std::int16_t units) {
             input ? input->control : std::string()};
 }
 
-} // namespace telvo::app
+} // namespace telvo::run

@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-namespace telvo::app {
+namespace telvo::run {
 
 /// A fault of the engine in the words of the screen: inputs by their labels and units, quantities
 /// in plain words. The engine itself names both by their keys.
@@ -16,4 +16,4 @@ Fault inWords(const Fault& fault, std::int16_t units, bool withNames = false);
 /// The same as the refusal of its first input: with the control that holds it.
 Refusal asRefusal(const Fault& fault, std::int16_t units);
 
-} // namespace telvo::app
+} // namespace telvo::run
