@@ -53,7 +53,10 @@ LINE = re.compile(r"(?:keep (?P<kept>[A-Za-z]\w*) = (?P<kept_work>.+)"
                   r"|(?P<what>[^:]+): (?:(?P<symbol>[A-Za-z]\w*) = )?(?P<work>.+?)"
                   r"(?: => (?P<target>.+))?)")
 PRINTED = re.compile(r"(?<![\w.])-?\d*\.?\d+(?:E[+-]\d+)?(?![\w.])")
-FIELD = re.compile(r'\{"txt(\w+)", &T::\w+, \w+, "([^"]+)",\s*"([^"]+)",\s*(\w+)')
+# A row of the table of the input fields that is a box of the form.
+FIELD = re.compile(r'\{TELVO_FIELD\((\w+)\),\s*(?:\.kind = (\w+),)?[^{}]*?\.control = "txt\w+",[^{}]*?'
+                   r'\.group = (?:"([^"]+)"|(\w+)),\s*\.label = "([^"]+)"')
+GOBS = {"ActiveGob": "Active Gob, ", "FirstGob": "First Gob, ", "SecondGob": "Second Gob, "}
 # Fields that are no boxes of the form with a label of their own.
 OTHER_FIELDS = {"NumberEntries": "Number of Entries", "Anal": "Loading Condition",
                 "AMZ": "AMZ set automatically", "Arch": "Pressure Arch Factor set automatically",
@@ -80,11 +83,10 @@ class Screen:
 
     def __init__(self, sources):
         self.fields = {}
-        path = os.path.join(sources, "project", "parameterFields.cpp")
+        path = os.path.join(sources, "project", "inputFields.h")
         with open(path, encoding="utf-8") as file:
-            for name, frame, label, kind in FIELD.findall(file.read()):
-                gob = frame + ", " if frame.endswith("Gob") else ""
-                self.fields[name] = gob + label, UNITS[kind]
+            for name, kind, _, frame, label in FIELD.findall(file.read()):
+                self.fields[name] = GOBS.get(frame, "") + label, UNITS[kind or "Number"]
 
     def change(self, field, value, metric):
         """A changed field as the reader finds it."""

@@ -446,10 +446,9 @@ project::KeyFigures ProjectSession::figures(const project::ProjectCase& current)
         stopped ? run::asRefusal(*stopped, current.Units) : std::get<Refusal>(outcome);
     figures.why = refused.message;
     figures.whyControl = refused.control;
-    double width = 0; // known before anything else is
-    for (int i = 1; i <= project::distanceCount(current.Input); ++i)
-        width += current.Input.XcutCenters[i];
-    if (width > 0) figures.PanelWidth = generalNumber(width, 10);
+    // Known before anything else is.
+    if (const double width = project::panelWidth(current.Input); width > 0)
+        figures.PanelWidth = generalNumber(width, 10);
     return figures;
 }
 

@@ -4,11 +4,9 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "project/inputFields.h"
-#include "project/parameterFields.h"
 
 #include <algorithm>
 #include <string_view>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -18,40 +16,13 @@ namespace {
 
 constexpr std::size_t MostNamed = 3; // changes that are told one by one
 
-/// What the parameter form calls a field.
-std::string labelOf(std::string_view name) {
-    constexpr std::pair<std::string_view, std::string_view> choices[] = {
-        {"NumberEntries", "Number of Entries"},
-        {"XcutCenters", "Center to Center Distance"},
-        {"Anal", "Loading Condition"},
-        {"AMZ", "automatic Breadth of AMZ"},
-        {"Arch", "automatic Pressure Arch Factor"},
-        {"RowA", "Row 'A' left in place"},
-        {"RowB", "Row 'B' left in place"},
-        {"RowC", "Row 'C' left in place"},
-        {"RowD", "Row 'D' left in place"}};
-    for (const auto& [field, label] : choices)
-        if (field == name) return std::string(label);
-    for (const project::ParameterField& field : project::parameterFields())
-        if (field.control.substr(3) == name) {
-            // "Extent" alone would not say of what.
-            const bool ofGob = field.tab == project::ParameterTab::RetreatMining;
-            return (ofGob ? std::string(field.group) + ", " : std::string()).append(field.label);
-        }
-    return std::string(name);
-}
-
-std::string textOf(std::string_view, double value) {
-    return generalNumber(value);
-}
-std::string textOf(std::string_view, float value) {
-    return generalNumber(value);
-}
-std::string textOf(std::string_view name, std::int16_t value) {
-    if (name == "Anal")
-        return std::string(project::LoadingConditionNames[std::clamp<int>(value, 0, 3)]);
-    if (name == "NumberEntries") return generalNumber(static_cast<int>(value));
-    return value == 1 ? "yes" : "no";
+/// A number as the form shows it.
+std::string textOf(const project::ProjectInput& in, project::FieldId id) {
+    const project::InputField& row = project::rowOf(id.field);
+    if (row.role == project::FieldRole::Choice)
+        return std::string(project::LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)]);
+    if (row.isFlag()) return project::get(in, id) == 1 ? "yes" : "no";
+    return project::shownText(in, id);
 }
 
 struct FieldText {
@@ -59,25 +30,19 @@ struct FieldText {
     std::string value; ///< with its unit; "" for a distance that the case does not use
 };
 
-/// The fields of a case as its forms show them; those of two cases stand at the same places.
+/// The numbers of a case as its forms show them; those of two cases stand at the same places.
 std::vector<FieldText> fieldTexts(const project::ProjectCase& shown) {
     std::vector<FieldText> texts;
-    project::visitInputFields(
-        shown.Input, [&](std::string_view name, project::FieldKind kind, const auto& field) {
-            const std::string_view unit = project::fieldUnit(kind, shown.Units);
-            const auto add = [&](const std::string& label, std::string value) {
-                if (!value.empty() && !unit.empty()) value.append(" ").append(unit);
-                texts.push_back({label, std::move(value)});
-            };
-            if (name == "Reserved") return; // nothing uses it
-            if constexpr (std::is_arithmetic_v<std::remove_cvref_t<decltype(field)>>)
-                add(labelOf(name), textOf(name, field));
-            else
-                for (int i = field.first; i <= field.last; ++i)
-                    add(labelOf(name) + " #" + generalNumber(i),
-                        i <= project::distanceCount(shown.Input) ? textOf(name, field[i])
-                                                                 : std::string());
-        });
+    for (const project::FieldId id : project::RecordNumbers) {
+        if (project::controlOf(id).empty()) continue; // nothing uses it
+        FieldText text{project::fullLabelOf(id), {}};
+        if (id.index <= project::distanceCount(shown.Input)) {
+            text.value = textOf(shown.Input, id);
+            const std::string_view unit = project::fieldUnit(project::kindOf(id), shown.Units);
+            if (!unit.empty()) text.value.append(" ").append(unit);
+        }
+        texts.push_back(std::move(text));
+    }
     return texts;
 }
 

@@ -4,6 +4,8 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "project/description.h"
+#include "project/inputFields.h"
 
 #include <algorithm>
 #include <array>
@@ -31,54 +33,23 @@ constexpr std::string_view StartMarker = "##StartDesc##";
 constexpr std::string_view EndMarker = "##EndDesc##";
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
-/// How an item stands in the file.
-enum class Form {
-    Number, // written through the number formatter
-    Plain,  // written with a blank in the sign position
-};
-
-/// The items behind `NumberEntries` and the distances, in file order, with the level that brought
-/// each in. One list serves reader and writer, so that they cannot drift apart.
+/// Calls visit(row, item, number) for the items of a record in file order; of the center-to-center
+/// distances those that the number of entries asks for when their turn comes. Reader and writer
+/// both walk here, so that they cannot drift apart.
 template <typename Input, typename Visit>
-void visitItemsAfterDistances(Input& in, Visit visit) {
-    visit("CoalStrength", in.CoalStrength, Form::Number, 0);
-    visit("UnitWeight", in.UnitWeight, Form::Number, 0);
-    visit("BreadthAMZ", in.BreadthAMZ, Form::Number, 0);
-    visit("AMZ", in.AMZ, Form::Plain, 0);
-    visit("Arch", in.Arch, Form::Plain, 53);
-    visit("Anal", in.Anal, Form::Plain, 0);
-    visit("Reserved", in.Reserved, Form::Plain, 51);
-    visit("ArchFactor", in.ArchFactor, Form::Plain, 52);
-    visit("ExtentActiveGob", in.ExtentActiveGob, Form::Number, 0);
-    visit("AbutmentAngleActiveGob", in.AbutmentAngleActiveGob, Form::Number, 0);
-    visit("ExtentFirstGob", in.ExtentFirstGob, Form::Number, 0);
-    visit("AbutmentAngleFirstGob", in.AbutmentAngleFirstGob, Form::Number, 0);
-    visit("BarrierFirstGob", in.BarrierFirstGob, Form::Number, 0);
-    visit("SlabcutFirstGob", in.SlabcutFirstGob, Form::Number, 0);
-    visit("ExtentSecondGob", in.ExtentSecondGob, Form::Number, 0);
-    visit("AbutmentAngleSecondGob", in.AbutmentAngleSecondGob, Form::Number, 0);
-    visit("BarrierSecondGob", in.BarrierSecondGob, Form::Number, 0);
-    visit("SlabcutSecondGob", in.SlabcutSecondGob, Form::Number, 0);
-    visit("RowA", in.RowA, Form::Plain, 53);
-    visit("RowB", in.RowB, Form::Plain, 53);
-    visit("RowC", in.RowC, Form::Plain, 53);
-    visit("RowD", in.RowD, Form::Plain, 53);
-    visit("WidthC", in.WidthC, Form::Number, 53);
-    visit("WidthD", in.WidthD, Form::Number, 53);
-}
-
-/// The items before `NumberEntries`; here the angle comes before the width.
-template <typename Input, typename Visit>
-void visitItemsBeforeCount(Input& in, Visit visit) {
-    visit("EntryHeight", in.EntryHeight, Form::Number, 0);
-    visit("DepthCover", in.DepthCover, Form::Number, 0);
-    visit("XcutAngle", in.XcutAngle, Form::Number, 0);
-    visit("EntryWidth", in.EntryWidth, Form::Number, 0);
-    visit("XcutSpacing", in.XcutSpacing, Form::Number, 0);
-}
-
-std::string distanceName(int i) {
-    return "XcutCenters(" + std::to_string(i) + ")";
+void visitItems(Input& in, Visit visit) {
+    for (const Field field : FileOrder) {
+        const InputField& row = rowOf(field);
+        const auto visitMember = [&](auto member) {
+            auto& value = in.*member;
+            if constexpr (requires { value[1]; })
+                for (int i = 1; i <= distanceCount(in); ++i)
+                    visit(row, itemNameOf({field, i}), value[i]);
+            else
+                visit(row, row.name, value);
+        };
+        std::visit(visitMember, row.member);
+    }
 }
 
 std::string_view withoutByteOrderMark(std::string_view bytes) {
@@ -280,32 +251,17 @@ void appendDescriptionLine(std::string& out, std::string_view line) {
     out += line;
 }
 
-/// A title that fits its one line: every line break, and what else would end it, is a blank.
-std::string onOneLine(std::string_view title) {
-    std::string out;
-    for (std::size_t at = 0; at < title.size(); ++at) {
-        if (title.substr(at, LineBreak.size()) == LineBreak) continue; // the LF becomes the blank
-        const char c = title[at];
-        out += c == '\r' || c == '\n' || c == '\0' ? ' ' : c;
-    }
-    return out;
-}
-
 std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
     std::optional<Fault> fault;
-    const auto check = [&](const std::string& name, auto value, Form, int) {
-        if (!fault && !std::isfinite(static_cast<double>(value)))
-            fault = Fault{"the value is not a finite number", name};
-    };
     const ProjectInput& in = from.Input;
     if (in.NumberEntries < 0 || in.NumberEntries > MaxEntries)
         return Fault{std::to_string(in.NumberEntries) + " is outside 0 to " +
                          std::to_string(MaxEntries),
                      "NumberEntries"};
-    visitItemsBeforeCount(in, check);
-    for (int i = 1; i < in.NumberEntries; ++i)
-        check(distanceName(i), in.XcutCenters[i], Form::Number, 0);
-    visitItemsAfterDistances(in, check);
+    visitItems(in, [&](const InputField&, std::string_view item, auto value) {
+        if (!fault && !std::isfinite(static_cast<double>(value)))
+            fault = Fault{"the value is not a finite number", std::string(item)};
+    });
     return fault;
 }
 
@@ -347,10 +303,6 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
     const auto settle = [&](std::string_view item, bool inLevel = true) {
         if (kept && !(inLevel && reader.good())) kept->emplace_back(item);
     };
-    const auto number = [&](std::string_view item, auto& field, Form, int sinceLevel) {
-        if (level >= sinceLevel) reader.number(item, field);
-        settle(item, level >= sinceLevel);
-    };
     reader.number("Units", into.Units);
     settle("Units");
     if (reader.good() && (into.Units < English || into.Units > Metric)) into.Units = English;
@@ -363,14 +315,14 @@ std::optional<Fault> readCaseItems(std::string_view bytes, int level, std::strin
         else
             readFiveLineDescription(reader, into);
     }
-    visitItemsBeforeCount(into.Input, number);
-    if (reader.good()) readEntryCount(reader, into.Input.NumberEntries);
-    settle("NumberEntries");
-    for (int i = 1; i < into.Input.NumberEntries; ++i) {
-        if (reader.good()) reader.number(distanceName(i), into.Input.XcutCenters[i]);
-        settle(distanceName(i));
-    }
-    visitItemsAfterDistances(into.Input, number);
+    visitItems(into.Input, [&](const InputField& row, std::string_view item, auto& field) {
+        const bool inLevel = level >= row.level;
+        if (row.role == FieldRole::Count)
+            readEntryCount(reader, into.Input.NumberEntries);
+        else if (inLevel)
+            reader.number(item, field);
+        settle(item, inLevel);
+    });
     into.Input.Anal = std::min<std::int16_t>(into.Input.Anal, 3);
     const bool isCut = reader.rest().empty() && !bytes.ends_with(lineEndOf(bytes));
     if (rest && !isCut) *rest = reader.rest();
@@ -486,21 +438,18 @@ Result<std::string> writeCaseText(ProjectCase& from) {
         out += text;
         out += LineBreak;
     };
-    const auto item = [&](std::string_view, auto value, Form form, int) {
-        const bool blank = form == Form::Plain && !(value < 0);
-        line((blank ? " " : "") + generalNumber(value));
+    const auto number = [&](auto value, bool plain) {
+        line((plain && !(value < 0) ? " " : "") + generalNumber(value));
     };
     line(FormatTags.front().tag);
-    item("Units", from.Units, Form::Plain, 0);
+    number(from.Units, true);
     line(from.Title);
     line(StartMarker);
     if (!from.Description.empty()) line(from.Description);
     line(EndMarker);
-    visitItemsBeforeCount(from.Input, item);
-    item("NumberEntries", from.Input.NumberEntries, Form::Plain, 0);
-    for (int i = 1; i < from.Input.NumberEntries; ++i)
-        item("XcutCenters", from.Input.XcutCenters[i], Form::Number, 0);
-    visitItemsAfterDistances(from.Input, item);
+    visitItems(from.Input, [&](const InputField& row, std::string_view, auto value) {
+        number(value, row.plain);
+    });
     return systemBytes(std::move(out));
 }
 

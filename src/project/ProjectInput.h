@@ -67,6 +67,14 @@ constexpr int distanceCount(const ProjectInput& in) {
     return std::clamp(in.NumberEntries - 1, 0, MaxEntries - 1);
 }
 
+/// Panel width: the sum of the center-to-center distances; ft | m.
+constexpr double panelWidth(const ProjectInput& in) {
+    double width = 0;
+    for (int i = 1; i <= distanceCount(in); ++i)
+        width += in.XcutCenters[i];
+    return width;
+}
+
 /// One case: the parameters and the values that are kept beside them in the same file.
 struct ProjectCase {
     ProjectInput Input;

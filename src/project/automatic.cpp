@@ -2,7 +2,7 @@
 #include "project/automatic.h"
 
 #include "base/numbers.h"
-#include "project/units.h"
+#include "project/automaticRules.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,70 +21,69 @@ std::string_view lengthBehindNumber(std::int16_t units) {
 
 std::optional<double> automaticAMZBreadth(double H, std::int16_t units) {
     if (H < 0) return std::nullopt;
-    const double breadth =
-        units == English ? 5 * std::sqrt(H) : 5 * std::sqrt(H * FeetPerMetre) / FeetPerMetre;
+    Plain<double> calc;
+    const double breadth = automaticAMZBreadth(calc, units == English, H);
     if (!std::isfinite(breadth)) return std::nullopt;
-    return leadingValue(formatPattern(breadth, "0"));
+    return breadth;
 }
 
 float formArchFactor(float W, float H, std::int16_t units) {
-    // A panel width of 0 gives 1; a negative one, half-typed in the form, has no logarithm either.
-    if (!(W > 0)) return 1.0F;
-    double margin = 80;
-    if (units != English) {
-        H = static_cast<float>(H * FeetPerMetre);
-        W = static_cast<float>(W * FeetPerMetre);
-        margin = 262.4671916010498;
-    }
-    const double h = H;
-    const double w = W;
-    double F = 0;
-    if (h >= 25) F = 1 - 0.28 * std::log(h / w);
-    if (h - margin < w) F = 1.0;
-    if (F < 0.28) F = 0.28;
-    return static_cast<float>(roundHalfEven2(F));
+    Plain<double> calc;
+    return static_cast<float>(formArchFactor(calc, units == English, W, H));
 }
 
 float automaticArchFactor(const ProjectInput& in, std::int16_t units) {
-    double width = 0;
-    for (int i = 1; i <= distanceCount(in); ++i)
-        width += in.XcutCenters[i];
     constexpr double most = std::numeric_limits<float>::max();
     const auto single = [most](double x) { return static_cast<float>(std::clamp(x, -most, most)); };
-    return formArchFactor(single(width), single(in.DepthCover), units);
+    return formArchFactor(single(panelWidth(in)), single(in.DepthCover), units);
+}
+
+std::optional<double> automaticValue(const ProjectInput& in, std::int16_t units, Field field) {
+    if (field == Field::BreadthAMZ) return automaticAMZBreadth(in.DepthCover, units);
+    // A depth or width at the end of the number range has no factor in feet.
+    const float factor = automaticArchFactor(in, units);
+    if (!std::isfinite(factor)) return std::nullopt;
+    return factor;
+}
+
+ProjectInput withAutomaticValues(ProjectInput in, std::int16_t units) {
+    const bool marked[] = {in.AMZ == 1, in.Arch != 0};
+    for (const Field field : {Field::BreadthAMZ, Field::ArchFactor})
+        if (marked[field == Field::ArchFactor])
+            if (const auto value = automaticValue(in, units, field)) set(in, field, *value);
+    return in;
+}
+
+ProjectInput withVaried(ProjectInput in, std::int16_t units, FieldId id, double value) {
+    set(in, id, value);
+    const bool depth = id.field == Field::DepthCover;
+    if (!depth && id.field != Field::XcutCenters) return in;
+    const double breadth = in.BreadthAMZ;
+    in = withAutomaticValues(in, units);
+    if (!depth) in.BreadthAMZ = breadth; // which hangs on the depth alone
+    return in;
 }
 
 std::vector<StaleAutomatic> staleAutomaticValues(const ProjectInput& in, std::int16_t units) {
-    std::vector<StaleAutomatic> stale;
+    const ProjectInput fresh = withAutomaticValues(in, units);
     const std::string length(lengthBehindNumber(units));
-    const auto depth = [&] { return "the depth of " + generalNumber(in.DepthCover, 10) + length; };
-    if (in.AMZ == 1) {
-        const auto breadth = automaticAMZBreadth(in.DepthCover, units);
-        if (breadth && *breadth != in.BreadthAMZ)
-            stale.push_back({"BreadthAMZ", in.BreadthAMZ, *breadth,
-                             "Breadth of AMZ " + generalNumber(in.BreadthAMZ, 10) + length +
-                                 " is marked automatic; " + depth() + " gives " +
-                                 generalNumber(*breadth) + length});
-    }
-    if (in.Arch != 0) {
-        const float factor = automaticArchFactor(in, units);
-        // A depth or width at the end of the number range has no factor in feet.
-        if (std::isfinite(factor) && factor != in.ArchFactor)
-            stale.push_back(
-                {"ArchFactor", in.ArchFactor, factor,
-                 "Pressure Arch Factor " + generalNumber(in.ArchFactor) + " is marked automatic; " +
-                     depth() + " and the distances of the entries give " + generalNumber(factor)});
-    }
+    const std::string depth = "the depth of " + generalNumber(in.DepthCover, 10) + length;
+    std::vector<StaleAutomatic> stale;
+    const auto differs = [&](Field field) { // what is no number stayed as it was
+        return get(fresh, field) != get(in, field) && !std::isnan(get(fresh, field));
+    };
+    if (differs(Field::BreadthAMZ))
+        stale.push_back({Field::BreadthAMZ, in.BreadthAMZ, fresh.BreadthAMZ,
+                         "Breadth of AMZ " + generalNumber(in.BreadthAMZ, 10) + length +
+                             " is marked automatic; " + depth + " gives " +
+                             generalNumber(fresh.BreadthAMZ) + length});
+    if (differs(Field::ArchFactor))
+        stale.push_back({Field::ArchFactor, in.ArchFactor, fresh.ArchFactor,
+                         "Pressure Arch Factor " + generalNumber(in.ArchFactor) +
+                             " is marked automatic; " + depth +
+                             " and the distances of the entries give " +
+                             generalNumber(fresh.ArchFactor)});
     return stale;
-}
-
-void renewAutomaticValues(ProjectInput& in, std::int16_t units) {
-    for (const StaleAutomatic& value : staleAutomaticValues(in, units)) {
-        if (value.field == "BreadthAMZ")
-            in.BreadthAMZ = value.automatic;
-        else
-            in.ArchFactor = static_cast<float>(value.automatic);
-    }
 }
 
 } // namespace telvo::project

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "base/Result.h"
+#include "project/inputFields.h"
+#include "project/ParameterTexts.h"
 #include "project/ProjectInput.h"
 
-#include <cstdint>
+#include <limits>
 #include <optional>
-#include <string>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -21,32 +23,70 @@ namespace telvo::project {
 std::optional<Refusal> checkRange(std::string_view text, double low, double high,
                                   std::string_view label, std::string_view control);
 
-/// The texts and states of the parameter form's controls, by control name.
-struct ParameterTexts {
-    std::string txtEntryHeight, txtDepthCover, txtXcutAngle, txtEntryWidth, txtXcutSpacing;
-    std::string txtNumberEntries;
-    IndexedArray<std::string, 1, 9> txtXcutCenters;
-    std::string txtCoalStrength, txtUnitWeight, txtBreadthAMZ, txtArchFactor;
-    bool chkAMZ = true;
-    bool chkArch = true;
-    std::int16_t optAnal = 0; // index of the selected option, 0 to 3
-    std::string txtExtentActiveGob, txtAbutmentAngleActiveGob;
-    std::string txtExtentFirstGob, txtAbutmentAngleFirstGob, txtBarrierFirstGob, txtSlabcutFirstGob;
-    std::string txtExtentSecondGob, txtAbutmentAngleSecondGob, txtBarrierSecondGob,
-        txtSlabcutSecondGob;
-    bool chkRowA = false;
-    bool chkRowB = false;
-    bool chkRowC = false;
-    bool chkRowD = false;
-    std::string txtWidthC, txtWidthD;
+/// When a requirement counts, by the flags and the loading condition of a record.
+enum class Use {
+    Always,
+    FirstSideGob,  ///< the loading condition has a side gob
+    SecondSideGob, ///< it has two
+    RowCLeft,
+    RowDLeft,
+    RowABesideGob, ///< the row is left and the loading condition has a side gob
+    RowBBesideGob  ///< likewise: the second barrier's row hangs on the first side gob, too
+};
+bool counts(Use use, const ProjectInput& in);
+
+/// What a number has to be: within limits that are allowed, above a limit that is not, or in a
+/// relation to another number of the record.
+struct Bound {
+    double low = -std::numeric_limits<double>::infinity();
+    double high = std::numeric_limits<double>::infinity();
+    bool open = false;                         ///< `low` itself is refused
+    std::optional<Field> above = std::nullopt; ///< has to be greater than that field
+    std::optional<Field> upTo = std::nullopt;  ///< has to be at most that field
+
+    /// The other number of a relation, if it is one.
+    constexpr std::optional<Field> other() const { return above ? above : upTo; }
+
+    /// Whether a number, or each of a pack, is refused.
+    /// Given: other  the number that `above` or `upTo` names; anything without them
+    template <typename Number>
+    constexpr auto refuses(const Number& x, const Number& otherNumber) const {
+        if (above) return !(x > otherNumber);
+        if (upTo) return x > otherNumber;
+        if (open) return !(x > Number(low));
+        return x < Number(low) || x > Number(high);
+    }
 };
 
-/// What the form shows for a record; numbers in general number format.
-ParameterTexts textsFromInput(const ProjectInput& input);
+/// One row of a check. Rows are tried in order and the first refusal wins; those of the
+/// center-to-center distances come last, distance by distance.
+struct Requirement {
+    Field field;
+    Bound bound;
+    /// Empty: that of checkRange(). A "#" at the end is followed by the number of the distance.
+    std::string_view message;
+    Use use = Use::Always;
+    std::string_view title = "Range Error";
+};
 
-/// Reads the texts into a record by the leading-number rule: a text that does not begin with a
-/// number gives 0. `Reserved` and the distances beyond the last entry keep what `base` holds.
-ProjectInput inputFromTexts(const ProjectInput& base, const ParameterTexts& texts);
+/// The acceptance check of the parameter form, and the check before an analysis. Kept different on
+/// purpose: the analysis takes angles down to 0 and arch factors down to 0, has other words for
+/// coal strength and unit weight, makes no comparison with the entry width, and holds the upper
+/// bound of the side gobs' angles and slab cuts whatever the loading condition.
+std::span<const Requirement> acceptanceRequirements();
+std::span<const Requirement> analysisRequirements();
+
+/// Valid values of one number while all others of a record stay.
+struct Span {
+    double low = -std::numeric_limits<double>::infinity();
+    double high = std::numeric_limits<double>::infinity();
+    bool lowOpen = false, highOpen = false; ///< the limit itself is not valid
+
+    bool contains(double x) const {
+        return (lowOpen ? x > low : x >= low) && (highOpen ? x < high : x <= high);
+    }
+};
+Span validSpan(std::span<const Requirement> requirements, const ProjectInput& in, FieldId id);
 
 /// Acceptance check of the parameter form, before its values become the project copy.
 /// A distance box is named with its element, "txtXcutCenters_3".
@@ -58,7 +98,8 @@ std::optional<Refusal> checkAcceptance(const ParameterTexts& texts);
 std::vector<Refusal> acceptanceRefusals(const ParameterTexts& texts);
 
 /// Check of a row's box when it is set: a row beside a barrier with a slab cut cannot be left.
-std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, std::string_view control);
+/// Given: row  Field::RowA to Field::RowD
+std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, Field row);
 
 /// Check of the working copy before any computation.
 std::optional<Refusal> checkBeforeAnalysis(const ProjectInput& input);

@@ -50,6 +50,16 @@ std::string plainLines(std::string_view utf8) {
     return out;
 }
 
+std::string onOneLine(std::string_view title) {
+    std::string out;
+    for (std::size_t at = 0; at < title.size(); ++at) {
+        if (title.substr(at, LineBreak.size()) == LineBreak) continue; // the LF becomes the blank
+        const char c = title[at];
+        out += c == '\r' || c == '\n' || c == '\0' ? ' ' : c;
+    }
+    return out;
+}
+
 std::string titleFromText(std::string_view utf8) {
     std::string title = plainLines(utf8);
     std::replace(title.begin(), title.end(), '\n', ' ');

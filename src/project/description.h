@@ -22,6 +22,9 @@ extern const std::string_view DiscardQuestion;
 /// paragraph separators of Unicode end lines too.
 std::string plainLines(std::string_view utf8);
 
+/// A title that fits its one line: every line break, and what else would end it, is a blank.
+std::string onOneLine(std::string_view title);
+
 /// A title: one line, line breaks and control characters as blanks.
 std::string titleFromText(std::string_view utf8);
 

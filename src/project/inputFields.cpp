@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/inputFields.h"
 
+#include "base/numbers.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -56,6 +58,14 @@ void set(ProjectInput& in, FieldId id, double value) {
     withNumber(in, id, [value](auto& number) { narrow(value, number); });
 }
 
+double shownValue(const ProjectInput& in, FieldId id) {
+    return rowOf(id.field).isSingle() ? leadingValue(shownText(in, id)) : get(in, id);
+}
+
+std::string shownText(const ProjectInput& in, FieldId id) {
+    return withNumber(in, id, [](auto number) { return generalNumber(number); });
+}
+
 std::string nameOf(FieldId id) {
     std::string name(rowOf(id.field).name);
     if (id.index > 0) name += '.' + std::to_string(id.index);
@@ -66,6 +76,22 @@ std::string itemNameOf(FieldId id) {
     std::string name(rowOf(id.field).name);
     if (id.index > 0) name += '(' + std::to_string(id.index) + ')';
     return name;
+}
+
+std::string controlOf(FieldId id) {
+    std::string name(rowOf(id.field).control);
+    if (id.index > 0) name += '_' + std::to_string(id.index);
+    return name;
+}
+
+std::string fullLabelOf(FieldId id) {
+    const InputField& row = rowOf(id.field);
+    std::string label(row.label);
+    if (id.index > 0) label += " #" + std::to_string(id.index);
+    // The frames of the three gobs have the same boxes.
+    if (row.tab == ParameterTab::RetreatMining && row.role == FieldRole::Value)
+        label.append(", ").append(row.group);
+    return label;
 }
 
 std::optional<FieldId> fieldNamed(std::string_view name) {

@@ -118,6 +118,9 @@ struct InputField {
     constexpr bool isWhole() const {
         return std::holds_alternative<std::int16_t ProjectInput::*>(member);
     }
+    constexpr bool isSingle() const {
+        return std::holds_alternative<float ProjectInput::*>(member);
+    }
     constexpr bool isDistances() const {
         return std::holds_alternative<Distances ProjectInput::*>(member);
     }
@@ -400,11 +403,26 @@ double get(const ProjectInput& in, FieldId id);
 /// beyond its range, or rounded half to even to a whole number and held within its range.
 void set(ProjectInput& in, FieldId id, double value);
 
+/// A number as it was typed: of a field in single precision the shortest decimal number, 0.82 where
+/// get() gives 0.81999999.
+double shownValue(const ProjectInput& in, FieldId id);
+
+/// A number as the form shows it, in general number format of its own precision.
+std::string shownText(const ProjectInput& in, FieldId id);
+
 /// Name of a number in tables and results: "DepthCover", "XcutCenters.3".
 std::string nameOf(FieldId id);
 
 /// Its name in messages and in the case file: "DepthCover", "XcutCenters(3)".
 std::string itemNameOf(FieldId id);
+
+/// Name of the control of the parameter form that edits a number: "txtDepthCover",
+/// "txtXcutCenters_3"; of a loading condition what its options have in common, "optAnal".
+std::string controlOf(FieldId id);
+
+/// The label of a number by itself, with the frame where that tells of which gob: "Depth of Cover",
+/// "Extent, First Gob", "Center to Center Distance #3"; empty for one that is not on the form.
+std::string fullLabelOf(FieldId id);
 
 /// The number of a name of either kind; nothing for any other text, such as "XcutCenters".
 std::optional<FieldId> fieldNamed(std::string_view name);

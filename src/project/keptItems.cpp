@@ -4,76 +4,38 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "project/inputFields.h"
-#include "project/parameterFields.h"
 #include "project/units.h"
 
 #include <algorithm>
-#include <type_traits>
+#include <iterator>
 
 namespace telvo::project {
 
 namespace {
 
-constexpr std::pair<std::string_view, std::string_view> OtherLabels[] = {
-    {"Units", "Units"},
-    {"Title", "Title"},
-    {"Description", "Description"},
-    {"NumberEntries", "Number of Entries"},
-    {"AMZ", "Breadth of AMZ set automatically"},
-    {"Arch", "Pressure Arch Factor set automatically"},
-    {"Anal", "Loading Condition"},
-    {"RowA", "Leave pillar Row 'A' in place"},
-    {"RowB", "Leave pillar Row 'B' in place"},
-    {"RowC", "Leave pillar Row 'C' in place"},
-    {"RowD", "Leave pillar Row 'D' in place"}};
+// Items that are no number of the record.
+constexpr std::string_view CaseItems[] = {"Units", "Title", "Description"};
 
-constexpr std::string_view Distance = "XcutCenters(";
-
-/// 1 to 9 for a center-to-center distance, else 0.
-int distanceOf(std::string_view item) {
-    return item.starts_with(Distance) ? leadingInteger(item.substr(Distance.size())) : 0;
+bool isCaseItem(std::string_view item) {
+    return std::find(std::begin(CaseItems), std::end(CaseItems), item) != std::end(CaseItems);
 }
 
-std::string yesOrNo(double flag) {
-    return flag == 1 ? " yes" : " no";
-}
-
-/// The value of an item with its unit, a blank in front.
-std::string valueText(std::string_view item, const ProjectInput& in, std::int16_t units) {
-    if (item == "Anal")
+/// The value of a number with its unit, a blank in front.
+std::string valueText(FieldId id, const ProjectInput& in, std::int16_t units) {
+    const InputField& row = rowOf(id.field);
+    if (row.role == FieldRole::Choice)
         return ' ' + std::string(LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)]);
-    std::string text;
-    visitInputFields(in, [&](std::string_view name, FieldKind kind, const auto& value) {
-        const std::string_view unit = fieldUnit(kind, units);
-        const auto withUnit = [&](double number) {
-            text = ' ' + generalNumber(number, 10);
-            if (!unit.empty()) text.append(" (").append(unit).append(")");
-        };
-        if constexpr (std::is_arithmetic_v<std::decay_t<decltype(value)>>) {
-            if (name != item) return;
-            if (name == "AMZ" || name == "Arch" || name.starts_with("Row"))
-                text = yesOrNo(static_cast<double>(value));
-            else if constexpr (std::is_same_v<std::decay_t<decltype(value)>, float>)
-                withUnit(leadingValue(generalNumber(value))); // as typed, not as widened
-            else
-                withUnit(static_cast<double>(value));
-        } else if (const int i = distanceOf(item); name == "XcutCenters" && i > 0) {
-            withUnit(value[i]);
-        }
-    });
+    if (row.isFlag()) return get(in, id) == 1 ? " yes" : " no";
+    std::string text = ' ' + generalNumber(shownValue(in, id), 10);
+    if (const auto unit = fieldUnit(row.kind, units); !unit.empty())
+        text.append(" (").append(unit).append(")");
     return text;
 }
 
 std::vector<std::string> itemsInOrder(const ProjectInput& in) {
-    std::vector<std::string> items = {"Units", "Title", "Description"};
-    visitInputFields(in, [&](std::string_view name, FieldKind, const auto&) {
-        if (name != "XcutCenters") {
-            items.emplace_back(name);
-            return;
-        }
-        for (int i = 1; i <= distanceCount(in); ++i)
-            items.push_back(std::string(Distance) + std::to_string(i) + ')');
-    });
+    std::vector<std::string> items(std::begin(CaseItems), std::end(CaseItems));
+    for (const FieldId id : RecordNumbers)
+        if (id.index <= distanceCount(in)) items.push_back(itemNameOf(id));
     return items;
 }
 
@@ -86,25 +48,17 @@ void joinItem(std::string& list, const std::string& text) {
 } // namespace
 
 std::string itemControl(std::string_view item) {
-    if (const int i = distanceOf(item)) return "txtXcutCenters_" + std::to_string(i);
-    if (item == "Anal") return "optAnal";
-    const bool check = item == "AMZ" || item == "Arch" || item.starts_with("Row");
-    return (check ? "chk" : "txt") + std::string(item);
+    const auto id = fieldNamed(item);
+    return id ? controlOf(*id) : "txt" + std::string(item);
 }
 
 std::string itemLabel(std::string_view item) {
-    if (const int i = distanceOf(item)) return "Center to Center Distance #" + std::to_string(i);
-    for (const auto& [name, label] : OtherLabels)
-        if (name == item) return std::string(label);
-    for (const ParameterField& field : parameterFields()) {
-        if (field.control.substr(3) != item) continue;
-        std::string label(field.label);
-        // Both gobs have an extent; rows C and D are named as they are.
-        if (field.group.ends_with("Gob") && label.find("Row") == std::string::npos)
-            label.append(" of ").append(field.group);
-        return label;
-    }
-    return {};
+    if (isCaseItem(item)) return std::string(item);
+    const auto id = fieldNamed(item);
+    if (!id) return {};
+    std::string label(rowOf(id->field).echoLabel());
+    if (id->index > 0) label += " #" + std::to_string(id->index);
+    return label;
 }
 
 std::string itemText(std::string_view item, const ProjectCase& current, std::int16_t units) {
@@ -113,7 +67,7 @@ std::string itemText(std::string_view item, const ProjectCase& current, std::int
     if (item == "Units") return label + ' ' + (current.Units == English ? "English" : "metric");
     if (item == "Title") return label + " \"" + excerpt(current.Title) + '"';
     if (item == "Description") return label;
-    return label + valueText(item, current.Input, units);
+    return label + valueText(*fieldNamed(item), current.Input, units);
 }
 
 std::string givenItemsText(const KeptItems& kept, const ProjectCase& current) {

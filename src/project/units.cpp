@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "project/automatic.h"
+#include "project/inputFields.h"
 
 #include <algorithm>
 #include <array>
@@ -22,28 +23,21 @@ constexpr std::array<std::array<std::string_view, 15>, 2> UnitLabels = {
      {" (m)", " (MPa)", " (kN/m3)", " (cm)", " (kPa)", " (kN)", " (tn)", " (cm)", " (MPa)", " (MN)",
       " (MN/m)", " (mm)", " (kN)", " (kN/m)", " (GPa)"}}};
 
-/// Converts the fields of one record and remembers the first that does not fit its type.
-class Converter {
-  public:
-    explicit Converter(bool toEnglish) : m_toEnglish(toEnglish) {}
-
-    template <typename Number>
-    void convert(Number& field, double factor, std::string_view name) {
-        const double value = roundHalfEven2(m_toEnglish ? field * factor : field / factor);
-        const auto stored = static_cast<Number>(value);
-        if (!std::isfinite(stored) && m_failed.empty()) m_failed = name;
-        field = stored;
+/// What one metric unit of a field is in the English one; 1 where a conversion leaves it alone.
+double conversionFactor(FieldKind kind) {
+    switch (kind) {
+    case FieldKind::Length:
+        return FeetPerMetre;
+    case FieldKind::Strength:
+        return PsiPerMPa;
+    case FieldKind::UnitWeight:
+        return PcfPerKilonewtonPerCubicMetre;
+    case FieldKind::Number:
+    case FieldKind::Angle:
+        break;
     }
-    template <typename Number>
-    void length(Number& field, std::string_view name) {
-        convert(field, FeetPerMetre, name);
-    }
-    const std::string& failed() const { return m_failed; }
-
-  private:
-    bool m_toEnglish;
-    std::string m_failed;
-};
+    return 1;
+}
 
 /// The folder of a file name with its separator, empty where there is none.
 std::string_view folderOf(std::string_view fileName) {
@@ -64,31 +58,17 @@ std::string_view unitSummary(std::int16_t units) {
 Status convertCase(ProjectCase& current) {
     const std::int16_t target = current.Units == English ? Metric : English;
     ProjectInput in = current.Input;
-    Converter converter(target == English);
-    converter.length(in.EntryHeight, "EntryHeight");
-    converter.length(in.DepthCover, "DepthCover");
-    converter.length(in.EntryWidth, "EntryWidth");
-    converter.length(in.XcutSpacing, "XcutSpacing");
-    for (int i = 1; i <= 9; ++i) {
-        if (i < in.NumberEntries)
-            converter.length(in.XcutCenters[i], "XcutCenters");
-        else
-            in.XcutCenters[i] = 0;
+    std::optional<Field> failed;
+    for (const FieldId id : RecordNumbers) {
+        const double factor = conversionFactor(kindOf(id));
+        if (factor == 1) continue;
+        const double was = get(in, id);
+        const bool inUse = id.index <= distanceCount(in);
+        set(in, id, inUse ? roundHalfEven2(target == English ? was * factor : was / factor) : 0.0);
+        if (!std::isfinite(get(in, id)) && !failed) failed = id.field;
     }
-    converter.length(in.BreadthAMZ, "BreadthAMZ");
-    converter.length(in.ExtentActiveGob, "ExtentActiveGob");
-    converter.length(in.ExtentFirstGob, "ExtentFirstGob");
-    converter.length(in.BarrierFirstGob, "BarrierFirstGob");
-    converter.length(in.SlabcutFirstGob, "SlabcutFirstGob");
-    converter.length(in.ExtentSecondGob, "ExtentSecondGob");
-    converter.length(in.BarrierSecondGob, "BarrierSecondGob");
-    converter.length(in.SlabcutSecondGob, "SlabcutSecondGob");
-    converter.length(in.WidthC, "WidthC");
-    converter.length(in.WidthD, "WidthD");
-    converter.convert(in.CoalStrength, PsiPerMPa, "CoalStrength");
-    converter.convert(in.UnitWeight, PcfPerKilonewtonPerCubicMetre, "UnitWeight");
-    if (!converter.failed().empty())
-        return Fault{"the value is too large to be converted", converter.failed()};
+    if (failed)
+        return Fault{"the value is too large to be converted", std::string(rowOf(*failed).name)};
 
     current.Input = in;
     current.Units = target;

@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "project/ProjectInput.h"
+#include "project/unitFactors.h"
 
 #include <cstdint>
 #include <optional>
@@ -10,11 +11,6 @@
 #include <string_view>
 
 namespace telvo::project {
-
-// Conversion of case data: English value = metric value x factor.
-inline constexpr double FeetPerMetre = 3.280839895013123;
-inline constexpr double PsiPerMPa = 145.0377;
-inline constexpr double PcfPerKilonewtonPerCubicMetre = 6.3663022639200495;
 
 /// Quantities of the label table, by their row.
 enum class Quantity {

@@ -3,10 +3,21 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "project/inputFields.h"
 #include "project/units.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace telvo::report {
 
+using engine::AnalysisResults;
+using project::Field;
+using project::FieldId;
+using project::FieldKind;
+using project::InputField;
+using project::ParameterTab;
 using project::ProjectInput;
 using project::Quantity;
 using project::unitLabel;
@@ -18,25 +29,39 @@ class EchoPage : public PageWriter {
   public:
     explicit EchoPage(std::int16_t units) : m_units(units) {}
 
-    void value(std::string_view label, double number, std::string_view unit = {}) {
-        text(label, generalNumber(number, significantDigits), unit);
+    void value(std::string_view label, float number) { text(label, generalNumber(number)); }
+    /// The line of a number of the record.
+    void field(const ProjectInput& in, FieldId id) {
+        const InputField& row = project::rowOf(id.field);
+        std::string label(row.echoLabel());
+        if (id.index > 0) label += " #" + std::to_string(id.index);
+        if (row.isFlag())
+            text(label, project::get(in, id) == 1 ? "yes" : "no");
+        else
+            text(label, generalNumber(project::shownValue(in, id), significantDigits),
+                 unitOf(row.kind));
     }
-    void value(std::string_view label, float number, std::string_view unit = {}) {
-        text(label, generalNumber(number), unit);
-    }
-    void length(std::string_view label, double number) {
-        value(label, number, unitLabel(m_units, Quantity::Length));
-    }
-    void length(std::string_view label, float number) {
-        value(label, number, unitLabel(m_units, Quantity::Length));
-    }
-    void angle(std::string_view label, double number) { value(label, number, " (deg)"); }
-    void yesNo(std::string_view label, std::int16_t flag) { text(label, flag == 1 ? "yes" : "no"); }
     void text(std::string_view label, std::string_view shown, std::string_view unit = {}) {
         line(DotLeader(label, leader) + AlignValue(shown, valueWidth) + std::string(unit));
     }
 
   private:
+    std::string_view unitOf(FieldKind kind) const {
+        switch (kind) {
+        case FieldKind::Length:
+            return unitLabel(m_units, Quantity::Length);
+        case FieldKind::Strength:
+            return unitLabel(m_units, Quantity::Strength);
+        case FieldKind::UnitWeight:
+            return unitLabel(m_units, Quantity::UnitWeight);
+        case FieldKind::Angle:
+            return " (deg)";
+        case FieldKind::Number:
+            break;
+        }
+        return {};
+    }
+
     static constexpr int leader = 50;
     static constexpr int valueWidth = 10;
     static constexpr int significantDigits = 10;
@@ -53,62 +78,71 @@ void description(EchoPage& page, const project::ProjectCase& current) {
     if (!current.Description.empty()) page.line();
 }
 
-void developmentGeometry(EchoPage& page, const ProjectInput& in) {
-    page.heading("DEVELOPMENT GEOMETRY PARAMETERS");
-    page.length("Entry Height", in.EntryHeight);
-    page.length("Depth of Cover", in.DepthCover);
-    page.angle("Crosscut Angle", in.XcutAngle);
-    page.length("Entry Width", in.EntryWidth);
-    page.text("Number of Entries", generalNumber(in.NumberEntries));
-    page.length("Crosscut Spacing", in.XcutSpacing);
-    for (int i = 1; i <= project::distanceCount(in); ++i)
-        page.length("Center to Center Distance #" + std::to_string(i), in.XcutCenters[i]);
-    page.line();
+constexpr std::string_view headingOf(ParameterTab tab) {
+    switch (tab) {
+    case ParameterTab::DevelopmentGeometry:
+        return "DEVELOPMENT GEOMETRY PARAMETERS";
+    case ParameterTab::DefaultParameters:
+        return "DEFAULT PARAMETERS";
+    case ParameterTab::RetreatMining:
+        break;
+    }
+    return "RETREAT MINING PARAMETERS";
 }
 
-/// Given: archFactorUsed  what the analysis computes with; 0 where that is not known
-void defaultParameters(EchoPage& page, const ProjectInput& in, std::int16_t units,
-                       float archFactorUsed) {
-    page.heading("DEFAULT PARAMETERS");
-    page.value("In Situ Coal Strength", in.CoalStrength, unitLabel(units, Quantity::Strength));
-    page.value("Unit Weight of Overburden", in.UnitWeight, unitLabel(units, Quantity::UnitWeight));
-    page.length("Breadth of AMZ", in.BreadthAMZ);
-    // "manualy" is how these lines have always been spelled.
-    page.line(in.AMZ == 1 ? "AMZ set automatically" : "AMZ set manualy");
-    page.value("Pressure Arch Factor", in.ArchFactor);
-    page.line(in.Arch == 1 ? "Pressure Arch Factor set automatically"
-                           : "Pressure Arch Factor set manualy");
-    // The record's own factor may be that of another depth, and the analysis has a rule of its own.
-    if (in.Arch != 0 && archFactorUsed != 0 && archFactorUsed != in.ArchFactor)
-        page.value("Pressure Arch Factor used by the analysis", archFactorUsed);
-    page.line();
+/// Order of the page: that of the form, but that the number of entries comes before the crosscut
+/// spacing.
+constexpr auto EchoOrder = [] {
+    auto order = project::FormOrder;
+    std::swap(*std::find(order.begin(), order.end(), Field::NumberEntries),
+              *std::find(order.begin(), order.end(), Field::XcutSpacing));
+    return order;
+}();
+
+/// The line that tells whether a value is automatic. "manualy" is how it has always been spelled.
+void howItWasSet(EchoPage& page, std::string_view what, std::int16_t flag) {
+    page.line(std::string(what) + (flag == 1 ? " set automatically" : " set manualy"));
 }
 
-void retreatMining(EchoPage& page, const ProjectInput& in, int analysisCase) {
-    page.heading("RETREAT MINING PARAMETERS");
-    page.text("Loading Condition", project::LoadingConditionNames[analysisCase - 1]);
-    page.line();
-    page.subHeading("Active Gob");
-    page.length("Extent of Active Gob", in.ExtentActiveGob);
-    page.angle("Abutment Angle of Active Gob", in.AbutmentAngleActiveGob);
-    page.yesNo("Leave pillar Row 'A' in place", in.RowA);
-    page.yesNo("Leave pillar Row 'B' in place", in.RowB);
-    page.line();
-    page.subHeading("First Gob");
-    page.length("Extent of First Gob", in.ExtentFirstGob);
-    page.angle("Abutment Angle of First Gob", in.AbutmentAngleFirstGob);
-    page.length("Barrier Pillar Width of First Gob", in.BarrierFirstGob);
-    page.length("Depth of Slab Cut in Barrier Pillar of First Gob", in.SlabcutFirstGob);
-    page.yesNo("Leave pillar Row 'C' in place", in.RowC);
-    page.length("Width of pillars in row 'C'", in.WidthC);
-    page.line();
-    page.subHeading("Second Gob");
-    page.length("Extent of Second Gob", in.ExtentSecondGob);
-    page.angle("Abutment Angle of Second Gob", in.AbutmentAngleSecondGob);
-    page.length("Barrier Pillar Width of Second Gob", in.BarrierSecondGob);
-    page.length("Depth of Slab Cut in Barrier Pillar of Second Gob", in.SlabcutSecondGob);
-    page.yesNo("Leave pillar Row 'D' in place", in.RowD);
-    page.length("Width of pillars in row 'D'", in.WidthD);
+/// All inputs: a heading per tab of the form, a subheading per gob.
+/// Given: results  of the case; its loading condition, and the arch factor that the analysis
+///                 computes with, 0 where that is not known
+void inputs(EchoPage& page, const ProjectInput& in, const AnalysisResults& results) {
+    std::optional<ParameterTab> tab;
+    std::string_view group;
+    for (const Field field : EchoOrder) {
+        const InputField& row = project::rowOf(field);
+        if (row.control.empty()) continue; // carried along
+        if (tab && tab != row.tab) page.line();
+        if (tab != row.tab) page.heading(headingOf(row.tab));
+        if (row.group.ends_with("Gob") && group != row.group) {
+            page.line();
+            page.subHeading(row.group);
+        }
+        tab = row.tab;
+        group = row.group;
+        switch (field) {
+        case Field::XcutCenters:
+            for (int i = 1; i <= project::distanceCount(in); ++i)
+                page.field(in, {field, i});
+            break;
+        case Field::Anal:
+            page.text(row.echoLabel(), project::LoadingConditionNames[results.AnalysisCase - 1]);
+            break;
+        case Field::AMZ:
+            howItWasSet(page, "AMZ", in.AMZ);
+            break;
+        case Field::Arch:
+            howItWasSet(page, project::rowOf(Field::ArchFactor).label, in.Arch);
+            // The record's own factor may be that of another depth, and the analysis has a rule of
+            // its own.
+            if (in.Arch != 0 && results.ArchFactor != 0 && results.ArchFactor != in.ArchFactor)
+                page.value("Pressure Arch Factor used by the analysis", results.ArchFactor);
+            break;
+        default:
+            page.field(in, field);
+        }
+    }
 }
 
 } // namespace
@@ -121,9 +155,7 @@ std::string inputEchoPage(const ReportSource& source) {
     page.line("Units: " + std::string(project::unitSummary(current.Units)));
     page.line();
     description(page, current);
-    developmentGeometry(page, current.Input);
-    defaultParameters(page, current.Input, current.Units, source.results.ArchFactor);
-    retreatMining(page, current.Input, source.results.AnalysisCase);
+    inputs(page, current.Input, source.results);
     return page.take();
 }
 

@@ -2,7 +2,7 @@
 #include "run/faultWords.h"
 
 #include "base/titles.h"
-#include "project/parameterFields.h"
+#include "project/fieldNames.h"
 
 #include <algorithm>
 #include <array>

@@ -3,6 +3,7 @@
 
 #include "engine/driver.h"
 #include "project/automatic.h"
+#include "project/inputFields.h"
 #include "report/sections.h"
 
 #include <algorithm>
@@ -49,50 +50,36 @@ void bisect(const Sampler& sampler, Sample& left, Sample& right, double resoluti
 
 } // namespace
 
-double parameterOf(const project::ProjectInput& input, GraphKind kind) {
+namespace {
+
+project::FieldId variedField(GraphKind kind) {
+    using project::Field;
     switch (kind) {
     case GraphKind::EntryHeight:
-        return input.EntryHeight;
+        return Field::EntryHeight;
     case GraphKind::DepthCover:
-        return input.DepthCover;
+        return Field::DepthCover;
     case GraphKind::XcutAngle:
-        return input.XcutAngle;
+        return Field::XcutAngle;
     case GraphKind::XcutSpacing:
-        return input.XcutSpacing;
+        return Field::XcutSpacing;
     case GraphKind::FirstBarrier:
-        return input.BarrierFirstGob;
+        return Field::BarrierFirstGob;
     case GraphKind::SecondBarrier:
-        return input.BarrierSecondGob;
+        break;
     }
-    return 0;
+    return Field::BarrierSecondGob;
+}
+
+} // namespace
+
+double parameterOf(const project::ProjectInput& input, GraphKind kind) {
+    return get(input, variedField(kind));
 }
 
 project::ProjectInput variedInput(project::ProjectInput input, std::int16_t units, GraphKind kind,
                                   double x) {
-    switch (kind) {
-    case GraphKind::EntryHeight:
-        input.EntryHeight = x;
-        break;
-    case GraphKind::DepthCover:
-        input.DepthCover = x;
-        if (input.AMZ == 1)
-            if (const auto breadth = project::automaticAMZBreadth(x, units))
-                input.BreadthAMZ = *breadth;
-        break;
-    case GraphKind::XcutAngle:
-        input.XcutAngle = x;
-        break;
-    case GraphKind::XcutSpacing:
-        input.XcutSpacing = x;
-        break;
-    case GraphKind::FirstBarrier:
-        input.BarrierFirstGob = x;
-        break;
-    case GraphKind::SecondBarrier:
-        input.BarrierSecondGob = x;
-        break;
-    }
-    return input;
+    return withVaried(std::move(input), units, variedField(kind), x);
 }
 
 bool isJump(double before, double after) {

@@ -15,11 +15,16 @@ namespace telvo::table {
 /// Columns of a table by their numbers in columns().
 using ColumnSet = std::bitset<64>;
 
+/// A cell that cannot be read; `where` names its row and column.
+struct CellFault : Fault {
+    std::string column; ///< its letter and name alone: "column C (DepthCover)"
+};
+
 /// One row of a table after reading.
 struct CaseRow {
-    std::uint32_t number = 0;     ///< as a spreadsheet counts, from 1; the headings stand in row 1
-    project::ProjectCase current; ///< usable only where there is no fault
-    std::vector<Fault> faults;    ///< each with row, column letter and column name; at most some
+    std::uint32_t number = 0;      ///< as a spreadsheet counts, from 1; the headings stand in row 1
+    project::ProjectCase current;  ///< usable only where there is no fault
+    std::vector<CellFault> faults; ///< at most some
     ColumnSet blank;     ///< cells that are blank, in columns that are there: values of a new case
     ColumnSet automatic; ///< breadth or arch factor that the row leaves to be computed
 
@@ -62,6 +67,12 @@ std::string rowName(const std::string& file, std::uint32_t number);
 /// columns that are not read.
 /// Given: only  the number of the one row that is asked for
 std::vector<std::string> remarks(const CaseTable& table, std::optional<std::uint32_t> only = {});
+
+/// What a search through the table looks at in a row: number, texts, values, problems.
+std::string searchText(const CaseRow& row);
+
+/// The first problem of a row without its number; empty where there is none.
+std::string firstProblem(const CaseRow& row);
 
 /// The same of a single row, with the values: "CoalStrength: blank; as in a new case, 900".
 std::vector<std::string> rowRemarks(const CaseRow& row);

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace telvo::table {
 
@@ -173,9 +174,10 @@ void TableBuilder::addFault(CaseRow& row, std::string why, std::size_t place,
                             std::string_view name) {
     if (!takesFault(row)) return;
     ++m_faults;
-    std::string where = "row " + std::to_string(row.number) + ", column " + columnLetters(place);
-    if (!name.empty()) where += " (" + std::string(name) + ")";
-    row.faults.push_back({std::move(why), std::move(where)});
+    std::string cell = "column " + columnLetters(place);
+    if (!name.empty()) cell += " (" + std::string(name) + ")";
+    const std::string where = "row " + std::to_string(row.number) + ", " + cell;
+    row.faults.push_back({{std::move(why), where}, std::move(cell)});
 }
 
 Status TableBuilder::addRow(std::uint32_t number, const std::vector<Cell>& cells,
@@ -222,44 +224,42 @@ void TableBuilder::readFields(CaseRow& row, const std::vector<Cell>& cells,
     if (auto refused = readText(cellOf(DescriptionColumn, cells), text))
         fail(DescriptionColumn, *refused);
     setDescription(row.current, text);
-    std::size_t column = FirstFieldColumn;
-    visitNumbers(row.current.Input, [&](std::string_view, project::FieldKind, auto& field) {
-        using Field = std::remove_cvref_t<decltype(field)>;
-        const std::size_t here = column++;
+    for (const project::FieldId id : project::RecordNumbers) {
+        const std::size_t here = columnOf(id);
         const Cell& cell = cellOf(here, cells);
         if (isBlank(cell)) {
             row.blank[here] = m_places[here].has_value();
-            return;
+            continue;
         }
         const auto value = readNumber(cell, columns()[here], signs);
-        if (!value) return fail(here, value.fault().message);
-        if constexpr (std::is_same_v<Field, float>)
-            if (std::abs(*value) > static_cast<double>(std::numeric_limits<float>::max()))
-                return fail(here, inQuotes(generalNumber(*value)) + " is too large");
-        field = static_cast<Field>(*value);
-    });
+        if (!value)
+            fail(here, value.fault().message);
+        else if (project::rowOf(id.field).isSingle() &&
+                 std::abs(*value) > double{std::numeric_limits<float>::max()})
+            fail(here, inQuotes(generalNumber(*value)) + " is too large");
+        else
+            set(row.current.Input, id, *value);
+    }
     // As the reader of case files has it: a panel has at least one entry.
     if (row.current.Input.NumberEntries == 0) row.current.Input.NumberEntries = 1;
     // Behind the last entry there is nothing to be given.
     for (int i = project::distanceCount(row.current.Input) + 1; i < project::MaxEntries; ++i)
-        row.blank[distanceColumn(i)] = false;
+        row.blank[columnOf({project::Field::XcutCenters, i})] = false;
 }
 
 void TableBuilder::computeAutomatic(CaseRow& row, const std::vector<Cell>& cells) {
-    static const std::size_t breadth = *columnOf("BreadthAMZ");
-    static const std::size_t factor = *columnOf("ArchFactor");
+    using project::Field;
     project::ProjectInput& in = row.current.Input;
-    const auto take = [&](std::size_t column, auto& field, auto value) {
-        field = value;
-        row.automatic[column] = true;
-        row.blank[column] = false;
-    };
-    if (in.AMZ == 1 && in.BreadthAMZ == 0)
-        if (const auto made = project::automaticAMZBreadth(in.DepthCover, row.current.Units))
-            take(breadth, in.BreadthAMZ, *made);
-    if (in.Arch == 1 && (in.ArchFactor == 0 || isBlank(cellOf(factor, cells)))) {
-        const float made = project::automaticArchFactor(in, row.current.Units);
-        if (std::isfinite(made)) take(factor, in.ArchFactor, made);
+    const bool wantsBreadth = in.AMZ == 1 && in.BreadthAMZ == 0;
+    const bool wantsFactor =
+        in.Arch == 1 && (in.ArchFactor == 0 || isBlank(cellOf(columnOf(Field::ArchFactor), cells)));
+    for (const auto& [wanted, field] :
+         {std::pair{wantsBreadth, Field::BreadthAMZ}, {wantsFactor, Field::ArchFactor}}) {
+        const auto value = project::automaticValue(in, row.current.Units, field);
+        if (!wanted || !value) continue;
+        set(in, field, *value);
+        row.automatic[columnOf(field)] = true;
+        row.blank[columnOf(field)] = false;
     }
 }
 
@@ -298,8 +298,8 @@ CaseTable TableBuilder::take() {
     std::erase_if(m_table.missingColumns, [&](const std::string& name) {
         const std::size_t column = *columnOf(name);
         // What no row has and what nothing uses needs no value.
-        if (name == "Reserved" || (column > distanceColumn(distances) &&
-                                   column <= distanceColumn(project::MaxEntries - 1)))
+        if (column >= FirstFieldColumn &&
+            (fieldOf(column) == project::Field::Reserved || fieldOf(column).index > distances))
             return true;
         // Computed in every row, it takes no value of a new case.
         return !m_table.rows.empty() &&

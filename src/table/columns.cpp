@@ -3,10 +3,9 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "project/parameterFields.h"
+#include "project/description.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <map>
@@ -15,64 +14,26 @@ namespace telvo::table {
 
 namespace {
 
-struct WholeColumn {
-    std::string_view name, meaning;
-    double low, high;
-    std::string_view valid;
-};
-
-constexpr WholeColumn WholeColumns[] = {
-    {"NumberEntries", "Number of entries", 0, project::MaxEntries, "2 to 10"},
-    {"Anal", "Loading condition", 0, 3,
-     "0 development, 1 one active section, 2 with one side gob, 3 with two"},
-    {"Reserved", "Kept with the case, used by nothing", -32768, 32767, "-32768 to 32767"},
-    {"AMZ",
-     "1: a BreadthAMZ that is blank or 0 is computed from DepthCover when the table is read, and "
-     "the parameter form keeps it so; the analysis uses what BreadthAMZ holds",
-     0, 1, "0 no, 1 yes"},
-    {"Arch",
-     "1: the analysis computes the pressure arch factor that it uses, whatever ArchFactor holds; "
-     "an ArchFactor that is blank or 0 gets what the parameter form would show",
-     0, 1, "0 no, 1 yes"},
-    {"RowA", "Row A of pillars is left, beside the first side barrier", 0, 1, "0 no, 1 yes"},
-    {"RowB", "Row B of pillars is left, beside the second side barrier", 0, 1, "0 no, 1 yes"},
-    {"RowC", "Row C of pillars is left", 0, 1, "0 no, 1 yes"},
-    {"RowD", "Row D of pillars is left", 0, 1, "0 no, 1 yes"},
-};
-
-Column describedColumn(std::string_view name, project::FieldKind kind) {
+Column describedColumn(project::FieldId id) {
+    const project::InputField& row = project::rowOf(id.field);
     Column column;
-    column.name = name;
-    column.kind = kind;
-    if (const auto* whole =
-            std::find_if(std::begin(WholeColumns), std::end(WholeColumns),
-                         [name](const WholeColumn& each) { return each.name == name; });
-        whole != std::end(WholeColumns)) {
-        column.meaning = whole->meaning;
-        column.valid = whole->valid;
-        column.low = whole->low;
-        column.high = whole->high;
-        column.whole = true;
-        column.flag = whole->low == 0 && whole->high == 1;
-        return column;
+    column.name = project::nameOf(id);
+    column.kind = row.kind;
+    column.whole = row.isWhole();
+    column.flag = row.isFlag();
+    column.low = row.low;
+    column.high = row.high;
+    column.valid = row.valid;
+    column.meaning = row.meaning.empty() ? row.label : row.meaning;
+    if (id.index > 0) {
+        column.meaning = "Center-to-center distance between entry " + std::to_string(id.index) +
+                         " and " + std::to_string(id.index + 1);
+        column.valid += "; blank where there is no entry";
+    } else if (!column.whole && row.group.ends_with("Gob")) {
+        column.meaning.insert(0, std::string(row.group) + ": ");
     }
-    const auto distance = std::find(DistanceColumns.begin(), DistanceColumns.end(), name);
-    if (distance != DistanceColumns.end()) {
-        const auto entry = static_cast<int>(distance - DistanceColumns.begin()) + 1;
-        column.meaning = "Center-to-center distance between entry " + std::to_string(entry) +
-                         " and " + std::to_string(entry + 1);
-        column.valid = std::string(project::DistanceValid) + "; blank where there is no entry";
-        return column;
-    }
-    for (const project::ParameterField& field : project::parameterFields()) {
-        if (field.control.substr(3) != name) continue; // behind "txt"
-        column.meaning = field.label;
-        if (field.group.ends_with("Gob"))
-            column.meaning = std::string(field.group) + ": " + std::string(field.label);
-        column.valid = field.valid;
-    }
-    if (name == "BreadthAMZ") column.valid += "; blank or 0 with AMZ 1: computed";
-    if (name == "ArchFactor") column.valid += "; blank or 0 with Arch 1: computed";
+    if (row.id == project::Field::BreadthAMZ) column.valid += "; blank or 0 with AMZ 1: computed";
+    if (row.id == project::Field::ArchFactor) column.valid += "; blank or 0 with Arch 1: computed";
     return column;
 }
 
@@ -90,10 +51,8 @@ std::vector<Column> makeColumns() {
                     false,
                     true});
     made.push_back({"Units", "Unit system of the row", {}, "English or metric"});
-    const project::ProjectInput in;
-    visitNumbers(in, [&](std::string_view name, project::FieldKind kind, auto) {
-        made.push_back(describedColumn(name, kind));
-    });
+    for (const project::FieldId id : project::RecordNumbers)
+        made.push_back(describedColumn(id));
     return made;
 }
 
@@ -111,12 +70,6 @@ std::string folded(std::string_view heading) {
             out += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     }
     return out;
-}
-
-double valueOfShortForm(const std::string& text) {
-    double value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return value;
 }
 
 } // namespace
@@ -138,9 +91,8 @@ std::optional<std::size_t> columnOf(std::string_view heading) {
     return found->second;
 }
 
-std::size_t distanceColumn(int distance) {
-    static const std::size_t first = *columnOf(DistanceColumns[0]);
-    return first + static_cast<std::size_t>(distance - 1);
+std::size_t columnOf(project::FieldId id) {
+    return FirstFieldColumn + project::placeOf(id);
 }
 
 std::string columnLetters(std::size_t index) {
@@ -177,32 +129,37 @@ Result<std::vector<CellValue>> cellsOf(const project::ProjectCase& current) {
         description += line;
     }
     text(std::move(description));
-    text(current.Units == project::English ? "English" : "metric");
+    text(cellText(current, UnitsColumn));
     std::optional<Fault> fault;
-    int distance = 0;
-    visitNumbers(current.Input, [&](std::string_view, project::FieldKind, auto value) {
+    const project::ProjectInput& in = current.Input;
+    for (const project::FieldId id : project::RecordNumbers) {
         const Column& column = columns()[cells.size()];
-        std::string shown = generalNumber(value);
-        const bool isDistance = column.name.starts_with("XcutCenters.");
-        if (isDistance) ++distance;
-        const bool blank =
-            isDistance && distance > project::distanceCount(current.Input) && value == 0;
-        double number = static_cast<double>(value);
+        std::string shown = project::shownText(in, id);
+        const double number = project::get(in, id);
+        const bool blank = id.index > project::distanceCount(in) && number == 0;
         if (auto refused = refusedNumber(column, number, shown); refused && !fault)
             fault = Fault{*refused, column.name};
-        if constexpr (std::is_same_v<decltype(value), float>) number = valueOfShortForm(shown);
-        cells.push_back({true, blank, number, std::move(shown)});
-    });
+        cells.push_back({true, blank, project::shownValue(in, id), std::move(shown)});
+    }
     if (fault) return *fault;
     return cells;
 }
 
-void setTitle(project::ProjectCase& current, std::string_view text) {
-    current.Title.clear();
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text.substr(at, LineBreak.size()) == LineBreak) continue; // the LF becomes the blank
-        current.Title += text[at] == '\r' || text[at] == '\n' ? ' ' : text[at];
+std::string cellText(const project::ProjectCase& current, std::size_t column) {
+    switch (column) {
+    case TitleColumn:
+        return current.Title;
+    case DescriptionColumn:
+        return current.Description;
+    case UnitsColumn:
+        return current.Units == project::English ? "English" : "metric";
+    default:
+        return project::shownText(current.Input, fieldOf(column));
     }
+}
+
+void setTitle(project::ProjectCase& current, std::string_view text) {
+    current.Title = project::onOneLine(text);
 }
 
 void setDescription(project::ProjectCase& current, std::string_view text) {

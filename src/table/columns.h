@@ -5,7 +5,6 @@
 #include "project/inputFields.h"
 #include "project/ProjectInput.h"
 
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -20,23 +19,6 @@ inline constexpr std::size_t TitleColumn = 0;
 inline constexpr std::size_t DescriptionColumn = 1;
 inline constexpr std::size_t UnitsColumn = 2;
 inline constexpr std::size_t FirstFieldColumn = 3;
-
-inline constexpr std::array<std::string_view, 9> DistanceColumns = {
-    "XcutCenters.1", "XcutCenters.2", "XcutCenters.3", "XcutCenters.4", "XcutCenters.5",
-    "XcutCenters.6", "XcutCenters.7", "XcutCenters.8", "XcutCenters.9"};
-
-/// Calls visit(name, kind, number) for every number of a record in the order of the columns.
-template <typename Input, typename Visit>
-constexpr void visitNumbers(Input& in, Visit&& visit) {
-    project::visitInputFields(in, [&](const char* name, project::FieldKind kind, auto& field) {
-        if constexpr (requires { field[1]; }) {
-            for (int i = 1; i <= project::MaxEntries - 1; ++i)
-                visit(DistanceColumns[static_cast<std::size_t>(i - 1)], kind, field[i]);
-        } else {
-            visit(std::string_view(name), kind, field);
-        }
-    });
-}
 
 /// One column of a table.
 struct Column {
@@ -53,12 +35,15 @@ struct Column {
 /// All columns.
 const std::vector<Column>& columns();
 
-/// The column that a heading names: capitals, blanks, line
-/// breaks, points and parentheses do not count.
+/// The column that a heading names: capitals, blanks, line breaks, points and parentheses do not
+/// count.
 std::optional<std::size_t> columnOf(std::string_view heading);
 
-/// The column of a center-to-center distance, 1 to 9.
-std::size_t distanceColumn(int distance);
+/// The column of a number of the record, and back.
+std::size_t columnOf(project::FieldId id);
+constexpr project::FieldId fieldOf(std::size_t column) {
+    return project::RecordNumbers[column - FirstFieldColumn];
+}
 
 /// How a spreadsheet names a column counted from 0: A, Z, AA.
 std::string columnLetters(std::size_t index);
@@ -80,6 +65,9 @@ struct CellValue {
 /// Faults: a value that no reader of tables would accept, such as 11 entries. `where` is the
 /// column.
 Result<std::vector<CellValue>> cellsOf(const project::ProjectCase& current);
+
+/// What a column of a case holds, as a text.
+std::string cellText(const project::ProjectCase& current, std::size_t column);
 
 /// Title and description as a case holds them: one line; lines without the blank ones, joined by
 /// CR LF and counted.

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/numbers.h"
 #include "table/CaseTable.h"
 #include "table/columns.h"
 
@@ -74,15 +73,9 @@ std::string columnsWithRows(const CaseTable& table, std::optional<std::uint32_t>
 
 /// The value of a column in a case, with its unit.
 std::string shownValue(const project::ProjectCase& current, std::size_t column) {
-    if (column == UnitsColumn) return current.Units == project::English ? "English" : "metric";
-    std::string text;
-    std::size_t at = FirstFieldColumn;
-    visitNumbers(current.Input, [&](std::string_view, project::FieldKind kind, auto value) {
-        if (at++ != column) return;
-        text = generalNumber(value);
-        if (const auto unit = project::fieldUnit(kind, current.Units); !unit.empty())
-            text += " " + std::string(unit);
-    });
+    std::string text = cellText(current, column);
+    const auto unit = project::fieldUnit(columns()[column].kind, current.Units);
+    if (!unit.empty()) text.append(" ").append(unit);
     return text;
 }
 
@@ -104,6 +97,20 @@ std::vector<std::string> remarks(const CaseTable& table, std::optional<std::uint
         lines.push_back("columns that are no input field and are not read: " +
                         joined(table.unknownColumns, ", "));
     return lines;
+}
+
+std::string searchText(const CaseRow& row) {
+    std::string text = std::to_string(row.number);
+    for (std::size_t column = 0; column < columns().size(); ++column)
+        text += '\n' + cellText(row.current, column);
+    for (const Fault& fault : row.faults)
+        text += '\n' + faultText(fault);
+    return text;
+}
+
+std::string firstProblem(const CaseRow& row) {
+    if (row.good()) return {};
+    return row.faults.front().column + ": " + row.faults.front().message;
 }
 
 std::vector<std::string> rowRemarks(const CaseRow& row) {

@@ -6,7 +6,6 @@
 #include "help/HelpBook.h"
 #include "project/CaseFile.h"
 #include "project/inputFields.h"
-#include "project/parameterFields.h"
 #include "report/sections.h"
 #include "run/caseRun.h"
 #include "util/resourceList.h"
@@ -36,16 +35,17 @@ struct Docs : testing::Test {
 };
 
 TEST_F(Docs, EveryFieldHasATopicWithTheRangeThatTheProgramChecks) {
-    for (const project::ParameterField& field : project::parameterFields()) {
-        const std::string address = book.addressOf("frmTELVOParm", field.control);
-        ASSERT_NE(book.find(address), HelpBook::npos) << field.control;
-        EXPECT_NE(page(address).find("<td>" + std::string(field.valid) + "</td>"),
+    for (const project::InputField& row : project::InputFields) {
+        if (!row.isTextBox()) continue;
+        const bool distances = row.isDistances();
+        const std::string control = project::controlOf({row.id, distances ? 9 : 0});
+        const std::string address = book.addressOf("frmTELVOParm", control);
+        ASSERT_NE(book.find(address), HelpBook::npos) << control;
+        const std::string valid(row.valid);
+        EXPECT_NE(page(address).find(distances ? valid : "<td>" + valid + "</td>"),
                   std::string::npos)
-            << field.control << ": " << field.valid;
+            << control << ": " << valid;
     }
-    const std::string distances = book.addressOf("frmTELVOParm", "txtXcutCenters_9");
-    ASSERT_NE(book.find(distances), HelpBook::npos);
-    EXPECT_NE(page(distances).find(project::DistanceValid), std::string::npos);
 }
 
 TEST_F(Docs, EveryInputOfTheRecordStandsInTheIndex) {
@@ -62,7 +62,8 @@ TEST_F(Docs, EveryInputOfTheRecordStandsInTheIndex) {
 std::string sources() {
     std::string all;
     for (const auto& entry : fs::recursive_directory_iterator(TELVO_SOURCE_DIR))
-        if (entry.path().extension() == ".cpp") all += *readFile(entry.path().string());
+        if (entry.path().extension() == ".cpp" || entry.path().extension() == ".h")
+            all += *readFile(entry.path().string());
     return all;
 }
 

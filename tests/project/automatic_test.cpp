@@ -29,12 +29,12 @@ TEST(StaleAutomaticValues, NoneWhereTheRecordBelongsToItsDepth) {
 TEST(StaleAutomaticValues, AnotherDepthLeavesBothBehind) {
     const auto stale = staleAutomaticValues(panel(400, 150, 0.63F), English);
     ASSERT_EQ(stale.size(), 2U);
-    EXPECT_EQ(stale[0].field, "BreadthAMZ");
+    EXPECT_EQ(stale[0].field, Field::BreadthAMZ);
     EXPECT_EQ(stale[0].stored, 150);
     EXPECT_EQ(stale[0].automatic, 100);
     EXPECT_EQ(stale[0].remark,
               "Breadth of AMZ 150 ft is marked automatic; the depth of 400 ft gives 100 ft");
-    EXPECT_EQ(stale[1].field, "ArchFactor");
+    EXPECT_EQ(stale[1].field, Field::ArchFactor);
     EXPECT_EQ(stale[1].remark, "Pressure Arch Factor 0.63 is marked automatic; the depth of 400 ft "
                                "and the distances of the entries give 0.86");
 }
@@ -49,7 +49,7 @@ TEST(StaleAutomaticValues, ValuesEnteredByHandAreTheUsersOwn) {
     in.Arch = 2;
     const auto stale = staleAutomaticValues(in, English);
     ASSERT_EQ(stale.size(), 1U);
-    EXPECT_EQ(stale[0].field, "ArchFactor");
+    EXPECT_EQ(stale[0].field, Field::ArchFactor);
 }
 
 // 152.4 m are 500 ft: 5 sqrt(500) / 3.280839895 = 34.08, 34. 79 m over 73.15 m are within the
@@ -70,12 +70,34 @@ TEST(StaleAutomaticValues, NothingIsSaidOfDepthsWithoutAnAutomaticValue) {
     EXPECT_TRUE(staleAutomaticValues(panel(1e308, 150, 0.28F), Metric).empty());
 }
 
-TEST(StaleAutomaticValues, RenewedOnceThereAreNone) {
+TEST(AutomaticValues, AreTakenWhereTheRecordAsksForThem) {
     ProjectInput in = panel(400, 150, 0.63F);
-    renewAutomaticValues(in, English);
-    EXPECT_EQ(in.BreadthAMZ, 100);
-    EXPECT_EQ(in.ArchFactor, 0.86F);
-    EXPECT_TRUE(staleAutomaticValues(in, English).empty());
+    const ProjectInput renewed = withAutomaticValues(in, English);
+    EXPECT_EQ(renewed.BreadthAMZ, 100);
+    EXPECT_EQ(renewed.ArchFactor, 0.86F);
+    EXPECT_TRUE(staleAutomaticValues(renewed, English).empty());
+    in.AMZ = in.Arch = 0;
+    EXPECT_EQ(withAutomaticValues(in, English), in) << "entered values stay";
+    in = panel(-1, 150, 0.63F);
+    in.Arch = 0;
+    EXPECT_EQ(withAutomaticValues(in, English), in) << "a negative depth has no breadth";
+}
+
+TEST(AutomaticValues, FollowTheNumberThatIsVaried) {
+    const ProjectInput stale = panel(400, 150, 0.63F);
+    ProjectInput varied = withVaried(stale, English, Field::DepthCover, 900);
+    EXPECT_EQ(varied, panel(900, 150, 0.63F));
+    varied = withVaried(stale, English, Field::DepthCover, 401);
+    EXPECT_EQ(varied.BreadthAMZ, 100);
+    // 1 - 0.28 ln(400 / 300) = 1 - 0.28 x 0.287682 = 0.919449
+    varied = withVaried(stale, English, {Field::XcutCenters, 4}, 120);
+    EXPECT_EQ(varied.XcutCenters[4], 120);
+    EXPECT_EQ(varied.ArchFactor, 0.92F);
+    EXPECT_EQ(varied.BreadthAMZ, 150) << "the breadth hangs on the depth alone";
+    varied = withVaried(stale, English, Field::XcutSpacing, 90);
+    ProjectInput expected = stale;
+    expected.XcutSpacing = 90;
+    EXPECT_EQ(varied, expected);
 }
 
 } // namespace

@@ -10,11 +10,15 @@ namespace {
 
 /// A case with two side gobs that passes both checks.
 ProjectInput sound() {
-    return {6,   800, 20,  80,  60, 5,   {{70, 70, 70, 70}},
-            900, 162, 141, 3,   0,  1,   0.9F,
-            1,   500, 21,  400, 21, 100, 40,
-            300, 21,  100, 40,  0,  0,   1,
-            1,   30,  30};
+    ProjectInput in;
+    in.EntryHeight = 6, in.DepthCover = 800, in.EntryWidth = 20, in.XcutSpacing = 80;
+    in.XcutAngle = 60, in.NumberEntries = 5, in.XcutCenters = {{70, 70, 70, 70}};
+    in.CoalStrength = 900, in.UnitWeight = 162, in.BreadthAMZ = 141, in.ArchFactor = 0.9F;
+    in.Anal = 3, in.ExtentActiveGob = 500;
+    in.ExtentFirstGob = 400, in.BarrierFirstGob = 100, in.SlabcutFirstGob = 40;
+    in.ExtentSecondGob = 300, in.BarrierSecondGob = 100, in.SlabcutSecondGob = 40;
+    in.RowC = in.RowD = 1, in.WidthC = in.WidthD = 30;
+    return in; // the rest as in a new case: angles 21, AMZ and arch factor automatic
 }
 
 /// One refusal: how it comes about in the form's texts and in a record (null: not there).
@@ -25,10 +29,12 @@ struct Row {
     const char* message;
 };
 #define SET(name, value) [](auto& in) { in.name = value; }
-#define BOTH(name, value) "txt" #name, SET(txt##name, #value), SET(name, value)
-#define FORM(name, text) "txt" #name, SET(txt##name, text), nullptr
+#define TEXT(name, text) [](ParameterTexts& in) { in[Field::name] = text; }
+#define BOTH(name, value) "txt" #name, TEXT(name, #value), SET(name, value)
+#define FORM(name, text) "txt" #name, TEXT(name, text), nullptr
 #define RECORD(name, value) "txt" #name, nullptr, SET(name, value)
-#define DISTANCE_TEXT(i, text) "txtXcutCenters_" #i, SET(txtXcutCenters[i], text), nullptr
+#define DISTANCE_TEXT(i, text)                                                                     \
+    "txtXcutCenters_" #i, [](ParameterTexts& in) { in[{Field::XcutCenters, i}] = text; }, nullptr
 #define DISTANCE(i, value) "txtXcutCenters_" #i, nullptr, SET(XcutCenters[i], value)
 
 // In the order of both checks; what the two word or bound differently stands apart.
@@ -55,9 +61,9 @@ const Row Rows[] = {
     {RECORD(ArchFactor, 1.01F), "Invalid Arch Percent"},
     {BOTH(WidthC, 0), "Invalid Pillar Width for Row C"},
     {BOTH(WidthD, 0), "Invalid Pillar Width for Row D"},
-    {"txtSlabcutFirstGob", SET(chkRowA, true), SET(RowA, 1),
+    {"txtSlabcutFirstGob", TEXT(RowA, "1"), SET(RowA, 1),
      "Cannot take slab cut from first side barrier when Row A pillars are left"},
-    {"txtSlabcutSecondGob", SET(chkRowB, true), SET(RowB, 1),
+    {"txtSlabcutSecondGob", TEXT(RowB, "1"), SET(RowB, 1),
      "Cannot take slab cut from second side barrier when Row B pillars are left"},
     {BOTH(ExtentActiveGob, -1), "Invalid extent of active gob"},
     {BOTH(AbutmentAngleActiveGob, -1), "Invalid abutment angle of active gob"},
@@ -79,27 +85,27 @@ const Row Rows[] = {
 
 /// Cases beside that table, by a label: in use or not, on a limit or beyond it. "" is accepted.
 const Row Limits[] = {
-    {"angle 30", SET(txtXcutAngle, "30"), SET(XcutAngle, 0), ""},
-    {"angle 90", SET(txtXcutAngle, "90"), SET(XcutAngle, 90), ""},
-    {"arch factor, lowest", SET(txtArchFactor, "0.28"), SET(ArchFactor, 0), ""},
-    {"arch factor, highest", SET(txtArchFactor, "1"), SET(ArchFactor, 1), ""},
+    {"angle 30", TEXT(XcutAngle, "30"), SET(XcutAngle, 0), ""},
+    {"angle 90", TEXT(XcutAngle, "90"), SET(XcutAngle, 90), ""},
+    {"arch factor, lowest", TEXT(ArchFactor, "0.28"), SET(ArchFactor, 0), ""},
+    {"arch factor, highest", TEXT(ArchFactor, "1"), SET(ArchFactor, 1), ""},
     {"arch factor 0.2", nullptr, SET(ArchFactor, 0.2F), ""},
     {"spacing below the width", nullptr, SET(XcutSpacing, 1), ""},
-    {"unit typed", SET(txtEntryHeight, "6 ft"), nullptr, ""},
-    {"no entries", [](auto& in) { in.txtNumberEntries = in.txtXcutCenters[1] = "0"; }, nullptr, ""},
-    {"slab = barrier", SET(txtSlabcutFirstGob, "100"), SET(SlabcutFirstGob, 100), ""},
-    {"slab below 0", SET(txtSlabcutSecondGob, "-1"), SET(SlabcutSecondGob, -1),
+    {"unit typed", TEXT(EntryHeight, "6 ft"), nullptr, ""},
+    {"no entries", [](auto& in) { in[Field::NumberEntries] = in[{Field::XcutCenters, 1}] = "0"; }, nullptr, ""},
+    {"slab = barrier", TEXT(SlabcutFirstGob, "100"), SET(SlabcutFirstGob, 100), ""},
+    {"slab below 0", TEXT(SlabcutSecondGob, "-1"), SET(SlabcutSecondGob, -1),
      "Invalid extent of slab cut in barrier of second gob"},
-    {"row C not left", [](auto& in) { in.chkRowC = false; in.txtWidthC = "0"; },
+    {"row C not left", [](auto& in) { in[Field::RowC] = "0"; in[Field::WidthC] = "0"; },
      [](auto& in) { in.RowC = 0; in.WidthC = 0; }, ""},
-    {"row B with one side gob", [](auto& in) { in.optAnal = 2; in.chkRowB = true; },
+    {"row B with one side gob", [](auto& in) { in[Field::Anal] = "2"; in[Field::RowB] = "1"; },
      [](auto& in) { in.Anal = 2; in.RowB = 1; },
      "Cannot take slab cut from second side barrier when Row B pillars are left"},
-    {"second gob not in use", [](auto& in) { in.optAnal = 2; in.txtExtentSecondGob = "-1"; },
+    {"second gob not in use", [](auto& in) { in[Field::Anal] = "2"; in[Field::ExtentSecondGob] = "-1"; },
      [](auto& in) { in.Anal = 2; in.ExtentSecondGob = -1; }, ""},
     {"no side gob in use, values below 0 or too large",
-     [](auto& in) { in.optAnal = 1; in.txtAbutmentAngleFirstGob = "91"; in.txtSlabcutFirstGob = "101";
-                    in.txtBarrierSecondGob = in.txtExtentFirstGob = "-1"; in.chkRowA = true; },
+     [](auto& in) { in[Field::Anal] = "1"; in[Field::AbutmentAngleFirstGob] = "91"; in[Field::SlabcutFirstGob] = "101";
+                    in[Field::BarrierSecondGob] = in[Field::ExtentFirstGob] = "-1"; in[Field::RowA] = "1"; },
      [](auto& in) { in.Anal = 1; in.ExtentFirstGob = in.AbutmentAngleFirstGob = -1; in.RowA = in.RowB = 1;
                     in.BarrierFirstGob = in.SlabcutFirstGob = in.ExtentSecondGob = -1;
                     in.AbutmentAngleSecondGob = in.BarrierSecondGob = in.SlabcutSecondGob = -1; }, ""},
@@ -156,10 +162,10 @@ TEST(Checks, LimitsAreAcceptedAndGobsOutOfUsePass) {
 TEST(Checks, TextsBecomeARecordByTheLeadingNumber) {
     EXPECT_EQ(inputFromTexts({}, textsFromInput(sound())), sound());
     ParameterTexts texts = textsFromInput(sound());
-    texts.txtNumberEntries = "2.5"; // half to even: 2
-    texts.txtXcutCenters[1] = "55.5 ft";
-    texts.txtXcutCenters[2] = "1"; // beyond the last entry: not read
-    texts.txtDepthCover = "deep";
+    texts[Field::NumberEntries] = "2.5"; // half to even: 2
+    texts[{Field::XcutCenters, 1}] = "55.5 ft";
+    texts[{Field::XcutCenters, 2}] = "1"; // beyond the last entry: not read
+    texts[Field::DepthCover] = "deep";
     ProjectInput expected = sound();
     expected.NumberEntries = 2;
     expected.XcutCenters[1] = 55.5;

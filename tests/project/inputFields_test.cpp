@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/inputFields.h"
 
+#include "project/CaseFile.h"
+#include "project/keptItems.h"
+#include "project/ParameterTexts.h"
+#include "project/units.h"
+
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -14,6 +19,26 @@ ProjectInput distinct() {
     ProjectInput in;
     for (const FieldId id : RecordNumbers)
         set(in, id, 1 + static_cast<double>(placeOf(id)));
+    return in;
+}
+
+/// A case of ten entries whose numbers all differ and that every reader takes.
+ProjectCase readable(std::int16_t units) {
+    ProjectCase current = newCase(units);
+    current.Input = distinct();
+    current.Input.NumberEntries = MaxEntries;
+    current.Input.Anal = 3;
+    for (const InputField& row : InputFields)
+        if (row.isFlag()) set(current.Input, row.id, 1);
+    return current;
+}
+
+/// The record with one number changed to another that every reader takes.
+ProjectInput changed(ProjectInput in, FieldId id) {
+    const FieldRole role = rowOf(id.field).role;
+    const bool down =
+        role == FieldRole::Flag || role == FieldRole::Choice || role == FieldRole::Count;
+    set(in, id, get(in, id) + (down ? -1 : 100));
     return in;
 }
 
@@ -92,6 +117,45 @@ TEST(InputFields, CountsChoicesAndFlagsDoNotVary) {
         fixed.erase(nameOf(id));
     EXPECT_EQ(fixed, (std::set<std::string>{"NumberEntries", "Anal", "Reserved", "AMZ", "Arch",
                                             "RowA", "RowB", "RowC", "RowD"}));
+}
+
+TEST(InputFields, EveryNumberTravelsThroughFileFormAndConversion) {
+    ProjectCase base = readable(English);
+    const std::string written = *writeCaseText(base);
+    for (const FieldId id : RecordNumbers) {
+        ProjectCase current = base;
+        current.Input = changed(base.Input, id);
+        // What a smaller number of entries leaves out is not written.
+        const bool count = id.field == Field::NumberEntries;
+        if (count) current.Input.XcutCenters[9] = 0;
+        const std::string name = nameOf(id);
+
+        const std::string bytes = *writeCaseText(current);
+        EXPECT_NE(bytes, written) << name;
+        ProjectCase read = newCase(Metric);
+        EXPECT_FALSE(readCaseText(bytes, "a.TLV", read).fault) << name;
+        EXPECT_EQ(read.Input, current.Input) << name;
+
+        ProjectInput fromForm;
+        fromForm.Reserved = current.Input.Reserved; // the one number that the form does not have
+        const ParameterTexts texts = textsFromInput(current.Input);
+        EXPECT_EQ(inputFromTexts(fromForm, texts), current.Input) << name;
+        EXPECT_EQ(texts == textsFromInput(base.Input), id.field == Field::Reserved) << name;
+
+        const FieldKind kind = kindOf(id);
+        const bool converts = kind != FieldKind::Number && kind != FieldKind::Angle;
+        ASSERT_TRUE(convertCase(current)) << name;
+        const double metric = get(current.Input, id);
+        EXPECT_EQ(metric != get(changed(base.Input, id), id), converts) << name;
+        ASSERT_TRUE(convertCase(current)) << name;
+        // Two decimals of a metric unit are at most 1.5 of the English one's hundredths off.
+        EXPECT_NEAR(get(current.Input, id), get(changed(base.Input, id), id), converts ? 0.75 : 0)
+            << name;
+
+        const bool hasBox = id.field != Field::Reserved;
+        EXPECT_EQ(controlOf(id).empty(), !hasBox) << name;
+        EXPECT_EQ(itemLabel(itemNameOf(id)).empty(), !hasBox) << name;
+    }
 }
 
 } // namespace

@@ -12,6 +12,14 @@ using namespace telvo::project;
 
 namespace {
 
+/// A record whose numbers are all the same.
+ProjectInput everyNumber(double value) {
+    ProjectInput in;
+    for (const FieldId id : RecordNumbers)
+        set(in, id, value);
+    return in;
+}
+
 /// Gives every length of a record the next multiple of a step, rounded to hundredths.
 void setLengths(ProjectInput& input, double step) {
     int k = 0;
@@ -29,8 +37,10 @@ void setLengths(ProjectInput& input, double step) {
 } // namespace
 
 TEST(NewCase, TakesTheDefaultsOfItsUnitsAndKeepsReserved) {
-    ProjectInput fresh{0,  0, 0,  0, 90, 2, {}, 900, 162, 0, 0, 5, 1, 1, 1, 0,
-                       21, 0, 21, 0, 0,  0, 21, 0,   0,   0, 0, 0, 0, 0, 0};
+    ProjectInput fresh = everyNumber(0);
+    fresh.XcutAngle = 90, fresh.NumberEntries = 2, fresh.CoalStrength = 900, fresh.UnitWeight = 162;
+    fresh.Reserved = 5, fresh.AMZ = fresh.Arch = 1, fresh.ArchFactor = 1;
+    fresh.AbutmentAngleActiveGob = fresh.AbutmentAngleFirstGob = fresh.AbutmentAngleSecondGob = 21;
     ProjectCase current;
     setLengths(current.Input, 100);
     current.Input.Reserved = 5;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "run/faultWords.h"
 
+#include "project/fieldNames.h"
 #include "project/inputFields.h"
-#include "project/parameterFields.h"
 #include "run/caseRun.h"
 
 #include <gtest/gtest.h>

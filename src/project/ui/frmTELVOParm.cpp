@@ -10,7 +10,6 @@
 #include "project/automatic.h"
 #include "project/description.h"
 #include "project/fieldText.h"
-#include "project/parameterFields.h"
 
 #include <algorithm>
 #include <QApplication>
@@ -30,18 +29,6 @@ using telvo::ui::toQt;
 namespace {
 
 constexpr int FiguresDelay = 50; // milliseconds: several keys of a fast typist are one change
-
-std::string distanceName(int i) {
-    return "txtXcutCenters_" + std::to_string(i);
-}
-
-bool haveEqualDistances(const ProjectInput& in) {
-    const int count = distanceCount(in);
-    if (count < 2 || !(in.XcutCenters[1] > 0)) return false;
-    for (int i = 2; i <= count; ++i)
-        if (in.XcutCenters[i] != in.XcutCenters[1]) return false;
-    return true;
-}
 
 } // namespace
 
@@ -70,45 +57,35 @@ frmTELVOParm::~frmTELVOParm() {
 void frmTELVOParm::showEvent(QShowEvent* event) {
     Form::showEvent(event);
     if (services().places) services().places->restore(*m_splitter);
-    box("txtEntryHeight").setFocus(Qt::OtherFocusReason);
+    box(Field::EntryHeight).setFocus(Qt::OtherFocusReason);
     Timer1.start(0);
 }
 
 void frmTELVOParm::fill(const ProjectInput& input) {
     m_filling = true;
     const ParameterTexts shown = textsFromInput(input);
-    for (const ParameterField& field : parameterFields())
-        box(std::string(field.control)).setText(toQt(shown.*field.text));
-    for (int i = 1; i < MaxEntries; ++i)
-        box(distanceName(i)).setText(toQt(shown.txtXcutCenters[i]));
-    m_entryCount->setText(toQt(shown.txtNumberEntries));
-    m_entries->setCurrentText(toQt(shown.txtNumberEntries));
-    check("chkAMZ").setChecked(shown.chkAMZ);
-    check("chkArch").setChecked(shown.chkArch);
-    check("chkRowA").setChecked(shown.chkRowA);
-    check("chkRowB").setChecked(shown.chkRowB);
-    check("chkRowC").setChecked(shown.chkRowC);
-    check("chkRowD").setChecked(shown.chkRowD);
-    check("chkEqual").setChecked(haveEqualDistances(input));
-    m_anal->button(shown.optAnal)->setChecked(true);
+    for (const FieldId id : RecordNumbers) {
+        const InputField& row = rowOf(id.field);
+        if (row.isTextBox()) box(id).setText(toQt(shown[id]));
+        if (row.isFlag()) check(row.id).setChecked(shown.isChecked(row.id));
+    }
+    m_entryCount->setText(toQt(shown[Field::NumberEntries]));
+    m_entries->setCurrentText(toQt(shown[Field::NumberEntries]));
+    m_equal->setChecked(haveEqualSpacing(input));
+    m_anal->button(leadingInteger(shown[Field::Anal]))->setChecked(true);
     refresh();
     m_filling = false;
 }
 
 ParameterTexts frmTELVOParm::texts() const {
     ParameterTexts shown;
-    for (const ParameterField& field : parameterFields())
-        shown.*field.text = fromQt(box(std::string(field.control)).text());
-    for (int i = 1; i < MaxEntries; ++i)
-        shown.txtXcutCenters[i] = fromQt(box(distanceName(i)).text());
-    shown.txtNumberEntries = fromQt(m_entryCount->text());
-    shown.chkAMZ = check("chkAMZ").isChecked();
-    shown.chkArch = check("chkArch").isChecked();
-    shown.optAnal = static_cast<std::int16_t>(m_anal->checkedId());
-    shown.chkRowA = check("chkRowA").isChecked();
-    shown.chkRowB = check("chkRowB").isChecked();
-    shown.chkRowC = check("chkRowC").isChecked();
-    shown.chkRowD = check("chkRowD").isChecked();
+    for (const FieldId id : RecordNumbers) {
+        const InputField& row = rowOf(id.field);
+        if (row.isTextBox()) shown[id] = fromQt(box(id).text());
+        if (row.isFlag()) shown.check(row.id, check(row.id).isChecked());
+    }
+    shown[Field::NumberEntries] = fromQt(m_entryCount->text());
+    shown[Field::Anal] = generalNumber(m_anal->checkedId());
     return shown;
 }
 
@@ -121,8 +98,12 @@ ProjectCase frmTELVOParm::trialCase() {
     return m_open.workingCase();
 }
 
-QCheckBox& frmTELVOParm::check(const char* name) const {
-    return *m_checks.at(name);
+NumberEdit& frmTELVOParm::box(FieldId id) const {
+    return *m_boxes.at(controlOf(id));
+}
+
+QCheckBox& frmTELVOParm::check(Field flag) const {
+    return *m_checks.at(controlOf(flag));
 }
 
 void frmTELVOParm::userEdited() {
@@ -143,42 +124,28 @@ void frmTELVOParm::refresh() {
 }
 
 void frmTELVOParm::enableControls() {
-    box("txtBreadthAMZ").setEnabled(!check("chkAMZ").isChecked());
-    box("txtArchFactor").setEnabled(!check("chkArch").isChecked());
-    box("txtWidthC").setEnabled(check("chkRowC").isChecked());
-    box("txtWidthD").setEnabled(check("chkRowD").isChecked());
-    const int distances = std::clamp(leadingInteger(fromQt(m_entryCount->text())) - 1, 0, 9);
+    const ControlStates states = controlStates(texts(), m_equal->isChecked());
+    for (const FieldId id : RecordNumbers)
+        if (rowOf(id.field).isTextBox()) box(id).setEnabled(states.isEnabled(id));
     for (int i = 1; i < MaxEntries; ++i) {
-        const bool shown = i <= distances;
-        box(distanceName(i)).setVisible(shown);
+        const bool shown = i <= states.distances;
+        box({Field::XcutCenters, i}).setVisible(shown);
         findChild<QLabel*>(QStringLiteral("Label23_") + toQt(std::to_string(i)))->setVisible(shown);
-        box(distanceName(i)).setEnabled(i == 1 || !check("chkEqual").isChecked());
     }
 }
 
 void frmTELVOParm::copyEqualSpacing() {
-    if (!check("chkEqual").isChecked()) return;
-    const int distances = distanceCount(values());
-    for (int i = 2; i <= distances; ++i)
-        box(distanceName(i)).setText(box(distanceName(1)).text());
+    if (!m_equal->isChecked()) return;
+    const ParameterTexts equal = withEqualSpacing(texts());
+    for (int i = 2; i < MaxEntries; ++i)
+        box({Field::XcutCenters, i}).setText(toQt(equal[{Field::XcutCenters, i}]));
 }
 
 void frmTELVOParm::showAutomaticValues() {
-    const ProjectInput in = values();
-    const std::int16_t units = m_open.Project.Units;
-    if (check("chkAMZ").isChecked())
-        if (const auto breadth = automaticAMZBreadth(in.DepthCover, units))
-            box("txtBreadthAMZ").setText(toQt(generalNumber(*breadth)));
-    if (!check("chkArch").isChecked()) return;
-    double width = 0;
-    for (int i = 1; i <= distanceCount(in); ++i)
-        width += in.XcutCenters[i];
-    // While a value is being typed the factor waits; nothing mines beyond single precision.
-    constexpr double most = 1E30;
-    if (!(width > 0 && width < most && in.DepthCover > 0 && in.DepthCover < most)) return;
-    const float factor =
-        formArchFactor(static_cast<float>(width), static_cast<float>(in.DepthCover), units);
-    box("txtArchFactor").setText(toQt(generalNumber(factor)));
+    const ProjectInput shown = withAutomaticValues(values(), m_open.Project.Units);
+    for (const Field field : {Field::BreadthAMZ, Field::ArchFactor})
+        if (check(flagOfAutomatic(field)).isChecked())
+            box(field).setText(toQt(shownText(shown, field)));
 }
 
 void frmTELVOParm::useAutomaticValues() {
@@ -190,11 +157,8 @@ void frmTELVOParm::useAutomaticValues() {
 void frmTELVOParm::keepStoredValues() {
     m_staleBanner->hide();
     for (const StaleAutomatic& value : std::exchange(m_stale, {})) {
-        const bool breadth = value.field == "BreadthAMZ";
-        check(breadth ? "chkAMZ" : "chkArch").setChecked(false); // owes its advisory
-        box(breadth ? "txtBreadthAMZ" : "txtArchFactor")
-            .setText(toQt(breadth ? generalNumber(value.stored)
-                                  : generalNumber(static_cast<float>(value.stored))));
+        check(flagOfAutomatic(value.field)).setChecked(false); // owes its advisory
+        box(value.field).setText(toQt(shownText(m_open.Project.Input, value.field)));
     }
 }
 
@@ -269,12 +233,12 @@ KeyFigures frmTELVOParm::figuresOf(const ProjectCase& shown) const {
     return m_actions.figures(shown);
 }
 
-void frmTELVOParm::rowToggled(QCheckBox& row) {
+void frmTELVOParm::rowToggled(Field row) {
     if (m_filling) return;
-    if (row.isChecked())
-        if (const auto refused = checkLeavingRow(texts(), fromQt(row.objectName()))) {
+    if (check(row).isChecked())
+        if (const auto refused = checkLeavingRow(texts(), row)) {
             tell(refused->message, refused->title);
-            row.setChecked(false);
+            check(row).setChecked(false);
             return;
         }
     userEdited();

@@ -95,19 +95,19 @@ class frmTELVOParm : public telvo::ui::Form {
     QWidget* automaticBanner();
     QWidget* buttonRow();
     /// A frame with the boxes of its fields, in two columns: caption and box.
-    QGroupBox* fieldGroup(int tab, const std::string& name);
-    QCheckBox* addCheck(QGroupBox& group, const char* name, const QString& caption,
+    QGroupBox* fieldGroup(const std::string& name);
+    QCheckBox* addCheck(QGroupBox& group, const std::string& name, const QString& caption,
                         const QString& tip);
-    NumberEdit* addNumber(const std::string& name, const QString& caption, FieldKind kind,
-                          const QString& unit, const QString& valid);
+    NumberEdit* addNumber(FieldId id);
+    QString unitOf(FieldKind kind) const;
     void setTabOrders();
 
     // frmTELVOParm.cpp
     void fill(const ProjectInput& input);
     ParameterTexts texts() const;
     ProjectCase trialCase();
-    NumberEdit& box(const std::string& name) const { return *m_boxes.at(name); }
-    QCheckBox& check(const char* name) const;
+    NumberEdit& box(FieldId id) const;
+    QCheckBox& check(Field flag) const;
     void userEdited();
     void refresh();
     void enableControls();
@@ -119,7 +119,7 @@ class frmTELVOParm : public telvo::ui::Form {
     std::optional<QString> readPasted(const QString& pasted, FieldKind kind);
     void showFigures();
     KeyFigures figuresOf(const ProjectCase& shown) const;
-    void rowToggled(QCheckBox& row);
+    void rowToggled(Field row);
     void focusMoved(QWidget* old, QWidget* now);
     void showAdvisory(std::optional<std::string_view> text);
     void showPendingAdvisories();
@@ -136,7 +136,8 @@ class frmTELVOParm : public telvo::ui::Form {
     bool m_modified = false;
     bool m_advising = false;
     std::map<std::string, NumberEdit*> m_boxes; ///< every numeric box by its name
-    std::map<std::string, QCheckBox*> m_checks;
+    std::map<std::string, QCheckBox*> m_checks; ///< flags of the record
+    QCheckBox* m_equal = nullptr;
     std::map<std::string, QLabel*> m_figures;
     QComboBox* m_entries = nullptr;
     QLineEdit* m_entryCount = nullptr;

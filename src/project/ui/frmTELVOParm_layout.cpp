@@ -3,7 +3,7 @@
 // The controls of the parameter form and where they lie; what they do is in frmTELVOParm.cpp.
 #include "base/ui/qtText.h"
 #include "project/advisories.h"
-#include "project/parameterFields.h"
+#include "project/inputFields.h"
 #include "project/ui/frmTELVOParm.h"
 #include "project/units.h"
 
@@ -92,46 +92,45 @@ void frmTELVOParm::build() {
     }
 }
 
-NumberEdit* frmTELVOParm::addNumber(const std::string& name, const QString& caption, FieldKind kind,
-                                    const QString& unit, const QString& valid) {
-    auto* edit = new NumberEdit(toQt(name), this);
+/// Unit of a field as the form letters it: that of angles as in the report.
+QString frmTELVOParm::unitOf(FieldKind kind) const {
+    return kind == FieldKind::Angle ? QStringLiteral("deg")
+                                    : toQt(fieldUnit(kind, m_open.Project.Units));
+}
+
+NumberEdit* frmTELVOParm::addNumber(FieldId id) {
+    const InputField& row = rowOf(id.field);
+    const FieldKind kind = row.kind;
+    const QString caption = toQt(fullLabelOf(id));
+    auto* edit = new NumberEdit(toQt(controlOf(id)), this);
     edit->setAccessibleName(caption);
     // The metric defaults of strength and unit weight have all the digits that a number can have.
     const bool precise = kind == FieldKind::Strength || kind == FieldKind::UnitWeight;
     edit->setMinimumWidth(boxWidth(*edit, precise ? 20 : 11));
     edit->setMaximumWidth(boxWidth(*edit, 22));
     edit->setPasteReader([this, kind](const QString& pasted) { return readPasted(pasted, kind); });
-    edit->setToolTip(labelWithUnit(caption, unit) + QStringLiteral("\n") +
-                     tr("Valid: %1").arg(valid));
-    m_boxes[name] = edit;
+    edit->setToolTip(labelWithUnit(caption, unitOf(kind)) + QStringLiteral("\n") +
+                     tr("Valid: %1").arg(toQt(row.valid)));
+    m_boxes[controlOf(id)] = edit;
     return edit;
 }
 
-QGroupBox* frmTELVOParm::fieldGroup(int tab, const std::string& name) {
+QGroupBox* frmTELVOParm::fieldGroup(const std::string& name) {
     auto* group = new QGroupBox(toQt(name), this);
     auto* grid = new QGridLayout(group);
     grid->setColumnStretch(0, 1);
-    for (const ParameterField& field : parameterFields()) {
-        if (static_cast<int>(field.tab) != tab || field.group != name) continue;
-        // Angles are lettered as in the report.
-        const QString unit = field.kind == FieldKind::Angle
-                                 ? QStringLiteral("deg")
-                                 : toQt(fieldUnit(field.kind, m_open.Project.Units));
-        const QString label = toQt(field.label);
-        const QString full = tab == static_cast<int>(ParameterTab::RetreatMining)
-                                 ? label + QStringLiteral(", ") + toQt(name)
-                                 : label;
-        auto* edit =
-            addNumber(std::string(field.control), full, field.kind, unit, toQt(field.valid));
-        addRow(*group, labelWithUnit(label, unit), edit);
+    for (const Field field : FormOrder) {
+        const InputField& row = rowOf(field);
+        if (row.group == name && row.isTextBox())
+            addRow(*group, labelWithUnit(toQt(row.label), unitOf(row.kind)), addNumber(field));
     }
     return group;
 }
 
-QCheckBox* frmTELVOParm::addCheck(QGroupBox& group, const char* name, const QString& caption,
+QCheckBox* frmTELVOParm::addCheck(QGroupBox& group, const std::string& name, const QString& caption,
                                   const QString& tip) {
     auto* box = new QCheckBox(caption, &group);
-    box->setObjectName(name);
+    box->setObjectName(toQt(name));
     box->setAccessibleName(QString(caption).remove('&'));
     box->setToolTip(tip);
     m_checks[name] = box;
@@ -143,7 +142,7 @@ QCheckBox* frmTELVOParm::addCheck(QGroupBox& group, const char* name, const QStr
 QWidget* frmTELVOParm::developmentTab() {
     auto* page = new QWidget(this);
     auto* layout = new QVBoxLayout(page);
-    auto* entries = fieldGroup(0, "Entries and Crosscuts");
+    auto* entries = fieldGroup("Entries and Crosscuts");
 
     m_entries = new QComboBox(entries);
     m_entries->setObjectName("Combo1");
@@ -181,19 +180,17 @@ QWidget* frmTELVOParm::developmentTab() {
 }
 
 QGroupBox* frmTELVOParm::distancesGroup() {
-    const QString unit = toQt(fieldUnit(FieldKind::Length, m_open.Project.Units));
-    auto* group = new QGroupBox(labelWithUnit(tr("Center to Center Distances"), unit), this);
+    const InputField& distances = rowOf(Field::XcutCenters);
+    auto* group = new QGroupBox(labelWithUnit(toQt(distances.group), unitOf(distances.kind)), this);
     auto* grid = new QGridLayout(group);
-    auto* equal = addCheck(*group, "chkEqual", tr("E&qual entry spacing"),
-                           tr("All distances are that of the first two entries"));
-    grid->addWidget(equal, 0, 0, 1, 6);
-    connect(equal, &QCheckBox::toggled, this, &frmTELVOParm::userEdited);
+    m_equal = addCheck(*group, "chkEqual", tr("E&qual entry spacing"),
+                       tr("All distances are that of the first two entries"));
+    grid->addWidget(m_equal, 0, 0, 1, 6);
+    connect(m_equal, &QCheckBox::toggled, this, &frmTELVOParm::userEdited);
     constexpr int perRow = 3;
     for (int i = 1; i < MaxEntries; ++i) {
         const QString number = toQt(std::to_string(i));
-        auto* edit = addNumber("txtXcutCenters_" + std::to_string(i),
-                               tr("Center to Center Distance #%1").arg(number), FieldKind::Length,
-                               unit, toQt(DistanceValid));
+        auto* edit = addNumber({Field::XcutCenters, i});
         auto* label = new QLabel(QStringLiteral("#") + number, group);
         label->setObjectName(QStringLiteral("Label23_") + number);
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -210,11 +207,11 @@ QGroupBox* frmTELVOParm::distancesGroup() {
 QWidget* frmTELVOParm::defaultsTab() {
     auto* page = new QWidget(this);
     auto* layout = new QVBoxLayout(page);
-    layout->addWidget(fieldGroup(1, "Rock"));
-    auto* zone = fieldGroup(1, "Active Mining Zone");
+    layout->addWidget(fieldGroup("Rock"));
+    auto* zone = fieldGroup("Active Mining Zone");
     auto* AMZ = addCheck(*zone, "chkAMZ", tr("Set the breadth &automatically"),
                          tr("5 times the square root of the depth of cover, in feet"));
-    auto* arch = fieldGroup(1, "Pressure Arch");
+    auto* arch = fieldGroup("Pressure Arch");
     auto* factor = addCheck(*arch, "chkArch", tr("Set the &factor automatically"),
                             tr("From the depth of cover and the panel width"));
     layout->addWidget(zone);
@@ -261,27 +258,24 @@ QGroupBox* frmTELVOParm::loadingGroup() {
 QWidget* frmTELVOParm::retreatTab() {
     auto* page = new QWidget(this);
     auto* layout = new QGridLayout(page);
-    auto* active = fieldGroup(2, "Active Gob");
-    auto* first = fieldGroup(2, "First Gob");
-    auto* second = fieldGroup(2, "Second Gob");
-    const struct {
-        QGroupBox* group;
-        const char* name;
-        char row;
-    } rows[] = {{active, "chkRowA", 'A'},
-                {active, "chkRowB", 'B'},
-                {first, "chkRowC", 'C'},
-                {second, "chkRowD", 'D'}};
-    for (const auto& row : rows) {
-        auto* leave = addCheck(*row.group, row.name,
-                               tr("Leave pillar Row '&%1' in place").arg(QChar(row.row)),
-                               tr("Row %1 of pillars is left standing").arg(QChar(row.row)));
-        connect(leave, &QCheckBox::toggled, this, [this, leave] { rowToggled(*leave); });
+    auto* active = fieldGroup("Active Gob");
+    auto* first = fieldGroup("First Gob");
+    auto* second = fieldGroup("Second Gob");
+    const std::map<std::string_view, QGroupBox*> groups = {
+        {"Active Gob", active}, {"First Gob", first}, {"Second Gob", second}};
+    for (const Field field : FormOrder) {
+        const InputField& row = rowOf(field);
+        if (!row.isFlag() || row.tab != ParameterTab::RetreatMining) continue;
+        const QChar letter(row.name.back());
+        auto* leave = addCheck(*groups.at(row.group), controlOf(field),
+                               tr("Leave pillar Row '&%1' in place").arg(letter),
+                               tr("Row %1 of pillars is left standing").arg(letter));
+        connect(leave, &QCheckBox::toggled, this, [this, field] { rowToggled(field); });
     }
     // The width of a bleeder row stands below its box.
-    for (const auto& [group, name] : {std::pair{first, "txtWidthC"}, {second, "txtWidthD"}}) {
+    for (const auto& [group, field] : {std::pair{first, Field::WidthC}, {second, Field::WidthD}}) {
         auto* grid = gridOf(*group);
-        QWidget* width = m_boxes.at(name);
+        QWidget* width = &box(field);
         auto* label = grid->itemAtPosition(grid->rowCount() - 2, 0)->widget();
         grid->addWidget(label, grid->rowCount(), 0);
         grid->addWidget(width, grid->rowCount() - 1, 1);
@@ -329,7 +323,7 @@ QWidget* frmTELVOParm::sidePanel() {
     layout->setContentsMargins({});
     auto* figures = new QGroupBox(tr("With these values"), panel);
     auto* form = new QFormLayout(figures);
-    const QString unit = toQt(fieldUnit(FieldKind::Length, m_open.Project.Units));
+    const QString unit = unitOf(FieldKind::Length);
     const struct {
         const char* name;
         QString caption;
@@ -401,53 +395,26 @@ QWidget* frmTELVOParm::buttonRow() {
 }
 
 void frmTELVOParm::setTabOrders() {
-    static constexpr const char* order[] = {"txtEntryHeight",
-                                            "txtDepthCover",
-                                            "txtXcutAngle",
-                                            "txtEntryWidth",
-                                            "txtXcutSpacing",
-                                            "Combo1",
-                                            "chkEqual",
-                                            "txtXcutCenters_1",
-                                            "txtXcutCenters_2",
-                                            "txtXcutCenters_3",
-                                            "txtXcutCenters_4",
-                                            "txtXcutCenters_5",
-                                            "txtXcutCenters_6",
-                                            "txtXcutCenters_7",
-                                            "txtXcutCenters_8",
-                                            "txtXcutCenters_9",
-                                            "txtCoalStrength",
-                                            "txtUnitWeight",
-                                            "txtBreadthAMZ",
-                                            "chkAMZ",
-                                            "txtArchFactor",
-                                            "chkArch",
-                                            "optAnal_0",
-                                            "optAnal_1",
-                                            "optAnal_2",
-                                            "optAnal_3",
-                                            "txtExtentActiveGob",
-                                            "txtAbutmentAngleActiveGob",
-                                            "chkRowA",
-                                            "chkRowB",
-                                            "txtExtentFirstGob",
-                                            "txtAbutmentAngleFirstGob",
-                                            "txtBarrierFirstGob",
-                                            "txtSlabcutFirstGob",
-                                            "chkRowC",
-                                            "txtWidthC",
-                                            "txtExtentSecondGob",
-                                            "txtAbutmentAngleSecondGob",
-                                            "txtBarrierSecondGob",
-                                            "txtSlabcutSecondGob",
-                                            "chkRowD",
-                                            "txtWidthD"};
     QWidget* previous = m_tabs;
-    for (const char* name : order) {
-        auto* next = findChild<QWidget*>(name);
+    const auto follow = [&](const std::string& name) {
+        auto* next = findChild<QWidget*>(toQt(name));
         setTabOrder(previous, next);
         previous = next;
+    };
+    for (const Field field : FormOrder) {
+        const std::string control = controlOf(field);
+        if (field == Field::NumberEntries) {
+            follow("Combo1");
+        } else if (field == Field::XcutCenters) {
+            follow("chkEqual");
+            for (int i = 1; i < MaxEntries; ++i)
+                follow(controlOf({field, i}));
+        } else if (field == Field::Anal) {
+            for (int anal = 0; anal <= 3; ++anal)
+                follow(control + '_' + std::to_string(anal));
+        } else if (!control.empty()) {
+            follow(control);
+        }
     }
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "table/ui/CaseTableModel.h"
 
-#include "base/numbers.h"
 #include "base/text.h"
 #include "base/ui/qtText.h"
 #include "table/columns.h"
@@ -17,26 +16,10 @@ namespace telvo::ui {
 namespace {
 
 /// The text of one column; of a bad row, whose record is not whole, nothing but the title.
-std::string cellText(const table::CaseRow& row, std::size_t column) {
-    const project::ProjectCase& current = row.current;
-    if (column == table::TitleColumn) return withoutControls(current.Title);
-    if (!row.good()) return {};
-    if (column == table::DescriptionColumn) return withoutControls(current.Description);
-    if (column == table::UnitsColumn)
-        return current.Units == project::English ? "English" : "metric";
-    std::string text;
-    std::size_t at = table::FirstFieldColumn;
-    table::visitNumbers(current.Input, [&](std::string_view, project::FieldKind, auto value) {
-        if (at++ == column) text = generalNumber(value);
-    });
-    return text;
-}
-
-/// The first problem without the number of the row, which stands beside it.
-QString firstProblem(const table::CaseRow& row) {
-    const std::string text = faultText(row.faults.front());
-    const auto column = text.find("column ");
-    return toQt(std::string_view(text).substr(column == std::string::npos ? 0 : column));
+std::string shownCell(const table::CaseRow& row, std::size_t column) {
+    if (column != table::TitleColumn && !row.good()) return {};
+    const std::string text = table::cellText(row.current, column);
+    return column < table::UnitsColumn ? withoutControls(text) : text;
 }
 
 /// A row that can be loaded, and whether the file gives all of its values.
@@ -82,18 +65,8 @@ void CaseTableModel::setFilter(const QString& text, bool onlyBad) {
 
 void CaseTableModel::makeSearchTexts() {
     m_searchTexts.reserve(m_table.rows.size());
-    for (const table::CaseRow& row : m_table.rows) {
-        std::string text = generalNumber(static_cast<int>(row.number));
-        text += '\n' + row.current.Title + '\n' + row.current.Description + '\n';
-        text += row.current.Units == project::English ? "English" : "metric";
-        table::visitNumbers(row.current.Input,
-                            [&](std::string_view, project::FieldKind, auto value) {
-                                text += '\n' + generalNumber(value);
-                            });
-        for (const Fault& fault : row.faults)
-            text += '\n' + faultText(fault);
-        m_searchTexts.push_back(fromQt(toQt(text).toLower()));
-    }
+    for (const table::CaseRow& row : m_table.rows)
+        m_searchTexts.push_back(fromQt(toQt(table::searchText(row)).toLower()));
 }
 
 bool CaseTableModel::passes(std::size_t row, const std::vector<std::string>& words,
@@ -122,8 +95,9 @@ QVariant CaseTableModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         if (index.column() == Row) return toQt(std::to_string(row.number));
-        if (index.column() == State) return row.good() ? stateOf(row) : firstProblem(row);
-        return toQt(cellText(row, column));
+        if (index.column() == State)
+            return row.good() ? stateOf(row) : toQt(table::firstProblem(row));
+        return toQt(shownCell(row, column));
     case Qt::DecorationRole:
         if (index.column() == State && !row.good())
             return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace telvo::project {
+
+// Conversion of case data: English value = metric value x factor.
+inline constexpr double FeetPerMetre = 3.280839895013123;
+inline constexpr double PsiPerMPa = 145.0377;
+inline constexpr double PcfPerKilonewtonPerCubicMetre = 6.3663022639200495;
+
+} // namespace telvo::project
