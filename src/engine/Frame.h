@@ -44,6 +44,9 @@ struct Frame {
     int NumberPillars = 0;  // across the panel, 0 to 9
     bool RowLeft[4] = {};   // rows A to D
     bool ArchAutomatic = true;
+    /// Every case has one center-to-center distance for all entries: pillars are computed once. Bit
+    /// for bit the same; only a batch sets it.
+    bool EqualPillars = false;
 
     TELVO_INLINE bool english() const { return Units == project::English; }
     /// Row 1 to 4: A, B, C, D.

@@ -28,6 +28,11 @@ std::string sideName(int k) {
     return k == FirstSide ? "first side" : "second side";
 }
 
+double pillarLength(const WorkingInputs& in) {
+    Scalar calc;
+    return rules::pillarLength(calc, in.Sc, in.We, in.SinTheta);
+}
+
 /// The message of an input that leaves a quantity without a value.
 Fault faultOfInput(rules::Impossible what, const Where& where, const WorkingInputs& in) {
     using rules::Impossible;
@@ -45,8 +50,7 @@ Fault faultOfInput(rules::Impossible what, const Where& where, const WorkingInpu
     case Impossible::TooManyEntries:
         return cannotCompute("PanelWidth", "NumberEntries", "the panel has more than ten entries");
     case Impossible::PillarLength: {
-        Scalar calc;
-        const double length = rules::pillarLength(calc, in.Sc, in.We, in.SinTheta);
+        const double length = pillarLength(in);
         return {"Invalid Pillar Dimensions: PillarLength is " + generalNumber(length, 6) +
                     ", the crosscut spacing leaves no pillar beside the entry width",
                 "XcutSpacing"};
@@ -176,12 +180,19 @@ Candidate causeOf(const Stopped& stopped, const std::string& known, const Workin
 
 std::optional<Fault> impossibleInput(const WorkingInputs& in) {
     std::optional<Fault> fault;
-    Scalar calc;
-    rules::visitImpossible(calc, in, in.Source.NumberEntries, in,
-                           [&](rules::Impossible what, const Where& where, bool holds) {
-                               if (holds && !fault) fault = faultOfInput(what, where, in);
-                           });
+    rules::visitImpossible<double>(in, in.Source.NumberEntries, in, pillarLength(in),
+                                   [&](rules::Impossible what, const Where& where, bool holds) {
+                                       if (holds && !fault) fault = faultOfInput(what, where, in);
+                                   });
     return fault;
+}
+
+bool isImpossible(const WorkingInputs& in) {
+    bool impossible = false;
+    rules::visitImpossible<double>(
+        in, in.Source.NumberEntries, in, pillarLength(in),
+        [&](rules::Impossible, const Where&, bool holds) { impossible = impossible || holds; });
+    return impossible;
 }
 
 Fault faultOf(const Stopped& stopped, const WorkingInputs& in) {

@@ -14,6 +14,9 @@ namespace telvo::engine {
 /// fixed order; the first one found is told.
 std::optional<Fault> impossibleInput(const WorkingInputs& prepared);
 
+/// Whether there is such an input.
+bool isImpossible(const WorkingInputs& prepared);
+
 /// The message of a stop. Its cause is the input that, set to a common value, lets the quantity be
 /// computed; inputs farthest from common values are tried first.
 Fault faultOf(const Stopped& stopped, const WorkingInputs& prepared);

@@ -141,6 +141,42 @@ bool isMissed(const Requirement& row, const ProjectInput& in, double x) {
     return row.bound.refuses(x, other ? get(in, *other) : 0.0);
 }
 
+/// A number of a field that the compiler knows.
+template <Field F>
+double number(const ProjectInput& in, int i) {
+    constexpr const auto& member = rowOf(F).member;
+    const auto& field = in.*std::get<member.index()>(member);
+    if constexpr (F == XcutCenters)
+        return field[i];
+    else
+        return static_cast<double>(field);
+}
+
+template <std::size_t R>
+bool misses(const ProjectInput& in) {
+    constexpr const Requirement& row = BeforeAnalysis[R];
+    if (!counts(row.use, in)) return false;
+    const auto missed = [&](int i) {
+        double other = 0;
+        if constexpr (row.bound.other().has_value()) other = number<*row.bound.other()>(in, i);
+        return row.bound.refuses(number<row.field>(in, i), other);
+    };
+    if constexpr (row.field != XcutCenters) return missed(0);
+    bool any = false;
+    for (int i = 1; i <= distanceCount(in); ++i)
+        any = any || missed(i);
+    return any;
+}
+
+/// Whether the check before analysis refuses anything; nothing is looked up here, since a run in a
+/// million asks it.
+bool missesAny(const ProjectInput& in) {
+    return [&]<std::size_t... R>(std::index_sequence<R...>) {
+        return (misses<R>(in) || ...);
+    }
+    (std::make_index_sequence<BeforeAnalysis.size()>());
+}
+
 /// The refusals of the form's check in order, until take(refusal) is false.
 template <typename Take>
 void acceptanceCheck(const ParameterTexts& texts, Take take) {
@@ -272,6 +308,7 @@ std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, Field row) {
 }
 
 std::optional<Refusal> checkBeforeAnalysis(const ProjectInput& input) {
+    if (!missesAny(input)) return std::nullopt;
     std::optional<Refusal> first;
     tryInOrder(BeforeAnalysis, input, [&](const Requirement& row, FieldId id) {
         if (!isMissed(row, input, get(input, id))) return false;

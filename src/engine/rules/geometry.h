@@ -30,6 +30,14 @@ TELVO_INLINE void panelGeometry(C& c, const Frame& f, const SymbolsOf<Num<C>>& s
     const N lengthAlong = r.PillarLength / s.SinTheta;
     N areas = 0;
     for (int i = 1; i <= f.NumberPillars; ++i) {
+        if (f.EqualPillars && i > 1) {
+            r.PillarSkewWidth[i] = r.PillarSkewWidth[1];
+            r.PillarArea[i] = r.PillarArea[1];
+            r.MinDimension[i] = r.MinDimension[1];
+            r.MaxDimension[i] = r.MaxDimension[1];
+            areas = areas + r.PillarArea[1];
+            continue;
+        }
         c.at({0, 0, i});
         const N& gross = s.PillarGrossWidth[i];
         r.PillarSkewWidth[i] = c.named("Ws", gross / s.SinTheta);

@@ -36,6 +36,12 @@ TELVO_INLINE void pillarCapacities(C& c, const Frame& f, const SymbolsOf<Num<C>>
     using N = Num<C>;
     N capacities = 0;
     for (int i = 1; i <= f.NumberPillars; ++i) {
+        if (f.EqualPillars && i > 1) {
+            r.PillarStrength[i] = r.PillarStrength[1];
+            r.PillarCapacity[i] = r.PillarCapacity[1];
+            capacities = capacities + r.PillarCapacity[1];
+            continue;
+        }
         c.at({0, 0, i});
         const N& w = r.MinDimension[i];
         r.PillarStrength[i] =
