@@ -5,14 +5,14 @@
 
 #include <limits>
 
-/// Logarithm, sine, tangent and exponential with the same digits on every machine. Those of a C
-/// library differ in the last bit between processors and systems. These are templates over the number
-/// type, made from + - * /, square root and bit patterns alone (64-bit sums and logical shifts, as
-/// SSE2 has no more), so that one case and a pack of cases get the same bits. All are within 1 ulp of
-/// the true value over the range named.
+/// Logarithm, sine, tangent, exponential and normal quantile with the same digits on every machine;
+/// those of a C library differ in the last bit between processors and systems. These are templates over
+/// the number type, made from + - * /, square root and bit patterns alone (64-bit sums and logical
+/// shifts, as SSE2 has no more), so that one case and a pack of cases get the same bits. The first four
+/// are within 1 ulp of the true value over the range named, the quantile within 3.
 ///
-/// The polynomials are fitted by scripts/fit-elementary: least squares at Chebyshev points, one
-/// coefficient after the other rounded to double. What they leave out is at most 1/20 of an ulp.
+/// All coefficients are fitted by scripts/fit-elementary; the largest part of an ulp that they leave
+/// out is a tenth, in the logarithm and the tangent.
 namespace telvo {
 
 namespace elementary {
@@ -21,7 +21,7 @@ constexpr double Nothing = std::numeric_limits<double>::quiet_NaN();
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double Largest = std::numeric_limits<double>::max();
 constexpr double SmallestNormal = std::numeric_limits<double>::min();
-constexpr double LargestAngle = 64;
+constexpr double LargestAngle = 0x1.2d97c7f3321d2p+1; // 135 degrees
 constexpr double WholeNumbers = 0x1.8p52; // a sum with it is a whole number, in its last bits
 
 /// first + x (rest[0] + x (rest[1] + ...)).
@@ -40,35 +40,40 @@ TELVO_INLINE N powerOfTwo(const N& whole) {
     return numberOf((bitsOf(whole + WholeNumbers) + BitsOf<N>(1023)) << 52);
 }
 
-/// An angle less the nearest multiple of a right angle: `rest` + `tail`, with |tail| below half an ulp
-/// of rest; the two last bits of `quarter` count the right angles.
+/// The first 26 bits of a number: products of two such are exact.
+template <class N>
+TELVO_INLINE N upperHalf(const N& x) {
+    return numberOf(bitsOf(x) & BitsOf<N>(0xfffffffff8000000U));
+}
+
+/// The size of an angle, or what it lacks of a right angle where it is above 45 degrees: `rest` +
+/// `tail`, with |tail| at most half an ulp of rest, and 0 at up to 45 degrees.
 template <class N>
 struct ReducedAngle {
+    N size;
+    TruthOf<N> lacking;
     N rest, tail;
-    BitsOf<N> quarter;
 };
 
 template <class N>
 TELVO_INLINE ReducedAngle<N> reducedAngle(const N& x) {
-    constexpr double quartersPerRadian = 0x1.45f306dc9c883p-1;
-    // pi/2 in three parts; the products of the first two with a small whole number are exact.
-    constexpr double high = 0x1.921fb5440p+0;
-    constexpr double middle = 0x1.0b4611a60p-34;
-    constexpr double low = 0x1.3198a2e037073p-69;
-    const N counted = x * quartersPerRadian + WholeNumbers;
-    const N n = counted - WholeNumbers;
-    const N first = x - n * high;
-    const N second = n * middle;
-    const N near = first - second;
-    const N left = ((first - near) - second) - n * low;
-    const N rest = near + left;
-    return {rest, (near - rest) + left, bitsOf(counted)};
+    constexpr double quarterOfPi = 0x1.921fb54442d18p-1;
+    constexpr double halfOfPi = 0x1.921fb54442d18p+0;
+    constexpr double halfOfPiLow = 0x1.1a62633145c07p-54;
+    const N size = absolute(x);
+    const auto lacking = size > quarterOfPi;
+    const N first = select(lacking, halfOfPi - size, size); // the difference is exact
+    const N second = select(lacking, N(halfOfPiLow), N(0));
+    const N rest = first + second;
+    return {size, lacking, rest, (first - rest) + second};
 }
 
-/// What a function of an angle gives outside its range.
+/// What an odd function of an angle gives: its value for the size of x with the sign of x, NaN outside
+/// its range.
 template <class N>
-TELVO_INLINE N withinAngles(const N& x, const N& value) {
-    return select(absolute(x) <= LargestAngle, value, N(Nothing));
+TELVO_INLINE N withSign(const N& x, const ReducedAngle<N>& angle, const N& value) {
+    const auto sign = bitsOf(x) & BitsOf<N>(0x8000000000000000U);
+    return select(angle.size <= LargestAngle, numberOf(bitsOf(value) ^ sign), N(Nothing));
 }
 
 } // namespace elementary
@@ -104,78 +109,62 @@ TELVO_INLINE N ln(const N& x) {
     return select(x >= SmallestNormal, beyond, select(x >= 0, N(-Infinity), N(Nothing)));
 }
 
-/// Sine of an angle in radians, |x| <= 64.
+/// Sine of an angle in radians, |x| up to 135 degrees.
 /// Returned: NaN for larger angles and NaN.
+/// Notes:    above 45 degrees the cosine of what is left to the right angle.
 template <class N>
 TELVO_INLINE N sine(const N& x) {
     using namespace elementary;
-    using Bits = BitsOf<N>;
     const ReducedAngle<N> angle = reducedAngle(x);
     const N& r = angle.rest;
-    const N& tail = angle.tail;
     const N z = r * r;
 
-    const N cube = z * r;
-    const N higher =
-        polynomial(z, 0x1.1111111110c83p-7, -0x1.a01a019ea13b6p-13, 0x1.71de37b1e24f8p-19,
-                   -0x1.ae60212331627p-26, 0x1.5e119c8bdbfe2p-33);
-    const N sineOfRest =
-        r - ((z * (0.5 * tail - cube * higher) - tail) + cube * 0x1.5555555555555p-3);
+    const N series =
+        polynomial(z, -0x1.5555555555555p-3, 0x1.1111111110c83p-7, -0x1.a01a019ea13b6p-13,
+                   0x1.71de37b1e24f8p-19, -0x1.ae60212331627p-26, 0x1.5e119c8bdbfe2p-33);
+    const N ofRest = r + r * z * series; // the tail is 0 where it counts
 
     const N half = 0.5 * z;
-    const N nearCosine = 1 - half;
-    const N series =
-        z * polynomial(z, 0x1.5555555555555p-5, -0x1.6c16c16c168ccp-10, 0x1.a01a019f38b48p-16,
-                       -0x1.27e4fa0378261p-22, 0x1.1eeb585f82b45p-29, -0x1.9073e0ea437a0p-37);
-    const N cosineOfRest = nearCosine + (((1 - nearCosine) - half) + (z * series - r * tail));
+    const N near = 1 - half;
+    const N higher =
+        polynomial(z, 0x1.5555555555555p-5, -0x1.6c16c16c168ccp-10, 0x1.a01a019f38b48p-16,
+                   -0x1.27e4fa0378261p-22, 0x1.1eeb585f82b45p-29, -0x1.9073e0ea437a0p-37);
+    const N cosine = near + (((1 - near) - half) + (z * z * higher - r * angle.tail));
 
-    // The last bit of the count takes the cosine, the one before it the other sign.
-    const N odd = numberOf((angle.quarter & Bits(1)) << 62); // 0 or 2
-    const N value = select(odd > 0, cosineOfRest, sineOfRest);
-    const Bits sign = (angle.quarter & Bits(2)) << 62;
-    return withinAngles(x, numberOf(bitsOf(value) ^ sign));
+    return withSign(x, angle, select(angle.lacking, cosine, ofRest));
 }
 
-/// Tangent of an angle in radians, |x| <= 64.
+/// Tangent of an angle in radians, |x| up to 135 degrees.
 /// Returned: NaN for larger angles and NaN.
-/// Notes:    with u = tan(r/2): tan r = 2u / (1 - u^2), and one right angle further -(1 - u^2) / 2u.
-///           Both are one division and a step that takes the rounding of the quotient back.
+/// Notes:    1) with u = tan(r/2): tan r = 2u / (1 - u^2), and of what lacks r (1 - u^2) / 2u.
+///           2) numerator, denominator and quotient are held to 26 bits, so that their products are
+///              exact, and what they lack goes into the remainder of the division.
 template <class N>
 TELVO_INLINE N tangent(const N& x) {
     using namespace elementary;
-    using Bits = BitsOf<N>;
     const ReducedAngle<N> angle = reducedAngle(x);
-    const N h = 0.5 * angle.rest;
-    const N z = h * h;
+    const N& r = angle.rest;
+    const N z = r * r;
     const N series =
-        polynomial(z, 0x1.5555555555556p-2, 0x1.1111111110a53p-3, 0x1.ba1ba1bb48d98p-5,
-                   0x1.664f47e49126fp-6, 0x1.226e5e9bc2015p-7, 0x1.d6c7d023c8339p-9,
-                   0x1.7ea832c32b990p-10, 0x1.289856bc193c6p-11, 0x1.4e66392d16477p-12);
-    const N halfTail = 0.5 * angle.tail;
-    const N more = h * (z * series) + (halfTail + halfTail * z);
-    const N u = h + more;
-    const N uTail = (h - u) + more;
-    const N square = u * u;
-    const N least = 1 - square;
-    const N leastTail = ((1 - least) - square) - 2 * (u * uTail);
+        polynomial(z, 0x1.5555555555556p-4, 0x1.1111111110a53p-7, 0x1.ba1ba1bb48d98p-11,
+                   0x1.664f47e49126fp-14, 0x1.226e5e9bc2015p-17, 0x1.d6c7d023c8339p-21,
+                   0x1.7ea832c32b990p-24, 0x1.289856bc193c6p-27, 0x1.4e66392d16477p-30);
+    const N more = r * (z * series) + angle.tail;
+    const N twice = upperHalf(r + more); // 2u
+    const N twiceTail = (r - twice) + more;
+    const N half = 0.5 * twice;
+    const N square = half * half;
+    const N rest = upperHalf(1 - square);
+    const N restTail = ((1 - rest) - square) - twiceTail * (half + 0.25 * twiceTail);
 
-    const auto odd = numberOf((angle.quarter & Bits(1)) << 62) > N(0);
-    const N above = select(odd, least, 2 * u);
-    const N aboveTail = select(odd, leastTail, 2 * uTail);
-    const N below = select(odd, -2 * u, least);
-    const N belowTail = select(odd, -2 * uTail, leastTail);
-
-    const N inverse = 1 / below;
-    const N quotient = above * inverse;
-    // What quotient * below misses of above, exactly: both factors as halves of 26 bits and less.
-    const Bits upperHalf(0xfffffffff8000000U);
-    const N q1 = numberOf(bitsOf(quotient) & upperHalf);
-    const N q2 = quotient - q1;
-    const N b1 = numberOf(bitsOf(below) & upperHalf);
-    const N b2 = below - b1;
-    const N missed = (((above - q1 * b1) - q1 * b2) - q2 * b1) - q2 * b2;
-    const N value = quotient + inverse * (missed + (aboveTail - quotient * belowTail));
-    return withinAngles(x, value);
+    const N above = select(angle.lacking, rest, twice);
+    const N aboveTail = select(angle.lacking, restTail, twiceTail);
+    const N below = select(angle.lacking, twice, rest);
+    const N belowTail = select(angle.lacking, twiceTail, restTail);
+    const N inverse = 1 / (below + belowTail);
+    const N quotient = upperHalf(above * inverse);
+    const N remainder = (above - quotient * below) + (aboveTail - quotient * belowTail);
+    return withSign(x, angle, quotient + inverse * remainder);
 }
 
 /// e to the power of x.
@@ -200,6 +189,53 @@ TELVO_INLINE N exponential(const N& x) {
     // In two steps: 2^1024 and the powers below the least normal number have no bit pattern of a power.
     const N firstStep = (0.5 * k + WholeNumbers) - WholeNumbers;
     return (value * powerOfTwo(firstStep)) * powerOfTwo(k - firstStep);
+}
+
+/// Quantile of the standard normal distribution: the x below which a standard normal variable stays
+/// with the probability p; within 3 ulp for p from 2.3E-308 to 1 - 1.1E-16.
+/// Returned: -infinity for 0 and probabilities below the least normal number, infinity for 1, NaN
+///           outside 0 to 1 and for NaN.
+/// Notes:    1) in the middle, |p - 1/2| <= 0.425, x = q (root 2 pi + q^2 R(0.425^2 - q^2)) with
+///              q = p - 1/2; beyond it |x| = root 2 r - R(r - 1.5625) with r = root(-ln p).
+///           2) a small probability above x is better given as p, and the sign of the result turned:
+///              1 - p knows only 16 digits behind the decimal sign.
+template <class N>
+TELVO_INLINE N inverseNormal(const N& p) {
+    using namespace elementary;
+    constexpr double rootOfTwoPi = 0x1.40d931ff62706p+1;
+    constexpr double rest = -0x1.a6a0d6f814637p-53; // of root 2 pi
+    constexpr double rootOfTwo = 0x1.6a09e667f3bcdp+0;
+    constexpr double middle = 0.425;
+    const N q = p - 0.5;
+    const N square = q * q;
+    const N t = middle * middle - square;
+    const N r = root(-ln(select(q < 0, p, 1 - p)));
+    const N u = r - 1.5625;
+    const auto inMiddle = absolute(q) <= middle;
+
+    const N above =
+        select(inMiddle,
+               polynomial(t, 0x1.37fc2a497deaap+2, 0x1.7c54e380f9b7cp+7, 0x1.5c6169db02117p+11,
+                          0x1.2a994b16aea54p+14, 0x1.e60251723432cp+15, 0x1.50b5811134a48p+16,
+                          0x1.1eb21e1025b5cp+15, 0x1.1e087594a880dp+9),
+               polynomial(u, 0x1.b373310c085c7p-1, 0x1.b2bc72785b4b3p+0, 0x1.64248dea1c4b3p+0,
+                          0x1.39b31d4d9a0b2p-1, 0x1.43e1433051e8ap-3, 0x1.89661d5602d3dp-6,
+                          0x1.0b200d733fc43p-9, 0x1.71b477b9131b6p-14, 0x1.c027238b587cdp-20,
+                          0x1.5be3af09758edp-27, 0x1.f0dca43b1e498p-39, -0x1.0de209709c3ffp-48));
+    const N below =
+        select(inMiddle,
+               polynomial(t, 1, 0x1.6846c73574130p+5, 0x1.8bc3fa76d393cp+9, 0x1.ae58a82440ac7p+12,
+                          0x1.e59172c0268acp+14, 0x1.109a0bec0340ap+16, 0x1.09196b445e11cp+16,
+                          0x1.3775fe414aba0p+14),
+               polynomial(u, 1, 0x1.2d2eefc917654p+1, 0x1.292d4ffd1f4a6p+1, 0x1.42783c93f6423p+0,
+                          0x1.a68d7ad84fefap-2, 0x1.56ad99a83e761p-4, 0x1.503aab133023dp-7,
+                          0x1.7745b56b348b1p-11, 0x1.aee1b36785eefp-16, 0x1.af491f50e9482p-22,
+                          0x1.07c71777fb036p-29));
+    const N ratio = above / below;
+
+    const N tail = select(r == Infinity, N(Infinity), rootOfTwo * r - ratio);
+    return select(inMiddle, q * rootOfTwoPi + q * (square * ratio + rest),
+                  select(q < 0, -tail, tail));
 }
 
 } // namespace telvo
