@@ -66,7 +66,7 @@ TELVO_INLINE FiguresOf<Num<C>> figures(C& c, const engine::Frame& f,
     c.at({});
     const double n = f.NumberPillars;
     a.widthToHeight = c.named("rwh", (s.PanelWidth - n * s.We) / (n * s.h));
-    a.H = f.english() ? s.H : c.named("Hft", s.H * project::FeetPerMetre);
+    a.H = c.named("Hft", f.english() ? s.H : s.H * project::FeetPerMetre);
     a.panelWidth = f.english() ? s.PanelWidth : s.PanelWidth * project::FeetPerMetre;
     a.suggestedSF = c.named("SFsug", suggestedFactor(a.H, mode));
     a.barrierSF = NoBarrierSF;

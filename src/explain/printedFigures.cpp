@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "explain/printedFigures.h"
+
 #include "base/text.h"
-#include "explain/Run.h"
+#include "explain/formulaText.h"
+#include "explain/nomenclature.h"
 #include "project/units.h"
 #include "report/warnings.h"
 
@@ -17,8 +20,8 @@ constexpr std::string_view AMZHeading = "[DATA ABOUT THE ACTIVE MINING ZONE (AMZ
 /// The pages of the report, in which a figure is found by the words around it.
 class FigureFinder {
   public:
-    FigureFinder(const report::ReportSource& source, Worksheet& sheet)
-        : m_source(source), m_sheet(sheet),
+    FigureFinder(const report::ReportSource& source, int digits, Chapters& chapters)
+        : m_source(source), m_digits(digits), m_chapters(chapters),
           m_pages(report::writeReport(
               source, report::assessWarnings(source.current, source.results, source.options))) {
         for (std::size_t page = 0; page < m_pages.size(); ++page)
@@ -42,10 +45,10 @@ class FigureFinder {
 
     /// Tells a figure: the line starts with `label`, and behind its first `skip` characters the
     /// figure is number `column` from 0. A figure that the page does not have is passed over.
-    void tell(std::string_view symbol, const At& at, std::string_view label, std::size_t skip,
+    void tell(std::string_view symbol, const Where& at, std::string_view label, std::size_t skip,
               int column) {
-        const std::string key = meaningOf(symbol, at).key;
-        Step* step = find(key);
+        const Meaning meaning = meaningOf(symbol);
+        Step* step = find(meaning.key(at));
         const int line = lineStarting(label);
         if (!step || line < 0) return;
         Printed printed;
@@ -56,7 +59,7 @@ class FigureFinder {
         if (printed.figure.back() == '*') printed.figure.pop_back();
         for (const Printed& known : step->printed)
             if (known.page == printed.page && known.line == printed.line) return; // twice on a line
-        convert(*step, printed);
+        convert(*step, meaning.symbol->kind, printed);
         step->printed.push_back(std::move(printed));
     }
 
@@ -70,7 +73,7 @@ class FigureFinder {
         return -1;
     }
     Step* find(const std::string& key) {
-        for (Chapter& chapter : m_sheet.chapters())
+        for (Chapter& chapter : m_chapters)
             for (Step& step : chapter.steps)
                 if (step.key == key) return &step;
         return nullptr;
@@ -90,8 +93,8 @@ class FigureFinder {
         return text;
     }
 
-    void convert(const Step& step, Printed& printed) const {
-        const Kind kind = m_sheet.kindOf(step.key);
+    void convert(const Step& step, Kind otherwise, Printed& printed) const {
+        const Kind kind = measureOf(step.key, otherwise, m_source.current.Units).kind;
         const bool english = m_source.current.Units == project::English;
         printed.unit = step.unit;
         if (kind == Kind::Factor) {
@@ -103,17 +106,18 @@ class FigureFinder {
         if (kind == Kind::Force || kind == Kind::ForcePerLength) {
             printed.unit = bare(kind == Kind::Force ? m_units.force : m_units.forcePerLength);
             if (m_units.forceDivisor != 1)
-                printed.conversion = m_sheet.numberText(step.value, step.unit) + " / 2000";
+                printed.conversion = numberText(step.value, step.unit, m_digits) + " / 2000";
         }
         if (kind == Kind::Stress) {
             printed.unit = bare(m_units.stress);
             if (english && m_source.options.OutputStrUnits == 0)
-                printed.conversion = m_sheet.numberText(step.value, step.unit) + " / 144";
+                printed.conversion = numberText(step.value, step.unit, m_digits) + " / 144";
         }
     }
 
     const report::ReportSource& m_source;
-    Worksheet& m_sheet;
+    int m_digits;
+    Chapters& m_chapters;
     report::ReportPages m_pages;
     report::ReportUnits m_units;
     std::array<std::vector<std::string_view>, report::LastReportPage + 1> m_lines;
@@ -220,7 +224,7 @@ void tellBarrierPage(FigureFinder& finder, const report::ReportSource& source) {
 
 void tellRemnantPage(FigureFinder& finder) {
     constexpr std::size_t sideWidth = 7;
-    const auto row = [&](const At& at, std::string_view label, std::size_t skip,
+    const auto row = [&](const Where& at, std::string_view label, std::size_t skip,
                          std::initializer_list<const char*> symbols) {
         int column = 0;
         for (const char* symbol : symbols)
@@ -241,7 +245,7 @@ void tellRemnantPage(FigureFinder& finder) {
 void tellOuterRows(FigureFinder& finder, int pillars) {
     if (!finder.goTo(5, " PILLAR  STRENGTH")) return;
     for (const int row : {1, 2}) {
-        const At at{Retreat, row, row == 1 ? 1 : pillars};
+        const Where at{Retreat, row, row == 1 ? 1 : pillars};
         int column = 0;
         for (const char* symbol : {"s", "K", "To", "Xo"})
             finder.tell(symbol, at, row == 1 ? "    A" : "    B", 5, column++);
@@ -250,8 +254,8 @@ void tellOuterRows(FigureFinder& finder, int pillars) {
 
 } // namespace
 
-void addPrintedFigures(const report::ReportSource& source, Worksheet& sheet) {
-    FigureFinder finder(source, sheet);
+void addPrintedFigures(const report::ReportSource& source, int digits, Chapters& chapters) {
+    FigureFinder finder(source, digits, chapters);
     const int pillars = source.results.NumberPillars;
     tellFactorPage(finder, source);
     tellActiveMiningZonePage(finder);

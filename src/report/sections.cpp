@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "engine/quantities.h"
+#include "engine/rules/figures.h"
 #include "project/units.h"
 
 #include <algorithm>
@@ -161,7 +162,11 @@ struct LoadingRow {
 };
 
 std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
+    Scalar calc;
     const double arch = r.ArchFactor;
+    const auto scaled = [&](const char* symbol, double load) {
+        return rules::loadingRow(calc, symbol, arch, load);
+    };
     const auto perPass = [](auto load) {
         return IndexedArray<double, 1, 2>{{load(Development), load(Retreat)}};
     };
@@ -169,7 +174,7 @@ std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
     rows.push_back({"Tributary Area*", perPass([&](int p) { return r.AMZLoad[p][Tributary]; })});
     if (r.AnalysisCase >= ActiveGob)
         rows.push_back({"Front abutment load*",
-                        perPass([&](int p) { return arch * r.AbutmentLoadAMZ[p][Front]; })});
+                        perPass([&](int p) { return scaled("Qf", r.AbutmentLoadAMZ[p][Front]); })});
     struct SideLabels {
         std::string_view abutment, remnant, barrier;
     };
@@ -179,10 +184,10 @@ std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
          SideLabels{"2nd Side Abutment load*", "2nd Side Barrier LTRANSREM*",
                     "2nd Side Barrier LTRANSBAR"}}};
     for (int k = FirstSide; k <= r.AnalysisCase; ++k) {
+        rows.push_back({labels[k].abutment,
+                        perPass([&](int p) { return scaled("Qs", r.AbutmentLoadAMZ[p][k]); })});
         rows.push_back(
-            {labels[k].abutment, perPass([&](int p) { return arch * r.AbutmentLoadAMZ[p][k]; })});
-        rows.push_back(
-            {labels[k].remnant, perPass([&](int p) { return arch * r.LTRANSREM[p][k]; })});
+            {labels[k].remnant, perPass([&](int p) { return scaled("Qr", r.LTRANSREM[p][k]); })});
         // LTRANSBAR is printed without the asterisk: the arch factor does not scale it.
         rows.push_back({labels[k].barrier, perPass([&](int p) { return r.LTRANSBAR[p][k]; })});
     }
@@ -200,8 +205,11 @@ std::string activeMiningZonePage(const ReportSource& source, const ReportUnits& 
     LabelPage page;
     page.heading("DATA ABOUT THE ACTIVE MINING ZONE (AMZ)");
     page.value("Panel Width", r.PanelWidth, "##0.0", length);
-    page.value("Depth to Panel Width Ratio", source.current.Input.DepthCover / r.PanelWidth,
-               "##0.0");
+    Scalar calc;
+    page.value(
+        "Depth to Panel Width Ratio",
+        rules::depthToPanelWidth<Scalar>(calc, source.current.Input.DepthCover, r.PanelWidth),
+        "##0.0");
     page.value("AMZ Breadth", r.AMZBreadth, "##0.0", length);
     page.value("AMZ Area", r.AMZArea, "##0.0", area);
     page.value("Extraction Ratio within AMZ", r.ExtractionRatioAMZ, "##0.00");
@@ -342,8 +350,11 @@ void barrierLoadTable(PageWriter& page, const ReportSource& source, const Report
     row("LOAD", [](int k) { return k == FirstSide ? "1st BARRIER" : "2nd BARRIER"; });
     row("", [&](int) { return columnUnit(units.force); });
     load("Tributary Area", [&](int k) { return r.BarrierTributaryLoad[p][k]; });
-    load("Front Abutment",
-         [&](int k) { return r.BarrierFrontTransfer[p][k] + r.SlabCornerLoad[p][k]; });
+    load("Front Abutment", [&](int k) {
+        Scalar calc;
+        return rules::barrierFrontAbutment<Scalar>(calc, r.BarrierFrontTransfer[p][k],
+                                                   r.SlabCornerLoad[p][k]);
+    });
     load("Side Abutment", [&](int k) { return r.BarrierSideAbutmentLoad[p][k]; });
     load("Pressure Arch", [&](int k) { return r.BarrierArchLoad[p][k]; });
     load("TOTAL", [&](int k) { return r.BarrierLoad[p][k]; });
@@ -395,9 +406,11 @@ std::optional<LeavePillar> outerRow(const ReportSource& source, const ReportUnit
     if ((row == 'A' ? in.RowA : in.RowB) != 1) return std::nullopt;
     const int i = row == 'A' ? 1 : r.NumberPillars;
     LeavePillar pillar{row, r.PillarStrength[i], r.PillarCapacity[i]};
-    pillar.tributaryLoad =
-        in.UnitWeight * in.DepthCover * in.XcutCenters[i] * in.XcutSpacing / units.forceDivisor;
-    pillar.excess = std::max(0.0, pillar.capacity - pillar.tributaryLoad);
+    Scalar calc;
+    pillar.tributaryLoad = rules::outerRowLoad<Scalar>(calc, in.UnitWeight, in.DepthCover,
+                                                       in.XcutCenters[i], in.XcutSpacing) /
+                           units.forceDivisor;
+    pillar.excess = rules::outerRowExcess(calc, pillar.capacity, pillar.tributaryLoad);
     return pillar;
 }
 
@@ -406,10 +419,15 @@ std::optional<LeavePillar> bleederRow(const ReportSource& source, char row) {
     const AnalysisResults& r = source.results;
     if ((row == 'C' ? in.RowC : in.RowD) != 1) return std::nullopt;
     const int k = row == 'C' ? FirstSide : SecondSide;
-    return LeavePillar{
-        row, r.BleederStrength[k], r.BleederCapacity[k], r.BleederLoad[k],
-        // A side that takes no part has no remnant to lend to.
-        k <= r.AnalysisCase ? r.AbutmentHalfWidth * r.BleederExcess[k] / in.XcutSpacing : 0, true};
+    Scalar calc;
+    return LeavePillar{row,
+                       r.BleederStrength[k],
+                       r.BleederCapacity[k],
+                       r.BleederLoad[k],
+                       rules::bleederRowExcess<Scalar>(calc, k <= r.AnalysisCase,
+                                                       r.AbutmentHalfWidth, r.BleederExcess[k],
+                                                       in.XcutSpacing),
+                       true};
 }
 
 std::vector<LeavePillar> leavePillars(const ReportSource& source, const ReportUnits& units) {

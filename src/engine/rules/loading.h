@@ -114,11 +114,11 @@ TELVO_INLINE FrontAbutment<C> frontAbutmentOnAMZ(C& c, const SymbolsOf<Num<C>>& 
 /// Part of the front abutment over the slab cut of a barrier, which the barrier takes off the AMZ:
 /// a corner of half-width a = cut / 2, of a block (height z1 = H - a / t) and the wedge below it.
 template <class C>
-TELVO_INLINE Num<C> slabCornerLoad(C&, const SymbolsOf<Num<C>>& s, const Num<C>& cut,
+TELVO_INLINE Num<C> slabCornerLoad(C& c, const SymbolsOf<Num<C>>& s, const Num<C>& cut,
                                    const Num<C>& R) {
     using N = Num<C>;
-    const N a = cut / 2;
-    const N z1 = s.H - a / s.AbutmentTangent[1];
+    const N a = c.named("ac", cut / 2);
+    const N z1 = c.named("zc", s.H - a / s.AbutmentTangent[1]);
     const N z2 = s.H - z1;
     const N P3 = a * z1 * a / 2 * s.Gamma;
     const N P4 = a * z2 * a / 3 * s.Gamma;

@@ -110,6 +110,8 @@ TELVO_INLINE void noFront(C& c, const Frame& f, PassResultsOf<Num<C>>& r) {
     for (const int k : f.sidesInUse()) {
         c.at({Development, k});
         r.SlabCornerLoad[k] = c.named("Lc", N(0));
+        r.FrontOnRemnant[k] = c.named("X", N(0));
+        r.LFBAR[k] = c.named("Lm", N(0));
         r.LTRANSREM[k] = c.named("Lrem", N(0));
         r.BarrierFrontTransfer[k] = c.named("Tf", N(0));
     }
