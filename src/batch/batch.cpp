@@ -128,7 +128,8 @@ Result<Batch> Batch::prepare(const project::ProjectCase& base, const std::vector
     c.archFactorFollows =
         options.automaticValuesFollow && in.Arch != 0 && !varies(Field::ArchFactor);
     for (std::size_t i = 0; i < MostInputs; ++i) {
-        c.uniform[i] = project::get(in, project::NumericInputs[i]);
+        c.fields[i] = project::NumericInputs[i];
+        c.uniform[i] = project::get(in, c.fields[i]);
         batch.m_oneByOne = batch.m_oneByOne || !isTame(c.uniform[i]);
     }
 

@@ -39,7 +39,8 @@ struct Columns {
     bool archFactorFollows = false;
     bool anglesVary = false;
 
-    double uniform[MostInputs] = {};     // by place in project::NumericInputs
+    project::FieldId fields[MostInputs]; // project::NumericInputs
+    double uniform[MostInputs] = {};     // their numbers where they do not vary
     std::size_t inputs = 0;              // columns that vary
     std::size_t places[MostInputs] = {}; // of the columns
     const double* in[MostInputs] = {};   // of the columns

@@ -69,10 +69,10 @@ template <Wanted W, class Isa>
     in.AMZ = b.AMZ;
     in.Arch = b.Arch;
     for (std::size_t i = 0; i < MostInputs; ++i)
-        *numberIn(in, project::NumericInputs[i]) = b.uniform[i];
+        *numberIn(in, b.fields[i]) = b.uniform[i];
     N* varying[MostInputs];
     for (std::size_t j = 0; j < b.inputs; ++j)
-        varying[j] = numberIn(in, project::NumericInputs[b.places[j]]);
+        varying[j] = numberIn(in, b.fields[b.places[j]]);
     const N *limited[sizeof b.limits / sizeof b.limits[0]],
         *others[sizeof b.limits / sizeof b.limits[0]];
     for (std::size_t j = 0; j < b.limitCount; ++j) {

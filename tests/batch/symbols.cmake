@@ -1,0 +1,18 @@
+# What the source for AVX2 could give to other sources has the name of that instruction set in it; anything
+# else might be linked into the road of a machine that lacks it.
+#   NM, OBJECTS (of the library, with commas)
+string(REPLACE "," ";" OBJECTS "${OBJECTS}")
+list(FILTER OBJECTS INCLUDE REGEX "batch_avx2")
+list(LENGTH OBJECTS count)
+if(NOT count EQUAL 1)
+    message(FATAL_ERROR "expected one object of batch_avx2.cpp, not ${count}")
+endif()
+execute_process(COMMAND ${NM} ${OBJECTS} OUTPUT_VARIABLE symbols RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+    message(FATAL_ERROR "${NM} failed")
+endif()
+string(REGEX MATCHALL " W [^\n]+" weak "${symbols}")
+list(FILTER weak EXCLUDE REGEX "Avx2")
+if(weak)
+    message(FATAL_ERROR "functions that are not of AVX2 alone:\n${weak}")
+endif()
