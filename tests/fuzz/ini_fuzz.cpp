@@ -6,8 +6,8 @@
 #include "app/SettingsStore.h"
 #include "base/IniFile.h"
 #include "base/text.h"
+#include "library/resourceList.h"
 #include "require.h"
-#include "util/resourceList.h"
 
 #include <cstdint>
 
@@ -44,8 +44,8 @@ void requireUsable(const app::Settings& s) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (const auto list =
-            util::readResourceText({reinterpret_cast<const char*>(data), size}, "fuzz")) {
-        for (const util::Resource& one : *list)
+            library::readResourceText({reinterpret_cast<const char*>(data), size}, "fuzz")) {
+        for (const library::Resource& one : *list)
             require(!one.title.empty() && !one.file.empty() &&
                         one.file.find_first_of("/\\") == std::string::npos,
                     "a document has a title and lies in its folder");

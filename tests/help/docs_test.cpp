@@ -4,11 +4,11 @@
 #include "base/text.h"
 #include "explain/Working.h"
 #include "help/HelpBook.h"
+#include "library/resourceList.h"
 #include "project/CaseFile.h"
 #include "project/inputFields.h"
 #include "report/sections.h"
 #include "run/caseRun.h"
-#include "util/resourceList.h"
 
 #include <gtest/gtest.h>
 
@@ -208,13 +208,13 @@ TEST_F(Docs, NoTopicIsEmpty) {
 
 TEST(Documents, EveryOneOfTheListIsMade) {
     const std::string folder = TELVO_DOCUMENTS_DIR;
-    const auto list = util::readResourceList(folder + std::string(util::ResourceListFile));
+    const auto list = library::readResourceList(folder + std::string(library::ResourceListFile));
     ASSERT_TRUE(list) << list.fault().message;
     EXPECT_EQ(list->size(), 9U);
-    for (const util::Resource& document : *list) {
+    for (const library::Resource& document : *list) {
         const auto bytes = readFile(folder + document.file);
         ASSERT_TRUE(bytes) << document.file;
-        EXPECT_TRUE(bytes->starts_with(util::isTable(document.file) ? "PK" : "%PDF"))
+        EXPECT_TRUE(bytes->starts_with(library::isTable(document.file) ? "PK" : "%PDF"))
             << document.file;
     }
 }
