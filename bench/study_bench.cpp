@@ -3,7 +3,7 @@
 // The parametric graphs of a panel between two side gobs. Painted, each has to take less than 20
 // ms; the depth graph, with every step of arch factor and AMZ breadth located, is the longest.
 #include "project/CaseFile.h"
-#include "study/sfGraph.h"
+#include "study/graph/sfGraph.h"
 
 #include <benchmark/benchmark.h>
 
@@ -22,7 +22,7 @@ project::ProjectCase betweenTwoGobs() {
 void graph(benchmark::State& state) {
     const project::ProjectCase current = betweenTwoGobs();
     const auto kind = static_cast<study::GraphKind>(state.range(0));
-    state.SetLabel(std::string(study::GraphCaptions[static_cast<std::size_t>(kind)]));
+    state.SetLabel(std::string(study::rowOf(kind).caption));
     for (auto _ : state)
         benchmark::DoNotOptimize(study::sfGraph(current, kind, {}, {}));
 }

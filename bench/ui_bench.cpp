@@ -7,7 +7,7 @@
 #include "plot/ui/PlanView.h"
 #include "project/CaseFile.h"
 #include "report/ui/PrintDialogs.h"
-#include "study/sfGraph.h"
+#include "study/graph/sfGraph.h"
 #include "study/ui/GraphView.h"
 
 #include <benchmark/benchmark.h>

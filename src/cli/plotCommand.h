@@ -4,7 +4,7 @@
 #include "base/AtomicFile.h"
 #include "cli/cases.h"
 #include "report/ReportWriter.h"
-#include "study/sfGraph.h"
+#include "study/graph/sfGraph.h"
 
 #include <string>
 #include <string_view>

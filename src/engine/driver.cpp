@@ -30,6 +30,28 @@ std::string_view unboundedQuantity(const AnalysisResults& r) {
     return unbounded;
 }
 
+template <class C>
+WorkingInputs preparedBy(C& calc, const project::ProjectInput& input, const Frame& frame) {
+    WorkingInputs in;
+    static_cast<Frame&>(in) = frame;
+    in.Source = input;
+    rules::prepareSizes(calc, in, input, in);
+    rules::prepareAngles(calc, input, in);
+    return in;
+}
+
+template <class C>
+Stopped computedBy(C& calc, const WorkingInputs& in, RunResults& run, AnalysisResults& results) {
+    rules::computeRun(calc, in, in, run);
+    if (calc.stop != Stop::None) return {calc.stop, calc.stoppedAt};
+    Scalar drawings; // what they decide is nothing that a factor follows from
+    rules::plotStresses(drawings, in, in, run.panel, run.pass[Retreat], run.stresses);
+    makeFlat(in, in, run, results);
+    const std::string_view unbounded = unboundedQuantity(results);
+    if (!unbounded.empty()) return {Stop::Unbounded, {}, unbounded};
+    return {};
+}
+
 } // namespace
 
 int analysisCase(int anal, int previousAnalysisCase) {
@@ -52,13 +74,12 @@ Frame frameOf(const project::ProjectInput& input, std::int16_t units, int previo
 
 WorkingInputs workingInputs(const project::ProjectInput& input, std::int16_t units,
                             int previousAnalysisCase) {
-    WorkingInputs in;
-    static_cast<Frame&>(in) = frameOf(input, units, previousAnalysisCase);
-    in.Source = input;
     Scalar calc;
-    rules::prepareSizes(calc, in, input, in);
-    rules::prepareAngles(calc, input, in);
-    return in;
+    return preparedBy(calc, input, frameOf(input, units, previousAnalysisCase));
+}
+
+WorkingInputs workingInputs(Noting& calc, const project::ProjectInput& input, const Frame& frame) {
+    return preparedBy(calc, input, frame);
 }
 
 std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput& input,
@@ -69,22 +90,12 @@ std::variant<WorkingInputs, Refusal> PrepareAnalysis(const project::ProjectInput
 
 Stopped computePasses(const WorkingInputs& in, RunResults& run, AnalysisResults& results) {
     Scalar calc;
-    rules::computeRun(calc, in, in, run);
-    if (calc.stop != Stop::None) return {calc.stop, calc.stoppedAt};
-    rules::plotStresses(calc, in, in, run.panel, run.pass[Retreat], run.stresses);
-    makeFlat(in, in, run, results);
-    const std::string_view unbounded = unboundedQuantity(results);
-    if (!unbounded.empty()) return {Stop::Unbounded, {}, unbounded};
-    return {};
+    return computedBy(calc, in, run, results);
 }
 
-Stopped computeNoting(const WorkingInputs& in, RunResults& run, Regime& regime,
-                      Decisions* decisions) {
-    Noting calc;
-    calc.decisions = decisions;
-    rules::computeRun(calc, in, in, run);
-    regime = calc.regime;
-    return {calc.stop, calc.stoppedAt};
+Stopped computeNoting(Noting& calc, const WorkingInputs& in, RunResults& run,
+                      AnalysisResults& results) {
+    return computedBy(calc, in, run, results);
 }
 
 Result<RunResults> computeRun(const WorkingInputs& prepared) {
@@ -113,6 +124,13 @@ AnalysisResults withStressesOf(const WorkingInputs& in, const RunResults& run, i
 float archFactorUsed(const WorkingInputs& prepared) {
     Scalar calc;
     return static_cast<float>(rules::pressureArchFactor(calc, prepared, prepared));
+}
+
+double archFactorUsed(const project::ProjectInput& input, const Frame& frame) {
+    Scalar calc;
+    SymbolsOf<double> symbols;
+    rules::prepareSizes(calc, frame, input, symbols);
+    return rules::pressureArchFactor(calc, frame, symbols);
 }
 
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {

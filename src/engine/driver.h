@@ -20,6 +20,9 @@ namespace telvo::engine {
 WorkingInputs workingInputs(const project::ProjectInput& input, std::int16_t units,
                             int previousAnalysisCase);
 
+/// Likewise, with a note of the decisions; `frame` is frameOf() that record.
+WorkingInputs workingInputs(Noting& calc, const project::ProjectInput& input, const Frame& frame);
+
 /// Fills the working inputs and runs the check before analysis.
 /// Given: units                 unit system of the case
 ///        previousAnalysisCase  loading condition of the last valid run; an `Anal` out of range
@@ -47,9 +50,8 @@ struct Stopped {
 Stopped computePasses(const WorkingInputs& prepared, RunResults& run, AnalysisResults& results);
 
 /// Both passes, with a note of which way every decision went.
-/// Given: decisions  filled with the rules behind the places of the regime, where wanted
-Stopped computeNoting(const WorkingInputs& prepared, RunResults& run, Regime& regime,
-                      Decisions* decisions = nullptr);
+Stopped computeNoting(Noting& calc, const WorkingInputs& prepared, RunResults& run,
+                      AnalysisResults& results);
 
 /// Computes both passes.
 /// Faults: a computation that cannot finish, with the quantity and the input that causes it.
@@ -63,6 +65,7 @@ AnalysisResults withStressesOf(const WorkingInputs& prepared, const RunResults& 
 
 /// The pressure arch factor that the analysis uses; it hangs on the inputs alone.
 float archFactorUsed(const WorkingInputs& prepared);
+double archFactorUsed(const project::ProjectInput& input, const Frame& frame);
 
 /// The two together.
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared);

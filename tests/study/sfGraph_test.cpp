@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "study/graphReading.h"
-#include "study/sfGraph.h"
+#include "study/graph/graphReading.h"
+#include "study/graph/sfGraph.h"
 
 #include "base/numbers.h"
 #include "engine/testCases.h"

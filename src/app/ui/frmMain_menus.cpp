@@ -127,7 +127,7 @@ void frmMain::buildFileMenu() {
 void frmMain::fillGraphMenu(QMenu& menu) {
     for (std::size_t index = 0; index < m_graphs.size(); ++index) {
         const auto kind = static_cast<study::GraphKind>(index);
-        QAction* graph = menu.addAction(toQt(study::GraphCaptions[index]));
+        QAction* graph = menu.addAction(toQt(study::GraphRows[index].caption));
         graph->setObjectName(QStringLiteral("mnuCalcGrafItem_%1").arg(index));
         graph->setToolTip(tr("How the stability factor answers to this choice"));
         connect(graph, &QAction::triggered, this,

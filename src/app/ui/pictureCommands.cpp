@@ -19,14 +19,6 @@ namespace telvo::app::ui {
 using study::ui::frmGraph;
 using telvo::ui::Picture;
 
-namespace {
-
-bool isOfBarrier(study::GraphKind kind) {
-    return kind == study::GraphKind::FirstBarrier || kind == study::GraphKind::SecondBarrier;
-}
-
-} // namespace
-
 study::GraphOptions Commands::graphOptions(study::GraphKind kind) const {
     const Settings& s = m_program.settings().values();
     return {s.GridStyle,
@@ -36,7 +28,7 @@ study::GraphOptions Commands::graphOptions(study::GraphKind kind) const {
             s.GraphUnits,
             s.GraphTitle,
             s.XAxisTitle[static_cast<std::size_t>(kind)],
-            s.YAxisTitle[isOfBarrier(kind) ? 1 : 0],
+            s.YAxisTitle[study::rowOf(kind).isOfBarrier() ? 1 : 0],
             s.RoundTELVOSF};
 }
 
@@ -163,7 +155,7 @@ void Commands::graph(study::GraphKind kind) {
     std::erase_if(m_graphs, [](const GraphWindow& graph) { return graph.window.isNull(); });
     m_graphs.push_back({window, shown});
     window->show();
-    note("Graph " + std::string(study::GraphCaptions[static_cast<std::size_t>(kind)]) + ": " +
+    note("Graph " + std::string(study::rowOf(kind).caption) + ": " +
          m_program.session().displayName());
 }
 

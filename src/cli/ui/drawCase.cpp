@@ -13,7 +13,7 @@
 #include "plot/ui/pictureFile.h"
 #include "report/sections.h"
 #include "run/caseRun.h"
-#include "study/sfGraph.h"
+#include "study/graph/sfGraph.h"
 #include "study/ui/GraphChart.h"
 
 #include <cstdlib>
@@ -52,14 +52,13 @@ Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
     auto made = study::sfGraph(current, kind, options.range, options.report);
     if (auto* refused = std::get_if<Refusal>(&made)) return std::move(*refused);
     const auto& computed = std::get<study::SfGraph>(made);
-    constexpr auto index = static_cast<std::size_t>(kind);
-    const bool ofBarrier = index >= static_cast<std::size_t>(study::GraphKind::FirstBarrier);
+    constexpr const study::GraphRow& row = study::rowOf(kind);
     study::GraphOptions drawing;
     drawing.GridStyle = 3;
     drawing.GraphUnits = current.Units;
     drawing.GraphTitle = titles::Program;
-    drawing.XAxisTitle = study::GraphAxisTitles[index];
-    drawing.YAxisTitle = ofBarrier ? "Barrier Stability Factor" : "Stability Factor";
+    drawing.XAxisTitle = row.axisTitle;
+    drawing.YAxisTitle = row.isOfBarrier() ? "Barrier Stability Factor" : "Stability Factor";
     drawing.RoundTELVOSF = options.report.RoundTELVOSF;
     return study::ui::graphPicture(computed, drawing, fileNameOf(current),
                                    study::graphCsv(computed));

@@ -3,7 +3,7 @@
 
 #include "plot/ui/customPlot.h"
 #include "plot/ui/picture.h"
-#include "study/graphReading.h"
+#include "study/graph/graphReading.h"
 
 #include <QPalette>
 #include <vector>

@@ -94,7 +94,7 @@ QLabel* frmGraph::textLabel(const QString& name, const QString& accessibleName) 
 }
 
 QHBoxLayout* frmGraph::makeTargetRow() {
-    const QString factor = toQt(factorName(m_subject.graph.kind));
+    const QString factor = toQt(rowOf(m_subject.graph.kind).factorName());
     m_target = new NumberEdit("txtTargetSF", this);
     m_target->setAccessibleName(tr("Target %1").arg(factor));
     m_target->setToolTip(tr("Stability factor whose value is looked for, 0.01 to 1000"));

@@ -3,8 +3,8 @@
 
 #include "base/ui/Form.h"
 #include "plot/ui/picture.h"
-#include "study/GraphOptions.h"
-#include "study/sfGraph.h"
+#include "study/graph/GraphOptions.h"
+#include "study/graph/sfGraph.h"
 
 #include <functional>
 #include <optional>

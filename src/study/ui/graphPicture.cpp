@@ -14,8 +14,7 @@ constexpr int PaperFontPixels = 12;
 } // namespace
 
 std::string graphCaption(const SfGraph& graph, const std::string& caseName) {
-    const auto kind = static_cast<std::size_t>(graph.kind);
-    return std::string(GraphCaptions[kind]) + " - " + caseName;
+    return std::string(rowOf(graph.kind).caption) + " - " + caseName;
 }
 
 telvo::ui::Picture graphPicture(const SfGraph& graph, const GraphOptions& options,

@@ -4,8 +4,8 @@
 #include "base/text.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "study/GraphOptions.h"
-#include "study/sfGraph.h"
+#include "study/graph/GraphOptions.h"
+#include "study/graph/sfGraph.h"
 
 #include <QCheckBox>
 #include <QFormLayout>
@@ -112,7 +112,7 @@ QWidget* frmGraphOpts::makeTitlesPage() {
     for (std::size_t i = 0; i < study::GraphKinds; ++i)
         addTitle(*xForm, QString("txtXAxisTitle_%1").arg(i), captions[static_cast<qsizetype>(i)],
                  tr("Title below the graph \"%1\"; the unit follows it")
-                     .arg(toQt(study::GraphCaptions[i])),
+                     .arg(toQt(study::GraphRows[i].caption)),
                  [i](Settings& settings) -> std::string& { return settings.XAxisTitle[i]; });
     layout->addWidget(horizontal);
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "study/GraphOptions.h"
-#include "study/sfGraph.h"
+#include "study/graph/GraphOptions.h"
+#include "study/graph/sfGraph.h"
 
 #include <optional>
 #include <string>
@@ -13,14 +13,6 @@
 /// A value of the parameter is in the units of the case unless it is said to be one of the axis.
 namespace telvo::study {
 
-struct Span {
-    double low = 0;
-    double high = 0;
-    bool contains(double value) const { return value >= low && value <= high; }
-};
-
-/// "SF" or "SFBAR".
-std::string_view factorName(GraphKind kind);
 /// Title of the axis of the parameter with its unit: "Depth of Cover (ft)".
 std::string axisTitle(const SfGraph& graph, const GraphOptions& options);
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/graph/graphLimits.h"
 #include "base/numbers.h"
 #include "engine/AnalysisResults.h"
 #include "engine/driver.h"
 #include "project/units.h"
 #include "report/warnings.h"
-#include "study/GraphSampler.h"
 
 #include <algorithm>
 
@@ -42,7 +42,7 @@ std::vector<ReferenceLine> graphLimits(const project::ProjectCase& current, cons
                                        const report::ReportOptions& options) {
     const project::ProjectInput& in = current.Input;
     const double feet = current.Units == project::English ? 1 : project::FeetPerMetre;
-    if (graph.kind == GraphKind::FirstBarrier || graph.kind == GraphKind::SecondBarrier)
+    if (rowOf(graph.kind).isOfBarrier())
         return {level("Barrier SF 1.5", graph.low, graph.high, SafeSF),
                 level("Barrier SF 2.0", graph.low, graph.high, StrongSF)};
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "study/graphReading.h"
+#include "study/graph/graphReading.h"
 
+#include "base/elementary.h"
 #include "base/numbers.h"
 #include "project/checks.h"
 #include "project/units.h"
@@ -24,20 +25,19 @@ constexpr double JumpTolerance = 2e-6; // of the axis: jumps are found to half o
 constexpr double TallestCurve = 4;     // times what a reader looks for
 constexpr int AxisDigits = 5;
 
-constexpr std::array<std::string_view, GraphKinds> ParameterNames = {
-    "Entry height",     "Depth of cover",      "Crosscut angle",
-    "Crosscut spacing", "First barrier width", "Second barrier width"};
+bool isAngle(const SfGraph& graph) {
+    return rowOf(graph.kind).varied.kind() == project::FieldKind::Angle;
+}
 
 double axisFactor(const SfGraph& graph, const GraphOptions& options) {
-    if (graph.kind == GraphKind::XcutAngle || graph.units == options.GraphUnits) return 1;
+    if (isAngle(graph) || graph.units == options.GraphUnits) return 1;
     return options.GraphUnits == 0 ? project::FeetPerMetre : 1 / project::FeetPerMetre;
 }
 
 /// " (ft)", " (m)" or " (deg)".
 std::string_view unitInParentheses(const SfGraph& graph, const GraphOptions& options) {
-    return graph.kind == GraphKind::XcutAngle
-               ? " (deg)"
-               : project::unitLabel(options.GraphUnits, project::Quantity::Length);
+    return isAngle(graph) ? " (deg)"
+                          : project::unitLabel(options.GraphUnits, project::Quantity::Length);
 }
 
 /// "850 ft".
@@ -66,10 +66,6 @@ double between(const GraphPoint& a, const GraphPoint& b, double x) {
 }
 
 } // namespace
-
-std::string_view factorName(GraphKind kind) {
-    return kind == GraphKind::FirstBarrier || kind == GraphKind::SecondBarrier ? "SFBAR" : "SF";
-}
 
 std::string axisTitle(const SfGraph& graph, const GraphOptions& options) {
     return options.XAxisTitle + std::string(unitInParentheses(graph, options));
@@ -200,7 +196,7 @@ double nearestReading(const SfGraph& graph, const GraphOptions& options, double 
 }
 
 std::string readingText(const SfGraph& graph, const GraphOptions& options, double x) {
-    std::string text(ParameterNames[static_cast<std::size_t>(graph.kind)]);
+    std::string text(rowOf(graph.kind).parameter);
     text += " " + axisText(graph, options, x);
     std::string_view joint = ": ";
     for (const Curve& curve : graph.curves) {
@@ -267,7 +263,7 @@ std::string crossingsText(const SfGraph& graph, const GraphOptions& options, dou
         }
         if (line.empty())
             line = std::string("never ")
-                       .append(factorName(graph.kind))
+                       .append(rowOf(graph.kind).factorName())
                        .append(" = " + generalNumber(target) + " from ")
                        .append(axisText(graph, options, graph.low) + " to ")
                        .append(axisText(graph, options, graph.high));

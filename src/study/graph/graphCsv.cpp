@@ -1,31 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
-#include "project/units.h"
-#include "study/sfGraph.h"
+#include "study/graph/sfGraph.h"
 
 #include <map>
 
 namespace telvo::study {
 
-namespace {
-
-constexpr std::array<std::string_view, GraphKinds> Parameters = {
-    "Entry Height",     "Depth of Cover",         "Crosscut Angle",
-    "Crosscut Spacing", "Width of First Barrier", "Width of Second Barrier"};
-
-} // namespace
-
 std::string parameterLabel(GraphKind kind, std::int16_t units) {
-    std::string label(Parameters[static_cast<std::size_t>(kind)]);
-    return label += kind == GraphKind::XcutAngle
-                        ? " (degrees)"
-                        : project::unitLabel(units, project::Quantity::Length);
+    const GraphRow& row = rowOf(kind);
+    std::string label(row.axisTitle);
+    return label.append(" (").append(row.varied.unit(units)).append(")");
 }
 
 std::string graphCsv(const SfGraph& graph) {
     constexpr std::string_view lineEnd = "\r\n";
-    const bool barrier =
-        graph.kind == GraphKind::FirstBarrier || graph.kind == GraphKind::SecondBarrier;
     std::string text = parameterLabel(graph.kind, graph.units);
     std::map<double, std::vector<std::optional<double>>> rows;
     const auto row = [&](double x) -> auto& {
@@ -33,7 +21,7 @@ std::string graphCsv(const SfGraph& graph) {
     };
     for (std::size_t c = 0; c < graph.curves.size(); ++c) {
         const Curve& curve = graph.curves[c];
-        text.append(",").append(curve.name).append(barrier ? " SFBAR" : " SF");
+        text.append(",").append(curve.name).append(" ").append(rowOf(graph.kind).factorName());
         for (const auto& piece : curve.pieces)
             for (const GraphPoint& point : piece)
                 row(point.x)[c] = point.y;

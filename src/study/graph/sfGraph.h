@@ -2,8 +2,10 @@
 #pragma once
 
 #include "base/Result.h"
+#include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
 #include "report/ReportWriter.h"
+#include "study/Variable.h"
 
 #include <array>
 #include <optional>
@@ -26,15 +28,35 @@ enum class GraphKind {
 };
 inline constexpr int GraphKinds = 6;
 
-/// Captions of the graphs, as the menu names them.
-inline constexpr std::array<std::string_view, GraphKinds> GraphCaptions = {
-    "SF vs Entry Height",     "SF vs Depth of Cover",         "SF vs Crosscut Angle",
-    "SF vs Crosscut Spacing", "SFBAR vs First Barrier Width", "SFBAR vs Second Barrier Width"};
+/// A graph: which factor over which parameter, and what it is called.
+struct GraphRow {
+    Variable varied;
+    int side = 0;               ///< of the barrier whose factor it is, 3 or 4; 0 the panel's
+    std::string_view caption;   ///< as the menu names it
+    std::string_view axisTitle; ///< as the settings have it at first
+    std::string_view parameter; ///< at the beginning of a sentence
 
-/// Titles of their axes, as the settings have them at first.
-inline constexpr std::array<std::string_view, GraphKinds> GraphAxisTitles = {
-    "Entry Height",     "Depth of Cover",         "Crosscut Angle",
-    "Crosscut Spacing", "Width of First Barrier", "Width of Second Barrier"};
+    constexpr bool isOfBarrier() const { return side != 0; }
+    /// "SF" or "SFBAR".
+    constexpr std::string_view factorName() const { return isOfBarrier() ? "SFBAR" : "SF"; }
+};
+
+/// The graphs in the order of GraphKind.
+inline constexpr std::array<GraphRow, GraphKinds> GraphRows = {{
+    {project::Field::EntryHeight, 0, "SF vs Entry Height", "Entry Height", "Entry height"},
+    {project::Field::DepthCover, 0, "SF vs Depth of Cover", "Depth of Cover", "Depth of cover"},
+    {project::Field::XcutAngle, 0, "SF vs Crosscut Angle", "Crosscut Angle", "Crosscut angle"},
+    {project::Field::XcutSpacing, 0, "SF vs Crosscut Spacing", "Crosscut Spacing",
+     "Crosscut spacing"},
+    {project::Field::BarrierFirstGob, engine::FirstSide, "SFBAR vs First Barrier Width",
+     "Width of First Barrier", "First barrier width"},
+    {project::Field::BarrierSecondGob, engine::SecondSide, "SFBAR vs Second Barrier Width",
+     "Width of Second Barrier", "Second barrier width"},
+}};
+
+constexpr const GraphRow& rowOf(GraphKind kind) {
+    return GraphRows[static_cast<std::size_t>(kind)];
+}
 
 /// Ends of the axis in percent of the case's own value.
 struct GraphRange {
