@@ -18,7 +18,7 @@ decltype(auto) withNumber(Input& in, FieldId id, Use&& use) {
         [&](auto member) -> decltype(auto) {
             auto& field = in.*member;
             if constexpr (requires { field[1]; })
-                return use(field[id.index]);
+                return use(field[std::max(id.index, 1)]); // g++ 12 takes it for 0 as well
             else
                 return use(field);
         },

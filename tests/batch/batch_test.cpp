@@ -2,6 +2,8 @@
 // A batch gives bit for bit what one case alone gives: numbers, flags and refusals.
 #include "batch/batch.h"
 
+#include "drawnCases.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +15,7 @@ namespace telvo::batch {
 namespace {
 
 using project::Field, project::FieldId, project::ProjectCase, project::ProjectInput;
+using tests::Draw, tests::drawn, tests::drawnCase;
 
 #ifdef __OPTIMIZE__
 constexpr int Panels = 1000; // of 1000 cases each
@@ -20,110 +23,6 @@ constexpr int Panels = 1000; // of 1000 cases each
 constexpr int Panels = 40;
 #endif
 constexpr std::size_t Cases = 1003; // not a multiple of any number of lanes
-
-/// Numbers from a counter, the same on every machine.
-class Draw {
-  public:
-    explicit Draw(std::uint64_t seed) : m_state(seed) {}
-    std::uint64_t bits() {
-        std::uint64_t z = (m_state += 0x9e3779b97f4a7c15U);
-        z = (z ^ z >> 30) * 0xbf58476d1ce4e5b9U;
-        z = (z ^ z >> 27) * 0x94d049bb133111ebU;
-        return z ^ z >> 31;
-    }
-    bool one(unsigned in) { return bits() % in == 0; }
-    double between(double low, double high) {
-        return low + (high - low) * static_cast<double>(bits() >> 11) * 0x1p-53;
-    }
-    std::int16_t number(int count) {
-        return static_cast<std::int16_t>(bits() % static_cast<unsigned>(count));
-    }
-
-  private:
-    std::uint64_t m_state;
-};
-
-/// A value of an input: mostly what a mine has, on a grid in every third draw so that rules meet
-/// their ties, and now and then what no mine has.
-double drawn(Draw& draw, FieldId id, bool metric) {
-    const double metre = metric ? 0.3048 : 1;
-    if (draw.one(400)) {
-        const double odd[] = {0,
-                              -1,
-                              1e300,
-                              1e-300,
-                              std::numeric_limits<double>::infinity(),
-                              std::numeric_limits<double>::quiet_NaN(),
-                              90};
-        return odd[draw.bits() % std::size(odd)];
-    }
-    const auto length = [&](double low, double high) {
-        const double x = draw.between(low, high);
-        return metre * (draw.one(3) ? std::round(x / 5) * 5 : x);
-    };
-    switch (id.field) {
-    case Field::EntryHeight:
-        return length(3, 14);
-    case Field::DepthCover:
-        return draw.one(30) ? length(0, 60) : length(60, 2600);
-    case Field::EntryWidth:
-        return length(14, 24);
-    case Field::XcutSpacing:
-        return length(20, 160);
-    case Field::XcutAngle:
-        return draw.one(2) ? 90 : draw.between(28, 91);
-    case Field::XcutCenters:
-        return length(15, 150);
-    case Field::CoalStrength:
-        return draw.one(4) ? (metric ? 6.21 : 900) : draw.between(300, 1500) * (metric ? .0069 : 1);
-    case Field::UnitWeight:
-        return draw.one(4) ? (metric ? 25.45 : 162) : draw.between(140, 180) * (metric ? .157 : 1);
-    case Field::BreadthAMZ:
-        return length(10, 400);
-    case Field::ArchFactor:
-        return draw.one(20) ? 0 : draw.between(0.2, 1.02);
-    case Field::AbutmentAngleActiveGob:
-    case Field::AbutmentAngleFirstGob:
-    case Field::AbutmentAngleSecondGob:
-        return draw.one(3) ? 21 : draw.one(20) ? 90 * draw.number(2) : draw.between(1, 92);
-    case Field::BarrierFirstGob:
-    case Field::BarrierSecondGob:
-        return draw.one(5) ? 0 : length(2, 300);
-    case Field::SlabcutFirstGob:
-    case Field::SlabcutSecondGob:
-        return draw.one(2) ? 0 : length(0, 60);
-    case Field::WidthC:
-    case Field::WidthD:
-        return length(5, 120);
-    default:
-        return draw.one(6) ? 0 : length(0, 3000);
-    }
-}
-
-ProjectCase drawnBase(Draw& draw) {
-    ProjectCase base = project::newCase(project::English);
-    base.Units = draw.one(12) ? std::int16_t{2} : draw.number(2);
-    ProjectInput& in = base.Input;
-    for (const FieldId id : project::NumericInputs)
-        for (int again = 0; again < 9; ++again) { // an odd base would leave every case uncomputed
-            const double x = drawn(draw, id, base.Units != project::English);
-            project::set(in, id, x);
-            if (std::isfinite(x) && x >= 0 && (x == 0 || (x > 1e-9 && x < 1e9))) break;
-        }
-    in.NumberEntries = static_cast<std::int16_t>(2 + draw.number(9));
-    in.Anal = draw.number(5);
-    in.AMZ = draw.number(2);
-    in.Arch = draw.number(3);
-    in.RowA = draw.one(5) ? draw.number(3) : std::int16_t{0};
-    in.RowB = draw.one(5) ? draw.number(2) : std::int16_t{0};
-    in.RowC = draw.number(2);
-    in.RowD = draw.number(2);
-    if (in.RowA == 1) in.SlabcutFirstGob = 0;
-    if (in.RowB == 1) in.SlabcutSecondGob = 0;
-    in.SlabcutFirstGob = std::min(in.SlabcutFirstGob, in.BarrierFirstGob);
-    in.SlabcutSecondGob = std::min(in.SlabcutSecondGob, in.BarrierSecondGob);
-    return base;
-}
 
 struct Outcome {
     std::vector<std::vector<double>> numbers;
@@ -171,7 +70,7 @@ TEST(Batch, IsBitForBitTheRoadOfOneCase) {
     std::size_t computed = 0, total = 0;
     for (int panel = 0; panel < Panels && !HasFailure(); ++panel) {
         Draw draw(static_cast<std::uint64_t>(panel) + 20261122);
-        const ProjectCase base = drawnBase(draw);
+        const ProjectCase base = drawnCase(draw);
         std::vector<FieldId> fields;
         std::vector<std::vector<double>> values;
         const unsigned share = 1 + draw.number(6); // from every input to every sixth
