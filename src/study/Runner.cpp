@@ -88,9 +88,14 @@ std::string Runner::gapAt(double x) const {
     return results ? std::string() : faultText(results.fault());
 }
 
-Runner::Steps Runner::stepsAt(double x) const {
-    const project::ProjectInput input = varied(x);
-    return {m_variable.movesBreadth(m_base) ? input.BreadthAMZ : 0, archFactorUsed(input, m_frame)};
+double Runner::breadthAt(double x) const {
+    if (!m_variable.movesBreadth(m_base)) return 0; // else the variable is the depth
+    Scalar calc;
+    return project::automaticAMZBreadth(calc, m_units == project::English, x);
+}
+
+double Runner::archFactorAt(double x) const {
+    return archFactorUsed(varied(x), m_frame);
 }
 
 bool Runner::differ(const Sample& a, const Sample& b) const {

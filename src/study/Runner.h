@@ -38,12 +38,10 @@ class Runner {
     /// Why there is a gap at a value; empty where there is none.
     std::string gapAt(double x) const;
 
-    /// What the roundings come to that hang on the inputs alone, for a small part of a run's cost.
-    struct Steps {
-        double breadth = 0, archFactor = 0;
-        bool operator==(const Steps&) const = default;
-    };
-    Steps stepsAt(double x) const;
+    /// The rounded values that hang on the inputs alone, for a small part of a run's cost; 0 for a
+    /// breadth that does not follow the variable.
+    double breadthAt(double x) const;
+    double archFactorAt(double x) const;
 
     /// Whether a rule switches or a gap begins between two runs.
     bool differ(const Sample& a, const Sample& b) const;

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/graph/graphReading.h"
+#include "study/graph/GraphSampler.h"
 #include "study/graph/sfGraph.h"
 
 #include "base/numbers.h"
+#include "cases/drawnCases.h"
 #include "engine/testCases.h"
 #include "project/CaseFile.h"
 #include "project/units.h"
-#include "report/sections.h"
 
 #include <algorithm>
 #include <cmath>
@@ -64,42 +65,106 @@ std::vector<GraphPoint> pointsOf(const Curve& curve) {
     return points;
 }
 
-/// What every graph without gaps must hold.
-void check(const ProjectCase& current, const SfGraph& graph) {
-    const double width = graph.high - graph.low;
-    const AnalysisResults results = computed(current.Input, current.Units);
-    ASSERT_EQ(static_cast<int>(graph.curves.size()), report::lastPass({current, results, {}, {}}));
-    for (int p = Development; p <= static_cast<int>(graph.curves.size()); ++p) {
-        const Curve& curve = graph.curves[static_cast<std::size_t>(p - 1)];
-        EXPECT_EQ(curve.name, p == Development ? "Development" : "Retreat");
-        const auto points = pointsOf(curve);
-        EXPECT_GE(points.size(), 101U);
-        EXPECT_EQ(points.front().x, graph.low);
-        EXPECT_EQ(points.back().x, graph.high);
-        EXPECT_EQ(std::adjacent_find(points.begin(), points.end(),
-                                     [](auto& a, auto& b) { return a.x >= b.x; }),
-                  points.end());
-        for (std::size_t i = 0; i < points.size(); i += 5)
-            EXPECT_EQ(points[i].y,
-                      factorOf(variedCase(current, graph.kind, points[i].x), graph.kind, p));
-        ASSERT_TRUE(curve.own);
-        EXPECT_EQ(curve.own->y, factorOf(current, graph.kind, p));
-        EXPECT_TRUE(std::any_of(points.begin(), points.end(), [&](const GraphPoint& point) {
-            return point.x == graph.ownValue && point.y == curve.own->y;
-        }));
-        ASSERT_EQ(curve.pieces.size(), curve.jumps.size() + 1);
-        for (std::size_t j = 0; j < curve.jumps.size(); ++j) {
-            const GraphPoint left = curve.pieces[j].back(), right = curve.pieces[j + 1].front();
-            EXPECT_LE(right.x - left.x, 1e-6 * width);
-            EXPECT_TRUE(left.x <= curve.jumps[j].x && curve.jumps[j].x <= right.x);
-            EXPECT_EQ(curve.jumps[j].before, left.y);
-            EXPECT_EQ(curve.jumps[j].after, right.y);
-            EXPECT_FALSE(curve.jumps[j].rule.empty());
-        }
+/// Factor of a pass at a value of the parameter by the road of one case; nothing in a gap.
+std::optional<double> runAt(const ProjectCase& current, GraphKind kind, double x, int pass) {
+    const ProjectInput in = variedCase(current, kind, x).Input;
+    const auto outcome = PrepareAnalysis(in, current.Units);
+    if (!std::holds_alternative<WorkingInputs>(outcome)) return std::nullopt;
+    const auto run = ComputeAnalysis(std::get<WorkingInputs>(outcome));
+    if (!run) return std::nullopt;
+    const int side = rowOf(kind).side;
+    return side == 0 ? run->TELVOSF[pass] : run->BarrierSF[pass][side];
+}
+
+/// Drawn cases with automatic and entered breadths, in either unit system.
+std::vector<ProjectCase> drawn(std::size_t count) {
+    std::vector<ProjectCase> all;
+    for (ProjectInput& in : cases::drawnCases(count)) {
+        const std::size_t n = all.size();
+        in.AMZ = n % 3 == 0 ? 1 : 0;
+        all.push_back(n % 5 == 4 ? caseOf(cases::metricVersion(in), Metric) : caseOf(in));
+    }
+    return all;
+}
+
+template <typename Visit>
+void visitOfferedGraphs(const std::vector<ProjectCase>& all, Visit visit) {
+    for (std::size_t n = 0; n < all.size(); ++n)
+        for (int kind = 0; kind < GraphKinds; ++kind)
+            if (isOffered(GraphKind(kind), all[n].Input)) {
+                SCOPED_TRACE("case " + std::to_string(n) + ", graph " + std::to_string(kind));
+                visit(all[n], GraphKind(kind));
+                if (::testing::Test::HasFailure()) return;
+            }
+}
+
+/// Whether a curve jumps between two points of a stretch that is drawn without a jump. A jump makes
+/// one half of the way far steeper than the other; a smooth curve does that only where it is nearly
+/// level.
+bool jumpsBetween(const ProjectCase& current, const SfGraph& graph, int pass, GraphPoint left,
+                  GraphPoint right) {
+    for (;;) {
+        const double rise = right.y - left.y;
+        const bool close = right.x - left.x < 1e-8 * (graph.high - graph.low);
+        if (!(std::abs(rise) > (close ? 1e-5 : 1e-4) * std::abs(left.y))) return false;
+        if (close) return true;
+        const double x = left.x + (right.x - left.x) / 2;
+        const auto y = runAt(current, graph.kind, x, pass);
+        if (!y) return true; // a gap within the stretch
+        if (std::abs(*y - left.y - rise / 2) < std::abs(rise) / 4) return false;
+        (std::abs(right.y - *y) > std::abs(*y - left.y) ? left : right) = {x, *y};
     }
 }
 
-TEST(SfGraph, PointsAreTheRunsOfTheirValuesInEveryExample) {
+TEST(SfGraph, CurvesAreTheRunsOfTheirValuesAndJumpOnlyWhereARuleIsNamed) {
+    std::size_t graphs = 0, jumps = 0;
+    visitOfferedGraphs(drawn(80), [&](const ProjectCase& current, GraphKind kind) {
+        const SfGraph graph = graphOf(current, kind);
+        const double width = graph.high - graph.low;
+        ++graphs;
+        const bool retreats = current.Input.Anal > 0 && current.Input.ExtentActiveGob != 0;
+        ASSERT_EQ(graph.curves.size(), retreats ? 2U : 1U);
+        for (int p = Development; p <= static_cast<int>(graph.curves.size()); ++p) {
+            const Curve& curve = graph.curves[static_cast<std::size_t>(p - 1)];
+            EXPECT_EQ(curve.name, p == Development ? "Development" : "Retreat");
+            const auto points = pointsOf(curve);
+            EXPECT_EQ(std::adjacent_find(points.begin(), points.end(),
+                                         [](auto& a, auto& b) { return a.x >= b.x; }),
+                      points.end());
+            for (std::size_t i = 0; i < points.size(); i += 23)
+                EXPECT_EQ(points[i].y, runAt(current, kind, points[i].x, p));
+            for (const auto& piece : curve.pieces)
+                for (std::size_t i = 1; i < piece.size(); ++i)
+                    EXPECT_FALSE(jumpsBetween(current, graph, p, piece[i - 1], piece[i]))
+                        << "near " << piece[i].x;
+            jumps += curve.jumps.size();
+            for (const Jump& jump : curve.jumps)
+                EXPECT_FALSE(jump.rule.empty()) << "at " << jump.x;
+            for (const Turn& turn : curve.turns)
+                EXPECT_FALSE(turn.rule.empty()) << "at " << turn.x;
+            // Two stretches meet at each jump, or one ends there.
+            std::size_t met = 0;
+            for (const Jump& jump : curve.jumps)
+                for (std::size_t j = 1; j < curve.pieces.size() && jump.before && jump.after; ++j) {
+                    const GraphPoint left = curve.pieces[j - 1].back();
+                    const GraphPoint right = curve.pieces[j].front();
+                    if (jump.x < left.x || jump.x > right.x) continue;
+                    ++met;
+                    EXPECT_LE(right.x - left.x, 1e-6 * width);
+                    EXPECT_EQ(jump.before, left.y);
+                    EXPECT_EQ(jump.after, right.y);
+                    EXPECT_TRUE(isJump(left.y, right.y));
+                }
+            EXPECT_EQ(met, static_cast<std::size_t>(
+                               std::count_if(curve.jumps.begin(), curve.jumps.end(),
+                                             [](auto& j) { return j.before && j.after; })));
+        }
+    });
+    EXPECT_GE(graphs, 340U);
+    EXPECT_GE(jumps, 1000U);
+}
+
+TEST(SfGraph, ExamplesHaveEveryPointOfTheAxisAndTheirOwn) {
     int graphs = 0;
     for (const auto& entry : std::filesystem::directory_iterator(TELVO_EXAMPLES_DIR)) {
         ProjectCase current = project::newCase(English);
@@ -107,11 +172,106 @@ TEST(SfGraph, PointsAreTheRunsOfTheirValuesInEveryExample) {
         for (int kind = 0; kind < GraphKinds; ++kind) {
             if (!isOffered(GraphKind(kind), current.Input)) continue;
             SCOPED_TRACE(entry.path().filename().string() + ", " + std::to_string(kind));
-            check(current, graphOf(current, GraphKind(kind)));
+            const SfGraph graph = graphOf(current, GraphKind(kind));
+            for (int p = Development; p <= static_cast<int>(graph.curves.size()); ++p) {
+                const Curve& curve = graph.curves[static_cast<std::size_t>(p - 1)];
+                const auto points = pointsOf(curve);
+                EXPECT_GE(points.size(), 101U);
+                EXPECT_EQ(points.front().x, graph.low);
+                EXPECT_EQ(points.back().x, graph.high);
+                ASSERT_TRUE(curve.own);
+                EXPECT_EQ(curve.own->x, graph.ownValue);
+                EXPECT_EQ(curve.own->y, factorOf(current, graph.kind, p));
+                EXPECT_EQ(factorAt(graph, curve, graph.ownValue), curve.own->y);
+                EXPECT_EQ(curve.pieces.size(), curve.jumps.size() + 1);
+            }
             ++graphs;
         }
     }
     EXPECT_GE(graphs, 40);
+}
+
+/// The sentences of a rule text with other names for some things, in order of the alphabet.
+std::vector<std::string> sentences(std::string text, bool otherSide, bool metric) {
+    std::vector<std::string> all;
+    for (std::size_t at = 0; !text.empty();) {
+        at = text.find("; ");
+        std::string each = text.substr(0, at);
+        text = at == std::string::npos ? "" : text.substr(at + 2);
+        if (otherSide && each.starts_with("First"))
+            each.replace(0, 5, "Second");
+        else if (otherSide && each.starts_with("Second"))
+            each.replace(0, 6, "First");
+        if (metric && each.ends_with(" ft")) each.replace(each.size() - 2, 2, "m");
+        all.push_back(each);
+    }
+    std::sort(all.begin(), all.end());
+    return all;
+}
+
+/// Expects the graph of the same panel, its lengths times `unit`.
+void expectSameGraph(const SfGraph& ours, const SfGraph& theirs, double unit, bool otherSide) {
+    const double width = theirs.high - theirs.low;
+    ASSERT_EQ(ours.curves.size(), theirs.curves.size());
+    for (std::size_t c = 0; c < ours.curves.size(); ++c) {
+        const Curve &a = ours.curves[c], &b = theirs.curves[c];
+        ASSERT_EQ(a.jumps.size(), b.jumps.size());
+        for (std::size_t j = 0; j < a.jumps.size(); ++j) {
+            EXPECT_NEAR(a.jumps[j].x * unit, b.jumps[j].x, 1e-6 * width);
+            EXPECT_EQ(sentences(a.jumps[j].rule, otherSide, unit != 1),
+                      sentences(b.jumps[j].rule, false, false));
+        }
+        ASSERT_EQ(a.turns.size(), b.turns.size());
+        for (std::size_t t = 0; t < a.turns.size(); ++t) {
+            EXPECT_NEAR(a.turns[t].x * unit, b.turns[t].x, 1e-6 * width);
+            EXPECT_EQ(sentences(a.turns[t].rule, otherSide, unit != 1),
+                      sentences(b.turns[t].rule, false, false));
+        }
+        // Points beside jumps differ by what a jump is located to.
+        for (const GraphPoint& point : pointsOf(a)) {
+            const double x = point.x * unit;
+            if (std::any_of(b.jumps.begin(), b.jumps.end(),
+                            [&](const Jump& jump) { return std::abs(jump.x - x) < 1e-4 * width; }))
+                continue;
+            const auto y = factorAt(theirs, b, x);
+            ASSERT_TRUE(y) << x;
+            EXPECT_NEAR(point.y, *y, 1e-6 * std::abs(*y)) << x;
+        }
+    }
+}
+
+TEST(SfGraph, MirroredPanelHasTheMirroredGraphs) {
+    int barriers = 0;
+    for (const ProjectInput& in : cases::drawnCases(60)) {
+        if (in.Anal == 2) continue; // the only gob would change sides
+        const ProjectCase current = caseOf(in), other = caseOf(cases::mirrored(in));
+        for (const auto& [kind, mirrorKind] :
+             {std::pair{GraphKind::DepthCover, GraphKind::DepthCover},
+              {GraphKind::XcutSpacing, GraphKind::XcutSpacing},
+              {GraphKind::FirstBarrier, GraphKind::SecondBarrier},
+              {GraphKind::SecondBarrier, GraphKind::FirstBarrier}}) {
+            ASSERT_EQ(isOffered(kind, in), isOffered(mirrorKind, other.Input));
+            if (!isOffered(kind, in)) continue;
+            barriers += rowOf(kind).isOfBarrier();
+            expectSameGraph(graphOf(current, kind), graphOf(other, mirrorKind), 1, true);
+        }
+        if (HasFailure()) return;
+    }
+    EXPECT_GE(barriers, 10);
+}
+
+// But for what depends on constants without unit conversion: the arch factor, the smallest excess
+// of a bleeder row, and breadths in whole units.
+TEST(SfGraph, MetricPanelHasTheSameGraphs) {
+    for (ProjectInput in : cases::drawnCases(28)) {
+        in.Arch = in.RowC = in.RowD = 0;
+        for (int kind = 0; kind < GraphKinds; ++kind)
+            if (isOffered(GraphKind(kind), in))
+                expectSameGraph(graphOf(caseOf(in), GraphKind(kind)),
+                                graphOf(caseOf(cases::metricVersion(in), Metric), GraphKind(kind)),
+                                kind == 2 ? 1 : cases::MetresPerFoot, false);
+        if (HasFailure()) return;
+    }
 }
 
 TEST(SfGraph, ArchFactorJumpsAtEightyFeetOverThePanelWidth) {
@@ -256,26 +416,6 @@ TEST(SfGraph, Refusals) {
                          "computed. XcutCenters(2): Invalid Pillar Dimensions"));
 }
 
-TEST(SfGraph, MirroredCaseGivesTheMirroredBarrierGraph) {
-    const ProjectCase current = panel(3);
-    ProjectCase mirrored = current;
-    ProjectInput& in = mirrored.Input;
-    std::swap(in.ExtentFirstGob, in.ExtentSecondGob);
-    std::swap(in.BarrierFirstGob, in.BarrierSecondGob);
-    std::swap(in.SlabcutFirstGob, in.SlabcutSecondGob);
-    std::swap(in.RowC, in.RowD);
-    std::swap(in.WidthC, in.WidthD);
-    const SfGraph first = graphOf(current, GraphKind::FirstBarrier);
-    const SfGraph second = graphOf(mirrored, GraphKind::SecondBarrier);
-    for (std::size_t c = 0; c < 2; ++c) {
-        const auto a = pointsOf(first.curves[c]), b = pointsOf(second.curves[c]);
-        ASSERT_EQ(a.size(), b.size());
-        for (std::size_t i = 0; i < a.size(); ++i)
-            EXPECT_NEAR(a[i].y, b[i].y, 1e-9 * a[i].y);
-    }
-    EXPECT_TRUE(graphCsv(second).starts_with("Width of Second Barrier (ft),Development SFBAR,"));
-}
-
 TEST(SfGraph, ValuesAtATargetGiveTheTarget) {
     const ProjectCase current = panel(1);
     const SfGraph graph = graphOf(current, GraphKind::EntryHeight);
@@ -323,21 +463,6 @@ TEST(SfGraph, LimitsAreThoseOfTheWarnings) {
     ASSERT_EQ(height.size(), 2U);
     EXPECT_EQ(height[1].points.front().x, 21.625);
     EXPECT_EQ(graphOf(panel(2), GraphKind::FirstBarrier).limits.size(), 2U);
-}
-
-TEST(SfGraph, CurvesAreCutAtTheBordersOfTheAxis) {
-    Curve curve;
-    curve.pieces = {{{0, 30}, {1, 10}, {2, 2}, {3, -2}, {4, 2}, {5, 2}}, {{6, 4}}, {{7, 99}}};
-    const auto parts = piecesWithin(curve, {0, 20});
-    ASSERT_EQ(parts.size(), 3U);
-    const auto expectEnds = [&](std::size_t part, GraphPoint first, GraphPoint last) {
-        EXPECT_EQ(parts[part].front(), first) << part;
-        EXPECT_EQ(parts[part].back(), last) << part;
-    };
-    expectEnds(0, {0.5, 20}, {2.5, 0}); // 30 falls by 20 to x = 1; 2 falls by 4 to x = 3
-    expectEnds(1, {3.5, 0}, {5, 2});
-    expectEnds(2, {6, 4}, {6, 4});
-    EXPECT_EQ(parts[0].size(), 4U);
 }
 
 } // namespace

@@ -55,14 +55,18 @@ GraphSampler::GraphSampler(const project::ProjectCase& current, GraphKind kind)
 /// Brings both samples next to the first step of a rounding between them, at a small part of the
 /// cost of runs; where another rule switches before that step, `after` goes only as far as there.
 void GraphSampler::towardsStep(AxisSample& before, AxisSample& after, double resolution) const {
-    const Runner::Steps steps = m_runner.stepsAt(before.x);
-    if (steps == m_runner.stepsAt(after.x)) return;
     double low = before.x, high = after.x;
-    bisect(low, high, resolution, [&](double x) {
-        const bool left = m_runner.stepsAt(x) == steps;
-        (left ? low : high) = x;
-        return left;
-    });
+    for (const auto rounded : {&Runner::breadthAt, &Runner::archFactorAt}) {
+        const double value = (m_runner.*rounded)(before.x);
+        if ((m_runner.*rounded)(high) == value) continue;
+        low = before.x;
+        bisect(low, high, resolution, [&](double x) {
+            const bool left = (m_runner.*rounded)(x) == value;
+            (left ? low : high) = x;
+            return left;
+        });
+    }
+    if (high == after.x && low == before.x) return; // no step, or nothing between
     const auto located = [&](double x, const AxisSample& known) {
         if (x == known.x) return known;
         AxisSample sample = at(x);

@@ -8,7 +8,8 @@
 namespace telvo::study {
 
 /// The limits of the warnings along the axis of a graph.
+/// Given: mode  in which stability factors are shown, as criteria::shownFactor() has it
 std::vector<ReferenceLine> graphLimits(const project::ProjectCase& current, const SfGraph& graph,
-                                       const report::ReportOptions& options);
+                                       int mode);
 
 } // namespace telvo::study

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/graph/graphReading.h"
 
-#include "base/elementary.h"
 #include "base/numbers.h"
 #include "project/checks.h"
 #include "project/units.h"
@@ -10,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 #include <vector>
 
@@ -59,6 +59,17 @@ std::string inSentence(std::string name) {
     if (!name.empty() && name[0] >= 'A' && name[0] <= 'Z')
         name[0] = static_cast<char>(name[0] - 'A' + 'a');
     return name;
+}
+
+constexpr int LowestDecade = -15, HighestDecade = 22; // of the steps between readings
+
+/// The number nearest to times x 10^decade, for 1 to 9 times and up to 22 decades either way: powers
+/// of ten up to there are exact, and so the digits are the same on every machine.
+double timesPower(int times, int decade) {
+    double power = 1;
+    for (int n = std::abs(decade); n > 0; --n)
+        power *= 10;
+    return decade < 0 ? times / power : times * power;
 }
 
 double between(const GraphPoint& a, const GraphPoint& b, double x) {
@@ -138,7 +149,8 @@ std::vector<std::vector<GraphPoint>> piecesWithin(const Curve& curve, const Span
                                   from.y + share * (to.y - from.y)};
             };
             if (!goesOn) parts.push_back({enter > 0 ? at(enter) : from});
-            parts.back().push_back(leave < 1 ? at(leave) : to);
+            if (const GraphPoint end = leave < 1 ? at(leave) : to; parts.back().back() != end)
+                parts.back().push_back(end);
             goesOn = leave >= 1;
         }
     }
@@ -181,8 +193,12 @@ std::optional<double> factorAt(const SfGraph& graph, const Curve& curve, double 
 double readingStep(const SfGraph& graph, const GraphOptions& options) {
     const double largest = toAxis(graph, options, graph.high - graph.low) / FewestReadings;
     if (!(largest > 0)) return 1;
-    const double power = std::pow(10, std::floor(std::log10(largest)));
-    return largest >= 5 * power ? 5 * power : largest >= 2 * power ? 2 * power : power;
+    int decade = LowestDecade;
+    while (decade < HighestDecade && timesPower(1, decade + 1) <= largest)
+        ++decade;
+    for (const int multiple : {5, 2})
+        if (timesPower(multiple, decade) <= largest) return timesPower(multiple, decade);
+    return timesPower(1, decade);
 }
 
 double nearestReading(const SfGraph& graph, const GraphOptions& options, double x) {

@@ -226,7 +226,7 @@ std::variant<SfGraph, Refusal> sfGraph(const project::ProjectCase& current, Grap
         if (const Sample own = sampler.runner().own(); own.computed)
             for (std::size_t c = 0; c < graph.curves.size(); ++c)
                 graph.curves[c].own = GraphPoint{own.x, own.values[c]};
-    graph.limits = graphLimits(current, graph, options);
+    graph.limits = graphLimits(current, graph, options.RoundTELVOSF);
     return graph;
 }
 
