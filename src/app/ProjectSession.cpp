@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ProjectSession.h"
 
+#include "app/settingsOptions.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/titles.h"
@@ -425,8 +426,7 @@ std::optional<Refusal> ProjectSession::graphRefusal() const {
 }
 
 report::ReportOptions ProjectSession::reportOptions() const {
-    const Settings& settings = m_settings.values();
-    return {settings.RoundTELVOSF, settings.OutputStrGradUnits, settings.OutputStrUnits};
+    return app::reportOptions(m_settings.values());
 }
 
 run::RunOutcome ProjectSession::run(const project::ProjectCase& current) {

@@ -6,6 +6,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "project/checks.h"
+#include "study/graph/sfGraph.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,15 +22,14 @@ namespace {
 
 using Field = std::variant<std::int16_t*, float*, std::string*>;
 
-struct Range {
-    std::int16_t low = std::numeric_limits<std::int16_t>::min();
-    std::int16_t high = std::numeric_limits<std::int16_t>::max();
-};
+using Range = SettingRange;
 constexpr Range AnyNumber = {};
 constexpr Range Switch = {0, 1};
 constexpr Range FontSwitch = {-1, 0};
 constexpr Range HistorySize = {4096, 16384};
-constexpr Range PlotRange = {0, 150};
+constexpr Range FontSize = {7, 24};
+constexpr Range PlotRange = {static_cast<std::int16_t>(study::LowestPercent),
+                             static_cast<std::int16_t>(study::HighestPercent)};
 
 /// One key: where it stands, which value it holds, what an absent key reads as, and its range.
 struct Key {
@@ -49,7 +49,7 @@ constexpr Key Keys[] = {
     {"Settings", FIELD(DisplayHistoryWin), "", Switch},
     {"Settings", FIELD(MaxDisplaySize), "", HistorySize},
     {"Settings", FIELD(DisplayFontName)},
-    {"Settings", FIELD(DisplayFontSize), "", {7, 24}},
+    {"Settings", FIELD(DisplayFontSize), "", FontSize},
     {"Settings", FIELD(DisplayFontBold), "", FontSwitch},
     {"Settings", FIELD(DisplayFontItalic), "", FontSwitch},
     {"Settings", FIELD(KeepFileNames), "", Switch},
@@ -64,7 +64,7 @@ constexpr Key Keys[] = {
     {"Settings", FIELD(DataPath)},
     {"Settings", FIELD(FileExtension)},
     {"TextBrowse", FIELD(BrowseFontName)},
-    {"TextBrowse", FIELD(BrowseFontSize), "", {7, 24}},
+    {"TextBrowse", FIELD(BrowseFontSize), "", FontSize},
     {"TextBrowse", FIELD(BrowseFontBold), "", FontSwitch},
     {"TextBrowse", FIELD(BrowseFontItalic), "", FontSwitch},
     {"TextBrowse", FIELD(BrowseDefaultFilter)},
@@ -107,6 +107,15 @@ constexpr Key Keys[] = {
 #undef ELEMENT
 
 constexpr Range RecentFileCount = {0, 4};
+
+/// The range in the row of a key.
+template <typename Number>
+Range rangeOfKey(Number Settings::*setting) {
+    Settings probe;
+    for (const Key& key : Keys)
+        if (key.field(probe) == Field(&(probe.*setting))) return key.range;
+    return AnyNumber;
+}
 
 /// Text of a key, its read default when it is absent or empty.
 std::string readText(const IniFile& file, std::string_view section, std::string_view name,
@@ -392,6 +401,14 @@ std::string recentFileCaption(const Settings& settings, int slot) {
     const RecentFile& recent = settings.RecentFiles[static_cast<std::size_t>(slot - 1)];
     if (recent.LastFile.empty()) return {};
     return settings.ShortRecentFiles == 1 ? recent.LastFile : recent.LastFileLong;
+}
+
+SettingRange rangeOf(std::int16_t Settings::*setting) {
+    return rangeOfKey(setting);
+}
+
+SettingRange rangeOf(float Settings::*setting) {
+    return rangeOfKey(setting);
 }
 
 SettingsTexts textsFromSettings(const Settings& settings) {

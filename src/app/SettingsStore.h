@@ -7,6 +7,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -92,6 +93,16 @@ struct Settings {
 
     bool operator==(const Settings&) const = default;
 };
+
+/// Lowest and highest value of a setting that is a number; what lies outside reads as the lowest.
+struct SettingRange {
+    std::int16_t low = std::numeric_limits<std::int16_t>::min();
+    std::int16_t high = std::numeric_limits<std::int16_t>::max();
+
+    bool operator==(const SettingRange&) const = default;
+};
+SettingRange rangeOf(std::int16_t Settings::*setting);
+SettingRange rangeOf(float Settings::*setting);
 
 /// What the initial values depend on.
 struct SettingsSurroundings {

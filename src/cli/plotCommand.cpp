@@ -15,9 +15,8 @@ namespace {
 
 /// Pixels of a picture's sides: room for its letters, and no more than a large sheet.
 constexpr int LeastSide = 300, GreatestSide = 4000;
-/// Percent of a case's own value, as the settings limit the range of the graphs.
-constexpr double LowestPercent = 0;
-constexpr double HighestPercent = 150;
+using study::HighestPercent;
+using study::LowestPercent;
 
 constexpr std::string_view PictureEndings[] = {".svg", ".png", ".pdf"};
 constexpr std::string_view NumbersEnding = ".csv";

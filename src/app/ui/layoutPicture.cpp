@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/layoutPicture.h"
 
-#include "app/SettingsStore.h"
+#include "app/settingsOptions.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/paintDrawing.h"
 #include "plot/ui/picture.h"
@@ -11,15 +11,9 @@
 
 namespace telvo::app::ui {
 
-plot::PlanOptions planOptions(const SettingsStore& settings) {
-    const Settings& s = settings.values();
-    return {s.PlotEntryDims, s.PlotXcutDims, s.PlotSingleXcutDims, s.PlotGobDims,
-            s.PlotGobExtLoose};
-}
-
 std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::ProjectCase& current,
                                 const SettingsStore& settings) {
-    auto plan = plot::panelPlan(current, planOptions(settings));
+    auto plan = plot::panelPlan(current, planOptions(settings.values()));
     if (auto* refused = std::get_if<Refusal>(&plan)) {
         view.setMessage(telvo::ui::toQt(refused->message));
         return std::move(*refused);

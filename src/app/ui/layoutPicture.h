@@ -13,9 +13,6 @@ class SettingsStore;
 
 namespace telvo::app::ui {
 
-/// What the settings want on a plan.
-plot::PlanOptions planOptions(const SettingsStore& settings);
-
 /// Draws the plan of a case by the layout options of the settings. A refusal is returned and shown
 /// in place of the plan.
 std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::ProjectCase& current,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Pictures on their way out of the program, and the graphs of the Output menu.
+#include "app/settingsOptions.h"
 #include "app/ui/commands.h"
 #include "app/ui/dialogs/frmGraphOpts.h"
 #include "app/ui/frmMain.h"
@@ -20,16 +21,7 @@ using study::ui::frmGraph;
 using telvo::ui::Picture;
 
 study::GraphOptions Commands::graphOptions(study::GraphKind kind) const {
-    const Settings& s = m_program.settings().values();
-    return {s.GridStyle,
-            s.GraphStyle,
-            s.CurveLegend,
-            s.SymbolSize,
-            s.GraphUnits,
-            s.GraphTitle,
-            s.XAxisTitle[static_cast<std::size_t>(kind)],
-            s.YAxisTitle[study::rowOf(kind).isOfBarrier() ? 1 : 0],
-            s.RoundTELVOSF};
+    return app::graphOptions(m_program.settings().values(), kind);
 }
 
 void Commands::printPicture(const Picture& picture, QWidget* parent) {
@@ -98,10 +90,7 @@ std::variant<study::ui::GraphSubject, Refusal> Commands::graphOfOpenCase(study::
     const Settings& settings = m_program.settings().values();
     // The window keeps the case that its graph was computed for.
     const project::ProjectCase current = session.project();
-    auto made = study::sfGraph(
-        current, kind,
-        {static_cast<double>(settings.PlotRangeMin), static_cast<double>(settings.PlotRangeMax)},
-        session.reportOptions());
+    auto made = study::sfGraph(current, kind, graphRange(settings), session.reportOptions());
     if (auto* refused = std::get_if<Refusal>(&made)) return std::move(*refused);
     const study::SfGraph& graph = std::get<study::SfGraph>(made);
     return study::ui::GraphSubject{

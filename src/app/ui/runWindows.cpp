@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // The windows of a run: report, plots and working, and whether they still belong to the case.
+#include "app/settingsOptions.h"
 #include "app/ui/commands.h"
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
@@ -118,7 +119,7 @@ void Commands::viewPlots(const ShownRun& run) {
     const SettingsStore& settings = m_program.settings();
     const auto viewOf = [&settings](const ShownRun& shown) {
         return telvo::ui::PlotsView{shown.current, shown.results, shown.options,
-                                    planOptions(settings),
+                                    planOptions(settings.values()),
                                     settings.values().PrintPlotReminder == 1};
     };
     telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};

@@ -143,9 +143,12 @@ void frmTELVOParm::copyEqualSpacing() {
 
 void frmTELVOParm::showAutomaticValues() {
     const ProjectInput shown = withAutomaticValues(values(), m_open.Project.Units);
-    for (const Field field : {Field::BreadthAMZ, Field::ArchFactor})
+    const auto show = [&](Field field) {
         if (check(flagOfAutomatic(field)).isChecked())
             box(field).setText(toQt(shownText(shown, field)));
+    };
+    show(Field::BreadthAMZ);
+    if (shown.DepthCover > 0) show(Field::ArchFactor); // waits while the depth is being typed
 }
 
 void frmTELVOParm::useAutomaticValues() {

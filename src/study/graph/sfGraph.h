@@ -58,6 +58,10 @@ constexpr const GraphRow& rowOf(GraphKind kind) {
     return GraphRows[static_cast<std::size_t>(kind)];
 }
 
+/// What the ends of an axis may be, in percent of the case's own value.
+inline constexpr double LowestPercent = 0;
+inline constexpr double HighestPercent = 150;
+
 /// Ends of the axis in percent of the case's own value.
 struct GraphRange {
     double PlotRangeMin = 50;

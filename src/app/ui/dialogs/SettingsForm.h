@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <QBoxLayout>
+#include <QSpinBox>
 #include <vector>
 
 class QCheckBox;
@@ -19,6 +20,20 @@ struct Switch {
     std::int16_t on = 1;
     std::int16_t off = 0;
 };
+
+/// The range of a setting as tool tips have it: "7 to 24".
+template <typename Number>
+QString rangeText(Number Settings::*setting) {
+    const SettingRange range = rangeOf(setting);
+    return QStringLiteral("%1 to %2").arg(range.low).arg(range.high);
+}
+
+/// Holds a spin box to the range of its setting.
+template <typename Number>
+void limit(QSpinBox& box, Number Settings::*setting) {
+    const SettingRange range = rangeOf(setting);
+    box.setRange(range.low, range.high);
+}
 
 /// A form whose controls stand for settings. Every control is tied to its value once; the form
 /// shows, reads and compares them all by these ties.

@@ -80,8 +80,9 @@ QWidget* frmGraphOpts::makeCurvesGroup() {
     auto* layout = qobject_cast<QBoxLayout*>(frame->layout());
     auto* form = new QFormLayout;
     auto* size = new QSpinBox;
-    describe(*size, "spnSymbolSize", tr("Symbol size"), tr("Size in points, 3 to 20"));
-    size->setRange(3, 20);
+    describe(*size, "spnSymbolSize", tr("Symbol size"),
+             tr("Size in points, %1").arg(rangeText(&Settings::SymbolSize)));
+    limit(*size, &Settings::SymbolSize);
     size->setSuffix(tr(" pt"));
     form->addRow(tr("Symbol s&ize:"), size);
     layout->addLayout(form);

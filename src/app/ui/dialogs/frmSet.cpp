@@ -166,7 +166,8 @@ QWidget* frmSet::makeHistoryPage() {
     auto* size = new NumberEdit("txtMaxDisplaySize");
     const QString caption = tr("Si&ze of Command History Window:");
     describe(*size, size->objectName(), caption,
-             tr("Characters kept before the oldest lines go, 4096 to 16384"));
+             tr("Characters kept before the oldest lines go, %1")
+                 .arg(rangeText(&Settings::MaxDisplaySize)));
     size->setFixedWidth(fontMetrics().averageCharWidth() * 12);
     watchNumbers(*size);
     auto* sizeRow = new QHBoxLayout;
@@ -195,8 +196,9 @@ QWidget* frmSet::makeFontGroup() {
     family->addItems(QFontDatabase::families());
     form->addRow(tr("Fa&mily:"), family);
     auto* size = new QSpinBox;
-    describe(*size, "spnDisplayFontSize", tr("Font size"), tr("Size in points, 7 to 24"));
-    size->setRange(7, 24);
+    describe(*size, "spnDisplayFontSize", tr("Font size"),
+             tr("Size in points, %1").arg(rangeText(&Settings::DisplayFontSize)));
+    limit(*size, &Settings::DisplayFontSize);
     size->setSuffix(tr(" pt"));
     size->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     form->addRow(tr("S&ize:"), size);

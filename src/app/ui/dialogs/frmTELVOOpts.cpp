@@ -112,9 +112,11 @@ QWidget* frmTELVOOpts::makeRangeGroup() {
     auto* range = new QGroupBox(tr("Graph Range"));
     auto* form = new QFormLayout(range);
     m_rangeMin = addPercent(*form, "txtPlotRangeMin", tr("&Minimum:"),
-                            tr("Lower end of graphs in percent of the case's value, 0 to 150"));
+                            tr("Lower end of graphs in percent of the case's value, %1")
+                                .arg(rangeText(&Settings::PlotRangeMin)));
     m_rangeMax = addPercent(*form, "txtPlotRangeMax", tr("Ma&ximum:"),
-                            tr("Upper end of graphs in percent of the case's value, 0 to 150"));
+                            tr("Upper end of graphs in percent of the case's value, %1")
+                                .arg(rangeText(&Settings::PlotRangeMax)));
     return range;
 }
 
