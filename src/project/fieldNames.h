@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "project/inputFields.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -19,5 +21,9 @@ struct InputName {
 /// "RowA". Nothing for what is no input of the form, and for the two flags that make a value
 /// automatic.
 std::optional<InputName> inputNamed(std::string_view key, std::int16_t units);
+
+/// A number of a case as its user reads it, with its unit: "150 (m)", "yes", the name of the loading
+/// condition.
+std::string valueText(const ProjectInput& in, FieldId id, std::int16_t units);
 
 } // namespace telvo::project

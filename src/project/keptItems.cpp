@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/keptItems.h"
 
-#include "base/numbers.h"
 #include "base/text.h"
+#include "project/fieldNames.h"
 #include "project/inputFields.h"
 #include "project/units.h"
 
@@ -18,18 +18,6 @@ constexpr std::string_view CaseItems[] = {"Units", "Title", "Description"};
 
 bool isCaseItem(std::string_view item) {
     return std::find(std::begin(CaseItems), std::end(CaseItems), item) != std::end(CaseItems);
-}
-
-/// The value of a number with its unit, a blank in front.
-std::string valueText(FieldId id, const ProjectInput& in, std::int16_t units) {
-    const InputField& row = rowOf(id.field);
-    if (row.role == FieldRole::Choice)
-        return ' ' + std::string(LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)]);
-    if (row.isFlag()) return get(in, id) == 1 ? " yes" : " no";
-    std::string text = ' ' + generalNumber(shownValue(in, id), 10);
-    if (const auto unit = fieldUnit(row.kind, units); !unit.empty())
-        text.append(" (").append(unit).append(")");
-    return text;
 }
 
 std::vector<std::string> itemsInOrder(const ProjectInput& in) {
@@ -67,7 +55,7 @@ std::string itemText(std::string_view item, const ProjectCase& current, std::int
     if (item == "Units") return label + ' ' + (current.Units == English ? "English" : "metric");
     if (item == "Title") return label + " \"" + excerpt(current.Title) + '"';
     if (item == "Description") return label;
-    return label + valueText(*fieldNamed(item), current.Input, units);
+    return label + ' ' + valueText(current.Input, *fieldNamed(item), units);
 }
 
 std::string givenItemsText(const KeptItems& kept, const ProjectCase& current) {

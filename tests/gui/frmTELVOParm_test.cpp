@@ -100,6 +100,7 @@ class ParameterFormTest : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void opensOnTheProjectAndTakesItBackUnchanged();
+    void everyControlEditsItsNumberAlone();
     void typedValuesReachTheProjectOnOk();
     void everyRefusalShowsItsTabAndControl_data();
     void everyRefusalShowsItsTabAndControl();
@@ -134,6 +135,43 @@ void ParameterFormTest::opensOnTheProjectAndTakesItBackUnchanged() {
     QCOMPARE(f.messages.lastStatus(), "Project Parameters Not Modified");
     QVERIFY(f.open.Project.Input == goodCase().Input);
     QVERIFY(f.messages.asked.empty());
+}
+
+void ParameterFormTest::everyControlEditsItsNumberAlone() {
+    project::ProjectCase current = goodCase();
+    auto& in = current.Input;
+    in.NumberEntries = project::MaxEntries;
+    for (int i = 1; i < project::MaxEntries; ++i)
+        in.XcutCenters[i] = 80 + i;
+    in.AMZ = in.Arch = 0; // no value follows another
+    OpenForm f(current);
+    for (const project::FieldId id : project::RecordNumbers) {
+        const project::InputField& row = project::rowOf(id.field);
+        if (!row.isTextBox() && !row.isFlag()) continue;
+        const std::string name = project::controlOf(id);
+        project::ProjectInput expected = current.Input;
+        set(expected, id, row.isFlag() ? 1 : 0.75);
+        if (row.isTextBox()) {
+            auto& box = control<QLineEdit>(*f.form, name.c_str());
+            const QString was = box.text();
+            QCOMPARE(box.text().toDouble(), project::shownValue(current.Input, id));
+            box.setText("0.75");
+            QVERIFY2(f.form->values() == expected, name.c_str());
+            box.setText(was);
+        } else {
+            auto& box = control<QCheckBox>(*f.form, name.c_str());
+            box.setChecked(true);
+            const project::ProjectInput now = f.form->values();
+            QCOMPARE(get(now, id), 1.0);
+            if (row.tab == project::ParameterTab::RetreatMining) // the others bring their value
+                QVERIFY2(now == expected, name.c_str());
+            box.setChecked(false);
+            // What they brought stays as entered; back to what the case has.
+            for (const auto field : {project::Field::BreadthAMZ, project::Field::ArchFactor})
+                control<QLineEdit>(*f.form, project::controlOf(field).c_str())
+                    .setText(QString::fromStdString(project::shownText(current.Input, field)));
+        }
+    }
 }
 
 void ParameterFormTest::typedValuesReachTheProjectOnOk() {

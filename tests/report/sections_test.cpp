@@ -222,5 +222,32 @@ TEST(Reports, OfTheExamplesAreTheGoldenOnes) {
     EXPECT_GE(cases, 8U) << TELVO_EXAMPLES_DIR;
 }
 
+TEST(InputEcho, EveryNumberOfTheFormChangesTheLineOfItsLabel) {
+    Panel panel;
+    panel.r.AnalysisCase = 4;
+    panel.current.Input.NumberEntries = project::MaxEntries;
+    const auto echo = [&] {
+        return inputEchoPage({panel.current, panel.r, panel.options, "build"});
+    };
+    const std::string before = echo();
+    for (const project::FieldId id : project::RecordNumbers) {
+        const project::InputField& row = project::rowOf(id.field);
+        // The loading condition is that of the run.
+        if (row.role == project::FieldRole::Carried || row.role == project::FieldRole::Choice)
+            continue;
+        const double was = get(panel.current.Input, id);
+        set(panel.current.Input, id, row.isFlag() ? 1 - was : was - 1);
+        const std::string now = echo();
+        const auto differs = std::mismatch(before.begin(), before.end(), now.begin(), now.end());
+        const auto line = now.rfind('\n', static_cast<std::size_t>(differs.second - now.begin()));
+        // "AMZ set automatically" is all that the page says of that flag.
+        const std::string label(row.id == project::Field::AMZ    ? "AMZ set"
+                                : row.id == project::Field::Arch ? "Pressure Arch Factor set"
+                                                                 : row.echoLabel());
+        EXPECT_EQ(now.substr(line + 1, label.size()), label) << nameOf(id);
+        set(panel.current.Input, id, was);
+    }
+}
+
 } // namespace
 } // namespace telvo::report

@@ -273,4 +273,31 @@ TEST(CsvTable, FilesAreNamedSafelyAndOnce) {
     EXPECT_EQ(named(8, wide), wide.substr(0, 200) + ".TLV");
 }
 
+TEST(CsvTable, EveryNumberHasAColumnOfItsOwn) {
+    project::ProjectCase base = project::newCase(project::English);
+    base.Input.NumberEntries = project::MaxEntries;
+    const auto cells = *cellsOf(base);
+    for (const project::FieldId id : project::RecordNumbers) {
+        // 1 fits every field; where it stands already, 0 does.
+        project::ProjectCase current = base;
+        const double value = get(base.Input, id) == 1 ? 0 : 1;
+        set(current.Input, id, value);
+        const auto changed = *cellsOf(current);
+        for (std::size_t column = 0; column < changed.size(); ++column)
+            EXPECT_EQ(changed[column].text != cells[column].text, column == columnOf(id))
+                << nameOf(id) << ", " << columns()[column].name;
+        EXPECT_EQ(changed[columnOf(id)].number, value) << nameOf(id);
+        EXPECT_EQ(columns()[columnOf(id)].name, nameOf(id));
+        EXPECT_EQ(columnOf(nameOf(id)), columnOf(id));
+        EXPECT_FALSE(columns()[columnOf(id)].meaning.empty() ||
+                     columns()[columnOf(id)].valid.empty())
+            << nameOf(id);
+        // An automatic value of 0 would be computed.
+        current.Input.AMZ = current.Input.Arch = 0;
+        const auto read = readCsv(writeCsv({{current}}, ',')->bytes, "t.csv");
+        ASSERT_TRUE(read && read->rows.at(0).good()) << nameOf(id);
+        EXPECT_EQ(read->rows[0].current.Input, current.Input) << nameOf(id);
+    }
+}
+
 } // namespace

@@ -3,10 +3,10 @@
 
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
-#include "base/numbers.h"
 #include "base/text.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/PlanView.h"
+#include "project/fieldNames.h"
 #include "project/keptItems.h"
 #include "project/units.h"
 
@@ -161,17 +161,19 @@ void CaseOverview::showCase() {
 
 void CaseOverview::showFacts() {
     const project::ProjectCase& current = m_program.session().project();
-    const project::ProjectInput& in = current.Input;
     const std::string length(project::unitLabel(current.Units, project::Quantity::Length));
     const project::KeyFigures figures = m_program.session().figuresOfOpen(current);
     const auto show = [this](const char* name, const std::string& text) {
         m_facts.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
     };
-    show("lblLoading", std::string(project::LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)]));
+    const auto value = [&](project::Field field) {
+        return project::valueText(current.Input, field, current.Units);
+    };
+    show("lblLoading", value(project::Field::Anal));
     show("lblUnits", std::string(project::unitSummary(current.Units)));
-    show("lblDepth", generalNumber(in.DepthCover, 10) + length);
-    show("lblHeight", generalNumber(in.EntryHeight, 10) + length);
-    show("lblEntries", generalNumber(in.NumberEntries));
+    show("lblDepth", value(project::Field::DepthCover));
+    show("lblHeight", value(project::Field::EntryHeight));
+    show("lblEntries", value(project::Field::NumberEntries));
     show("lblWidth", figures.PanelWidth.empty() ? std::string() : figures.PanelWidth + length);
     // A dash says why.
     const auto factor = [&](const char* name, const std::string& text, const QString& none) {

@@ -2,11 +2,10 @@
 #include "table/ui/frmCaseTable.h"
 
 #include "base/files.h"
-#include "base/numbers.h"
 #include "base/text.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "project/units.h"
+#include "project/fieldNames.h"
 #include "table/columns.h"
 #include "table/ui/CaseTableModel.h"
 
@@ -248,13 +247,12 @@ void frmCaseTable::showCurrent() {
     QString notes = row ? problemsOf(*row) : QString();
     if (good) {
         const project::ProjectCase& current = row->current;
-        const project::ProjectInput& in = current.Input;
-        const std::string length(project::unitLabel(current.Units, project::Quantity::Length));
         texts[0] = withoutControls(current.Title);
-        texts[1] = project::LoadingConditionNames[std::clamp<int>(in.Anal, 0, 3)];
-        texts[2] = generalNumber(in.DepthCover, 10) + length;
-        texts[3] = generalNumber(in.EntryHeight, 10) + length;
-        texts[4] = generalNumber(in.NumberEntries);
+        using project::Field;
+        std::size_t next = 1;
+        for (const Field field :
+             {Field::Anal, Field::DepthCover, Field::EntryHeight, Field::NumberEntries})
+            texts[next++] = project::valueText(current.Input, field, current.Units);
         if (m_figures) {
             const project::KeyFigures figures = m_figures(current);
             texts[5] = figures.DevelopmentSF;
