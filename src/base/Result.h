@@ -39,6 +39,7 @@ class [[nodiscard]] Result {
     Result(T value) : m_state(std::in_place_index<0>, std::move(value)) {}
     /// A value made in place, for large records that are filled afterwards.
     explicit Result(std::in_place_t) : m_state(std::in_place_index<0>) {}
+    Result(std::in_place_t, const T& initial) : m_state(std::in_place_index<0>, initial) {}
     Result(Fault fault) : m_state(std::in_place_index<1>, std::move(fault)) {}
 
     explicit operator bool() const { return m_state.index() == 0; }

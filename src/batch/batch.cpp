@@ -4,6 +4,7 @@
 #include "criteria/criteria.h"
 #include "engine/diagnosis.h"
 #include "engine/driver.h"
+#include "engine/InputsOf.h"
 #include "engine/quantities.h"
 #include "engine/quantityNames.h"
 #include "project/automatic.h"
@@ -40,11 +41,6 @@ constexpr std::array<std::string_view, 17> StudyQuantities = {"TELVOSF.developme
                                                               "LTRANSBAR.retreat.second",
                                                               "ArchFactor"};
 constexpr std::size_t FactorQuantities = 2;
-
-bool isTame(double x) {
-    const double size = std::abs(x);
-    return size == 0 || (size >= SmallestTame && size <= GreatestTame);
-}
 
 bool isSinglePrecision(FieldId id) {
     return id.field == Field::ArchFactor || id.field == Field::WidthC || id.field == Field::WidthD;
@@ -130,7 +126,7 @@ Result<Batch> Batch::prepare(const project::ProjectCase& base, const std::vector
     for (std::size_t i = 0; i < MostInputs; ++i) {
         c.fields[i] = project::NumericInputs[i];
         c.uniform[i] = project::get(in, c.fields[i]);
-        batch.m_oneByOne = batch.m_oneByOne || !isTame(c.uniform[i]);
+        batch.m_oneByOne = batch.m_oneByOne || !engine::isTame(c.uniform[i]);
     }
 
     const std::vector<std::string> every = quantityNames(engine::MaxPillars);

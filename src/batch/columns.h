@@ -56,10 +56,6 @@ struct Columns {
     std::uint8_t* status = nullptr; // 1: the case has results
 };
 
-/// Beyond these sizes a step on the way to a factor may leave the range of its type without the
-/// factor showing it; such cases are left to the scalar road.
-inline constexpr double SmallestTame = 1e-9, GreatestTame = 1e12;
-
 /// Cases `from` to before `to`. Numbers and flags of a case that is not computed mean nothing yet; bit 2
 /// of a status asks for the road of one case.
 void computeBaseline(const Columns& columns, Wanted wanted, std::size_t from, std::size_t to);

@@ -48,16 +48,6 @@ struct Road {
     engine::AnalysisResultsOf<N> flat;
 };
 
-/// Whether every number of the flat record is finite, and every factor fits single precision.
-template <class N>
-TELVO_INLINE TruthOf<N> isBounded(const engine::AnalysisResultsOf<N>& r) {
-    N zero = 0; // 0 * x is not 0 for an infinity or NaN
-    engine::visitQuantities(r, [&](const char*, engine::Kind, const auto& field) {
-        engine::visitNumbers(field, [&](const N& x) { zero = zero + 0 * x; });
-    });
-    return zero == 0;
-}
-
 template <Wanted W, class Isa>
 [[gnu::noinline]] void runColumns(const Columns& b, std::size_t from, std::size_t to) {
     using N = Pack<Isa>;
@@ -90,8 +80,7 @@ template <Wanted W, class Isa>
             N x = N::load(b.in[j] + i);
             if (b.single[j]) x = toSingle(x);
             *varying[j] = x;
-            const N size = absolute(x);
-            tame = tame && (size == 0 || (size >= SmallestTame && size <= GreatestTame));
+            tame = tame && engine::isTame(x);
         }
         if (b.breadthFollows)
             in.BreadthAMZ = project::automaticAMZBreadth(c, b.frame.english(), in.DepthCover);
@@ -130,7 +119,7 @@ template <Wanted W, class Isa>
                 c.demand(Stop::InputRefused, !holds);
             });
 
-        // Factors have to fit single precision; NaN fails the comparison.
+        // From tame inputs only factors leave the range of their type; NaN fails the comparison.
         constexpr double largest = 3.4028234663852886e38;
         for (int p = Development; p <= Retreat; ++p) {
             const auto& pass = road.run.pass[p];
@@ -147,7 +136,6 @@ template <Wanted W, class Isa>
             engine::rules::plotStresses(c, b.frame, road.s, road.run.panel, road.run.pass[Retreat],
                                         road.run.stresses);
             engine::makeFlat(b.frame, road.s, road.run, road.flat);
-            c.demand(Stop::Unbounded, isBounded(road.flat));
             engine::visitQuantities(road.flat, [&](const char*, engine::Kind, const auto& field) {
                 engine::visitNumbers(field, [&](const N& x) {
                     for (; column < b.outputs && b.slots[column] == slot; ++column)

@@ -23,6 +23,15 @@ struct InputsOf {
     std::int16_t AMZ = 1, Arch = 1;
 };
 
+/// Whether an input is 0 or of a size from which no step of a run can leave the range of its type: in
+/// between stand products and quotients of a few of them, whose divisors the rules keep off 0. Only
+/// factors still can, where loads cancel.
+template <class N>
+TELVO_INLINE TruthOf<N> isTame(const N& x) {
+    const N size = absolute(x);
+    return size == 0 || (size >= 1e-9 && size <= 1e12);
+}
+
 /// The number of a field that may vary, one of project::NumericInputs; nullptr for any other.
 template <class N>
 TELVO_INLINE N* numberIn(InputsOf<N>& in, project::FieldId id) {

@@ -2,6 +2,7 @@
 #include "engine/driver.h"
 
 #include "engine/diagnosis.h"
+#include "engine/InputsOf.h"
 #include "engine/quantities.h"
 #include "engine/rules/pass.h"
 #include "engine/rules/preparation.h"
@@ -13,6 +14,40 @@
 namespace telvo::engine {
 
 namespace {
+
+// Copied as a whole, which is quicker than setting every number to 0.
+constexpr RunResults NoRun{};
+constexpr AnalysisResults NoResults{};
+
+/// Whether every number that a run starts from is of a size from which only factors can leave the
+/// range of their type: see engine::isTame().
+bool startsTame(const WorkingInputs& in) {
+    bool tame = true;
+    const auto look = [&tame](auto... x) { tame = (tame & ... & isTame(x)); };
+    look(in.h, in.H, in.Sc, in.SinTheta, in.Gamma, in.S1, in.We, in.B, in.ArchFactorInput);
+    for (int i = 1; i <= in.NumberPillars; ++i)
+        look(in.EntryCenter[i]);
+    for (int gob = 1; gob <= 3; ++gob)
+        look(in.GobExtent[gob], in.AbutmentTangent[gob]);
+    for (const int k : AllSides)
+        look(in.BarrierWidth[k], in.Slabcut[k], in.BleederWidth[k]);
+    return tame;
+}
+
+/// Whether the stability factors fit single precision, in which they are shown.
+bool factorsFit(const RunResults& run) {
+    constexpr double most = std::numeric_limits<float>::max();
+    bool fit = true;
+    const auto look = [&fit](double factor) { fit = fit & (std::abs(factor) <= most); };
+    for (const PassResults& pass : run.pass) {
+        look(pass.TELVOSF);
+        for (const int k : AllSides) {
+            look(pass.BarrierSF[k]);
+            look(pass.RemnantSF[k]);
+        }
+    }
+    return fit;
+}
 
 /// The first quantity that left the range of its type; empty when there is none. Stability factors
 /// have to fit single precision, in which they are shown.
@@ -47,6 +82,7 @@ Stopped computedBy(C& calc, const WorkingInputs& in, RunResults& run, AnalysisRe
     Scalar drawings; // what they decide is nothing that a factor follows from
     rules::plotStresses(drawings, in, in, run.panel, run.pass[Retreat], run.stresses);
     makeFlat(in, in, run, results);
+    if (startsTame(in) && factorsFit(run)) return {};
     const std::string_view unbounded = unboundedQuantity(results);
     if (!unbounded.empty()) return {Stop::Unbounded, {}, unbounded};
     return {};
@@ -100,8 +136,8 @@ Stopped computeNoting(Noting& calc, const WorkingInputs& in, RunResults& run,
 
 Result<RunResults> computeRun(const WorkingInputs& prepared) {
     if (auto fault = impossibleInput(prepared)) return *fault;
-    Result<RunResults> run{std::in_place};
-    AnalysisResults results;
+    Result<RunResults> run{std::in_place, NoRun};
+    AnalysisResults results = NoResults;
     if (const Stopped stopped = computePasses(prepared, run.value(), results);
         stopped.cause != Stop::None)
         run = faultOf(stopped, prepared);
@@ -135,8 +171,9 @@ double archFactorUsed(const project::ProjectInput& input, const Frame& frame) {
 
 Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared) {
     if (auto fault = impossibleInput(prepared)) return *fault;
-    Result<AnalysisResults> results{std::in_place}; // the one that is returned, so never copied
-    RunResults run;
+    // The one that is returned, so never copied.
+    Result<AnalysisResults> results{std::in_place, NoResults};
+    RunResults run = NoRun;
     if (const Stopped stopped = computePasses(prepared, run, results.value());
         stopped.cause != Stop::None)
         results = faultOf(stopped, prepared);
