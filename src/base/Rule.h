@@ -49,9 +49,7 @@ enum class Rule : std::uint8_t {
     RFactorAlmostOne, // an R-factor of exactly 1 is shown as 0.999
     DivisionByZero,
     LeavePillarOverloaded, // an outer row that is left has nothing to spare
-    // Factors as they are shown and compared
-    FactorRounded,
-    FactorTooLargeToCut,
+    // Factors as they are compared
     LowestBarrier,
     Count
 };

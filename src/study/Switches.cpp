@@ -165,8 +165,6 @@ constexpr std::array Table = {
     RuleWords{.rule = Rule::RFactorAlmostOne},
     RuleWords{.rule = Rule::DivisionByZero},
     RuleWords{.rule = Rule::LeavePillarOverloaded},
-    RuleWords{.rule = Rule::FactorRounded},
-    RuleWords{.rule = Rule::FactorTooLargeToCut},
     RuleWords{.rule = Rule::LowestBarrier},
 };
 
