@@ -18,9 +18,9 @@ class Regime {
   public:
     static constexpr std::size_t most = 256, mostSteps = 4;
 
-    void note(bool yes) {
+    TELVO_INLINE void note(bool yes) {
         assert(m_count < most);
-        if (yes) m_yes[m_count / 64] |= std::uint64_t{1} << m_count % 64;
+        m_yes[m_count / 64] |= std::uint64_t{yes} << m_count % 64;
         ++m_count;
     }
     void noteStep(double value) {
@@ -59,15 +59,15 @@ struct Noting : Scalar {
     Regime regime;
     Decisions* decisions = nullptr; ///< filled where somebody asks for them
 
-    double choose(Rule rule, bool yes, double a, double b) {
+    TELVO_INLINE double choose(Rule rule, bool yes, double a, double b) {
         note(rule, yes);
         return yes ? a : b;
     }
-    double atMost(Rule rule, double x, double limit) {
+    TELVO_INLINE double atMost(Rule rule, double x, double limit) {
         note(rule, x > limit);
         return x > limit ? limit : x;
     }
-    double atLeast(Rule rule, double x, double limit) {
+    TELVO_INLINE double atLeast(Rule rule, double x, double limit) {
         note(rule, x < limit);
         return x < limit ? limit : x;
     }
@@ -78,10 +78,12 @@ struct Noting : Scalar {
     }
 
   private:
-    void note(Rule rule, bool yes) {
-        if (decisions) decisions->choices.push_back({rule, here});
+    TELVO_INLINE void note(Rule rule, bool yes) {
+        if (decisions) tell(rule);
         regime.note(yes);
     }
+    // Once per frame; within the other one it would keep that from melting into the rules.
+    [[gnu::noinline]] void tell(Rule rule) { decisions->choices.push_back({rule, here}); }
 };
 
 } // namespace telvo::engine
