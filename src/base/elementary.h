@@ -9,7 +9,7 @@
 /// those of a C library differ in the last bit between processors and systems. These are templates over
 /// the number type, made from + - * /, square root and bit patterns alone (64-bit sums and logical
 /// shifts, as SSE2 has no more), so that one case and a pack of cases get the same bits. The first four
-/// are within 1 ulp of the true value over the range named, the quantile within 3.
+/// are within 1 ulp of the true value over the range named, the quantile within 4.
 ///
 /// All coefficients are fitted by scripts/fit-elementary; the largest part of an ulp that they leave
 /// out is a tenth, in the logarithm and the tangent.
@@ -192,7 +192,7 @@ TELVO_INLINE N exponential(const N& x) {
 }
 
 /// Quantile of the standard normal distribution: the x below which a standard normal variable stays
-/// with the probability p; within 3 ulp for p from 2.3E-308 to 1 - 1.1E-16.
+/// with the probability p; within 4 ulp for p from 2.3E-308 to 1 - 1.1E-16.
 /// Returned: -infinity for 0 and probabilities below the least normal number, infinity for 1, NaN
 ///           outside 0 to 1 and for NaN.
 /// Notes:    1) in the middle, |p - 1/2| <= 0.425, x = q (root 2 pi + q^2 R(0.425^2 - q^2)) with
