@@ -179,6 +179,20 @@ TEST(GraphReading, CrossingsAreToldCurveByCurve) {
               "Development: never SFBAR = 2 from 60.96 m to 182.88 m");
 }
 
+TEST(GraphReading, NumbersHaveARowPerValueAndPerEndOfAGap) {
+    SfGraph graph = depthGraph();
+    graph.curves[0].pieces[1].front().x = 300.5;
+    graph.curves[1].jumps = {{460, 1, {}, ""}, {490, {}, 1, ""}};
+    EXPECT_EQ(graphCsv(graph), "Depth of Cover (ft),Development SF,Retreat SF\r\n"
+                               "200,3,1\r\n300,2,\r\n300.5,1.5,\r\n450,,1\r\n460,,\r\n490,,\r\n"
+                               "500,,1\r\n600,1,1\r\n");
+    graph.kind = GraphKind::SecondBarrier;
+    graph.units = Metric;
+    EXPECT_TRUE(graphCsv(graph).starts_with(
+        "Width of Second Barrier (m),Development SFBAR,Retreat SFBAR\r\n"));
+    EXPECT_EQ(parameterLabel(GraphKind::XcutAngle, Metric), "Crosscut Angle (degrees)");
+}
+
 TEST(GraphReading, TargetIsAFactor) {
     for (const char* good : {"0.01", "1.5", "1000"})
         EXPECT_FALSE(checkTarget(good, "txtTargetSF")) << good;
