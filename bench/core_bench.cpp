@@ -45,12 +45,10 @@ BENCHMARK(prepareAndCompute)->Unit(benchmark::kNanosecond);
 void sixPages(benchmark::State& state) {
     const project::ProjectCase current = fiveEntries();
     const auto outcome = run::runCase(current);
-    const auto& results = std::get<run::Run>(outcome).results;
+    const auto& run = std::get<run::Run>(outcome);
     const report::ReportOptions options;
     for (auto _ : state) {
-        const auto warnings = report::assessWarnings(current, results, options);
-        benchmark::DoNotOptimize(
-            report::writeReport({current, results, options, run::ModuleBuild}, warnings));
+        benchmark::DoNotOptimize(report::makeReport(run, options));
     }
 }
 BENCHMARK(sixPages)->Unit(benchmark::kMicrosecond);
@@ -58,7 +56,7 @@ BENCHMARK(sixPages)->Unit(benchmark::kMicrosecond);
 void wholeRoad(benchmark::State& state) {
     const project::ProjectCase current = fiveEntries();
     for (auto _ : state)
-        benchmark::DoNotOptimize(run::runCase(current));
+        benchmark::DoNotOptimize(report::makeReport(std::get<run::Run>(run::runCase(current))));
 }
 BENCHMARK(wholeRoad)->Unit(benchmark::kMicrosecond);
 

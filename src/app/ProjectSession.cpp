@@ -8,6 +8,7 @@
 #include "engine/driver.h"
 #include "project/keptItems.h"
 #include "report/keyFigures.h"
+#include "report/sections.h"
 #include "run/faultWords.h"
 
 #include <algorithm>
@@ -439,7 +440,7 @@ run::RunOutcome ProjectSession::run(const project::ProjectCase& current) {
 project::KeyFigures ProjectSession::figures(const project::ProjectCase& current) const {
     const run::RunOutcome outcome = run::runCase(current, m_previousAnalysisCase);
     if (const auto* done = std::get_if<run::Run>(&outcome))
-        return report::keyFigures({current, done->results, reportOptions(), run::ModuleBuild});
+        return report::keyFigures(*done, reportOptions());
     project::KeyFigures figures;
     const auto* stopped = std::get_if<Fault>(&outcome);
     const Refusal refused =
@@ -463,13 +464,12 @@ project::KeyFigures ProjectSession::figuresOfOpen(const project::ProjectCase& tr
 }
 
 std::string ProjectSession::inputEcho() const {
-    engine::AnalysisResults results;
-    results.AnalysisCase = engine::analysisCase(project().Input.Anal, m_previousAnalysisCase);
-    if (const auto prepared =
-            engine::PrepareAnalysis(project().Input, project().Units, m_previousAnalysisCase);
-        const auto* in = std::get_if<engine::WorkingInputs>(&prepared))
-        results.ArchFactor = engine::archFactorUsed(*in);
-    return report::inputEchoPage({project(), results, reportOptions(), run::ModuleBuild});
+    const project::ProjectInput& input = project().Input;
+    const auto prepared = engine::PrepareAnalysis(input, project().Units, m_previousAnalysisCase);
+    const auto* in = std::get_if<engine::WorkingInputs>(&prepared);
+    return report::inputEchoPage(project(),
+                                 engine::analysisCase(input.Anal, m_previousAnalysisCase),
+                                 in ? engine::archFactorUsed(*in) : 0);
 }
 
 } // namespace telvo::app

@@ -242,7 +242,7 @@ void Batch::computeOne(const Columns& columns, std::size_t i) const {
     for (std::size_t j = 0; j < columns.outputs; ++j)
         columns.out[j][i] = numbers[m_everySlot[m_order[j]]];
     if (columns.flags)
-        columns.flags[i] = criteria::assess(one, results, m_options.RoundTELVOSF).flags;
+        columns.flags[i] = criteria::assess(*in, one.Input, results, m_options.RoundTELVOSF).flags;
     columns.status[i] = 1;
 }
 

@@ -106,9 +106,7 @@ int runResults(const ResultsRequest& request) {
     bool first = true;
     visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
         runCase(outcome);
-        if (outcome.run)
-            outcome.warnings =
-                report::assessWarnings(outcome.run->current, outcome.run->results, request.options);
+        if (outcome.run) outcome.warnings = report::assessWarnings(*outcome.run, request.options);
         raise(status, outcome.status);
         tellNotes(outcome);
         if (!outcome.run) complainOf(outcome);

@@ -54,8 +54,7 @@ int runExplain(const ExplainRequest& request) {
         complainOf(outcome);
         return outcome.status;
     }
-    explain::Chapters chapters =
-        explain::explain(*outcome.current, outcome.run->results, request.options, request.digits);
+    explain::Chapters chapters = explain::explain(*outcome.run, request.options, request.digits);
     if (!request.quantity.empty()) {
         explain::Chapters selected = explain::leadingTo(chapters, request.quantity);
         if (selected.empty()) return complainOfName(chapters, request.quantity);

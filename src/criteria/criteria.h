@@ -3,6 +3,7 @@
 
 #include "criteria/assess.h"
 #include "engine/AnalysisResults.h"
+#include "engine/WorkingInputs.h"
 #include "project/ProjectInput.h"
 
 #include <cstdint>
@@ -17,8 +18,9 @@ struct Assessment {
     bool flag(int i) const { return (flags >> i & 1) != 0; }
 };
 
-/// Given: mode  in which stability factors are shown and compared
-Assessment assess(const project::ProjectCase& current, const engine::AnalysisResults& results,
-                  int mode);
+/// Given: in    of the run   input  the record that they are of
+///        mode  in which stability factors are shown and compared
+Assessment assess(const engine::WorkingInputs& in, const project::ProjectInput& input,
+                  const engine::AnalysisResults& results, int mode);
 
 } // namespace telvo::criteria

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "engine/AnalysisResults.h"
-#include "project/ProjectInput.h"
 #include "report/ReportWriter.h"
+#include "run/Run.h"
 
 #include <string>
 #include <string_view>
@@ -62,11 +61,10 @@ inline constexpr int DefaultDigits = 7;
 inline constexpr int MostDigits = 17;
 
 /// The working of a run.
-/// Given: current, results  a case and what ComputeAnalysis() made of it
-///        options           of the report whose figures are told
-///        digits            significant digits of the numbers, 1 to 17
-Chapters explain(const project::ProjectCase& current, const engine::AnalysisResults& results,
-                 const report::ReportOptions& options, int digits = DefaultDigits);
+/// Given: options  of the report whose figures are told
+///        digits   significant digits of the numbers, 1 to 17
+Chapters explain(const run::Run& run, const report::ReportOptions& options,
+                 int digits = DefaultDigits);
 
 /// The step of that key, or nullptr.
 const Step* findStep(const Chapters& chapters, std::string_view key);

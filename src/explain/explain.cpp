@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/quantityNames.h"
+#include "engine/questions.h"
 #include "explain/formulaText.h"
 #include "explain/nomenclature.h"
 #include "explain/printedFigures.h"
@@ -69,11 +70,10 @@ Place placeOf(Part part, int pass) {
 
 class Writer {
   public:
-    Writer(const project::ProjectCase& current, const AnalysisResults& results,
-           const report::ReportOptions& options, int digits)
-        : m_current(current), m_results(results), m_options(options),
+    Writer(const run::Run& run, const report::ReportOptions& options, int digits)
+        : m_run(run), m_current(run.current), m_results(run.results), m_options(options),
           m_digits(std::clamp(digits, 1, MostDigits)),
-          m_trace(traceRun(current, results.AnalysisCase, options)) {
+          m_trace(traceRun(run.current, run.results.AnalysisCase, options)) {
         for (std::size_t i = 0; i < PlaceCount; ++i)
             m_chapters[i].title = Titles[i];
     }
@@ -87,7 +87,7 @@ class Writer {
         Chapters chapters;
         for (Chapter& chapter : m_chapters)
             if (!chapter.steps.empty()) chapters.push_back(std::move(chapter));
-        addPrintedFigures({m_current, m_results, m_options, {}}, m_digits, chapters);
+        addPrintedFigures(m_run, m_options, m_digits, chapters);
         return chapters;
     }
 
@@ -177,8 +177,7 @@ class Writer {
         step.formula = text.formula();
         step.substituted = text.substituted();
         addReason(step, traced, text);
-        if (traced.symbol == "SF" &&
-            traced.where.pass > report::lastPass({m_current, m_results, m_options, {}}))
+        if (traced.symbol == "SF" && traced.where.pass > lastPass(m_run.in))
             append(step.rule, "not printed, since the case has no active gob to retreat from, yet "
                               "the warnings use it");
         step.operands = text.operands();
@@ -228,6 +227,7 @@ class Writer {
         });
     }
 
+    const run::Run& m_run;
     const project::ProjectCase& m_current;
     const AnalysisResults& m_results;
     const report::ReportOptions& m_options;
@@ -240,9 +240,8 @@ class Writer {
 
 } // namespace
 
-Chapters explain(const project::ProjectCase& current, const AnalysisResults& results,
-                 const report::ReportOptions& options, int digits) {
-    return Writer(current, results, options, digits).write();
+Chapters explain(const run::Run& run, const report::ReportOptions& options, int digits) {
+    return Writer(run, options, digits).write();
 }
 
 } // namespace telvo::explain

@@ -2,6 +2,7 @@
 #include "explain/printedFigures.h"
 
 #include "base/text.h"
+#include "engine/questions.h"
 #include "explain/formulaText.h"
 #include "explain/nomenclature.h"
 #include "project/units.h"
@@ -20,14 +21,14 @@ constexpr std::string_view AMZHeading = "[DATA ABOUT THE ACTIVE MINING ZONE (AMZ
 /// The pages of the report, in which a figure is found by the words around it.
 class FigureFinder {
   public:
-    FigureFinder(const report::ReportSource& source, int digits, Chapters& chapters)
-        : m_source(source), m_digits(digits), m_chapters(chapters),
-          m_pages(report::writeReport(
-              source, report::assessWarnings(source.current, source.results, source.options))) {
+    FigureFinder(const run::Run& run, const report::ReportOptions& options, int digits,
+                 Chapters& chapters)
+        : m_run(run), m_options(options), m_digits(digits), m_chapters(chapters),
+          m_pages(report::makeReport(run, options).pages) {
         for (std::size_t page = 0; page < m_pages.size(); ++page)
             m_lines[page] = splitLines(m_pages[page]);
-        AnalysisResults copy = source.results;
-        m_units = report::fixReportUnits(copy, source.current.Units, source.options);
+        AnalysisResults copy = run.results;
+        m_units = report::fixReportUnits(copy, run.current.Units, options);
     }
 
     /// Later figures are looked for on this page, behind the line that starts so (the nth of them).
@@ -94,11 +95,11 @@ class FigureFinder {
     }
 
     void convert(const Step& step, Kind otherwise, Printed& printed) const {
-        const Kind kind = measureOf(step.key, otherwise, m_source.current.Units).kind;
-        const bool english = m_source.current.Units == project::English;
+        const Kind kind = measureOf(step.key, otherwise, m_run.current.Units).kind;
+        const bool english = m_run.current.Units == project::English;
         printed.unit = step.unit;
         if (kind == Kind::Factor) {
-            const int mode = m_source.options.RoundTELVOSF;
+            const int mode = m_options.RoundTELVOSF;
             printed.rounding = mode == 0   ? "two decimals, a tie goes to the even digit"
                                : mode == 2 ? "cut after two decimals"
                                            : "in single precision";
@@ -110,12 +111,13 @@ class FigureFinder {
         }
         if (kind == Kind::Stress) {
             printed.unit = bare(m_units.stress);
-            if (english && m_source.options.OutputStrUnits == 0)
+            if (english && m_options.OutputStrUnits == 0)
                 printed.conversion = numberText(step.value, step.unit, m_digits) + " / 144";
         }
     }
 
-    const report::ReportSource& m_source;
+    const run::Run& m_run;
+    const report::ReportOptions& m_options;
     int m_digits;
     Chapters& m_chapters;
     report::ReportPages m_pages;
@@ -128,13 +130,13 @@ class FigureFinder {
 constexpr std::size_t FactorLeader = 45;
 constexpr std::size_t LabelLeader = 40;
 
-void tellFactorPage(FigureFinder& finder, const report::ReportSource& source) {
-    const int last = report::lastPass(source);
+void tellFactorPage(FigureFinder& finder, const run::Run& run) {
+    const int last = lastPass(run.in);
     const auto label = [](int p) { return p == Development ? "Development." : "Retreat."; };
     finder.goTo(1, "[TELVO STABILITY FACTORS]");
     for (int p = Development; p <= last; ++p)
         finder.tell("SF", {p}, label(p), FactorLeader, 0);
-    for (const int k : report::barrierSides(source)) {
+    for (const int k : barrierSides(run.in)) {
         finder.goTo(1, k == FirstSide ? "[FIRST SIDE" : "[SECOND SIDE");
         for (int p = Development; p <= last; ++p)
             finder.tell("SFb", {p, k}, label(p), FactorLeader, 0);
@@ -195,17 +197,17 @@ std::string_view sideLabel(int k) {
     return k == FirstSide ? "First" : "Second";
 }
 
-void tellBarrierPage(FigureFinder& finder, const report::ReportSource& source) {
+void tellBarrierPage(FigureFinder& finder, const run::Run& run) {
     constexpr std::size_t sideWidth = 7;
     constexpr std::size_t loadWidth = 20;
-    const std::vector<int> sides = report::barrierSides(source);
+    const std::vector<int> sides = barrierSides(run.in);
     if (finder.goTo(4, "BARRIER       WIDTH"))
         for (const int k : sides) {
             int column = 0;
             for (const char* symbol : {"Wb", "sb", "Kb"})
                 finder.tell(symbol, {Retreat, k}, sideLabel(k), sideWidth, column++);
         }
-    for (int p = Development; p <= report::lastPass(source); ++p) {
+    for (int p = Development; p <= lastPass(run.in); ++p) {
         if (!finder.goTo(4, "LOAD   ", p)) return;
         for (const int k : sides) {
             const auto load = [&](const char* symbol, const char* label) {
@@ -254,17 +256,18 @@ void tellOuterRows(FigureFinder& finder, int pillars) {
 
 } // namespace
 
-void addPrintedFigures(const report::ReportSource& source, int digits, Chapters& chapters) {
-    FigureFinder finder(source, digits, chapters);
-    const int pillars = source.results.NumberPillars;
-    tellFactorPage(finder, source);
+void addPrintedFigures(const run::Run& run, const report::ReportOptions& options, int digits,
+                       Chapters& chapters) {
+    FigureFinder finder(run, options, digits, chapters);
+    const int pillars = run.results.NumberPillars;
+    tellFactorPage(finder, run);
     tellActiveMiningZonePage(finder);
     finder.goTo(2, " LOADINGS ON AMZ");
-    const std::string total = "Q" + std::to_string(source.results.AnalysisCase);
+    const std::string total = "Q" + std::to_string(run.results.AnalysisCase);
     for (const int p : {Development, Retreat})
         finder.tell(total, {p}, "TOTAL ", LabelLeader, p - Development);
     tellPillarPage(finder, pillars);
-    tellBarrierPage(finder, source);
+    tellBarrierPage(finder, run);
     tellRemnantPage(finder);
     tellOuterRows(finder, pillars);
 }

@@ -7,6 +7,7 @@
 namespace telvo::explain {
 
 /// Tells every figure of pages 1 to 5 beside its step.
-void addPrintedFigures(const report::ReportSource& source, int digits, Chapters& chapters);
+void addPrintedFigures(const run::Run& run, const report::ReportOptions& options, int digits,
+                       Chapters& chapters);
 
 } // namespace telvo::explain

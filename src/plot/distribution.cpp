@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "engine/driver.h"
+#include "engine/questions.h"
 #include "plot/planDimensions.h"
 #include "project/units.h"
 
@@ -39,10 +40,8 @@ std::string withUnit(const std::string& figure, std::string_view unit) {
 /// What both kinds of distribution have of a run.
 class Maker {
   public:
-    explicit Maker(const report::ReportSource& run)
-        : m_run(run), m_results(run.results),
-          m_in(engine::workingInputs(run.current.Input, run.current.Units,
-                                     run.results.AnalysisCase)) {
+    Maker(const run::Run& run, const report::ReportOptions& options)
+        : m_run(run), m_options(options), m_results(run.results), m_in(run.in) {
         m_made.caption = {caseTitle(run.current)};
         m_made.lengthUnit = project::unitLabel(m_in.Units, project::Quantity::Length);
     }
@@ -51,7 +50,7 @@ class Maker {
     Distribution stress(int pass);
 
   private:
-    void toReportUnits() { m_units = report::fixReportUnits(m_results, m_in.Units, m_run.options); }
+    void toReportUnits() { m_units = report::fixReportUnits(m_results, m_in.Units, m_options); }
     void describe(std::string_view what, const std::string& unit);
     void addPillars();
     void addBarrier(int k);
@@ -59,9 +58,10 @@ class Maker {
     void noteStresses(int pass);
     std::string reportedFactors(int pass) const;
 
-    const report::ReportSource& m_run;
+    const run::Run& m_run;
+    const report::ReportOptions& m_options;
     engine::AnalysisResults m_results; ///< in report units as soon as they are fixed
-    engine::WorkingInputs m_in;
+    const engine::WorkingInputs& m_in;
     report::ReportUnits m_units;
     Distribution m_made;
 };
@@ -134,7 +134,7 @@ std::string Maker::reportedFactors(int pass) const {
             barriers += std::string(bar.side == FirstSide ? ", first" : ", second") + " barrier " +
                         bar.factorFigure;
     return "Report, " + m_made.pass + ": stability factor of the pillars within the AMZ " +
-           report::factorText(m_results.TELVOSF[pass], m_run.options) + barriers + '.';
+           report::factorText(m_results.TELVOSF[pass], m_options.RoundTELVOSF) + barriers + '.';
 }
 
 void Maker::noteStresses(int pass) {
@@ -169,10 +169,7 @@ void Maker::noteStresses(int pass) {
 }
 
 Distribution Maker::stress(int pass) {
-    if (pass == engine::Development) {
-        if (const auto run = engine::computeRun(m_in))
-            m_results = engine::withStressesOf(m_in, *run, pass);
-    }
+    if (pass == engine::Development) m_results = engine::withStressesOf(m_in, m_run.byPass, pass);
     toReportUnits();
     const int analysisCase = m_results.AnalysisCase;
     m_made.pass = pass == engine::Development ? "development" : "retreat";
@@ -180,7 +177,7 @@ Distribution Maker::stress(int pass) {
     m_made.caption.emplace_back(project::LoadingConditionNames[analysisCase - 1]);
     describe("Stress", m_units.stress);
 
-    const auto barriers = report::barrierSides(m_run);
+    const auto barriers = engine::barrierSides(m_in);
     const bool side = analysisCase >= engine::OneSideGob;
     const bool front = !barriers.empty();
     // Tributary, front, first side, second side; those that cannot arise are left out.
@@ -208,7 +205,7 @@ Distribution Maker::stress(int pass) {
                       k == FirstSide ? abutment : 0, k == SecondSide ? abutment : 0});
             bar.strength = r.BarrierStrength[k];
             bar.factor = r.BarrierSF[pass][k];
-            bar.factorFigure = report::factorText(*bar.factor, m_run.options);
+            bar.factorFigure = report::factorText(*bar.factor, m_options.RoundTELVOSF);
         } else {
             set(bar, {r.TributaryStress, 0, r.PillarSideStress[FirstSide][i],
                       r.PillarSideStress[SecondSide][i]});
@@ -268,12 +265,13 @@ std::optional<double> Bar::margin() const {
     return *strength / height;
 }
 
-Distribution capacityDistribution(const report::ReportSource& run) {
-    return Maker(run).capacity();
+Distribution capacityDistribution(const run::Run& run, const report::ReportOptions& options) {
+    return Maker(run, options).capacity();
 }
 
-Distribution stressDistribution(const report::ReportSource& run, int pass) {
-    return Maker(run).stress(pass);
+Distribution stressDistribution(const run::Run& run, const report::ReportOptions& options,
+                                int pass) {
+    return Maker(run, options).stress(pass);
 }
 
 std::string distributionCsv(const Distribution& distribution) {
@@ -327,8 +325,7 @@ std::string barHint(const Distribution& distribution, const Bar& bar) {
     return hint;
 }
 
-PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
-                        const report::ReportOptions& options) {
+PlanOverlay planOverlay(const Distribution& distribution, Coloured what, int RoundTELVOSF) {
     const bool ratio = what == Coloured::StrengthToStress;
     const auto valueOf = [&](const Bar& bar) {
         return ratio ? bar.margin() : std::optional(bar.height);
@@ -362,7 +359,7 @@ PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
         PlanOverlay::Cell cell;
         cell.hint = barHint(distribution, bar);
         cell.wordings = {bar.figure};
-        if (ratio) cell.wordings = {value ? report::factorText(*value, options) : "-"};
+        if (ratio) cell.wordings = {value ? report::factorText(*value, RoundTELVOSF) : "-"};
         if (value) {
             const auto step = std::upper_bound(limits.begin(), limits.end(), *value);
             cell.colour = overlay.key.colours[static_cast<std::size_t>(step - limits.begin())];
@@ -371,15 +368,6 @@ PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
             std::move(cell);
     }
     return overlay;
-}
-
-project::ProjectCase casePlanned(const project::ProjectCase& current, int pass) {
-    project::ProjectCase planned = current;
-    if (pass == engine::Development) {
-        planned.Input.ExtentActiveGob = 0;
-        planned.Input.SlabcutFirstGob = planned.Input.SlabcutSecondGob = 0;
-    }
-    return planned;
 }
 
 } // namespace telvo::plot

@@ -53,14 +53,15 @@ struct Distribution {
 
 /// Load-bearing capacity of one pillar of each row. The total is that of the active mining zone:
 /// the sum times the rows in it, its breadth through the crosscut spacing.
-Distribution capacityDistribution(const report::ReportSource& run);
+Distribution capacityDistribution(const run::Run& run, const report::ReportOptions& options);
 
 /// Stresses of the plots on pillars and barriers in a pass, by their sources, with the strengths.
-/// Notes: 1) a run keeps those of the retreat pass. Those of development follow from the loads that
-///           it keeps for both passes, by the same rule: engine::plotStresses().
+/// Notes: 1) the results by their names have those of the retreat pass. Those of development follow
+///           by the same rule from what the run keeps of that pass.
 ///        2) the front abutment of the zone is not shared out to single pillars; the stress of a
 ///           barrier has neither its pressure arch load nor its slab corner load.
-Distribution stressDistribution(const report::ReportSource& run, int pass);
+Distribution stressDistribution(const run::Run& run, const report::ReportOptions& options,
+                                int pass);
 
 /// The numbers behind the bars, unrounded, a line for each bar.
 std::string distributionCsv(const Distribution& distribution);
@@ -76,10 +77,6 @@ enum class Coloured {
 
 /// Colours for the pillars of a plan after a distribution, in ColourSteps steps. Darker is more,
 /// but with StrengthToStress weaker.
-PlanOverlay planOverlay(const Distribution& distribution, Coloured what,
-                        const report::ReportOptions& options);
-
-/// The case as a pass sees it: development knows no active gob and no slab cuts.
-project::ProjectCase casePlanned(const project::ProjectCase& current, int pass);
+PlanOverlay planOverlay(const Distribution& distribution, Coloured what, int RoundTELVOSF);
 
 } // namespace telvo::plot

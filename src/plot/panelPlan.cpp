@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "engine/driver.h"
 #include "engine/quantities.h"
 #include "plot/planDimensions.h"
 #include "plot/planGeometry.h"
@@ -353,11 +354,32 @@ std::string caseTitle(const project::ProjectCase& current) {
     return withoutControls(name);
 }
 
-std::variant<Drawing, Refusal> panelPlan(const project::ProjectCase& current,
+namespace {
+
+std::variant<Drawing, Refusal> panelPlan(const engine::WorkingInputs& in,
+                                         const project::ProjectCase& current,
                                          const PlanOptions& options, const PlanOverlay* overlay) {
-    const auto plan = planGeometry(current, options.PlotGobExtLoose == 1);
+    const auto plan = planGeometry(in, options.PlotGobExtLoose == 1);
     if (!plan) return Refusal{"Invalid Pillar Dimensions", "Error", ""};
     return Plan(current, options, overlay, *plan).make();
+}
+
+} // namespace
+
+std::variant<Drawing, Refusal> panelPlan(const project::ProjectCase& current,
+                                         const PlanOptions& options, const PlanOverlay* overlay) {
+    return panelPlan(engine::workingInputs(current.Input, current.Units, engine::DevelopmentLoad),
+                     current, options, overlay);
+}
+
+std::variant<Drawing, Refusal> panelPlan(const run::Run& run, int pass, const PlanOptions& options,
+                                         const PlanOverlay* overlay) {
+    engine::WorkingInputs in = run.in;
+    if (pass == engine::Development) {
+        in.GobExtent[1] = 0;
+        in.Slabcut = {};
+    }
+    return panelPlan(in, run.current, options, overlay);
 }
 
 } // namespace telvo::plot

@@ -6,6 +6,7 @@
 #include "engine/AnalysisResults.h"
 #include "plot/Drawing.h"
 #include "project/ProjectInput.h"
+#include "run/Run.h"
 
 #include <cstdint>
 #include <string>
@@ -56,6 +57,9 @@ inline constexpr int MostPlanRows = 40;
 ///           length.
 std::variant<Drawing, Refusal> panelPlan(const project::ProjectCase& current,
                                          const PlanOptions& options,
+                                         const PlanOverlay* overlay = nullptr);
+/// The plan of a run as a pass sees it: development knows no active gob and no slab cuts.
+std::variant<Drawing, Refusal> panelPlan(const run::Run& run, int pass, const PlanOptions& options,
                                          const PlanOverlay* overlay = nullptr);
 
 /// What a drawing or a plot of a case is called: its title, else the name of its file.

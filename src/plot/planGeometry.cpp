@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plot/planGeometry.h"
 
-#include "engine/driver.h"
 #include "engine/rules/geometry.h"
 #include "plot/panelPlan.h"
 
@@ -76,9 +75,9 @@ std::vector<Point> PlanGeometry::pillar(int i, double highest) const {
             {left, leftTop}};
 }
 
-std::optional<PlanGeometry> planGeometry(const project::ProjectCase& current, bool loose) {
+std::optional<PlanGeometry> planGeometry(const engine::WorkingInputs& panel, bool loose) {
     PlanGeometry plan;
-    plan.in = engine::workingInputs(current.Input, current.Units, engine::DevelopmentLoad);
+    plan.in = panel;
     const engine::WorkingInputs& in = plan.in;
     Scalar calc;
     const double length = engine::rules::pillarLength(calc, in.Sc, in.We, in.SinTheta);

@@ -59,8 +59,8 @@ struct PlanGeometry {
     std::vector<Point> pillar(int i, double highest) const;
 };
 
-/// Lays out the plan of a case; with `loose` gobs are cut short. Nothing where a pillar has no
+/// Lays out the plan of a panel; with `loose` gobs are cut short. Nothing where a pillar has no
 /// positive width or length.
-std::optional<PlanGeometry> planGeometry(const project::ProjectCase& current, bool loose);
+std::optional<PlanGeometry> planGeometry(const engine::WorkingInputs& panel, bool loose);
 
 } // namespace telvo::plot

@@ -12,7 +12,6 @@
 
 namespace telvo::report {
 
-using engine::AnalysisResults;
 using project::Field;
 using project::FieldId;
 using project::FieldKind;
@@ -105,9 +104,8 @@ void howItWasSet(EchoPage& page, std::string_view what, std::int16_t flag) {
 }
 
 /// All inputs: a heading per tab of the form, a subheading per gob.
-/// Given: results  of the case; its loading condition, and the arch factor that the analysis
-///                 computes with, 0 where that is not known
-void inputs(EchoPage& page, const ProjectInput& in, const AnalysisResults& results) {
+/// Given: archFactorUsed  what the analysis computes with; 0 where that is not known
+void inputs(EchoPage& page, const ProjectInput& in, int analysisCase, float archFactorUsed) {
     std::optional<ParameterTab> tab;
     std::string_view group;
     for (const Field field : EchoOrder) {
@@ -127,7 +125,7 @@ void inputs(EchoPage& page, const ProjectInput& in, const AnalysisResults& resul
                 page.field(in, {field, i});
             break;
         case Field::Anal:
-            page.text(row.echoLabel(), project::LoadingConditionNames[results.AnalysisCase - 1]);
+            page.text(row.echoLabel(), project::LoadingConditionNames[analysisCase - 1]);
             break;
         case Field::AMZ:
             howItWasSet(page, "AMZ", in.AMZ);
@@ -136,8 +134,8 @@ void inputs(EchoPage& page, const ProjectInput& in, const AnalysisResults& resul
             howItWasSet(page, project::rowOf(Field::ArchFactor).label, in.Arch);
             // The record's own factor may be that of another depth, and the analysis has a rule of
             // its own.
-            if (in.Arch != 0 && results.ArchFactor != 0 && results.ArchFactor != in.ArchFactor)
-                page.value("Pressure Arch Factor used by the analysis", results.ArchFactor);
+            if (in.Arch != 0 && archFactorUsed != 0 && archFactorUsed != in.ArchFactor)
+                page.value("Pressure Arch Factor used by the analysis", archFactorUsed);
             break;
         default:
             page.field(in, field);
@@ -147,15 +145,15 @@ void inputs(EchoPage& page, const ProjectInput& in, const AnalysisResults& resul
 
 } // namespace
 
-std::string inputEchoPage(const ReportSource& source) {
-    const project::ProjectCase& current = source.current;
+std::string inputEchoPage(const project::ProjectCase& current, int analysisCase,
+                          float archFactorUsed) {
     EchoPage page(current.Units);
-    page.line("TELVO module build: " + std::string(source.build));
+    page.line("TELVO module build: " + std::string(run::ModuleBuild));
     page.line("Project File: " + withoutControls(current.FileName));
     page.line("Units: " + std::string(project::unitSummary(current.Units)));
     page.line();
     description(page, current);
-    inputs(page, current.Input, source.results);
+    inputs(page, current.Input, analysisCase, archFactorUsed);
     return page.take();
 }
 

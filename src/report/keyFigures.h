@@ -2,11 +2,12 @@
 #pragma once
 
 #include "project/KeyFigures.h"
-#include "report/sections.h"
+#include "report/ReportWriter.h"
+#include "run/Run.h"
 
 namespace telvo::report {
 
 /// The key figures of a run, rounded as its report prints them.
-project::KeyFigures keyFigures(const ReportSource& source);
+project::KeyFigures keyFigures(const run::Run& run, const ReportOptions& options);
 
 } // namespace telvo::report

@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "engine/quantities.h"
+#include "engine/questions.h"
 #include "engine/rules/figures.h"
 #include "project/units.h"
 
@@ -43,6 +44,14 @@ constexpr IndexedArray<std::string_view, 3, 4> BleederNotes = {
     {" *Includes contribution from row 'C' bleeder pillar",
      "**Includes contribution from row 'D' bleeder pillar"}};
 
+/// What the pages are written from.
+struct Shown {
+    const project::ProjectCase& current;
+    const WorkingInputs& in;
+    const AnalysisResults& results; ///< on page 1 the engine's, on 2 to 5 in report units
+    const ReportOptions& options;
+};
+
 double barrierWidth(const ProjectInput& in, int k) {
     return k == FirstSide ? in.BarrierFirstGob : in.BarrierSecondGob;
 }
@@ -58,21 +67,8 @@ std::string force(double value) {
 
 } // namespace
 
-std::vector<int> barrierSides(const ReportSource& source) {
-    std::vector<int> sides;
-    for (int k = FirstSide; k <= source.results.AnalysisCase; ++k)
-        if (barrierWidth(source.current.Input, k) != 0) sides.push_back(k);
-    return sides;
-}
-
-int lastPass(const ReportSource& source) {
-    const bool retreat =
-        source.results.AnalysisCase >= ActiveGob && source.current.Input.ExtentActiveGob != 0;
-    return retreat ? Retreat : Development;
-}
-
-std::string factorText(double factor, const ReportOptions& options) {
-    return formatPattern(RoundSF(factor, options.RoundTELVOSF), FactorPattern);
+std::string factorText(double factor, int RoundTELVOSF) {
+    return formatPattern(RoundSF(factor, RoundTELVOSF), FactorPattern);
 }
 
 ReportUnits fixReportUnits(AnalysisResults& copy, std::int16_t units,
@@ -109,26 +105,24 @@ namespace {
 std::string factorLine(std::string_view label, double factor, const ReportOptions& options) {
     constexpr int leader = 45;
     constexpr int width = 6;
-    return DotLeader(label, leader) + AlignValue(factorText(factor, options), width);
+    return DotLeader(label, leader) + AlignValue(factorText(factor, options.RoundTELVOSF), width);
 }
 
-} // namespace
-
-std::string stabilityFactorPage(const ReportSource& source, const Warnings& warnings) {
+std::string stabilityFactorPage(const Shown& source, const Warnings& warnings) {
     const AnalysisResults& r = source.results;
     const bool sideGobs = r.AnalysisCase >= OneSideGob;
     PageWriter page;
     page.heading("TELVO STABILITY FACTORS");
-    for (int p = Development; p <= lastPass(source); ++p) {
+    for (int p = Development; p <= lastPass(source.in); ++p) {
         page.line(factorLine(PassNames[p], r.TELVOSF[p], source.options));
         if (sideGobs) page.line(GobNotes[r.AnalysisCase][p]);
     }
     if (sideGobs) {
         page.line();
         page.heading("BARRIER PILLAR STABILITY FACTORS");
-        for (const int k : barrierSides(source)) {
+        for (const int k : barrierSides(source.in)) {
             page.subHeading(BarrierNames[k]);
-            for (int p = Development; p <= lastPass(source); ++p)
+            for (int p = Development; p <= lastPass(source.in); ++p)
                 page.line(factorLine(PassNames[p], r.BarrierSF[p][k], source.options));
         }
     }
@@ -141,8 +135,6 @@ std::string stabilityFactorPage(const ReportSource& source, const Warnings& warn
 }
 
 // --- Page 2: active mining zone
-
-namespace {
 
 class LabelPage : public PageWriter {
   public:
@@ -195,9 +187,7 @@ std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
     return rows;
 }
 
-} // namespace
-
-std::string activeMiningZonePage(const ReportSource& source, const ReportUnits& units) {
+std::string activeMiningZonePage(const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     const std::int16_t system = source.current.Units;
     const std::string_view length = unitLabel(system, Quantity::Length);
@@ -227,7 +217,7 @@ std::string activeMiningZonePage(const ReportSource& source, const ReportUnits& 
     page.value("R-FACTOR For Second Side Abutment", r.RFactorSide[SecondSide], "##0.000");
 
     constexpr int column = 14;
-    const int passes = lastPass(source);
+    const int passes = lastPass(source.in);
     const auto tableLine = [&](std::string line, auto cell) {
         for (int p = Development; p <= passes; ++p)
             line += PadLeft(cell(p), column);
@@ -258,7 +248,7 @@ std::string activeMiningZonePage(const ReportSource& source, const ReportUnits& 
 
 // --- Page 3: pillars
 
-std::string pillarPage(const ReportSource& source, const ReportUnits& units) {
+std::string pillarPage(const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     const std::int16_t system = source.current.Units;
     const auto length = columnUnit(unitLabel(system, Quantity::Length));
@@ -297,9 +287,7 @@ std::string pillarPage(const ReportSource& source, const ReportUnits& units) {
 
 // --- Page 4: barrier pillars
 
-namespace {
-
-void barrierParameters(PageWriter& page, const ReportSource& source, const ReportUnits& units) {
+void barrierParameters(PageWriter& page, const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     // Right edges of the columns: 19, 34 and 52.
     const auto columns = [](std::string_view width, std::string_view strength,
@@ -312,7 +300,7 @@ void barrierParameters(PageWriter& page, const ReportSource& source, const Repor
               columns(columnUnit(unitLabel(source.current.Units, Quantity::Length)),
                       columnUnit(units.stress), columnUnit(units.force)));
     std::vector<std::string_view> notes;
-    for (const int k : barrierSides(source)) {
+    for (const int k : barrierSides(source.in)) {
         const bool shared = r.BleederExcess[k] > 0;
         page.line(PadRight(SideNames[k], 7) +
                   columns(formatPattern(barrierWidth(source.current.Input, k), "0.00"),
@@ -327,8 +315,7 @@ void barrierParameters(PageWriter& page, const ReportSource& source, const Repor
 
 /// Loads of the barriers in one pass. A side of the loading condition without a barrier keeps its
 /// column, marked empty.
-void barrierLoadTable(PageWriter& page, const ReportSource& source, const ReportUnits& units,
-                      int p) {
+void barrierLoadTable(PageWriter& page, const Shown& source, const ReportUnits& units, int p) {
     constexpr int label = 20;
     constexpr int column = 14;
     const AnalysisResults& r = source.results;
@@ -364,12 +351,10 @@ void barrierLoadTable(PageWriter& page, const ReportSource& source, const Report
     load("LTRANSBAR", [&](int k) { return r.LTRANSBAR[p][k]; });
 }
 
-} // namespace
-
-std::string barrierPage(const ReportSource& source, const ReportUnits& units) {
+std::string barrierPage(const Shown& source, const ReportUnits& units) {
     PageWriter page;
     page.heading("BARRIER PILLAR PARAMETERS");
-    if (barrierSides(source).empty()) {
+    if (barrierSides(source.in).empty()) {
         page.line(None);
         return page.take();
     }
@@ -378,7 +363,7 @@ std::string barrierPage(const ReportSource& source, const ReportUnits& units) {
     page.line();
     page.heading("BARRIER PILLAR LOADS - " +
                  std::string(project::LoadingConditionNames[analysisCase - 1]));
-    for (int p = Development; p <= lastPass(source); ++p) {
+    for (int p = Development; p <= lastPass(source.in); ++p) {
         if (p > Development) page.line();
         page.subHeading(LoadCaseNames[analysisCase][p]);
         barrierLoadTable(page, source, units, p);
@@ -387,8 +372,6 @@ std::string barrierPage(const ReportSource& source, const ReportUnits& units) {
 }
 
 // --- Page 5: remnant barriers and leave pillars
-
-namespace {
 
 struct LeavePillar {
     char row = ' ';
@@ -399,8 +382,7 @@ struct LeavePillar {
     bool adjusted = false; // for the effective length of the remnant barrier
 };
 
-std::optional<LeavePillar> outerRow(const ReportSource& source, const ReportUnits& units,
-                                    char row) {
+std::optional<LeavePillar> outerRow(const Shown& source, const ReportUnits& units, char row) {
     const ProjectInput& in = source.current.Input;
     const AnalysisResults& r = source.results;
     if ((row == 'A' ? in.RowA : in.RowB) != 1) return std::nullopt;
@@ -414,7 +396,7 @@ std::optional<LeavePillar> outerRow(const ReportSource& source, const ReportUnit
     return pillar;
 }
 
-std::optional<LeavePillar> bleederRow(const ReportSource& source, char row) {
+std::optional<LeavePillar> bleederRow(const Shown& source, char row) {
     const ProjectInput& in = source.current.Input;
     const AnalysisResults& r = source.results;
     if ((row == 'C' ? in.RowC : in.RowD) != 1) return std::nullopt;
@@ -430,7 +412,7 @@ std::optional<LeavePillar> bleederRow(const ReportSource& source, char row) {
                        true};
 }
 
-std::vector<LeavePillar> leavePillars(const ReportSource& source, const ReportUnits& units) {
+std::vector<LeavePillar> leavePillars(const Shown& source, const ReportUnits& units) {
     std::vector<LeavePillar> pillars;
     for (const char row : {'A', 'B'})
         if (const auto pillar = outerRow(source, units, row)) pillars.push_back(*pillar);
@@ -439,7 +421,7 @@ std::vector<LeavePillar> leavePillars(const ReportSource& source, const ReportUn
     return pillars;
 }
 
-void remnantTables(PageWriter& page, const ReportSource& source, const ReportUnits& units,
+void remnantTables(PageWriter& page, const Shown& source, const ReportUnits& units,
                    const std::vector<int>& sides) {
     const AnalysisResults& r = source.results;
     const auto length = columnUnit(unitLabel(source.current.Units, Quantity::Length));
@@ -498,9 +480,7 @@ void leavePillarTable(PageWriter& page, const ReportUnits& units,
                   (pillar.adjusted ? "*" : ""));
 }
 
-} // namespace
-
-std::string remnantPage(const ReportSource& source, const ReportUnits& units) {
+std::string remnantPage(const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     std::vector<int> sides;
     for (int k = FirstSide; k <= r.AnalysisCase; ++k)
@@ -521,27 +501,28 @@ std::string remnantPage(const ReportSource& source, const ReportUnits& units) {
     return page.take();
 }
 
-ReportPages writeReport(const ReportSource& source, const Warnings& warnings) {
+} // namespace
+
+ReportPages writeReport(const run::Run& run, const ReportOptions& options,
+                        const Warnings& warnings) {
     ReportPages pages;
-    pages[1] = stabilityFactorPage(source, warnings);
+    pages[0] = inputEchoPage(run.current, run.results.AnalysisCase, run.results.ArchFactor);
+    pages[1] = stabilityFactorPage({run.current, run.in, run.results, options}, warnings);
 
-    AnalysisResults shown = source.results;
-    const ReportUnits units = fixReportUnits(shown, source.current.Units, source.options);
-    const ReportSource inReportUnits{source.current, shown, source.options, source.build};
-    pages[2] = activeMiningZonePage(inReportUnits, units);
-    pages[3] = pillarPage(inReportUnits, units);
-    pages[4] = barrierPage(inReportUnits, units);
-    pages[5] = remnantPage(inReportUnits, units);
-
-    pages[0] = inputEchoPage(source);
+    AnalysisResults inReportUnits = run.results;
+    const ReportUnits units = fixReportUnits(inReportUnits, run.current.Units, options);
+    const Shown shown{run.current, run.in, inReportUnits, options};
+    pages[2] = activeMiningZonePage(shown, units);
+    pages[3] = pillarPage(shown, units);
+    pages[4] = barrierPage(shown, units);
+    pages[5] = remnantPage(shown, units);
     return pages;
 }
 
 Report makeReport(const run::Run& run, const ReportOptions& options) {
     Report report;
-    report.warnings = assessWarnings(run.current, run.results, options);
-    report.pages =
-        writeReport({run.current, run.results, options, run::ModuleBuild}, report.warnings);
+    report.warnings = assessWarnings(run, options);
+    report.pages = writeReport(run, options, report.warnings);
     return report;
 }
 

@@ -9,7 +9,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// The six pages, one function each. Header lines, labels and footnotes are fixed texts; the values
 /// are right-aligned under their header words.
@@ -28,31 +27,18 @@ struct ReportUnits {
 ReportUnits fixReportUnits(engine::AnalysisResults& copy, std::int16_t units,
                            const ReportOptions& options);
 
-/// What the pages are written from.
-struct ReportSource {
-    const project::ProjectCase& current;
-    const engine::AnalysisResults& results; ///< engine units
-    ReportOptions options;
-    std::string_view build; ///< build of the module, for page 0
-};
+/// A stability factor as the report prints it, rounded by `RoundTELVOSF`, without leading blanks.
+std::string factorText(double factor, int RoundTELVOSF);
 
-/// Sides (3, 4) that take part in the loading condition and have a barrier.
-std::vector<int> barrierSides(const ReportSource& source);
-/// Last pass that is shown: there is no retreat without an active gob.
-int lastPass(const ReportSource& source);
-/// A stability factor as the report prints it, rounded, without leading blanks.
-std::string factorText(double factor, const ReportOptions& options);
-
-std::string inputEchoPage(const ReportSource& source);
-std::string stabilityFactorPage(const ReportSource& source, const Warnings& warnings);
-// Pages 2 to 5 take results in report units.
-std::string activeMiningZonePage(const ReportSource& inReportUnits, const ReportUnits& units);
-std::string pillarPage(const ReportSource& inReportUnits, const ReportUnits& units);
-std::string barrierPage(const ReportSource& inReportUnits, const ReportUnits& units);
-std::string remnantPage(const ReportSource& inReportUnits, const ReportUnits& units);
+/// Page 0, which needs no run.
+/// Given: analysisCase    loading condition that the analysis takes, 1 to 4
+///        archFactorUsed  pressure arch factor of the analysis; 0 where that is not known
+std::string inputEchoPage(const project::ProjectCase& current, int analysisCase,
+                          float archFactorUsed);
 
 /// All six pages of a run.
-ReportPages writeReport(const ReportSource& source, const Warnings& warnings);
+ReportPages writeReport(const run::Run& run, const ReportOptions& options,
+                        const Warnings& warnings);
 
 /// What is reported of a run.
 struct Report {

@@ -145,15 +145,15 @@ void writeWarnings(Warnings& warnings, const ProjectCase& current, double sugges
 
 } // namespace
 
-Warnings assessWarnings(const ProjectCase& current, const AnalysisResults& results,
-                        const ReportOptions& options) {
-    const criteria::Assessment assessed = criteria::assess(current, results, options.RoundTELVOSF);
+Warnings assessWarnings(const run::Run& run, const ReportOptions& options) {
+    const criteria::Assessment assessed =
+        criteria::assess(run.in, run.current.Input, run.results, options.RoundTELVOSF);
     Warnings warnings;
     for (std::size_t flag = 0; flag < warnings.WarningFlags.size(); ++flag)
         warnings.WarningFlags[flag] = assessed.flag(static_cast<int>(flag));
     warnings.AnyWarning = assessed.flags != 0;
     warnings.WarningIssued = assessed.flag(0);
-    if (warnings.AnyWarning) writeWarnings(warnings, current, assessed.figures.suggestedSF);
+    if (warnings.AnyWarning) writeWarnings(warnings, run.current, assessed.figures.suggestedSF);
     return warnings;
 }
 

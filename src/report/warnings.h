@@ -2,9 +2,8 @@
 #pragma once
 
 #include "criteria/assess.h"
-#include "engine/AnalysisResults.h"
-#include "project/ProjectInput.h"
 #include "report/ReportWriter.h"
+#include "run/Run.h"
 
 #include <array>
 #include <string>
@@ -27,8 +26,7 @@ struct Warnings {
 /// are, odd spacing included.
 /// Notes: all depth and width limits are in feet; the metric figures in the texts are labels only,
 ///        so that 199 m (652.9 ft) already counts as deeper than "200 m".
-Warnings assessWarnings(const project::ProjectCase& current, const engine::AnalysisResults& results,
-                        const ReportOptions& options);
+Warnings assessWarnings(const run::Run& run, const ReportOptions& options);
 
 /// The suggested minimum factor at a depth in feet.
 inline float suggestedSF(double depthFeet, int RoundTELVOSF) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/AnalysisResults.h"
-#include "engine/WorkingInputs.h"
+#include "engine/RunResults.h"
 #include "project/ProjectInput.h"
 
 #include <string>
@@ -18,9 +18,10 @@ inline constexpr std::string_view ModuleBuild = "050817";
 /// shows it longer than a call keeps it, and it stays as it was whatever happens to the case.
 struct Run {
     project::ProjectCase current;
-    engine::WorkingInputs in; ///< prepared, for both passes
-    engine::AnalysisResults results;
-    std::vector<std::string> notes; ///< remarks for the reader of this run, one sentence each
+    engine::WorkingInputs in;        ///< prepared, for both passes
+    engine::RunResults byPass;       ///< every quantity as each pass has it
+    engine::AnalysisResults results; ///< the same by their given names
+    std::vector<std::string> notes;  ///< remarks for the reader of this run, one sentence each
 };
 
 } // namespace telvo::run

@@ -21,13 +21,13 @@ RunOutcome runCase(const project::ProjectCase& current, int previousAnalysisCase
     if (auto* refusal = std::get_if<Refusal>(&prepared)) return std::move(*refusal);
     const auto& in = std::get<engine::WorkingInputs>(prepared);
 
-    const auto computed = engine::ComputeAnalysis(in);
+    const auto computed = engine::computeRun(in);
     if (!computed) return computed.fault();
 
-    std::vector<std::string> notes = recordNotes(current);
-    for (const std::string_view note : engine::analysisNotes(*computed))
-        notes.emplace_back(note);
-    return Run{current, in, *computed, std::move(notes)};
+    Run run{current, in, *computed, engine::flat(in, *computed), recordNotes(current)};
+    for (const std::string_view note : engine::analysisNotes(run.results))
+        run.notes.emplace_back(note);
+    return run;
 }
 
 } // namespace telvo::run

@@ -3,13 +3,13 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "calculator.h"
-#include "engine/driver.h"
 #include "engine/quantities.h"
 #include "engine/quantityNames.h"
 #include "explain/Working.h"
 #include "explain/workingText.h"
 #include "project/CaseFile.h"
 #include "report/sections.h"
+#include "run/caseRun.h"
 
 #include <gtest/gtest.h>
 
@@ -20,20 +20,12 @@
 namespace telvo::explain {
 namespace {
 
-using engine::AnalysisResults;
 using project::ProjectCase;
 
-struct Ran {
-    ProjectCase current;
-    AnalysisResults results;
-};
-
-std::optional<Ran> ran(const ProjectCase& current) {
-    const auto prepared = engine::PrepareAnalysis(current.Input, current.Units);
-    if (!std::holds_alternative<engine::WorkingInputs>(prepared)) return std::nullopt;
-    const auto results = engine::ComputeAnalysis(std::get<engine::WorkingInputs>(prepared));
-    if (!results) return std::nullopt;
-    return Ran{current, *results};
+std::optional<run::Run> ran(const ProjectCase& current) {
+    auto outcome = run::runCase(current);
+    if (auto* run = std::get_if<run::Run>(&outcome)) return std::move(*run);
+    return std::nullopt;
 }
 
 std::vector<ProjectCase> storedCases() {
@@ -226,14 +218,14 @@ bool isNumber(std::string_view token) {
 }
 
 /// Every number on pages 1 to 5 is told beside a step.
-void expectFiguresTold(const Ran& run, const report::ReportOptions& options,
+void expectFiguresTold(const run::Run& run, const report::ReportOptions& options,
                        const Chapters& chapters) {
     std::set<std::string> told;
     for (const Chapter& chapter : chapters)
         for (const Step& step : chapter.steps)
             for (const Printed& p : step.printed)
                 told.insert(std::to_string(p.page) + ":" + std::to_string(p.line) + ":" + p.figure);
-    const auto pages = report::writeReport({run.current, run.results, options, {}}, {});
+    const auto pages = report::writeReport(run, options, {});
     for (std::size_t page = 1; page < pages.size(); ++page) {
         int number = 0;
         for (const auto line : splitLines(pages[page])) {
@@ -253,7 +245,7 @@ void expectFiguresTold(const Ran& run, const report::ReportOptions& options,
     }
 }
 
-void expectEverythingReached(const Ran& run, const Chapters& chapters) {
+void expectEverythingReached(const run::Run& run, const Chapters& chapters) {
     std::map<std::string, const Step*> steps;
     for (const Chapter& chapter : chapters)
         for (const Step& step : chapter.steps)
@@ -281,7 +273,7 @@ void expectEverythingReached(const Ran& run, const Chapters& chapters) {
         }
 }
 
-std::string labelOf(const Ran& run, std::size_t number) {
+std::string labelOf(const run::Run& run, std::size_t number) {
     return run.current.FileName + " " + std::to_string(number);
 }
 
@@ -296,7 +288,7 @@ TEST(Working, EveryStoredCaseIsReproducedAndToldInFull) {
             int digits;
         } const rounds[] = {{{0, 1, 0}, DefaultDigits}, {{0, 1, 0}, MostDigits}, {{2, 0, 1}, 4}};
         for (const auto& [options, digits] : rounds) {
-            const Chapters chapters = explain(run->current, run->results, options, digits);
+            const Chapters chapters = explain(*run, options, digits);
             expectReproduced(chapters, digits);
             expectFiguresTold(*run, options, chapters);
             expectEverythingReached(*run, chapters);
@@ -314,7 +306,7 @@ TEST(Working, DrawnCasesAreReproduced) {
         if (!run) continue;
         ++computed;
         SCOPED_TRACE(labelOf(*run, number));
-        const Chapters chapters = explain(run->current, run->results, {}, MostDigits);
+        const Chapters chapters = explain(*run, {}, MostDigits);
         expectReproduced(chapters, MostDigits);
         expectEverythingReached(*run, chapters);
         expectFiguresTold(*run, {}, chapters);
@@ -325,7 +317,7 @@ TEST(Working, DrawnCasesAreReproduced) {
 
 TEST(Working, OneQuantityComesWithAllThatLeadsToIt) {
     const auto run = ran(storedCase("two-side-gobs"));
-    const Chapters all = explain(run->current, run->results, {});
+    const Chapters all = explain(*run, {});
     const Chapters some = leadingTo(all, "TELVOSF.retreat");
     EXPECT_EQ(some.back().steps.back().key, "TELVOSF.retreat");
     for (const char* key : {"inputs.BarrierSecondGob", "LTRANSREM.retreat.second", "CoalStrength"})
@@ -342,7 +334,7 @@ TEST(Working, OneQuantityComesWithAllThatLeadsToIt) {
 
 TEST(Working, AWrongNameFindsItsNeighbours) {
     const auto run = ran(storedCase("two-side-gobs"));
-    const Chapters all = explain(run->current, run->results, {});
+    const Chapters all = explain(*run, {});
     EXPECT_EQ(nearMatches(all, "tELVOSF.retreet").at(0), "TELVOSF.retreat");
     EXPECT_EQ(nearMatches(all, "BarierSF").at(0), "BarrierSF.development.first");
     EXPECT_EQ(nearMatches(all, "SF", 3).size(), 3U);
@@ -351,7 +343,7 @@ TEST(Working, AWrongNameFindsItsNeighbours) {
 
 TEST(Working, TextIsWrappedBetweenNumberAndSign) {
     const auto run = ran(storedCase("metric-two-side-gobs"));
-    const std::string text = workingText(explain(run->current, run->results, {}));
+    const std::string text = workingText(explain(*run, {}));
     for (const auto line : splitLines(text)) {
         EXPECT_LE(characterCount(line), ConsoleWidth) << line;
         // A unit is never parted from its number.

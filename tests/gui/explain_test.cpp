@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
-#include "engine/driver.h"
 #include "explain/ui/frmExplain.h"
 #include "explain/workingText.h"
 #include "GuiTest.h"
 #include "project/CaseFile.h"
 #include "report/ui/PrintDialogs.h"
 #include "report/ui/ReportPrinter.h"
+#include "run/caseRun.h"
 
 #include <QCheckBox>
 #include <QClipboard>
@@ -63,14 +63,14 @@ class ExplainTest : public QObject {
                                           using namespace std::chrono;
                                           return year_month_day{2026y / March / 7};
                                       }};
-    explain::ui::WorkingView view;
+    report::ShownRun view;
     std::unique_ptr<frmExplain> form;
 };
 
 void ExplainTest::init() {
-    QVERIFY(!project::readCaseFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", view.current).fault);
-    const auto in = engine::workingInputs(view.current.Input, view.current.Units, 1);
-    view.results = *engine::ComputeAnalysis(in);
+    project::ProjectCase current;
+    QVERIFY(!project::readCaseFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", current).fault);
+    view.run = std::make_shared<const run::Run>(std::get<run::Run>(run::runCase(current)));
     form = std::make_unique<frmExplain>(view, services, printer);
     show(*form);
 }
@@ -115,7 +115,7 @@ void ExplainTest::aQuantityIsFoundByPartOfItsTitle() {
 
 void ExplainTest::moreDigitsAreShownOfTheSameQuantity() {
     form->showQuantity("RFactorSide.second");
-    const auto precise = explain::explain(view.current, view.results, {}, explain::MostDigits);
+    const auto precise = explain::explain(*view.run, {}, explain::MostDigits);
     const QString result = ui::toQt(explain::findStep(precise, "RFactorSide.second")->result);
     QVERIFY(!shown().contains(result));
     control<QSpinBox>(*form, "spnDigits").setValue(explain::MostDigits);

@@ -46,7 +46,7 @@ void PlotsTest::open(const char* example) {
         };
     };
     m_window = std::make_unique<ui::frmPlots>(
-        ui::PlotsView{read, std::get<run::Run>(run).results, {}, {}, true},
+        ui::PlotsView{{std::make_shared<const run::Run>(std::get<run::Run>(run)), {}}, {}, true},
         ui::PlotActions{note("copy"), note("export"), note("print"),
                         [this] { m_done.append("stop"); }},
         ui::FormServices{m_messages, {}, nullptr});

@@ -187,7 +187,7 @@ TEST(TheoryManual, ListsEverySymbolAndQuantityOfTheWorking) {
             const auto outcome = run::runCase(current);
             const auto* run = std::get_if<run::Run>(&outcome);
             if (!run) continue;
-            for (const auto& chapter : explain::explain(current, run->results, {}))
+            for (const auto& chapter : explain::explain(*run, {}))
                 for (const explain::Step& step : chapter.steps) {
                     if (!step.symbol.empty()) symbols.insert(step.symbol);
                     quantities.insert(quantityOf(step.key));

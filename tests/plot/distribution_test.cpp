@@ -2,8 +2,9 @@
 #include "plot/distribution.h"
 
 #include "base/numbers.h"
-#include "engine/driver.h"
+#include "engine/questions.h"
 #include "plans.h"
+#include "run/caseRun.h"
 
 namespace telvo::plot {
 
@@ -11,19 +12,9 @@ namespace {
 
 using engine::Development, engine::Retreat;
 
-/// A run and what its report would be written from.
-struct Computed {
-    explicit Computed(project::ProjectCase from, report::ReportOptions with = {})
-        : current(std::move(from)), options(with) {
-        const auto in = engine::PrepareAnalysis(current.Input, current.Units);
-        results = engine::ComputeAnalysis(std::get<engine::WorkingInputs>(in)).value();
-    }
-    report::ReportSource source() const { return {current, results, options, {}}; }
-
-    project::ProjectCase current;
-    engine::AnalysisResults results;
-    report::ReportOptions options;
-};
+run::Run computed(const project::ProjectCase& current) {
+    return std::get<run::Run>(run::runCase(current));
+}
 
 /// Stresses in psf, the run's own unit; forces in tons (1) or pounds.
 report::ReportOptions inPsf(int forces = 1) {
@@ -42,8 +33,8 @@ project::ProjectCase twoGobs() {
 } // namespace
 
 TEST(CapacityDistribution, BarsLieToScaleAndTheirSumTimesTheRowsIsTheTotalOfPageThree) {
-    const Computed run(twoGobs());
-    const Distribution made = capacityDistribution(run.source());
+    const run::Run run = computed(twoGobs());
+    const Distribution made = capacityDistribution(run, {});
     ASSERT_EQ(made.bars.size(), 4U);
     EXPECT_EQ(made.bars[1].name, "2");
     EXPECT_EQ(made.bars[1].left, 80 + 10);
@@ -67,9 +58,9 @@ TEST(CapacityDistribution, BarsLieToScaleAndTheirSumTimesTheRowsIsTheTotalOfPage
 }
 
 TEST(StressDistribution, RetreatStacksTheStressesOfTheRun) {
-    const Computed run(twoGobs(), inPsf());
+    const run::Run run = computed(twoGobs());
     const auto& r = run.results;
-    const Distribution made = stressDistribution(run.source(), Retreat);
+    const Distribution made = stressDistribution(run, inPsf(), Retreat);
     EXPECT_EQ(made.quantity, "Stress (psf)");
     ASSERT_EQ(made.bars.size(), 6U);
     EXPECT_EQ(made.bars.front().name, "1st barrier");
@@ -89,10 +80,10 @@ TEST(StressDistribution, RetreatStacksTheStressesOfTheRun) {
 }
 
 TEST(StressDistribution, DevelopmentFollowsFromItsOwnLoads) {
-    const Computed run(twoGobs(), inPsf());
+    const run::Run run = computed(twoGobs());
     const auto& r = run.results;
-    const Distribution made = stressDistribution(run.source(), Development);
-    const Distribution retreat = stressDistribution(run.source(), Retreat);
+    const Distribution made = stressDistribution(run, inPsf(), Development);
+    const Distribution retreat = stressDistribution(run, inPsf(), Retreat);
     // The second barrier: 60 by 150 ft.
     const double area = 60 * 150;
     const Bar& barrier = made.bars.back();
@@ -117,10 +108,10 @@ TEST(StressDistribution, AMirroredCaseGivesMirroredBars) {
     std::swap(in.ExtentFirstGob, in.ExtentSecondGob);
     std::swap(in.AbutmentAngleFirstGob, in.AbutmentAngleSecondGob);
     std::swap(in.SlabcutFirstGob, in.SlabcutSecondGob);
-    const Computed run(twoGobs()), other(mirrored);
+    const run::Run run = computed(twoGobs()), other = computed(mirrored);
     for (const int pass : {Development, Retreat}) {
-        const auto bars = stressDistribution(run.source(), pass).bars;
-        const auto back = stressDistribution(other.source(), pass).bars;
+        const auto bars = stressDistribution(run, {}, pass).bars;
+        const auto back = stressDistribution(other, {}, pass).bars;
         for (std::size_t b = 0; b < bars.size(); ++b) {
             const Bar& twin = back[back.size() - 1 - b];
             EXPECT_NEAR(bars[b].height, twin.height, 1e-9 * twin.height);
@@ -131,33 +122,33 @@ TEST(StressDistribution, AMirroredCaseGivesMirroredBars) {
 }
 
 TEST(Distributions, AreInTheUnitsOfTheReport) {
-    const Computed tons(twoGobs()), pounds(twoGobs(), inPsf(0)),
-        metric(example("metric-two-side-gobs"));
-    EXPECT_EQ(capacityDistribution(pounds.source()).unit, " (lbs)");
-    EXPECT_DOUBLE_EQ(capacityDistribution(pounds.source()).bars[0].height,
-                     2000 * capacityDistribution(tons.source()).bars[0].height);
-    const double psi = stressDistribution(tons.source(), Development).bars[1].height;
-    EXPECT_NEAR(stressDistribution(pounds.source(), Development).bars[1].height, 144 * psi,
+    const run::Run english = computed(twoGobs()),
+                   metric = computed(example("metric-two-side-gobs"));
+    EXPECT_EQ(capacityDistribution(english, inPsf(0)).unit, " (lbs)");
+    EXPECT_DOUBLE_EQ(capacityDistribution(english, inPsf(0)).bars[0].height,
+                     2000 * capacityDistribution(english, {}).bars[0].height);
+    const double psi = stressDistribution(english, {}, Development).bars[1].height;
+    EXPECT_NEAR(stressDistribution(english, inPsf(0), Development).bars[1].height, 144 * psi,
                 1e-6 * 144 * psi); // the tributary stress is held in single precision
-    EXPECT_EQ(capacityDistribution(metric.source()).unit, " (kN)");
-    const Distribution stresses = stressDistribution(metric.source(), Retreat);
+    EXPECT_EQ(capacityDistribution(metric, {}).unit, " (kN)");
+    const Distribution stresses = stressDistribution(metric, {}, Retreat);
     EXPECT_EQ(stresses.unit, " (kPa)");
     EXPECT_EQ(stresses.lengthUnit, " (m)");
     EXPECT_EQ(stresses.bars.back().name, "3"); // no barrier on the second side
 }
 
 TEST(PlanOverlays, ColourByRoundStepsOrByTheLimitsOfTheRatio) {
-    const Computed run(twoGobs());
-    const Distribution stresses = stressDistribution(run.source(), Retreat);
+    const run::Run run = computed(twoGobs());
+    const Distribution stresses = stressDistribution(run, {}, Retreat);
     // 1782 to 4031 psi
-    const PlanOverlay total = planOverlay(stresses, Coloured::Total, {});
+    const PlanOverlay total = planOverlay(stresses, Coloured::Total, 0);
     EXPECT_EQ(total.key.steps,
               (std::vector<std::string>{"< 2000", "2000 - 3000", "3000 - 4000", "\u2265 4000"}));
     EXPECT_EQ(total.pillars[2].colour, 0);
     EXPECT_EQ(total.pillars[4].colour, ColourSteps - 1);
     // 4552/4031 = 1.13, 4552/1950 = 2.33; weak ones are dark. Barriers have the factors of page 1,
     // 5.17 and 1.08, not strength to stress (6.42 and 1.64), which knows less of their load.
-    const PlanOverlay ratio = planOverlay(stresses, Coloured::StrengthToStress, {});
+    const PlanOverlay ratio = planOverlay(stresses, Coloured::StrengthToStress, 0);
     EXPECT_EQ(ratio.pillars[4].colour, 3);
     EXPECT_EQ(ratio.pillars[1].colour, 1);
     EXPECT_EQ(ratio.barriers[3].colour, 0);
@@ -166,7 +157,7 @@ TEST(PlanOverlays, ColourByRoundStepsOrByTheLimitsOfTheRatio) {
     EXPECT_EQ(ratio.barriers[4].colour, 3);
     EXPECT_EQ(ratio.caption, "Strength to stress, retreat");
     // All alike: one step, named by the value.
-    const PlanOverlay alike = planOverlay(capacityDistribution(run.source()), Coloured::Total, {});
+    const PlanOverlay alike = planOverlay(capacityDistribution(run, {}), Coloured::Total, 0);
     EXPECT_EQ(alike.key.steps, std::vector<std::string>{"1.57E+06"});
 
     // Both rows that reach into the AMZ of 150 ft, and neither of the two below.
@@ -175,9 +166,9 @@ TEST(PlanOverlays, ColourByRoundStepsOrByTheLimitsOfTheRatio) {
     for (const Polygon& shape : std::get<Drawing>(plan).polygons)
         coloured += shape.role == Role::Pillar && shape.colour != NoColour;
     EXPECT_EQ(coloured, 2 * 4);
-    const auto before = casePlanned(run.current, Development);
-    EXPECT_TRUE(shapes(planOf(before, {}), Role::SlabCut).empty());
-    EXPECT_TRUE(shapes(planOf(before, {}), Role::ActiveGob).empty());
+    const auto before = std::get<Drawing>(panelPlan(run, Development, {}));
+    EXPECT_TRUE(shapes(before, Role::SlabCut).empty());
+    EXPECT_TRUE(shapes(before, Role::ActiveGob).empty());
 }
 
 /// No picture shows a barrier better than page 1 of the report, and each says what it leaves out.
@@ -185,13 +176,13 @@ TEST(PlanOverlays, BarriersHaveTheFactorsOfTheReportAndThePictureSaysWhatPillars
     int barriers = 0;
     for (const char* name : {"two-side-gobs", "one-side-gob-slab-cut", "metric-two-side-gobs",
                              "retreat-one-section", "development-mains"}) {
-        const Computed run(example(name));
-        const auto sides = report::barrierSides(run.source());
-        for (int pass = Development; pass <= report::lastPass(run.source()); ++pass) {
+        const run::Run run = computed(example(name));
+        const auto sides = engine::barrierSides(run.in);
+        for (int pass = Development; pass <= engine::lastPass(run.in); ++pass) {
             SCOPED_TRACE(std::string(name) + (pass == Development ? " 1" : " 2"));
-            const Distribution made = stressDistribution(run.source(), pass);
-            const PlanOverlay ratio = planOverlay(made, Coloured::StrengthToStress, {});
-            const auto factor = [](double value) { return report::factorText(value, {}); };
+            const Distribution made = stressDistribution(run, {}, pass);
+            const PlanOverlay ratio = planOverlay(made, Coloured::StrengthToStress, 0);
+            const auto factor = [](double value) { return report::factorText(value, 0); };
             std::string reported = "Report, " + made.pass + ": stability factor of the pillars " +
                                    "within the AMZ " + factor(run.results.TELVOSF[pass]);
             for (const int k : sides) {
@@ -205,7 +196,7 @@ TEST(PlanOverlays, BarriersHaveTheFactorsOfTheReportAndThePictureSaysWhatPillars
             }
             EXPECT_EQ(ratio.notes.back(), reported + '.');
             EXPECT_EQ(made.notes.back(), reported + '.');
-            const auto plan = panelPlan(casePlanned(run.current, pass), {}, &ratio);
+            const auto plan = panelPlan(run, pass, {}, &ratio);
             EXPECT_EQ(std::get<Drawing>(plan).notes, ratio.notes);
             const bool front = pass == Retreat;
             EXPECT_EQ(std::any_of(ratio.notes.begin(), ratio.notes.end(),

@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "engine/driver.h"
 #include "project/inputFields.h"
 #include "report/sections.h"
 
@@ -56,8 +57,19 @@ struct Panel {
         }
     }
 
-    Warnings warnings() const { return assessWarnings(current, r, options); }
-    ReportPages pages() const { return writeReport({current, r, options, "build"}, warnings()); }
+    /// The results need not be those of the inputs.
+    run::Run run() const {
+        run::Run run{current,
+                     engine::workingInputs(current.Input, current.Units, r.AnalysisCase),
+                     {},
+                     r,
+                     {}};
+        run.in.AnalysisCase = r.AnalysisCase;
+        run.in.PanelWidth = r.PanelWidth;
+        return run;
+    }
+    Warnings warnings() const { return assessWarnings(run(), options); }
+    ReportPages pages() const { return makeReport(run(), options).pages; }
 
   private:
     bool set(const std::string& name, double value) {

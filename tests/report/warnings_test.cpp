@@ -95,7 +95,7 @@ TEST(Warnings, OfTheIndependentCasesAgree) {
         const auto outcome = run::runCase(current);
         const auto* run = std::get_if<run::Run>(&outcome);
         ASSERT_TRUE(run) << file;
-        const Warnings warnings = assessWarnings(run->current, run->results, {});
+        const Warnings warnings = assessWarnings(*run, {});
         EXPECT_EQ(flagsOf(warnings), flags) << file;
         EXPECT_EQ(warnings.WarningSummary,
                   json_object_get_string(json_object_object_get(one, "summary")))

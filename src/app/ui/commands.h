@@ -4,8 +4,8 @@
 #include "app/outdated.h"
 #include "app/ui/RecoveryKeeper.h"
 #include "base/ui/Form.h"
-#include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
+#include "report/ShownRun.h"
 #include "report/ui/frmResTxtPlt.h"
 #include "study/ui/frmGraph.h"
 
@@ -100,28 +100,24 @@ class Commands {
     bool editGraphOptions(QWidget* parent);
     void settleGraphTitle();
     std::variant<study::ui::GraphSubject, Refusal> graphOfOpenCase(study::GraphKind kind);
-    /// A run as it was, whatever happens to the case afterwards.
-    struct ShownRun : ShownCase {
-        engine::AnalysisResults results;
-    };
     /// A window that shows a run, and how it takes a new name of the same case.
     struct RunWindow {
         QPointer<telvo::ui::Form> window;
         ShownCase shown;
         std::function<void(const std::string& fileName)> rename;
     };
-    void viewPlots(const ShownRun& run);
-    void showWorking(const ShownRun& run);
+    void viewPlots(const report::ShownRun& shown);
+    void showWorking(const report::ShownRun& shown);
     /// What the user sees and edits: the values of the parameter form while it is open, else the
     /// project.
     ShownCase onScreen() const;
     /// From now on the window says when its run no longer belongs to the case on screen.
     void watch(RunWindow watched, std::function<void()> runAgain);
     /// Runs the case on screen for a window that shows an outdated run; what stops it is told.
-    std::optional<ShownRun> runOnScreen();
+    std::optional<report::ShownRun> runOnScreen();
     void runResultsAgain();
     /// The run that a watched window shows from now on.
-    void showsNow(const telvo::ui::Form& window, const ShownCase& shown);
+    void showsNow(const telvo::ui::Form& window, const report::ShownRun& shown);
     /// Shows the rows of a table that is asked for and loads one. Returned: whether one was loaded.
     bool importCase(QWidget* parent);
     /// The question about the spreadsheet software, where the user wants it.

@@ -19,9 +19,22 @@
 
 namespace telvo::app::ui {
 
+using report::ShownRun;
 using report::ui::frmResTxtPlt;
 using telvo::ui::frmPlots;
 using telvo::ui::toQt;
+
+namespace {
+
+ShownRun shownRun(run::Run run, const report::ReportOptions& options) {
+    return {std::make_shared<const run::Run>(std::move(run)), options};
+}
+
+ShownCase caseOf(const ShownRun& shown) {
+    return {shown.run->current, shown.options};
+}
+
+} // namespace
 
 ShownCase Commands::onScreen() const {
     ShownCase now{m_program.session().project(), m_program.session().reportOptions()};
@@ -47,7 +60,7 @@ void Commands::markOutdated() {
     }
 }
 
-std::optional<Commands::ShownRun> Commands::runOnScreen() {
+std::optional<ShownRun> Commands::runOnScreen() {
     if (!m_program.session().mayShowFactors()) return std::nullopt;
     const ShownCase now = onScreen();
     DesktopMessages& messages = m_program.messages();
@@ -63,7 +76,7 @@ std::optional<Commands::ShownRun> Commands::runOnScreen() {
     }
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
     messages.status("TELVO stability factors calculated");
-    return ShownRun{now, std::move(std::get<run::Run>(outcome).results)};
+    return shownRun(std::move(std::get<run::Run>(outcome)), now.options);
 }
 
 std::optional<Refusal> Commands::showResults(const project::ProjectCase& current) {
@@ -78,30 +91,30 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
         messages.status("No stability factors: the analysis stopped");
         return run::asRefusal(*fault, current.Units);
     }
-    auto& run = std::get<run::Run>(outcome);
-    report::Report report = report::makeReport(run, m_program.session().reportOptions());
+    const ShownRun shown =
+        shownRun(std::move(std::get<run::Run>(outcome)), m_program.session().reportOptions());
+    report::Report report = report::makeReport(*shown.run, shown.options);
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
     messages.status("TELVO stability factors calculated");
 
     closeResults();
-    const ShownRun shown{{current, m_program.session().reportOptions()}, std::move(run.results)};
-    m_results = new frmResTxtPlt({std::move(report.pages), report.warnings.WarningSummary,
-                                  run.notes, sheetHeading(), [this, shown] { viewPlots(shown); },
-                                  [this, shown] { showWorking(shown); }},
-                                 m_program.formServices(), m_program.printer(), viewParent());
+    m_results = new frmResTxtPlt(
+        {std::move(report.pages), report.warnings.WarningSummary, shown.run->notes, sheetHeading(),
+         [this, shown] { viewPlots(shown); }, [this, shown] { showWorking(shown); }},
+        m_program.formServices(), m_program.printer(), viewParent());
     m_results->setAttribute(Qt::WA_DeleteOnClose);
-    watch({m_results.data(), shown,
-           [results = m_results, shown](const std::string& name) {
-               project::ProjectCase renamed = shown.current;
+    watch({m_results.data(), caseOf(shown),
+           [results = m_results, run = shown.run](const std::string& name) {
+               project::ProjectCase renamed = run->current;
                renamed.FileName = name;
-               results->setCaseName(name, report::inputEchoPage({renamed, shown.results,
-                                                                 shown.options, run::ModuleBuild}));
+               results->setCaseName(name, report::inputEchoPage(renamed, run->results.AnalysisCase,
+                                                                run->results.ArchFactor));
            }},
           [this] { runResultsAgain(); });
     m_results->load();
     m_results->raise(); // also above a form that is open
     m_results->activateWindow();
-    for (const std::string& note : run.notes)
+    for (const std::string& note : shown.run->notes)
         messages.tell(note, std::string(titles::Results).append(titles::Message));
     return std::nullopt;
 }
@@ -115,19 +128,18 @@ void Commands::runResultsAgain() {
         stabilityFactors();
 }
 
-void Commands::viewPlots(const ShownRun& run) {
+void Commands::viewPlots(const ShownRun& shown) {
     const SettingsStore& settings = m_program.settings();
-    const auto viewOf = [&settings](const ShownRun& shown) {
-        return telvo::ui::PlotsView{shown.current, shown.results, shown.options,
-                                    planOptions(settings.values()),
+    const auto viewOf = [&settings](const ShownRun& run) {
+        return telvo::ui::PlotsView{run, planOptions(settings.values()),
                                     settings.values().PrintPlotReminder == 1};
     };
     telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
     QPointer window(
-        new frmPlots(viewOf(run), std::move(actions), m_program.formServices(), viewParent()));
+        new frmPlots(viewOf(shown), std::move(actions), m_program.formServices(), viewParent()));
     keep(*window);
     const auto rename = [window](const std::string& name) { window->setCaseName(name); };
-    watch({window.data(), run, rename}, [this, window, rename, viewOf] {
+    watch({window.data(), caseOf(shown), rename}, [this, window, rename, viewOf] {
         if (!window) return;
         if (const auto again = runOnScreen(); again && window) {
             window->setRun(viewOf(*again));
@@ -141,18 +153,16 @@ void Commands::viewPlots(const ShownRun& run) {
     markOutdated();
 }
 
-void Commands::showWorking(const ShownRun& run) {
-    const auto viewOf = [](const ShownRun& shown) {
-        return explain::ui::WorkingView{shown.current, shown.results, shown.options};
-    };
-    QPointer window(new explain::ui::frmExplain(viewOf(run), m_program.formServices(),
+void Commands::showWorking(const ShownRun& shown) {
+    QPointer window(new explain::ui::frmExplain(shown, m_program.formServices(),
                                                 m_program.printer(), viewParent()));
     keep(*window);
-    watch({window.data(), run, [window](const std::string& name) { window->setCaseName(name); }},
-          [this, window, viewOf] {
+    watch({window.data(), caseOf(shown),
+           [window](const std::string& name) { window->setCaseName(name); }},
+          [this, window] {
               if (!window) return;
               if (const auto again = runOnScreen(); again && window) {
-                  window->setRun(viewOf(*again));
+                  window->setRun(*again);
                   showsNow(*window, *again);
               }
           });
@@ -163,9 +173,9 @@ void Commands::showWorking(const ShownRun& run) {
     markOutdated();
 }
 
-void Commands::showsNow(const telvo::ui::Form& window, const ShownCase& shown) {
+void Commands::showsNow(const telvo::ui::Form& window, const ShownRun& shown) {
     for (RunWindow& run : m_runs)
-        if (run.window == &window) run.shown = shown;
+        if (run.window == &window) run.shown = caseOf(shown);
     markOutdated();
 }
 

@@ -5,6 +5,7 @@
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "cli/outputs.h"
+#include "engine/questions.h"
 #include "plot/distribution.h"
 #include "plot/panelPlan.h"
 #include "plot/ui/DistributionChart.h"
@@ -70,12 +71,12 @@ Drawn bars(const project::ProjectCase& current, const PlotOptions& options) {
     const run::RunOutcome outcome = run::runCase(current);
     if (const auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
     if (const auto* fault = std::get_if<Fault>(&outcome)) return Refusal{faultText(*fault), {}, {}};
-    return telvo::ui::distributionPicture(
-        distribution({current, std::get<run::Run>(outcome).results, options.report, {}}), {});
+    return telvo::ui::distributionPicture(distribution(std::get<run::Run>(outcome), options.report),
+                                          {});
 }
 
-plot::Distribution stressOfLastPass(const report::ReportSource& run) {
-    return plot::stressDistribution(run, report::lastPass(run));
+plot::Distribution stressOfLastPass(const run::Run& run, const report::ReportOptions& options) {
+    return plot::stressDistribution(run, options, engine::lastPass(run.in));
 }
 
 struct DrawnKind {

@@ -5,9 +5,9 @@
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
+#include "engine/questions.h"
 #include "explain/ui/workingHtml.h"
 #include "explain/workingText.h"
-#include "report/sections.h"
 #include "report/sheets.h"
 #include "report/ui/ReportPrinter.h"
 
@@ -51,16 +51,15 @@ QString shortTitle(const Step& step) {
 
 } // namespace
 
-frmExplain::frmExplain(WorkingView view, const telvo::ui::FormServices& services,
+frmExplain::frmExplain(report::ShownRun shown, const telvo::ui::FormServices& services,
                        report::ui::ReportPrinter& printer, QWidget* parent)
     : Form("frmExplain", titles::ShowWorking, HelpTopicOfWorking, services, parent),
-      m_view(std::move(view)), m_printer(printer) {
+      m_shown(std::move(shown)), m_printer(printer) {
     // With all the buttons of a window; only a dialog stays above its parent.
     setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
                    Qt::WindowCloseButtonHint);
-    setWindowTitle(toQt(titles::ShowWorking) +
-                   toQt(report::withoutFolder(m_view.current.FileName)));
+    setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(current().FileName)));
 
     m_splitter = new QSplitter(Qt::Horizontal, this);
     m_splitter->setObjectName("splWorking");
@@ -95,14 +94,13 @@ frmExplain::frmExplain(WorkingView view, const telvo::ui::FormServices& services
 }
 
 void frmExplain::showFactor() {
-    const bool retreat =
-        report::lastPass({m_view.current, m_view.results, m_view.options, {}}) == engine::Retreat;
+    const bool retreat = engine::lastPass(m_shown.run->in) == engine::Retreat;
     showQuantity(retreat ? "TELVOSF.retreat" : "TELVOSF.development");
 }
 
-void frmExplain::setRun(WorkingView view) {
-    m_view = std::move(view);
-    setCaseName(m_view.current.FileName);
+void frmExplain::setRun(report::ShownRun shown) {
+    m_shown = std::move(shown);
+    setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(current().FileName)));
     computeWorking();
     const std::string shownBefore = m_visited[m_place];
     m_visited.clear(); // some of them may not be there in this run
@@ -113,7 +111,7 @@ void frmExplain::setRun(WorkingView view) {
 }
 
 void frmExplain::setCaseName(const std::string& fileName) {
-    m_view.current.FileName = fileName;
+    m_shown.rename(fileName);
     setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(fileName)));
 }
 
@@ -218,7 +216,7 @@ QWidget* frmExplain::makeWorking() {
 }
 
 void frmExplain::computeWorking() {
-    m_all = explain(m_view.current, m_view.results, m_view.options, m_digits->value());
+    m_all = explain(*m_shown.run, m_shown.options, m_digits->value());
 }
 
 void frmExplain::fillList() {
@@ -338,10 +336,10 @@ void frmExplain::print() {
     document.setDefaultStyleSheet("a, body { color: black; text-decoration: none; }");
     document.setHtml("<body><p><b>" + toQt(titles::ShowWorking).toHtmlEscaped() +
                      toQt(step->title).toHtmlEscaped() + "</b><br/>" +
-                     tr("Project File: %1").arg(toQt(m_view.current.FileName).toHtmlEscaped()) +
-                     "</p>" + workingHtml(shown(), m_all) + "</body>");
+                     tr("Project File: %1").arg(toQt(current().FileName).toHtmlEscaped()) + "</p>" +
+                     workingHtml(shown(), m_all) + "</body>");
     const bool printed =
-        m_printer.print(m_view.current.FileName, this, tr("Print Working"), [&](QPrinter& printer) {
+        m_printer.print(current().FileName, this, tr("Print Working"), [&](QPrinter& printer) {
             document.print(&printer);
             return printer.printerState() != QPrinter::Error;
         });

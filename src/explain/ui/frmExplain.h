@@ -3,6 +3,7 @@
 
 #include "base/ui/Form.h"
 #include "explain/Working.h"
+#include "report/ShownRun.h"
 
 #include <string>
 #include <vector>
@@ -22,25 +23,18 @@ class ReportPrinter;
 
 namespace telvo::explain::ui {
 
-/// The run whose working is shown: as it was, whatever happens to the case afterwards.
-struct WorkingView {
-    project::ProjectCase current;
-    engine::AnalysisResults results; ///< engine units
-    report::ReportOptions options;
-};
-
 /// The working of a run: chapters and quantities to the left, formula, numbers and result of the
 /// chosen one to the right, with links to what it depends on. Not modal.
 class frmExplain : public telvo::ui::Form {
     Q_OBJECT
   public:
-    frmExplain(WorkingView view, const telvo::ui::FormServices& services,
+    frmExplain(report::ShownRun shown, const telvo::ui::FormServices& services,
                report::ui::ReportPrinter& printer, QWidget* parent = nullptr);
 
     void done(int result) override;
 
     /// Shows the working of another run, of the same quantity where it has it.
-    void setRun(WorkingView view);
+    void setRun(report::ShownRun shown);
     /// The same case has another name now.
     void setCaseName(const std::string& fileName);
 
@@ -66,10 +60,11 @@ class frmExplain : public telvo::ui::Form {
     void showWorking();
     void copy();
     void print();
+    const project::ProjectCase& current() const { return m_shown.run->current; }
     Chapters shown() const;
     QTreeWidgetItem* itemOf(const std::string& key) const;
 
-    WorkingView m_view;
+    report::ShownRun m_shown;
     report::ui::ReportPrinter& m_printer;
     Chapters m_all;
     std::vector<std::string> m_visited; ///< keys, with the shown one at m_place

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "engine/questions.h"
 #include "plot/distribution.h"
 #include "plot/ui/DistributionChart.h"
 #include "plot/ui/frmPrintPlotReminder.h"
@@ -38,7 +39,7 @@ frmPlots::frmPlots(PlotsView view, PlotActions actions, const FormServices& serv
     setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
                    Qt::WindowCloseButtonHint);
-    setWindowTitle(toQt(titles::Plots) + toQt(fileName(m_view.current)));
+    setWindowTitle(toQt(titles::Plots) + toQt(fileName(run().current)));
 
     m_plan = new PlanView("Picture1", this);
     m_chart = new DistributionChart("Picture2", this);
@@ -92,7 +93,7 @@ QMenuBar* frmPlots::makeMenu() {
     auto* development =
         addChoice(*m_passes, "mnuDevelopment", tr("&Development"), engine::Development);
     auto* retreat = addChoice(*m_passes, "mnuRetreat", tr("&Retreat"), engine::Retreat);
-    (report::lastPass(source()) == engine::Retreat ? retreat : development)->setChecked(true);
+    (engine::lastPass(run().in) == engine::Retreat ? retreat : development)->setChecked(true);
     menu->addActions(m_passes->actions());
     for (QActionGroup* group : {m_kinds, m_passes})
         connect(group, &QActionGroup::triggered, this, &frmPlots::showPlot);
@@ -130,15 +131,15 @@ void frmPlots::load() {
 
 void frmPlots::setRun(PlotsView view) {
     m_view = std::move(view);
-    setCaseName(m_view.current.FileName);
-    if (report::lastPass(source()) != engine::Retreat)
+    setWindowTitle(toQt(titles::Plots) + toQt(fileName(run().current)));
+    if (engine::lastPass(run().in) != engine::Retreat)
         m_passes->actions().constFirst()->setChecked(true);
     showPlot();
 }
 
 void frmPlots::setCaseName(const std::string& name) {
-    m_view.current.FileName = name;
-    setWindowTitle(toQt(titles::Plots) + toQt(fileName(m_view.current)));
+    m_view.shown.rename(name);
+    setWindowTitle(toQt(titles::Plots) + toQt(fileName(run().current)));
 }
 
 frmPlots::Kind frmPlots::kind() const {
@@ -149,29 +150,24 @@ int frmPlots::pass() const {
     return m_passes->checkedAction()->data().toInt();
 }
 
-report::ReportSource frmPlots::source() const {
-    return {m_view.current, m_view.results, m_view.options, {}};
-}
-
 plot::Distribution frmPlots::distribution() const {
     const bool capacity = kind() == Kind::Capacity || kind() == Kind::CapacityPlan;
-    return capacity ? plot::capacityDistribution(source())
-                    : plot::stressDistribution(source(), pass());
+    return capacity ? plot::capacityDistribution(run(), m_view.shown.options)
+                    : plot::stressDistribution(run(), m_view.shown.options, pass());
 }
 
 std::variant<plot::Drawing, Refusal> frmPlots::drawing() const {
-    const project::ProjectCase planned = plot::casePlanned(m_view.current, pass());
-    if (kind() == Kind::PanelLayout) return plot::panelPlan(planned, m_view.plan);
+    if (kind() == Kind::PanelLayout) return plot::panelPlan(run(), pass(), m_view.plan);
     const auto what = kind() == Kind::StrengthToStressPlan ? plot::Coloured::StrengthToStress
                                                            : plot::Coloured::Total;
-    const auto overlay = plot::planOverlay(distribution(), what, m_view.options);
-    return plot::panelPlan(planned, m_view.plan, &overlay);
+    const auto overlay = plot::planOverlay(distribution(), what, m_view.shown.options.RoundTELVOSF);
+    return plot::panelPlan(run(), pass(), m_view.plan, &overlay);
 }
 
 void frmPlots::showPlot() {
     // Nothing of a capacity depends on the pass.
     const bool capacity = kind() == Kind::Capacity;
-    const bool retreat = report::lastPass(source()) == engine::Retreat;
+    const bool retreat = engine::lastPass(run().in) == engine::Retreat;
     m_passes->actions().constFirst()->setEnabled(!capacity);
     m_passes->actions().constLast()->setEnabled(!capacity && retreat);
     const bool bars = capacity || kind() == Kind::Stresses;
@@ -189,7 +185,7 @@ void frmPlots::showPlot() {
 }
 
 Picture frmPlots::picture() const {
-    const std::string file = fileName(m_view.current);
+    const std::string file = fileName(run().current);
     const std::string name = file.substr(0, file.find_last_of('.')) + ' ' +
                              fromQt(m_kinds->checkedAction()->iconText().remove(':'));
     Picture made;

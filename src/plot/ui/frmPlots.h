@@ -2,12 +2,10 @@
 #pragma once
 
 #include "base/ui/Form.h"
-#include "engine/AnalysisResults.h"
 #include "plot/distribution.h"
 #include "plot/panelPlan.h"
 #include "plot/ui/picture.h"
-#include "project/ProjectInput.h"
-#include "report/ReportWriter.h"
+#include "report/ShownRun.h"
 
 #include <functional>
 #include <variant>
@@ -22,11 +20,9 @@ namespace telvo::ui {
 class DistributionChart;
 class PlanView;
 
-/// The run that a plots window shows: as it was, whatever happens to the case afterwards.
+/// What a plots window shows, and how.
 struct PlotsView {
-    project::ProjectCase current;
-    engine::AnalysisResults results; ///< engine units
-    report::ReportOptions options;
+    report::ShownRun shown;
     plot::PlanOptions plan;
     bool remindBeforePrint = true;
 };
@@ -71,7 +67,7 @@ class frmPlots : public Form {
 
     Kind kind() const;
     int pass() const;
-    report::ReportSource source() const;
+    const run::Run& run() const { return *m_view.shown.run; }
     plot::Distribution distribution() const;
     std::variant<plot::Drawing, Refusal> drawing() const;
 

@@ -49,9 +49,7 @@ std::string axisText(const SfGraph& graph, const GraphOptions& options, double x
 }
 
 std::string factorText(const GraphOptions& options, double factor) {
-    report::ReportOptions rounding;
-    rounding.RoundTELVOSF = options.RoundTELVOSF;
-    return report::factorText(factor, rounding);
+    return report::factorText(factor, options.RoundTELVOSF);
 }
 
 /// A curve's name within a sentence.

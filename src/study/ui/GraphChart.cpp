@@ -236,9 +236,7 @@ void GraphChart::composeOwnPoint(std::size_t index) {
     backing.setAlpha(200);
     label->setBrush(backing);
     label->setPadding({2, 0, 2, 0});
-    report::ReportOptions rounding;
-    rounding.RoundTELVOSF = m_options.RoundTELVOSF;
-    label->setText(toQt(report::factorText(curve.own->y, rounding)));
+    label->setText(toQt(report::factorText(curve.own->y, m_options.RoundTELVOSF)));
     m_ownLabels.push_back({label, {axisValue(curve.own->x), curve.own->y}});
 }
 
