@@ -227,7 +227,7 @@ TEST(InputEcho, EveryNumberOfTheFormChangesTheLineOfItsLabel) {
     panel.r.AnalysisCase = 4;
     panel.current.Input.NumberEntries = project::MaxEntries;
     const auto echo = [&] {
-        return inputEchoPage({panel.current, panel.r, panel.options, "build"});
+        return inputEchoPage(panel.current, panel.r.AnalysisCase, panel.r.ArchFactor);
     };
     const std::string before = echo();
     for (const project::FieldId id : project::RecordNumbers) {
