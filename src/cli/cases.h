@@ -6,6 +6,7 @@
 #include "report/warnings.h"
 #include "run/caseRun.h"
 #include "table/CaseTable.h"
+#include "table/sheets.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -48,7 +49,12 @@ struct Workbooks {
     Result<table::CaseTable> (*read)(std::string_view bytes, const std::string& file) = nullptr;
     Result<std::string> (*write)(std::span<const project::ProjectCase> cases) = nullptr;
     Result<std::string> (*makeTemplate)() = nullptr;
+    Result<std::string> (*writeSheets)(std::span<const table::Sheet> sheets,
+                                       std::size_t exact) = nullptr;
 };
+
+/// What a program without them says behind the name of a file.
+inline constexpr const char* NoWorkbooks = ": this build does not write workbooks";
 
 /// Ending of a file name in small letters, such as ".csv".
 std::string endingOf(std::string_view file);

@@ -4,6 +4,7 @@
 #include "cli/arguments.h"
 #include "cli/inputs.h"
 #include "cli/outputs.h"
+#include "explain/workingSheet.h"
 #include "explain/workingText.h"
 
 #include <CLI/CLI.hpp>
@@ -22,6 +23,30 @@ int complainOfName(const explain::Chapters& chapters, const std::string& name) {
     return WrongUsage;
 }
 
+int wrongUsageOfExplain(const std::string& message) {
+    complain(message);
+    return WrongUsage;
+}
+
+/// What stands against writing the workbook that was asked for.
+int checkTarget(const ExplainRequest& request) {
+    if (endingOf(request.target) != ".xlsx")
+        return wrongUsageOfExplain(request.target + ": the file name has to end in .xlsx");
+    if (!request.quantity.empty() || request.list)
+        return wrongUsageOfExplain("--output: a workbook always has all quantities");
+    if (!request.workbooks.writeSheets) return wrongUsageOfExplain(request.target + NoWorkbooks);
+    return mayWriteMade(request.target, request.force, {request.source}) ? AllGood : FileTrouble;
+}
+
+int writeWorkbook(const ExplainRequest& request, const CaseOutcome& outcome) {
+    const explain::WorkingSheets working =
+        explain::workingSheets(*outcome.run, request.options, "TELVO " TELVO_VERSION);
+    const auto bytes = request.workbooks.writeSheets(working.sheets, explain::WorkingSheets::Exact);
+    if (bytes) return writeOrComplain(request.target, *bytes, existingFor(request.force));
+    complain(faultText(bytes.fault()));
+    return FileTrouble;
+}
+
 } // namespace
 
 CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
@@ -38,15 +63,21 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
     command->add_option("--digits", request.digits, "significant digits of the numbers")
         ->check(CLI::Range(1, explain::MostDigits))
         ->capture_default_str();
+    literal(command->add_option("-o,--output", request.target,
+                                "write a workbook that computes instead: .xlsx"));
+    command->add_flag("--force", request.force, "overwrite an existing workbook");
     addRounding(*command, request.options);
     addUnits(*command, request.options);
     command->footer("The last two concern the figures of the report that stand beside the "
                     "quantities.\n\n"
-                    "Example:\n  telvo-cli explain panel.TLV BarrierSF.retreat.first");
+                    "Examples:\n  telvo-cli explain panel.TLV BarrierSF.retreat.first\n"
+                    "  telvo-cli explain panel.TLV -o working.xlsx");
     return command;
 }
 
 int runExplain(const ExplainRequest& request) {
+    if (!request.target.empty())
+        if (const int status = checkTarget(request); status != AllGood) return status;
     CaseOutcome outcome = readCase(request.source, request.workbooks);
     runCase(outcome);
     tellNotes(outcome);
@@ -54,6 +85,7 @@ int runExplain(const ExplainRequest& request) {
         complainOf(outcome);
         return outcome.status;
     }
+    if (!request.target.empty()) return writeWorkbook(request, outcome);
     explain::Chapters chapters = explain::explain(*outcome.run, request.options, request.digits);
     if (!request.quantity.empty()) {
         explain::Chapters selected = explain::leadingTo(chapters, request.quantity);

@@ -18,6 +18,8 @@ struct ExplainRequest {
     std::string source;
     std::string quantity; ///< empty: all of them
     bool list = false;    ///< names only
+    std::string target;   ///< workbook to write; empty: text to standard output
+    bool force = false;
     int digits = explain::DefaultDigits;
     report::ReportOptions options;
     Workbooks workbooks;

@@ -45,7 +45,7 @@ Workbooks workbooksOfThisBuild() {
     return {[](std::string_view bytes, const std::string& file) {
                 return telvo::table::readWorkbook(bytes, file);
             },
-            telvo::table::writeWorkbook, telvo::table::writeTemplate};
+            telvo::table::writeWorkbook, telvo::table::writeTemplate, telvo::table::writeSheets};
 #else
     return {};
 #endif

@@ -23,8 +23,6 @@ int wrongUsage(const std::string& message) {
     return WrongUsage;
 }
 
-constexpr const char* NoWorkbooks = ": this build does not write workbooks";
-
 /// Writes a table to its file, or text to standard output.
 ExitStatus writeTable(const TableRequest& request, std::span<const project::ProjectCase> cases) {
     std::string bytes;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/quantityNames.h"
 #include "engine/questions.h"
+#include "explain/chapters.h"
 #include "explain/formulaText.h"
 #include "explain/nomenclature.h"
 #include "explain/printedFigures.h"
-#include "explain/trace.h"
 #include "explain/words.h"
 #include "project/automatic.h"
 #include "project/inputFields.h"
@@ -70,25 +70,24 @@ Place placeOf(Part part, int pass) {
 
 class Writer {
   public:
-    Writer(const run::Run& run, const report::ReportOptions& options, int digits)
+    Writer(const run::Run& run, const report::ReportOptions& options, int digits, Extent extent)
         : m_run(run), m_current(run.current), m_results(run.results), m_options(options),
-          m_digits(std::clamp(digits, 1, MostDigits)),
-          m_trace(traceRun(run.current, run.results.AnalysisCase, options)) {
+          m_digits(std::clamp(digits, 1, MostDigits)), m_extent(extent),
+          m_trace(traceRun(run.current, run.results.AnalysisCase, options, extent)) {
         for (std::size_t i = 0; i < PlaceCount; ++i)
             m_chapters[i].title = Titles[i];
     }
 
-    Chapters write() {
-        foldSideFactors();
+    TracedChapters write() {
+        if (m_extent == Extent::OfThisCase) foldSideFactors();
         addInputs();
         for (const TracedStep& step : m_trace.steps)
             addInEveryPass(step);
-        addNotArising();
-        Chapters chapters;
+        if (m_extent == Extent::OfThisCase) addNotArising();
         for (Chapter& chapter : m_chapters)
-            if (!chapter.steps.empty()) chapters.push_back(std::move(chapter));
-        addPrintedFigures(m_run, m_options, m_digits, chapters);
-        return chapters;
+            if (!chapter.steps.empty()) m_made.chapters.push_back(std::move(chapter));
+        m_made.frame = m_trace.frame;
+        return std::move(m_made);
     }
 
   private:
@@ -113,7 +112,10 @@ class Writer {
 
     /// The symbol that a reader sees.
     std::string_view shown(std::string_view symbol, const Where& at) const {
-        return symbol == "Ru" && !m_apart[static_cast<std::size_t>(at.side)] ? "Rs" : symbol;
+        return m_extent == Extent::OfThisCase && symbol == "Ru" &&
+                       !m_apart[static_cast<std::size_t>(at.side)]
+                   ? "Rs"
+                   : symbol;
     }
 
     Step& newStep(Place place, std::string_view key, std::string title, double value, Kind kind) {
@@ -181,6 +183,7 @@ class Writer {
             append(step.rule, "not printed, since the case has no active gob to retreat from, yet "
                               "the warnings use it");
         step.operands = text.operands();
+        m_made.expressions.emplace(key, traced);
     }
 
     static void append(std::string& text, std::string_view sentence) {
@@ -232,7 +235,9 @@ class Writer {
     const AnalysisResults& m_results;
     const report::ReportOptions& m_options;
     int m_digits;
+    Extent m_extent;
     Trace m_trace;
+    TracedChapters m_made;
     std::array<Chapter, PlaceCount> m_chapters;
     std::array<bool, SecondSide + 1> m_apart{};
     std::set<std::string> m_written;
@@ -240,8 +245,15 @@ class Writer {
 
 } // namespace
 
+TracedChapters tracedChapters(const run::Run& run, const report::ReportOptions& options, int digits,
+                              Extent extent) {
+    return Writer(run, options, digits, extent).write();
+}
+
 Chapters explain(const run::Run& run, const report::ReportOptions& options, int digits) {
-    return Writer(run, options, digits).write();
+    Chapters chapters = tracedChapters(run, options, digits, Extent::OfThisCase).chapters;
+    addPrintedFigures(run, options, digits, chapters);
+    return chapters;
 }
 
 } // namespace telvo::explain

@@ -23,8 +23,8 @@ class FigureFinder {
   public:
     FigureFinder(const run::Run& run, const report::ReportOptions& options, int digits,
                  Chapters& chapters)
-        : m_run(run), m_options(options), m_digits(digits), m_chapters(chapters),
-          m_pages(report::makeReport(run, options).pages) {
+        : m_run(run), m_options(options), m_digits(std::clamp(digits, 1, MostDigits)),
+          m_chapters(chapters), m_pages(report::makeReport(run, options).pages) {
         for (std::size_t page = 0; page < m_pages.size(); ++page)
             m_lines[page] = splitLines(m_pages[page]);
         AnalysisResults copy = run.results;

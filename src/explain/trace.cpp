@@ -125,7 +125,7 @@ void reportRows(Explaining& c, const Frame& f, const SymbolsOf<Traced>& s,
 
 /// What the limits of the warnings are compared with.
 void warningFigures(Explaining& c, const Frame& f, const SymbolsOf<Traced>& s,
-                    const RunResultsOf<Traced>& run, int mode) {
+                    const RunResultsOf<Traced>& run, int mode, Extent extent) {
     criteria::FactorsOf<Traced> factors;
     bool anyBarrier = false;
     for (int p = Development; p <= Retreat; ++p) {
@@ -138,10 +138,15 @@ void warningFigures(Explaining& c, const Frame& f, const SymbolsOf<Traced>& s,
     const double feet = s.H.value * (f.english() ? 1 : project::FeetPerMetre);
     const bool intermediate = feet > criteria::ShallowLimit && feet <= criteria::DeepLimit;
     const auto before = c.leftOut;
-    c.leftOut = [&](std::string_view symbol, const Where&, const Traced&) {
-        return (symbol == "SFmin" && !anyBarrier) ||
-               (isOneOf(symbol, {"Hft", "SFsug"}) && !intermediate);
-    };
+    if (extent == Extent::OfThisCase)
+        c.leftOut = [&](std::string_view symbol, const Where&, const Traced&) {
+            return (symbol == "SFmin" && !anyBarrier) ||
+                   (isOneOf(symbol, {"Hft", "SFsug"}) && !intermediate);
+        };
+    else if (f.AnalysisCase < OneSideGob) // without a side gob there is no barrier to look at
+        c.leftOut = [](std::string_view symbol, const Where&, const Traced&) {
+            return symbol == "SFmin";
+        };
     criteria::figures(c, f, s, factors, mode);
     c.leftOut = before;
 }
@@ -155,6 +160,9 @@ Trace traceRun(const project::ProjectCase& current, int loadingCondition,
     const Frame& f = trace.frame;
     const TracedInput in(current.Input);
     Explaining c;
+    c.leftOut = [&f](std::string_view symbol, const Where& at, const Traced&) {
+        return symbol == "ts" && at.side > f.AnalysisCase; // the gob of a side that takes no part
+    };
     if (extent == Extent::OfThisCase) c.leftOut = idleIn(f, current.Input);
     SymbolsOf<Traced> s;
     RunResultsOf<Traced> run;
@@ -163,7 +171,7 @@ Trace traceRun(const project::ProjectCase& current, int loadingCondition,
     rules::computeRun(c, f, s, run);
     rules::plotStresses(c, f, s, run.panel, run.pass[Retreat], run.stresses);
     reportRows(c, f, s, run);
-    warningFigures(c, f, s, run, options.RoundTELVOSF);
+    warningFigures(c, f, s, run, options.RoundTELVOSF, extent);
     trace.steps = std::move(c.steps);
     return trace;
 }

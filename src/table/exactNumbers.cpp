@@ -11,7 +11,6 @@ namespace telvo::table {
 
 namespace {
 
-constexpr const char* CasesPart = "xl/worksheets/sheet1.xml";
 constexpr std::string_view CellStart = "<c r=\"";
 constexpr std::string_view TextStart = "\" t=\"inlineStr\"><is><t>#";
 constexpr std::string_view TextEnd = "</t></is></c>";
@@ -83,7 +82,8 @@ std::string escapedText(std::string_view text) {
     return out;
 }
 
-Result<std::string> withExactNumbers(std::string_view workbook) {
+Result<std::string> withExactNumbers(std::string_view workbook, std::size_t sheetNumber) {
+    const std::string part = "xl/worksheets/sheet" + std::to_string(sheetNumber + 1) + ".xml";
     zip_error_t error;
     zip_error_init(&error);
     const std::unique_ptr<zip_error_t, void (*)(zip_error_t*)> errorEnd(&error, zip_error_fini);
@@ -100,15 +100,15 @@ Result<std::string> withExactNumbers(std::string_view workbook) {
 
     zip_stat_t stat;
     zip_stat_init(&stat);
-    if (zip_stat(opened, CasesPart, 0, &stat) != 0) return zipFault(zip_get_error(opened));
+    if (zip_stat(opened, part.c_str(), 0, &stat) != 0) return zipFault(zip_get_error(opened));
     std::string sheet(static_cast<std::size_t>(stat.size), '\0');
     {
-        const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> part(
+        const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> file(
             zip_fopen_index(opened, stat.index, 0), zip_fclose);
-        if (!part) return zipFault(zip_get_error(opened));
-        if (zip_fread(part.get(), sheet.data(), sheet.size()) !=
+        if (!file) return zipFault(zip_get_error(opened));
+        if (zip_fread(file.get(), sheet.data(), sheet.size()) !=
             static_cast<zip_int64_t>(sheet.size()))
-            return zipFault(zip_file_get_error(part.get()));
+            return zipFault(zip_file_get_error(file.get()));
     }
     sheet = marksReplaced(sheet);
     zip_source_t* content = zip_source_buffer(opened, sheet.data(), sheet.size(), 0);

@@ -21,7 +21,7 @@ bool needsExactNumber(std::string_view shortest);
 /// A text as a workbook holds it: _x0041_ would be read as the character of that number.
 std::string escapedText(std::string_view text);
 
-/// The workbook with numbers in the place of the marked texts of its first sheet.
-Result<std::string> withExactNumbers(std::string_view workbook);
+/// The workbook with numbers in the place of the marked texts of one of its sheets, from 0.
+Result<std::string> withExactNumbers(std::string_view workbook, std::size_t sheetNumber = 0);
 
 } // namespace telvo::table

@@ -3,101 +3,17 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
-#include "base/sourceDate.h"
 #include "table/CaseTable.h"
 #include "table/columns.h"
 #include "table/exactNumbers.h"
-
-#include <xlsxwriter.h>
+#include "table/workbookBook.h"
 
 #include <filesystem>
-#include <locale.h>
-#include <optional>
-#include <utility>
 #include <vector>
 
 namespace telvo::table {
 
 namespace {
-
-/// While it lives, this thread's numbers have a point: the library prints with the C locale's
-/// functions, and a decimal comma would make the file unreadable.
-class PointLocale {
-  public:
-#ifdef _WIN32
-    PointLocale() : m_mode(_configthreadlocale(_ENABLE_PER_THREAD_LOCALE)) {
-        m_before = setlocale(LC_NUMERIC, nullptr);
-        setlocale(LC_NUMERIC, "C");
-    }
-    ~PointLocale() {
-        setlocale(LC_NUMERIC, m_before.c_str());
-        _configthreadlocale(m_mode);
-    }
-
-  private:
-    int m_mode;
-    std::string m_before;
-#else
-    PointLocale() : m_point(newlocale(LC_ALL_MASK, "C", nullptr)), m_before(uselocale(m_point)) {}
-    ~PointLocale() {
-        uselocale(m_before);
-        freelocale(m_point);
-    }
-
-  private:
-    locale_t m_point;
-    locale_t m_before;
-#endif
-    PointLocale(const PointLocale&) = delete;
-    PointLocale& operator=(const PointLocale&) = delete;
-};
-
-/// A workbook under construction in a file. The first thing that goes wrong stays.
-class Book {
-  public:
-    explicit Book(const std::string& path) {
-        // Rows go to the file as they are made, so that the memory does not grow with the table.
-        lxw_workbook_options options = {LXW_TRUE, nullptr, LXW_FALSE};
-        m_book = workbook_new_opt(path.c_str(), &options);
-        if (!m_book) m_fault = Fault{"a temporary file cannot be written", path};
-        if (m_book) {
-            if (const auto date = sourceDate()) {
-                lxw_doc_properties properties = {};
-                properties.created = static_cast<time_t>(*date);
-                check(workbook_set_properties(m_book, &properties), "workbook");
-            }
-            m_bold = workbook_add_format(m_book);
-            format_set_bold(m_bold);
-        }
-    }
-    Book(const Book&) = delete;
-    Book& operator=(const Book&) = delete;
-    ~Book() {
-        if (m_book) workbook_close(m_book);
-    }
-
-    lxw_worksheet* addSheet(const char* name) {
-        return m_book ? workbook_add_worksheet(m_book, name) : nullptr;
-    }
-    lxw_format* bold() const { return m_bold; }
-
-    void fail(Fault fault) {
-        if (!m_fault) m_fault = std::move(fault);
-    }
-    void check(lxw_error error, const std::string& where) {
-        if (error != LXW_NO_ERROR) fail({lxw_strerror(error), where});
-    }
-    const std::optional<Fault>& fault() const { return m_fault; }
-
-    void close() {
-        if (m_book) check(workbook_close(std::exchange(m_book, nullptr)), "workbook");
-    }
-
-  private:
-    lxw_workbook* m_book = nullptr;
-    lxw_format* m_bold = nullptr;
-    std::optional<Fault> m_fault;
-};
 
 void writeHeadings(Book& book, lxw_worksheet* sheet, std::span<const std::string> names) {
     for (std::size_t i = 0; i < names.size(); ++i)
@@ -194,23 +110,12 @@ void writeColumns(Book& book, lxw_worksheet* sheet) {
 Result<std::string> writeBook(std::span<const project::ProjectCase> cases, const ColumnSet& left) {
     if (cases.size() > MaxRows)
         return Fault{"a table has at most " + std::to_string(MaxRows) + " cases", {}};
-    std::error_code error;
-    const auto folder = std::filesystem::temp_directory_path(error);
-    // Never committed: the file only holds the workbook until its bytes are read.
-    auto scratch = AtomicFile::create(utf8FromPath(folder / "telvo-table.xlsx"));
-    if (!scratch) return scratch.fault();
-    const std::string path = utf8FromPath(scratch->temporaryPath());
     bool inexact = false;
-    {
-        const PointLocale point;
-        Book book(path);
+    auto bytes = bookBytes([&](Book& book) {
         lxw_worksheet* sheet = book.addSheet("Cases");
         if (!book.fault()) inexact = writeCases(book, sheet, cases, left);
         if (!book.fault()) writeColumns(book, book.addSheet("Columns"));
-        book.close();
-        if (book.fault()) return *book.fault();
-    }
-    auto bytes = readFile(path);
+    });
     if (!bytes || !inexact) return bytes;
     return withExactNumbers(*bytes);
 }
