@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/RecordedDialogs.h"
+#include "base/files.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
 #include "explain/ui/frmExplain.h"
@@ -48,6 +50,7 @@ class ExplainTest : public QObject {
     void aQuantityIsFoundByPartOfItsTitle();
     void moreDigitsAreShownOfTheSameQuantity();
     void copyAndPrintTakeWhatIsShown();
+    void aWorkbookIsSavedBesideTheCase();
     void sizeOfTheListIsRemembered();
 
   private:
@@ -63,6 +66,7 @@ class ExplainTest : public QObject {
                                           using namespace std::chrono;
                                           return year_month_day{2026y / March / 7};
                                       }};
+    RecordedDialogs files;
     report::ShownRun view;
     std::unique_ptr<frmExplain> form;
 };
@@ -71,7 +75,7 @@ void ExplainTest::init() {
     project::ProjectCase current;
     QVERIFY(!project::readCaseFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", current).fault);
     view.run = std::make_shared<const run::Run>(std::get<run::Run>(run::runCase(current)));
-    form = std::make_unique<frmExplain>(view, services, printer);
+    form = std::make_unique<frmExplain>(view, services, printer, files);
     show(*form);
 }
 
@@ -144,13 +148,32 @@ void ExplainTest::copyAndPrintTakeWhatIsShown() {
     QVERIFY(paper.contains("page 1, line 5: 1.61"));
 }
 
+void ExplainTest::aWorkbookIsSavedBesideTheCase() {
+    click(*form, "cmdSave");
+    QCOMPARE(messages.lastStatus(), "Saving cancelled");
+    const std::string proposal =
+        "Save as Workbook|" TELVO_EXAMPLES_DIR "/two-side-gobs working.xlsx|Workbooks (*.xlsx)";
+    QCOMPARE(files.asked.back(), proposal);
+
+    const std::string target = folder.filePath("working.xlsx").toStdString();
+    files.answers = {target};
+    click(*form, "cmdSave");
+    QCOMPARE(messages.lastStatus(), "Working saved as workbook");
+    QVERIFY(readFile(target)->starts_with("PK"));
+
+    files.answers = {folder.filePath("none/working.xlsx").toStdString()};
+    click(*form, "cmdSave");
+    QCOMPARE(messages.lastStatus(), "Saving failed");
+    QVERIFY(messages.asked.back().starts_with("Show Working"));
+}
+
 void ExplainTest::sizeOfTheListIsRemembered() {
     auto& splitter = control<QSplitter>(*form, "splWorking");
     splitter.setSizes({300, splitter.width() - 300});
     const auto sizes = splitter.sizes();
     QTest::keyClick(form.get(), Qt::Key_Escape);
     QVERIFY(!form->isVisible());
-    frmExplain again(view, services, printer);
+    frmExplain again(view, services, printer, files);
     show(again);
     QCOMPARE(control<QSplitter>(again, "splWorking").sizes(), sizes);
 }

@@ -155,7 +155,8 @@ void Commands::viewPlots(const ShownRun& shown) {
 
 void Commands::showWorking(const ShownRun& shown) {
     QPointer window(new explain::ui::frmExplain(shown, m_program.formServices(),
-                                                m_program.printer(), viewParent()));
+                                                m_program.printer(), m_program.fileDialogs(),
+                                                viewParent()));
     keep(*window);
     watch({window.data(), caseOf(shown),
            [window](const std::string& name) { window->setCaseName(name); }},

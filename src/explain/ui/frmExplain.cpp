@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "explain/ui/frmExplain.h"
 
+#include "base/files.h"
 #include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
 #include "engine/questions.h"
 #include "explain/ui/workingHtml.h"
+#include "explain/workingSheet.h"
 #include "explain/workingText.h"
 #include "report/sheets.h"
 #include "report/ui/ReportPrinter.h"
@@ -16,6 +18,8 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDir>
+#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -52,9 +56,9 @@ QString shortTitle(const Step& step) {
 } // namespace
 
 frmExplain::frmExplain(report::ShownRun shown, const telvo::ui::FormServices& services,
-                       report::ui::ReportPrinter& printer, QWidget* parent)
+                       report::ui::ReportPrinter& printer, FileDialogs& dialogs, QWidget* parent)
     : Form("frmExplain", titles::ShowWorking, HelpTopicOfWorking, services, parent),
-      m_shown(std::move(shown)), m_printer(printer) {
+      m_shown(std::move(shown)), m_printer(printer), m_dialogs(dialogs) {
     // With all the buttons of a window; only a dialog stays above its parent.
     setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
@@ -77,6 +81,11 @@ frmExplain::frmExplain(report::ShownRun shown, const telvo::ui::FormServices& se
                        QDialogButtonBox::ActionRole);
     buttons->addButton(makeButton("cmdPrint", tr("&Print..."),
                                   tr("Prints the working that is shown"), &frmExplain::print),
+                       QDialogButtonBox::ActionRole);
+    buttons->addButton(makeButton("cmdSave", tr("&Save as Workbook..."),
+                                  tr("Saves the whole working as a spreadsheet that computes: "
+                                     "change an input there, and every value follows"),
+                                  &frmExplain::saveWorkbook),
                        QDialogButtonBox::ActionRole);
     auto* close = addButton(*buttons, "cmdClose", tr("C&lose"), QDialogButtonBox::RejectRole);
     close->setToolTip(tr("Closes this window (Esc)"));
@@ -344,6 +353,30 @@ void frmExplain::print() {
             return printer.printerState() != QPrinter::Error;
         });
     telvo::note(messages(), printed ? "Working printed" : "Printing aborted");
+}
+
+void frmExplain::saveWorkbook() {
+    // Beside the case, where it has a file.
+    const QFileInfo file(toQt(current().FileName));
+    const QString folder = file.isAbsolute() ? file.path() : QDir::homePath();
+    const auto path = m_dialogs.saveFile(
+        "Save as Workbook", fromQt(folder + '/' + file.completeBaseName() + tr(" working.xlsx")),
+        {"Workbooks (*.xlsx)"}, "xlsx");
+    if (!path) return messages().status("Saving cancelled");
+    const WorkingSheets working = workingSheets(
+        *m_shown.run, m_shown.options, "TELVO " + fromQt(QApplication::applicationVersion()));
+    const auto bytes = table::writeSheets(working.sheets, WorkingSheets::Exact);
+    std::vector<std::string> remarks;
+    const Status written =
+        bytes ? writeFile(*path, *bytes, Existing::Replace, &remarks) : Status(bytes.fault());
+    if (!written) {
+        messages().status("Saving failed");
+        return messages().tell(faultText(written.fault()),
+                               std::string(titles::ShowWorking).append(titles::Error));
+    }
+    for (const std::string& remark : remarks)
+        messages().history(remark);
+    telvo::note(messages(), "Working saved as workbook");
 }
 
 void frmExplain::showEvent(QShowEvent* event) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/FileDialogs.h"
 #include "base/ui/Form.h"
 #include "explain/Working.h"
 #include "report/ShownRun.h"
@@ -29,7 +30,7 @@ class frmExplain : public telvo::ui::Form {
     Q_OBJECT
   public:
     frmExplain(report::ShownRun shown, const telvo::ui::FormServices& services,
-               report::ui::ReportPrinter& printer, QWidget* parent = nullptr);
+               report::ui::ReportPrinter& printer, FileDialogs& dialogs, QWidget* parent = nullptr);
 
     void done(int result) override;
 
@@ -60,12 +61,14 @@ class frmExplain : public telvo::ui::Form {
     void showWorking();
     void copy();
     void print();
+    void saveWorkbook();
     const project::ProjectCase& current() const { return m_shown.run->current; }
     Chapters shown() const;
     QTreeWidgetItem* itemOf(const std::string& key) const;
 
     report::ShownRun m_shown;
     report::ui::ReportPrinter& m_printer;
+    FileDialogs& m_dialogs;
     Chapters m_all;
     std::vector<std::string> m_visited; ///< keys, with the shown one at m_place
     std::size_t m_place = 0;
