@@ -4,14 +4,14 @@
 // windows that wait for their user. Writes a line then, and ends.
 #include "app/ui/DesktopFileDialogs.h"
 #include "app/ui/Program.h"
-#include "report/ui/PrintDialogs.h"
+#include "base/ui/PrintDialogs.h"
 #include "report_shown.h"
 
 int main(int argc, char** argv) {
     using namespace telvo;
     QApplication application(argc, argv);
     app::ui::DesktopFileDialogs files;
-    report::ui::QtPrintDialogs print;
+    telvo::ui::QtPrintDialogs print;
     app::ui::Program program(app::ui::Surroundings::ofDesktop(files, print));
     program.start();
     bench::reportShown();

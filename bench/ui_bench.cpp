@@ -3,10 +3,10 @@
 // What the desktop program's user waits for, on a real main window in a home of its own.
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
+#include "base/ui/PrintDialogs.h"
 #include "plot/panelPlan.h"
 #include "plot/ui/PlanView.h"
 #include "project/CaseFile.h"
-#include "report/ui/PrintDialogs.h"
 #include "study/graph/sfGraph.h"
 #include "study/ui/GraphView.h"
 
@@ -69,7 +69,7 @@ class Desk {
   private:
     QTemporaryDir m_home;
     NoFiles m_files;
-    report::ui::QtPrintDialogs m_print;
+    telvo::ui::QtPrintDialogs m_print;
 };
 
 /// From the command to the painted report, the older results window going first.
@@ -109,7 +109,7 @@ project::ProjectCase readExample(const std::string& name) {
 /// and painted.
 void repaintPlan(benchmark::State& state, QSize size, bool typed) {
     const project::ProjectCase current = readExample("bleeder-rows-c-d.TLV");
-    telvo::ui::PlanView view("plan");
+    telvo::plot::ui::PlanView view("plan");
     view.resize(size);
     view.setDrawing(std::get<plot::Drawing>(plot::panelPlan(current, {})));
     view.show();

@@ -5,6 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 # its room. Given: SOURCE_DIR, src/; LINKS, a file with a line "folder of src/|kind of target|target|
 # linked targets" for each target.
 set(base)
+set(chart base)
 set(project base)
 set(table base project)
 set(help base)
@@ -22,10 +23,11 @@ set(cli ${app} app)
 
 # The windows of a room use its core and what that may use, the toolbox of all windows, and of other
 # windows those that are named here.
-set(windows_explain report/ui)
-set(windows_study plot/ui plot)
-set(windows_app explain/ui help/ui library/ui plot/ui project/ui report/ui study/ui table/ui)
-set(windows_cli plot/ui study/ui)
+set(windows_explain)
+set(windows_plot chart/ui)
+set(windows_study chart/ui)
+set(windows_app chart/ui explain/ui help/ui library/ui plot/ui project/ui report/ui study/ui table/ui)
+set(windows_cli chart/ui plot/ui study/ui)
 
 function(allowed room result)
     if(room MATCHES "^(.*)/ui$")

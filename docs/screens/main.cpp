@@ -9,10 +9,10 @@
 //   working QUANTITY     the working of a quantity
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
+#include "base/ui/PrintDialogs.h"
 #include "base/ui/qtText.h"
 #include "explain/ui/frmExplain.h"
 #include "help/ui/frmHelp.h"
-#include "report/ui/PrintDialogs.h"
 
 #include <cstdio>
 #include <functional>
@@ -53,7 +53,7 @@ struct NoFiles : FileDialogs {
     }
 };
 
-struct NoPrinter : report::ui::PrintDialogs {
+struct NoPrinter : telvo::ui::PrintDialogs {
     bool choosePrinter(QPrinter&, QWidget*, const QString&) override { return false; }
     bool setUpPrinter(QPrinter&, QWidget*) override { return false; }
 };

@@ -38,10 +38,6 @@ std::vector<std::string> filtersOf(const std::string& extension) {
     return {extension + " Files (*." + extension + ")", "All Files (*.*)"};
 }
 
-std::string withoutFolder(const std::string& path) {
-    return utf8FromPath(pathFromUtf8(path).filename());
-}
-
 std::string quoted(const std::string& path) {
     return '"' + path + '"';
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/outdated.h"
 
+#include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "project/inputFields.h"
@@ -70,7 +71,7 @@ bool isMetric(const project::ProjectCase& one) {
 }
 
 std::string nameOf(const project::ProjectCase& one) {
-    return withoutControls(one.FileName.substr(one.FileName.find_last_of("/\\") + 1));
+    return withoutControls(withoutFolder(one.FileName));
 }
 
 bool sameTexts(const project::ProjectCase& a, const project::ProjectCase& b) {

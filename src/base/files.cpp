@@ -19,6 +19,10 @@ std::string utf8FromPath(const fs::path& path) {
     return {text.begin(), text.end()};
 }
 
+std::string withoutFolder(std::string_view path) {
+    return std::string(path.substr(path.find_last_of("/\\") + 1)); // npos + 1 is 0
+}
+
 Result<std::string> readFile(const std::string& path, std::size_t most) {
     if (path.find('\0') != std::string::npos)
         return Fault{"the file name holds a NUL character", path.substr(0, path.find('\0'))};

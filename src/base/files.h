@@ -15,6 +15,9 @@ namespace telvo {
 /// Path named by a UTF-8 text, as users and other programs give it.
 std::filesystem::path pathFromUtf8(std::string_view utf8);
 std::string utf8FromPath(const std::filesystem::path& path);
+/// A file name without its folder, whichever way the folder is separated: case files and settings
+/// come from other systems, too.
+std::string withoutFolder(std::string_view path);
 
 /// Largest file that is read into memory.
 inline constexpr std::size_t MaxFileBytes = std::size_t{256} << 20;

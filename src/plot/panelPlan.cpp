@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plot/panelPlan.h"
 
+#include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "engine/driver.h"
@@ -350,7 +351,7 @@ Drawing Plan::make() {
 std::string caseTitle(const project::ProjectCase& current) {
     std::string name(trimmed(current.Title));
     const std::string& file = current.FileName;
-    if (name.empty()) name = file.substr(file.find_last_of("/\\") + 1);
+    if (name.empty()) name = withoutFolder(file);
     return withoutControls(name);
 }
 

@@ -112,15 +112,4 @@ std::string shortDate(const std::chrono::year_month_day& date) {
            generalNumber(static_cast<int>(date.year()));
 }
 
-std::string withoutFolder(const std::string& path) {
-    return path.substr(path.find_last_of("/\\") + 1); // npos + 1 is 0
-}
-
-std::string printFault(const std::string& target, bool isFile) {
-    return isFile ? "Nothing was printed: the file " + target +
-                        " could not be written.\nChoose another folder or file name."
-                  : "Nothing was printed: the printer " + target +
-                        " did not take the job.\nCheck the printer or choose another one.";
-}
-
 } // namespace telvo::report

@@ -45,12 +45,4 @@ std::size_t longestSheet(const std::vector<Sheet>& sheets, std::size_t most);
 /// A date as "m/d/yyyy", without leading zeros.
 std::string shortDate(const std::chrono::year_month_day& date);
 
-/// A file name without its folder, whichever way the folder is separated.
-std::string withoutFolder(const std::string& path);
-
-/// What the user is told when a print job came to nothing.
-/// Given: target  name of the printer or path of the file
-///        isFile  whether `target` is a file
-std::string printFault(const std::string& target, bool isFile);
-
 } // namespace telvo::report

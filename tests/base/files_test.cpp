@@ -71,6 +71,13 @@ TEST(ReadFile, WaitsForNoPipeAndAsksForTheSizeFirst) {
     ::close(ends[0]);
 }
 
+TEST(WithoutFolder, KnowsTheFoldersOfAllSystems) {
+    EXPECT_EQ(withoutFolder("/cases/a b.TLV"), "a b.TLV");
+    EXPECT_EQ(withoutFolder("C:\\cases/\xC3\x84.TLV"), "\xC3\x84.TLV");
+    EXPECT_EQ(withoutFolder("Untitled"), "Untitled");
+    EXPECT_EQ(withoutFolder("/cases/"), "");
+}
+
 TEST(AtomicFile, ReplacesItsTargetOnlyOnCommit) {
     const TemporaryFolder folder;
     const std::string path = folder.put("case.TLV", "old");

@@ -39,19 +39,19 @@ class CaseTableTest : public QObject {
     }
 
     RecordedMessages m_messages;
-    std::unique_ptr<ui::frmCaseTable> m_window;
+    std::unique_ptr<table::ui::frmCaseTable> m_window;
 };
 
 void CaseTableTest::open(const std::string& csv) {
     auto read = table::readCsv(csv, "/tables/panels.csv");
     QVERIFY(read);
-    m_window = std::make_unique<ui::frmCaseTable>(std::move(*read),
-                                                  ui::FormServices{m_messages, {}, nullptr},
-                                                  nullptr, [](const project::ProjectCase& current) {
-                                                      project::KeyFigures figures;
-                                                      figures.DevelopmentSF = current.Title + " SF";
-                                                      return figures;
-                                                  });
+    m_window = std::make_unique<table::ui::frmCaseTable>(
+        std::move(*read), ui::FormServices{m_messages, {}, nullptr}, nullptr,
+        [](const project::ProjectCase& current) {
+            project::KeyFigures figures;
+            figures.DevelopmentSF = current.Title + " SF";
+            return figures;
+        });
     show(*m_window);
 }
 
@@ -130,7 +130,7 @@ void CaseTableTest::readsBesideTheWindowAndCanBeStopped() {
                 click(window, "cmdCancel");
             return true;
         });
-        read = ui::readInBackground(
+        read = table::ui::readInBackground(
             "<b>",
             [&](const table::ReadWatch& watch) -> Outcome {
                 watch.tell(512);
@@ -145,7 +145,7 @@ void CaseTableTest::readsBesideTheWindowAndCanBeStopped() {
     // The window goes by itself; what is thrown is a fault that names the file.
     std::atomic<bool> seen = false;
     inWindow([&](QWidget&) { return seen = true; });
-    read = ui::readInBackground(
+    read = table::ui::readInBackground(
         "big.xlsx",
         [&](const table::ReadWatch&) -> Outcome {
             while (!seen)
@@ -155,7 +155,7 @@ void CaseTableTest::readsBesideTheWindowAndCanBeStopped() {
         nullptr, 0ms);
     QVERIFY(read && !*read);
     QCOMPARE(faultText(read->fault()), "big.xlsx: there is not enough memory to read it");
-    read = ui::readInBackground(
+    read = table::ui::readInBackground(
         "t.csv",
         [](const table::ReadWatch& watch) {
             return table::readCsv("DepthCover\n3\n", "t.csv", watch);

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/RecordedDialogs.h"
 #include "base/files.h"
+#include "base/ui/PrintDialogs.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
 #include "explain/ui/frmExplain.h"
 #include "explain/workingText.h"
 #include "GuiTest.h"
 #include "project/CaseFile.h"
-#include "report/ui/PrintDialogs.h"
 #include "report/ui/ReportPrinter.h"
 #include "run/caseRun.h"
 
@@ -30,7 +30,7 @@ using explain::ui::frmExplain;
 namespace {
 
 /// Prints to a file, or is cancelled where there is none.
-struct ToFile : report::ui::PrintDialogs {
+struct ToFile : telvo::ui::PrintDialogs {
     bool choosePrinter(QPrinter& printer, QWidget*, const QString&) override {
         printer.setOutputFormat(QPrinter::PdfFormat);
         printer.setOutputFileName(target);

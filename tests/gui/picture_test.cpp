@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "plot/ui/picture.h"
+#include "chart/ui/picture.h"
 
 #include "base/files.h"
 #include "base/ui/qtText.h"
@@ -20,7 +20,7 @@ using namespace telvo::test;
 namespace {
 
 /// Two words of which one is rotated, and a square in the lower right corner.
-ui::Picture sample(QSizeF size = {300, 200}) {
+chart::ui::Picture sample(QSizeF size = {300, 200}) {
     return {"north panel", size,
             [](QPainter& painter, const QRectF& page) {
                 painter.drawText(QPointF(20, 60), "Barrier");
@@ -62,7 +62,7 @@ class PictureTest : public QObject {
     std::string file(const char* name) const {
         return ui::fromQt(m_folder.filePath(QString::fromUtf8(name)));
     }
-    Status save(const ui::Picture& picture, const char* name, int dpi = 96) const {
+    Status save(const chart::ui::Picture& picture, const char* name, int dpi = 96) const {
         return exportPicture(picture, file(name), dpi);
     }
     QTemporaryDir m_folder;
@@ -117,12 +117,12 @@ void PictureTest::aPdfHoldsOnePageOfItsSize() {
 }
 
 void PictureTest::whatCannotBeWrittenLeavesTheOldFile() {
-    ui::Picture numberless = sample();
+    chart::ui::Picture numberless = sample();
     numberless.csv.clear();
     QVERIFY(save(sample(), "a.CSV"));
     QCOMPARE(*readFile(file("a.CSV")), "x,y\r\n1,2\r\n");
     struct Row {
-        ui::Picture picture;
+        chart::ui::Picture picture;
         const char* name;
         int dpi;
         const char* says;
@@ -162,7 +162,7 @@ void PictureTest::aPrintFillsThePaper() {
             printer.setPageLayout(
                 {QPageSize(paper), orientation, {10, 10, 10, 10}, QPageLayout::Millimeter});
             QSizeF page;
-            ui::Picture picture = sample();
+            chart::ui::Picture picture = sample();
             picture.paint = [&, paint = picture.paint](QPainter& painter, const QRectF& rect) {
                 page = rect.size();
                 paint(painter, rect);
@@ -184,8 +184,8 @@ void PictureTest::aPrintFillsThePaper() {
     }
     QPrinter footed(QPrinter::HighResolution);
     footed.setOutputFileName(m_folder.filePath("footed.pdf"));
-    QCOMPARE(ui::bestOrientation(sample()), QPageLayout::Landscape);
-    QCOMPARE(ui::bestOrientation(sample({200, 300})), QPageLayout::Portrait);
+    QCOMPARE(chart::ui::bestOrientation(sample()), QPageLayout::Landscape);
+    QCOMPARE(chart::ui::bestOrientation(sample({200, 300})), QPageLayout::Portrait);
     QVERIFY(printPicture(sample(), footed, "north.TLV   11/21/2026   TELVO"));
     const QString sheet = textOfPdf(m_folder.filePath("footed.pdf")).trimmed();
     QVERIFY2(sheet.simplified().endsWith("north.TLV 11/21/2026 TELVO"), qPrintable(sheet));

@@ -45,11 +45,11 @@ class PlanViewTest : public QObject {
     void picturesAreOnWhitePaperInEveryTheme();
 
   private:
-    std::unique_ptr<ui::PlanView> m_view;
+    std::unique_ptr<plot::ui::PlanView> m_view;
 };
 
 void PlanViewTest::init() {
-    m_view = std::make_unique<ui::PlanView>("Picture1");
+    m_view = std::make_unique<plot::ui::PlanView>("Picture1");
     m_view->resize(600, 450);
     m_view->setDrawing(plan("bleeder-rows-c-d.TLV"));
     show(*m_view);

@@ -32,7 +32,7 @@ class PlotsTest : public QObject {
 
     RecordedMessages m_messages;
     QStringList m_done; // commands that reached the actions
-    std::unique_ptr<ui::frmPlots> m_window;
+    std::unique_ptr<plot::ui::frmPlots> m_window;
 };
 
 void PlotsTest::open(const char* example) {
@@ -41,14 +41,15 @@ void PlotsTest::open(const char* example) {
     project::readCaseFile(std::string(TELVO_EXAMPLES_DIR) + "/" + example, read);
     const auto run = run::runCase(read);
     const auto note = [this](const char* what) {
-        return [this, what](const ui::Picture& picture, QWidget*) {
+        return [this, what](const chart::ui::Picture& picture, QWidget*) {
             m_done.append(QString(what) + ": " + QString::fromStdString(picture.name));
         };
     };
-    m_window = std::make_unique<ui::frmPlots>(
-        ui::PlotsView{{std::make_shared<const run::Run>(std::get<run::Run>(run)), {}}, {}, true},
-        ui::PlotActions{note("copy"), note("export"), note("print"),
-                        [this] { m_done.append("stop"); }},
+    m_window = std::make_unique<plot::ui::frmPlots>(
+        plot::ui::PlotsView{
+            {std::make_shared<const run::Run>(std::get<run::Run>(run)), {}}, {}, true},
+        plot::ui::PlotActions{note("copy"), note("export"), note("print"),
+                              [this] { m_done.append("stop"); }},
         ui::FormServices{m_messages, {}, nullptr});
     m_window->load();
 }
@@ -56,8 +57,8 @@ void PlotsTest::open(const char* example) {
 void PlotsTest::menuSwitchesWhatIsShown() {
     open("two-side-gobs.TLV");
     QCOMPARE(m_window->windowTitle(), "Plots: two-side-gobs.TLV");
-    auto& plan = control<ui::PlanView>(*m_window, "Picture1");
-    auto& chart = control<ui::DistributionChart>(*m_window, "Picture2");
+    auto& plan = control<plot::ui::PlanView>(*m_window, "Picture1");
+    auto& chart = control<plot::ui::DistributionChart>(*m_window, "Picture2");
     QVERIFY(plan.isVisible() && !plan.drawing()->key);
     QVERIFY(choice("mnuRetreat").isChecked());
 
@@ -95,7 +96,7 @@ void PlotsTest::picturesCarryTheirNumbersAndStayOnPaper() {
     for (const char* name : {"mnuPanelLayout", "mnuCapacity", "mnuStresses", "mnuCapacityPlan",
                              "mnuStressPlan", "mnuStrengthToStressPlan"}) {
         choice(name).trigger();
-        const ui::Picture picture = m_window->picture();
+        const chart::ui::Picture picture = m_window->picture();
         QCOMPARE(picture.csv.empty(), name == QByteArray("mnuPanelLayout"));
         QVERIFY2(picture.name.find_first_of("/\\:&") == std::string::npos, picture.name.c_str());
         QImage image(picture.size.toSize(), QImage::Format_RGB32);
@@ -116,7 +117,7 @@ void PlotsTest::picturesCarryTheirNumbersAndStayOnPaper() {
 void PlotsTest::picturesAreAlikeAtEveryResolution() {
     open("two-side-gobs.TLV");
     choice("mnuStresses").trigger();
-    const ui::Picture picture = m_window->picture();
+    const chart::ui::Picture picture = m_window->picture();
     const auto painted = [&](int dpi) {
         const double scale = dpi / 96.0;
         QImage image((picture.size * scale).toSize(), QImage::Format_RGB32);
@@ -152,7 +153,7 @@ void PlotsTest::figuresNeverMeet() {
     for (const QSize size : {QSize(440, 420), QSize(900, 700), QSize(1600, 500)}) {
         m_window->resize(size);
         QTest::qWait(20);
-        auto& chart = control<ui::DistributionChart>(*m_window, "Picture2");
+        auto& chart = control<plot::ui::DistributionChart>(*m_window, "Picture2");
         std::vector<QRectF> taken;
         for (int i = 0; i < chart.itemCount(); ++i) {
             const auto* figure = qobject_cast<QCPItemText*>(chart.item(i));

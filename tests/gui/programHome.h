@@ -4,8 +4,8 @@
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
 #include "base/files.h"
+#include "base/ui/PrintDialogs.h"
 #include "GuiTest.h"
-#include "report/ui/PrintDialogs.h"
 
 #include <algorithm>
 #include <fstream>
@@ -24,7 +24,7 @@ using app::ui::MenuEntry;
 using app::ui::Program;
 using study::GraphKind;
 
-struct NoPrinter : report::ui::PrintDialogs {
+struct NoPrinter : telvo::ui::PrintDialogs {
     bool choosePrinter(QPrinter&, QWidget*, const QString&) override { return false; }
     bool setUpPrinter(QPrinter&, QWidget*) override { return false; }
 };

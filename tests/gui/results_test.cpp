@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/ui/frmPopUp.h"
+#include "base/ui/PrintDialogs.h"
 #include "base/ui/qtText.h"
 #include "GuiTest.h"
 #include "project/CaseFile.h"
 #include "report/sections.h"
 #include "report/ui/frmPreview.h"
 #include "report/ui/frmResTxtPlt.h"
-#include "report/ui/PrintDialogs.h"
 #include "run/caseRun.h"
 
 #include <QAbstractButton>
@@ -32,7 +32,7 @@ using report::ui::frmResTxtPlt;
 namespace {
 
 /// Answers the print dialog and remembers what the status line said when it opened.
-struct RecordedPrintDialogs : report::ui::PrintDialogs {
+struct RecordedPrintDialogs : telvo::ui::PrintDialogs {
     explicit RecordedPrintDialogs(RecordedMessages& recorded) : messages(recorded) {}
 
     bool choosePrinter(QPrinter& printer, QWidget*, const QString&) override {
@@ -335,7 +335,7 @@ void ResultsTest::aPagePrintsOnOneSheet() {
 }
 
 void ResultsTest::thePrintDialogHasNoPageNumbers() {
-    report::ui::QtPrintDialogs desktop;
+    telvo::ui::QtPrintDialogs desktop;
     QStringList shownControls;
     QTimer looker;
     connect(&looker, &QTimer::timeout, this, [&] {

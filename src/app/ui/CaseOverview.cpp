@@ -128,7 +128,7 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
                           area->verticalScrollBar()->sizeHint().width());
     layout->addWidget(area, 1);
 
-    m_plan = new telvo::ui::PlanView("picPlan", this);
+    m_plan = new plot::ui::PlanView("picPlan", this);
     m_plan->setAccessibleName(tr("Plan of the panel"));
     m_plan->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
     layout->addWidget(m_plan, 2);

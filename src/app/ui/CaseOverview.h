@@ -9,7 +9,7 @@ class QLabel;
 class QScrollArea;
 class QVBoxLayout;
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
 class PlanView;
 }
 
@@ -40,7 +40,7 @@ class CaseOverview : public QWidget {
     QWidget* m_factBox = nullptr;
     QLabel* m_automatic = nullptr; ///< automatic values of the record that are not its own
     std::map<std::string, QLabel*> m_facts;
-    telvo::ui::PlanView* m_plan = nullptr;
+    plot::ui::PlanView* m_plan = nullptr;
 };
 
 } // namespace telvo::app::ui

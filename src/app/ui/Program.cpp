@@ -11,9 +11,9 @@
 #include "base/files.h"
 #include "base/note.h"
 #include "base/titles.h"
+#include "base/ui/PrintDialogs.h"
 #include "base/ui/qtText.h"
 #include "help/ui/frmHelp.h"
-#include "report/ui/PrintDialogs.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -82,7 +82,7 @@ std::string commandLineFile() {
 
 } // namespace
 
-Surroundings Surroundings::ofDesktop(FileDialogs& files, report::ui::PrintDialogs& print) {
+Surroundings Surroundings::ofDesktop(FileDialogs& files, telvo::ui::PrintDialogs& print) {
     const auto today = [] {
         const QDate date = QDate::currentDate();
         return std::chrono::year{date.year()} / static_cast<unsigned>(date.month()) /
@@ -130,7 +130,7 @@ Program::Program(Surroundings surroundings)
 Program::~Program() = default;
 
 void Program::start() {
-    QApplication::setWindowIcon(programIcon());
+    QApplication::setWindowIcon(programIcon()); // of every window and box
     for (const std::string& fallback : m_folders.fallbacks)
         m_messages.history(fallback);
     removeLeftFiles(m_folders, WindowsFile);

@@ -31,10 +31,10 @@ struct Surroundings {
     std::function<std::chrono::year_month_day()> today; ///< asked anew where it is needed
     DesktopMessages::Box box;
     FileDialogs& fileDialogs;
-    report::ui::PrintDialogs& printDialogs;
+    telvo::ui::PrintDialogs& printDialogs;
 
     /// Those of a real run.
-    static Surroundings ofDesktop(FileDialogs& files, report::ui::PrintDialogs& print);
+    static Surroundings ofDesktop(FileDialogs& files, telvo::ui::PrintDialogs& print);
 };
 
 /// The running program: everything that lives as long as it does, and the order in which it starts

@@ -41,7 +41,7 @@ QLabel* heading(const QString& text, QWidget* buddy, QWidget* parent) {
 
 /// The plan of an example without its words and dimensions, which could not be read at this size.
 QPixmap examplePicture(const project::ProjectCase& example, qreal scale) {
-    telvo::ui::PlanView view("picExample");
+    plot::ui::PlanView view("picExample");
     view.resize(PictureWidth, PictureHeight);
     auto plan = plot::panelPlan(example, {0, 0, 0, 0, 1});
     if (auto* drawing = std::get_if<plot::Drawing>(&plan)) {

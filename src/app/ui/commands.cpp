@@ -346,7 +346,7 @@ bool Commands::importCase(QWidget* parent) {
         m_program.fileDialogs().openFile("Import Case", m_program.settings().values().DataPath,
                                          {"Case Tables (*.xlsx *.csv *.txt)", "All Files (*.*)"});
     if (!path) return false;
-    auto done = telvo::ui::readInBackground(
+    auto done = table::ui::readInBackground(
         *path,
         [file = *path](const table::ReadWatch& watch) { return table::readTableFile(file, watch); },
         parent);
@@ -358,7 +358,7 @@ bool Commands::importCase(QWidget* parent) {
         return false;
     }
     ProjectSession& session = m_program.session();
-    telvo::ui::frmCaseTable form(
+    table::ui::frmCaseTable form(
         std::move(*read), m_program.formServices(), parent,
         [&session](const project::ProjectCase& current) { return session.figures(current); });
     if (form.exec() != QDialog::Accepted || !form.chosen() || !session.settleUnsaved())

@@ -94,7 +94,7 @@ class Commands {
     /// Parent of the windows that show outcomes: with one they stay above the main window.
     QWidget* viewParent();
     study::GraphOptions graphOptions(study::GraphKind kind) const;
-    telvo::ui::PictureActions pictureActions();
+    chart::ui::PictureActions pictureActions();
     study::ui::GraphActions graphActions(study::GraphKind kind,
                                          std::shared_ptr<project::ProjectCase> shown);
     bool editGraphOptions(QWidget* parent);
@@ -127,7 +127,7 @@ class Commands {
     /// Remembers a window about the case until the user closes it.
     void keep(QWidget& view);
     void printDocument(const QTextDocument& text, const std::string& name, QWidget* parent);
-    void printPicture(const telvo::ui::Picture& picture, QWidget* parent);
+    void printPicture(const chart::ui::Picture& picture, QWidget* parent);
 
     Program& m_program;
     frmMain& m_window;

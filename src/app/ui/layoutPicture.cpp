@@ -3,15 +3,15 @@
 
 #include "app/settingsOptions.h"
 #include "base/ui/qtText.h"
+#include "chart/ui/picture.h"
 #include "plot/ui/paintDrawing.h"
-#include "plot/ui/picture.h"
 #include "plot/ui/PlanView.h"
 
 #include <utility>
 
 namespace telvo::app::ui {
 
-std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::ProjectCase& current,
+std::optional<Refusal> drawPlan(plot::ui::PlanView& view, const project::ProjectCase& current,
                                 const SettingsStore& settings) {
     auto plan = plot::panelPlan(current, planOptions(settings.values()));
     if (auto* refused = std::get_if<Refusal>(&plan)) {
@@ -23,7 +23,7 @@ std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::Projec
 }
 
 project::ui::LayoutPicture layoutPicture(const SettingsStore& settings, QWidget* parent) {
-    auto* view = new telvo::ui::PlanView("Picture1", parent);
+    auto* view = new plot::ui::PlanView("Picture1", parent);
     return {view,
             [view, &settings](const project::ProjectCase& current) {
                 return drawPlan(*view, current, settings);
@@ -31,12 +31,12 @@ project::ui::LayoutPicture layoutPicture(const SettingsStore& settings, QWidget*
             // All of it at the size of a picture file, whatever room the form has for it.
             [view]() -> QImage {
                 if (!view->drawing()) return {};
-                telvo::ui::Picture picture;
+                chart::ui::Picture picture;
                 picture.paint = [&drawing = *view->drawing()](QPainter& painter,
                                                               const QRectF& page) {
-                    telvo::ui::paintDrawing(drawing, painter, page, telvo::ui::paperPalette());
+                    plot::ui::paintDrawing(drawing, painter, page, chart::ui::paperPalette());
                 };
-                return telvo::ui::pictureImage(picture, 2 * telvo::ui::ScreenResolution);
+                return chart::ui::pictureImage(picture, 2 * chart::ui::ScreenResolution);
             }};
 }
 

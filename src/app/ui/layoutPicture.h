@@ -4,7 +4,7 @@
 #include "plot/panelPlan.h"
 #include "project/ui/frmTELVOParm.h"
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
 class PlanView;
 }
 namespace telvo::app {
@@ -15,7 +15,7 @@ namespace telvo::app::ui {
 
 /// Draws the plan of a case by the layout options of the settings. A refusal is returned and shown
 /// in place of the plan.
-std::optional<Refusal> drawPlan(telvo::ui::PlanView& view, const project::ProjectCase& current,
+std::optional<Refusal> drawPlan(plot::ui::PlanView& view, const project::ProjectCase& current,
                                 const SettingsStore& settings);
 
 /// The parameter form's picture.

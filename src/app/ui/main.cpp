@@ -2,10 +2,9 @@
 //
 // The desktop program.
 #include "app/ui/DesktopFileDialogs.h"
-#include "app/ui/dialogs/programIcon.h"
 #include "app/ui/Program.h"
 #include "base/temporaryFiles.h"
-#include "report/ui/PrintDialogs.h"
+#include "base/ui/PrintDialogs.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -52,10 +51,9 @@ int runDesktop(int argc, char** argv) {
     QApplication::setApplicationName("telvo");
     QApplication::setApplicationVersion(TELVO_VERSION);
     QApplication::setDesktopFileName("telvo");
-    QApplication::setWindowIcon(app::ui::programIcon()); // of every window and box
 
     app::ui::DesktopFileDialogs fileDialogs;
-    report::ui::QtPrintDialogs printDialogs;
+    telvo::ui::QtPrintDialogs printDialogs;
     app::ui::Program program(app::ui::Surroundings::ofDesktop(fileDialogs, printDialogs));
     fileDialogs.rememberIn(program.places());
     program.start();

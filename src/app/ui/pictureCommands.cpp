@@ -8,7 +8,7 @@
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
 #include "base/titles.h"
-#include "plot/ui/picture.h"
+#include "chart/ui/picture.h"
 #include "report/sheets.h"
 
 #include <algorithm>
@@ -17,8 +17,8 @@
 
 namespace telvo::app::ui {
 
+using chart::ui::Picture;
 using study::ui::frmGraph;
-using telvo::ui::Picture;
 
 study::GraphOptions Commands::graphOptions(study::GraphKind kind) const {
     return app::graphOptions(m_program.settings().values(), kind);
@@ -28,23 +28,23 @@ void Commands::printPicture(const Picture& picture, QWidget* parent) {
     // Reports stand upright; pictures lie as they look best, or as the last one was printed.
     QPrinter& printer = m_program.printer().printer();
     const auto ofReports = printer.pageLayout().orientation();
-    printer.setPageOrientation(m_pictureOrientation.value_or(telvo::ui::bestOrientation(picture)));
+    printer.setPageOrientation(m_pictureOrientation.value_or(chart::ui::bestOrientation(picture)));
     const std::string footer = picture.caseName + "   " + report::shortDate(m_program.today()) +
                                "   " + std::string(titles::Program) + ' ' +
                                std::string(run::ModuleBuild);
     const bool printed = m_program.printer().print(
         picture.name, parent, QObject::tr("Print"),
-        [&](QPrinter& chosen) { return telvo::ui::printPicture(picture, chosen, footer); });
+        [&](QPrinter& chosen) { return chart::ui::printPicture(picture, chosen, footer); });
     if (printed) m_pictureOrientation = printer.pageLayout().orientation();
     printer.setPageOrientation(ofReports);
     note(printed ? "Picture printed" : "Printing aborted");
 }
 
-telvo::ui::PictureActions Commands::pictureActions() {
-    telvo::ui::PictureActions actions;
-    actions.copyPicture = [](const Picture& picture, QWidget*) { telvo::ui::copyPicture(picture); };
+chart::ui::PictureActions Commands::pictureActions() {
+    chart::ui::PictureActions actions;
+    actions.copyPicture = [](const Picture& picture, QWidget*) { chart::ui::copyPicture(picture); };
     actions.exportPicture = [this](const Picture& picture, QWidget* parent) {
-        telvo::ui::exportCommand(picture, m_program.fileDialogs(), m_program.messages(),
+        chart::ui::exportCommand(picture, m_program.fileDialogs(), m_program.messages(),
                                  m_program.settings().values().DataPath, parent);
     };
     actions.printPicture = [this](const Picture& picture, QWidget* parent) {

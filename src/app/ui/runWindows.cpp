@@ -19,9 +19,9 @@
 
 namespace telvo::app::ui {
 
+using plot::ui::frmPlots;
 using report::ShownRun;
 using report::ui::frmResTxtPlt;
-using telvo::ui::frmPlots;
 using telvo::ui::toQt;
 
 namespace {
@@ -131,10 +131,10 @@ void Commands::runResultsAgain() {
 void Commands::viewPlots(const ShownRun& shown) {
     const SettingsStore& settings = m_program.settings();
     const auto viewOf = [&settings](const ShownRun& run) {
-        return telvo::ui::PlotsView{run, planOptions(settings.values()),
-                                    settings.values().PrintPlotReminder == 1};
+        return plot::ui::PlotsView{run, planOptions(settings.values()),
+                                   settings.values().PrintPlotReminder == 1};
     };
-    telvo::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
+    plot::ui::PlotActions actions{pictureActions(), [this] { stopReminding(); }};
     QPointer window(
         new frmPlots(viewOf(shown), std::move(actions), m_program.formServices(), viewParent()));
     keep(*window);

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/ui/drawCase.h"
 
+#include "base/files.h"
 #include "base/sourceDate.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "chart/ui/picture.h"
+#include "chart/ui/pictureFile.h"
 #include "cli/outputs.h"
 #include "engine/questions.h"
 #include "plot/distribution.h"
 #include "plot/panelPlan.h"
 #include "plot/ui/DistributionChart.h"
 #include "plot/ui/paintDrawing.h"
-#include "plot/ui/picture.h"
-#include "plot/ui/pictureFile.h"
 #include "report/sections.h"
 #include "run/caseRun.h"
 #include "study/graph/sfGraph.h"
@@ -27,7 +28,7 @@ namespace telvo::cli {
 
 namespace {
 
-using telvo::ui::Picture;
+using chart::ui::Picture;
 
 /// A picture, or why the case has none.
 using Drawn = std::variant<Picture, Refusal>;
@@ -38,13 +39,9 @@ Drawn plan(const project::ProjectCase& current, const PlotOptions&) {
     Picture picture;
     picture.paint = [drawing = std::move(std::get<plot::Drawing>(made))](QPainter& painter,
                                                                          const QRectF& page) {
-        telvo::ui::paintDrawing(drawing, painter, page, telvo::ui::paperPalette());
+        plot::ui::paintDrawing(drawing, painter, page, chart::ui::paperPalette());
     };
     return picture;
-}
-
-std::string fileNameOf(const project::ProjectCase& current) {
-    return telvo::ui::fromQt(QFileInfo(telvo::ui::toQt(current.FileName)).fileName());
 }
 
 /// A parametric graph, drawn as the desktop program draws it with its initial options.
@@ -61,7 +58,7 @@ Drawn graph(const project::ProjectCase& current, const PlotOptions& options) {
     drawing.XAxisTitle = row.axisTitle;
     drawing.YAxisTitle = row.isOfBarrier() ? "Barrier Stability Factor" : "Stability Factor";
     drawing.RoundTELVOSF = options.report.RoundTELVOSF;
-    return study::ui::graphPicture(computed, drawing, fileNameOf(current),
+    return study::ui::graphPicture(computed, drawing, withoutFolder(current.FileName),
                                    study::graphCsv(computed));
 }
 
@@ -71,8 +68,8 @@ Drawn bars(const project::ProjectCase& current, const PlotOptions& options) {
     const run::RunOutcome outcome = run::runCase(current);
     if (const auto* refused = std::get_if<Refusal>(&outcome)) return *refused;
     if (const auto* fault = std::get_if<Fault>(&outcome)) return Refusal{faultText(*fault), {}, {}};
-    return telvo::ui::distributionPicture(distribution(std::get<run::Run>(outcome), options.report),
-                                          {});
+    return plot::ui::distributionPicture(distribution(std::get<run::Run>(outcome), options.report),
+                                         {});
 }
 
 plot::Distribution stressOfLastPass(const run::Run& run, const report::ReportOptions& options) {
@@ -150,7 +147,7 @@ PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const Pl
     Picture& picture = std::get<Picture>(drawn);
     picture.size = {static_cast<qreal>(options.size[0]), static_cast<qreal>(options.size[1])};
     picture.name = pictureName(current, Kinds[kind].kind.name);
-    const auto bytes = telvo::ui::pictureFile(picture, target, options.dpi);
+    const auto bytes = chart::ui::pictureFile(picture, target, options.dpi);
     if (!bytes) return {FileTrouble, faultText(bytes.fault())};
     return {writeOrComplain(target, *bytes, options.existing), {}};
 }
@@ -161,9 +158,9 @@ Plotter desktopPlotter() {
     Plotter plotter;
     for (const DrawnKind& one : Kinds)
         plotter.kinds.push_back(one.kind);
-    plotter.lowestDpi = telvo::ui::LowestResolution;
-    plotter.highestDpi = telvo::ui::HighestResolution;
-    plotter.defaultDpi = telvo::ui::DefaultResolution;
+    plotter.lowestDpi = chart::ui::LowestResolution;
+    plotter.highestDpi = chart::ui::HighestResolution;
+    plotter.defaultDpi = chart::ui::DefaultResolution;
     plotter.draw = draw;
     return plotter;
 }

@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/note.h"
 #include "base/titles.h"
+#include "base/ui/Printer.h"
 #include "base/ui/qtText.h"
 #include "base/ui/WindowPlaces.h"
 #include "engine/questions.h"
@@ -11,7 +12,6 @@
 #include "explain/workingSheet.h"
 #include "explain/workingText.h"
 #include "report/sheets.h"
-#include "report/ui/ReportPrinter.h"
 
 #include <algorithm>
 #include <cstring>
@@ -56,14 +56,14 @@ QString shortTitle(const Step& step) {
 } // namespace
 
 frmExplain::frmExplain(report::ShownRun shown, const telvo::ui::FormServices& services,
-                       report::ui::ReportPrinter& printer, FileDialogs& dialogs, QWidget* parent)
+                       telvo::ui::Printer& printer, FileDialogs& dialogs, QWidget* parent)
     : Form("frmExplain", titles::ShowWorking, HelpTopicOfWorking, services, parent),
       m_shown(std::move(shown)), m_printer(printer), m_dialogs(dialogs) {
     // With all the buttons of a window; only a dialog stays above its parent.
     setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
                    Qt::WindowCloseButtonHint);
-    setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(current().FileName)));
+    setWindowTitle(toQt(titles::ShowWorking) + toQt(withoutFolder(current().FileName)));
 
     m_splitter = new QSplitter(Qt::Horizontal, this);
     m_splitter->setObjectName("splWorking");
@@ -121,7 +121,7 @@ void frmExplain::setRun(report::ShownRun shown) {
 
 void frmExplain::setCaseName(const std::string& fileName) {
     m_shown.rename(fileName);
-    setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(fileName)));
+    setWindowTitle(toQt(titles::ShowWorking) + toQt(withoutFolder(fileName)));
 }
 
 void frmExplain::makeShortcut(const QKeySequence& key, QWidget* target) {

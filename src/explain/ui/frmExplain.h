@@ -18,8 +18,8 @@ class QTextBrowser;
 class QTreeWidget;
 class QTreeWidgetItem;
 
-namespace telvo::report::ui {
-class ReportPrinter;
+namespace telvo::ui {
+class Printer;
 }
 
 namespace telvo::explain::ui {
@@ -30,7 +30,7 @@ class frmExplain : public telvo::ui::Form {
     Q_OBJECT
   public:
     frmExplain(report::ShownRun shown, const telvo::ui::FormServices& services,
-               report::ui::ReportPrinter& printer, FileDialogs& dialogs, QWidget* parent = nullptr);
+               telvo::ui::Printer& printer, FileDialogs& dialogs, QWidget* parent = nullptr);
 
     void done(int result) override;
 
@@ -67,7 +67,7 @@ class frmExplain : public telvo::ui::Form {
     QTreeWidgetItem* itemOf(const std::string& key) const;
 
     report::ShownRun m_shown;
-    report::ui::ReportPrinter& m_printer;
+    telvo::ui::Printer& m_printer;
     FileDialogs& m_dialogs;
     Chapters m_all;
     std::vector<std::string> m_visited; ///< keys, with the shown one at m_place

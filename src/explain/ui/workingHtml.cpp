@@ -3,9 +3,9 @@
 
 #include "base/ui/qtText.h"
 #include "explain/workingText.h"
-#include "report/ui/ReportPrinter.h"
 
 #include <QCoreApplication>
+#include <QFontDatabase>
 
 namespace telvo::explain::ui {
 
@@ -26,7 +26,8 @@ QString escaped(std::string_view text) {
 
 /// A cell in the fixed-pitch font of the reports.
 QString cell(const QString& html) {
-    return "<td style=\"font-family:'" + telvo::report::ui::reportFont().family().toHtmlEscaped() +
+    return "<td style=\"font-family:'" +
+           QFontDatabase::systemFont(QFontDatabase::FixedFont).family().toHtmlEscaped() +
            "'; white-space:pre-wrap;\">" + html + "</td>";
 }
 

@@ -3,9 +3,9 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
-#include "plot/ui/chartParts.h"
+#include "chart/ui/chartParts.h"
+#include "chart/ui/paintPlot.h"
 #include "plot/ui/paintDrawing.h"
-#include "plot/ui/paintPlot.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +14,17 @@
 #include <QHelpEvent>
 #include <QToolTip>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
+
+using chart::ui::brokenAt;
+using chart::ui::frameChart;
+using chart::ui::inkAxes;
+using chart::ui::paintPlot;
+using chart::ui::paperPalette;
+using chart::ui::Picture;
+using chart::ui::PlainTicker;
+using chart::ui::titleFont;
+using telvo::ui::toQt;
 
 using plot::Bar;
 
@@ -378,4 +388,4 @@ Picture distributionPicture(const plot::Distribution& distribution, const std::s
     return picture;
 }
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

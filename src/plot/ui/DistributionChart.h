@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "chart/ui/customPlot.h"
+#include "chart/ui/picture.h"
 #include "plot/distribution.h"
-#include "plot/ui/customPlot.h"
-#include "plot/ui/picture.h"
 
 #include <QPalette>
 #include <vector>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
 
 /// A distribution as bars across the panel: widths to scale, parts stacked, the total on top, the
 /// strength as a line across its bar. A strength far above the rest is an arrow at the upper edge.
@@ -68,6 +68,7 @@ class DistributionChart : public QCustomPlot {
 };
 
 /// A distribution that leaves the program.
-Picture distributionPicture(const plot::Distribution& distribution, const std::string& name);
+chart::ui::Picture distributionPicture(const plot::Distribution& distribution,
+                                       const std::string& name);
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

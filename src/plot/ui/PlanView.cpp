@@ -2,6 +2,7 @@
 #include "plot/ui/PlanView.h"
 
 #include "base/ui/qtText.h"
+#include "chart/ui/picture.h"
 #include "plot/ui/paintDrawing.h"
 
 #include <algorithm>
@@ -15,7 +16,10 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
+
+using chart::ui::paperPalette;
+using telvo::ui::toQt;
 
 namespace {
 
@@ -231,4 +235,4 @@ void PlanView::focusOutEvent(QFocusEvent* event) {
     update();
 }
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

@@ -8,7 +8,7 @@
 #include <QImage>
 #include <QWidget>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
 
 /// Shows a drawing, or a message in its place. The wheel and + and - zoom, dragging and the arrow
 /// keys move, a double click, Home and 0 show the whole drawing again.
@@ -60,4 +60,4 @@ class PlanView : public QWidget {
     std::optional<QPointF> m_dragged; ///< last position of a drag
 };
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "plot/ui/frmPlots.h"
 
+#include "base/files.h"
 #include "base/note.h"
 #include "base/text.h"
 #include "base/titles.h"
@@ -19,15 +20,18 @@
 #include <QVBoxLayout>
 #include <utility>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
+
+using chart::ui::paperPalette;
+using chart::ui::Picture;
+using telvo::ui::Form;
+using telvo::ui::FormServices;
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
 
 namespace {
 
 constexpr char HelpTopic[] = "Plots.htm";
-
-std::string fileName(const project::ProjectCase& current) {
-    return current.FileName.substr(current.FileName.find_last_of("/\\") + 1);
-}
 
 } // namespace
 
@@ -39,7 +43,7 @@ frmPlots::frmPlots(PlotsView view, PlotActions actions, const FormServices& serv
     setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
                    Qt::WindowCloseButtonHint);
-    setWindowTitle(toQt(titles::Plots) + toQt(fileName(run().current)));
+    setWindowTitle(toQt(titles::Plots) + toQt(withoutFolder(run().current.FileName)));
 
     m_plan = new PlanView("Picture1", this);
     m_chart = new DistributionChart("Picture2", this);
@@ -131,7 +135,7 @@ void frmPlots::load() {
 
 void frmPlots::setRun(PlotsView view) {
     m_view = std::move(view);
-    setWindowTitle(toQt(titles::Plots) + toQt(fileName(run().current)));
+    setWindowTitle(toQt(titles::Plots) + toQt(withoutFolder(run().current.FileName)));
     if (engine::lastPass(run().in) != engine::Retreat)
         m_passes->actions().constFirst()->setChecked(true);
     showPlot();
@@ -139,7 +143,7 @@ void frmPlots::setRun(PlotsView view) {
 
 void frmPlots::setCaseName(const std::string& name) {
     m_view.shown.rename(name);
-    setWindowTitle(toQt(titles::Plots) + toQt(fileName(run().current)));
+    setWindowTitle(toQt(titles::Plots) + toQt(withoutFolder(run().current.FileName)));
 }
 
 frmPlots::Kind frmPlots::kind() const {
@@ -185,7 +189,7 @@ void frmPlots::showPlot() {
 }
 
 Picture frmPlots::picture() const {
-    const std::string file = fileName(run().current);
+    const std::string file = withoutFolder(run().current.FileName);
     const std::string name = file.substr(0, file.find_last_of('.')) + ' ' +
                              fromQt(m_kinds->checkedAction()->iconText().remove(':'));
     Picture made;
@@ -220,4 +224,4 @@ void frmPlots::print() {
     if (remindOfPrinter()) m_actions.printPicture(picture(), this);
 }
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

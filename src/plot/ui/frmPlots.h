@@ -2,9 +2,9 @@
 #pragma once
 
 #include "base/ui/Form.h"
+#include "chart/ui/picture.h"
 #include "plot/distribution.h"
 #include "plot/panelPlan.h"
-#include "plot/ui/picture.h"
 #include "report/ShownRun.h"
 
 #include <functional>
@@ -15,7 +15,7 @@ class QActionGroup;
 class QMenuBar;
 class QStackedWidget;
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
 
 class DistributionChart;
 class PlanView;
@@ -28,12 +28,12 @@ struct PlotsView {
 };
 
 /// What the plots window needs from above it.
-struct PlotActions : PictureActions {
+struct PlotActions : chart::ui::PictureActions {
     std::function<void()> stopReminding; ///< of the printer before a plot is printed
 };
 
 /// The plots window of a run: panel layout, pillar capacity, pillar stresses, coloured plans.
-class frmPlots : public Form {
+class frmPlots : public telvo::ui::Form {
     Q_OBJECT
   public:
     enum class Kind {
@@ -45,7 +45,7 @@ class frmPlots : public Form {
         StrengthToStressPlan
     };
 
-    frmPlots(PlotsView view, PlotActions actions, const FormServices& services,
+    frmPlots(PlotsView view, PlotActions actions, const telvo::ui::FormServices& services,
              QWidget* parent = nullptr);
 
     /// Shows the window, not modal.
@@ -55,7 +55,7 @@ class frmPlots : public Form {
     /// The same case has another name now.
     void setCaseName(const std::string& fileName);
     /// What is shown, as it leaves the program.
-    Picture picture() const;
+    chart::ui::Picture picture() const;
 
   private:
     QMenuBar* makeMenu();
@@ -80,4 +80,4 @@ class frmPlots : public Form {
     DistributionChart* m_chart = nullptr;
 };
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

@@ -8,7 +8,10 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
+
+using telvo::ui::Form;
+using telvo::ui::FormServices;
 
 frmPrintPlotReminder::frmPrintPlotReminder(const FormServices& services, QWidget* parent)
     : Form("frmPrintPlotReminder", titles::Plots, "Plots.htm", services, parent) {
@@ -45,4 +48,4 @@ bool frmPrintPlotReminder::isLast() const {
     return m_last->isChecked();
 }
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

@@ -5,13 +5,14 @@
 
 class QCheckBox;
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
 
 /// Reminds of printer and orientation before a plot is printed.
-class frmPrintPlotReminder : public Form {
+class frmPrintPlotReminder : public telvo::ui::Form {
     Q_OBJECT
   public:
-    explicit frmPrintPlotReminder(const FormServices& services, QWidget* parent = nullptr);
+    explicit frmPrintPlotReminder(const telvo::ui::FormServices& services,
+                                  QWidget* parent = nullptr);
 
     /// Whether it is not to be shown again.
     bool isLast() const;
@@ -20,4 +21,4 @@ class frmPrintPlotReminder : public Form {
     QCheckBox* m_last = nullptr;
 };
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

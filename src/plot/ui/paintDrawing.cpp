@@ -3,7 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
-#include "plot/ui/chartParts.h"
+#include "chart/ui/chartParts.h"
 
 #include <algorithm>
 #include <array>
@@ -12,7 +12,11 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
-namespace telvo::ui {
+namespace telvo::plot::ui {
+
+using chart::ui::brokenAt;
+using chart::ui::mixed;
+using telvo::ui::toQt;
 
 namespace {
 
@@ -27,13 +31,6 @@ QRectF rect(const plot::Box& box) {
     return {QPointF(box.left, box.top), QPointF(box.right, box.bottom)};
 }
 
-QColor mix(const QColor& a, const QColor& b, double shareOfB) {
-    const auto channel = [&](int from, int to) {
-        return static_cast<int>(std::lround(from + (to - from) * shareOfB));
-    };
-    return {channel(a.red(), b.red()), channel(a.green(), b.green()), channel(a.blue(), b.blue())};
-}
-
 /// Colours that people with any colour vision tell apart, from the palette's text and base: coal in
 /// greys, the accents blue for the zone, orange for what is caved, green for pillars left behind.
 class Colours {
@@ -45,19 +42,19 @@ class Colours {
     QColor fill(Role role) const {
         switch (role) {
         case Role::Pillar:
-            return mix(base, text, 0.22);
+            return mixed(base, text, 0.22);
         case Role::Coal:
-            return mix(base, text, 0.10);
+            return mixed(base, text, 0.10);
         case Role::Barrier:
-            return mix(base, text, 0.32);
+            return mixed(base, text, 0.32);
         case Role::LeftRow:
         case Role::Bleeder:
-            return mix(base, green, m_dark ? 0.5 : 0.4);
+            return mixed(base, green, m_dark ? 0.5 : 0.4);
         case Role::ActiveGob:
         case Role::SlabCut:
-            return mix(base, orange, m_dark ? 0.2 : 0.16);
+            return mixed(base, orange, m_dark ? 0.2 : 0.16);
         case Role::SideGob:
-            return mix(base, yellow, m_dark ? 0.16 : 0.14);
+            return mixed(base, yellow, m_dark ? 0.16 : 0.14);
         default:
             return base;
         }
@@ -71,17 +68,17 @@ class Colours {
         case Role::RetreatLine:
             return accent(orange);
         case Role::SideGob:
-            return mix(base, accent(yellow), 0.8);
+            return mixed(base, accent(yellow), 0.8);
         case Role::Entry:
         case Role::Pillar:
         case Role::Coal:
         case Role::Barrier:
         case Role::LeftRow:
         case Role::Bleeder:
-            return mix(base, text, 0.6);
+            return mixed(base, text, 0.6);
         case Role::Dimension:
         case Role::EntryNumber:
-            return mix(base, text, 0.8);
+            return mixed(base, text, 0.8);
         default:
             return text;
         }
@@ -91,7 +88,9 @@ class Colours {
     const QColor text;
 
   private:
-    QColor accent(const QColor& colour) const { return m_dark ? mix(colour, text, 0.35) : colour; }
+    QColor accent(const QColor& colour) const {
+        return m_dark ? mixed(colour, text, 0.35) : colour;
+    }
 
     const QColor blue{0x00, 0x72, 0xB2};
     const QColor orange{0xD5, 0x5E, 0x00};
@@ -390,15 +389,6 @@ QColor scaleColour(int step) {
     return QColor(colours[static_cast<std::size_t>(std::clamp(step, 0, plot::ColourSteps - 1))]);
 }
 
-QPalette paperPalette() {
-    QPalette palette(Qt::white);
-    for (const auto role : {QPalette::Base, QPalette::Window})
-        palette.setColor(role, Qt::white);
-    for (const auto role : {QPalette::Text, QPalette::WindowText})
-        palette.setColor(role, Qt::black);
-    return palette;
-}
-
 PageLayout pageLayout(const plot::Drawing& drawing, const QFont& font, const QPaintDevice* device,
                       const QRectF& page) {
     PageLayout layout;
@@ -443,4 +433,4 @@ void paintDrawing(const plot::Drawing& drawing, QPainter& painter, const QRectF&
     painter.restore();
 }
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

@@ -12,10 +12,7 @@ class QColor;
 class QPaintDevice;
 class QPainter;
 
-namespace telvo::ui {
-
-/// The palette of paper: what is printed, exported and copied is black on white in every theme.
-QPalette paperPalette();
+namespace telvo::plot::ui {
 
 /// Where the parts of a drawing lie within its page: the caption above, the scale bar below.
 struct PageLayout {
@@ -40,4 +37,4 @@ PageLayout pageLayout(const plot::Drawing& drawing, const QFont& font, const QPa
 void paintDrawing(const plot::Drawing& drawing, QPainter& painter, const QRectF& page,
                   const QPalette& palette, const plot::Zoom& zoom = {});
 
-} // namespace telvo::ui
+} // namespace telvo::plot::ui

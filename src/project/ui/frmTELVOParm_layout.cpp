@@ -7,6 +7,7 @@
 #include "project/ui/frmTELVOParm.h"
 #include "project/units.h"
 
+#include "base/files.h"
 #include <algorithm>
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -77,7 +78,7 @@ void frmTELVOParm::build() {
     layout->addWidget(m_splitter, 1);
     layout->addWidget(buttonRow());
     setWindowTitle(windowTitle() + QStringLiteral(": ") +
-                   toQt(m_open.Project.FileName).section('/', -1));
+                   toQt(withoutFolder(m_open.Project.FileName)));
     setWindowFlag(Qt::WindowMaximizeButtonHint);
     setTabOrders();
     const QSize boxes = m_tabs->sizeHint(); // and some room for the picture beside them

@@ -1,29 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "report/ui/ReportPrinter.h"
 
-#include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "report/ui/PrintDialogs.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <QFile>
-#include <QFileInfo>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPrinter>
-#include <QStandardPaths>
 #include <utility>
 
 namespace telvo::report::ui {
 
-using telvo::ui::fromQt;
 using telvo::ui::toQt;
 
 namespace {
 
-const QMarginsF Margins(20, 12, 15, 12); // mm; the left one leaves room for holes
 constexpr double LargestFont = 9;        // pt
 constexpr double SmallestReadable = 6.5; // pt; a page that wants a smaller one takes two sheets
 constexpr double SmallestFont = 1;       // pt
@@ -88,55 +81,11 @@ std::vector<const Sheet*> inPrintOrder(const std::vector<Sheet>& sheets, const Q
     return order;
 }
 
-/// Names the file that the print dialog proposes when it prints to PDF: like the case, in the
-/// folder where the last one went, at first that of the case.
-void proposePdf(QPrinter& printer, const QString& lastFolder, const QString& caseName) {
-    if (printer.outputFormat() != QPrinter::PdfFormat) return;
-    const QFileInfo caseFile(caseName);
-    QString folder = lastFolder;
-    if (folder.isEmpty())
-        folder = caseFile.isAbsolute()
-                     ? caseFile.absolutePath()
-                     : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    printer.setOutputFileName(folder + '/' + caseFile.completeBaseName() + ".pdf");
-}
-
-/// Whether a printed file has its end: a full disk is not reported by the printer.
-bool isWhole(const QString& pdf) {
-    QFile file(pdf);
-    constexpr qint64 tail = 16;
-    if (!file.open(QIODevice::ReadOnly) || file.size() < tail) return false;
-    file.seek(file.size() - tail);
-    return file.read(tail).contains("%%EOF");
-}
-
 } // namespace
 
-ReportPrinter::ReportPrinter(Messages& messages, PrintDialogs& dialogs,
+ReportPrinter::ReportPrinter(Messages& messages, telvo::ui::PrintDialogs& dialogs,
                              std::function<std::chrono::year_month_day()> today)
-    : m_messages(messages), m_dialogs(dialogs), m_today(std::move(today)) {}
-
-ReportPrinter::~ReportPrinter() = default;
-
-QPrinter& ReportPrinter::printer() {
-    if (!m_printer) {
-        m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-        m_printer->setPageMargins(Margins, QPageLayout::Millimeter);
-    }
-    return *m_printer;
-}
-
-bool ReportPrinter::setUp(QWidget* parent) {
-    proposePdf(printer(), m_pdfFolder, toQt(titles::Program));
-    if (!m_dialogs.setUpPrinter(printer(), parent)) return false;
-    rememberPdfFolder();
-    return true;
-}
-
-void ReportPrinter::rememberPdfFolder() {
-    if (m_printer->outputFormat() == QPrinter::PdfFormat)
-        m_pdfFolder = QFileInfo(m_printer->outputFileName()).absolutePath();
-}
+    : Printer(messages, dialogs), m_today(std::move(today)) {}
 
 bool ReportPrinter::print(const PrintJob& job, QWidget* parent, const QString& title) {
     return print(job.heading.FileName, parent, title,
@@ -146,26 +95,6 @@ bool ReportPrinter::print(const PrintJob& job, QWidget* parent, const QString& t
 PrintJob ReportPrinter::dated(PrintJob job) const {
     job.heading.date = m_today();
     return job;
-}
-
-bool ReportPrinter::print(const std::string& fileName, QWidget* parent, const QString& title,
-                          const std::function<bool(QPrinter&)>& paintOn) {
-    QPrinter& chosen = printer();
-    chosen.setDocName(toQt(withoutFolder(fileName)));
-    chosen.setCopyCount(1); // the number of the last job is not meant for this one
-    proposePdf(chosen, m_pdfFolder, toQt(fileName));
-    if (!m_dialogs.choosePrinter(chosen, parent, title)) return false;
-
-    const QString file = chosen.outputFileName();
-    const bool toPdf = chosen.outputFormat() == QPrinter::PdfFormat;
-    const bool toFile = toPdf || !file.isEmpty();
-    const bool printed = paintOn(chosen) && (!toPdf || isWhole(file));
-    if (printed)
-        rememberPdfFolder();
-    else
-        m_messages.tell(printFault(fromQt(toFile ? file : chosen.printerName()), toFile),
-                        std::string(titles::Print).append(titles::Error));
-    return printed;
 }
 
 bool paint(QPrinter& printer, const PrintJob& job, bool allCopies) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "report/ui/frmPreview.h"
 
+#include "base/files.h"
 #include "base/note.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"

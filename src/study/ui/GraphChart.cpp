@@ -3,7 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
-#include "plot/ui/chartParts.h"
+#include "chart/ui/chartParts.h"
 #include "report/sections.h"
 
 #include <algorithm>
@@ -14,12 +14,12 @@ namespace telvo::study::ui {
 
 using telvo::ui::toQt;
 
-using telvo::ui::brokenAt;
-using telvo::ui::frameChart;
-using telvo::ui::inkAxes;
-using telvo::ui::mixed;
-using telvo::ui::PlainTicker;
-using telvo::ui::titleFont;
+using chart::ui::brokenAt;
+using chart::ui::frameChart;
+using chart::ui::inkAxes;
+using chart::ui::mixed;
+using chart::ui::PlainTicker;
+using chart::ui::titleFont;
 
 namespace {
 

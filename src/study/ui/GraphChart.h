@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "plot/ui/customPlot.h"
-#include "plot/ui/picture.h"
+#include "chart/ui/customPlot.h"
+#include "chart/ui/picture.h"
 #include "study/graph/graphReading.h"
 
 #include <QPalette>
@@ -83,7 +83,7 @@ class GraphChart : public QCustomPlot {
 
 /// A graph that leaves the program.
 /// Given: csv   its numbers: graphCsv()
-telvo::ui::Picture graphPicture(const SfGraph& graph, const GraphOptions& options,
+chart::ui::Picture graphPicture(const SfGraph& graph, const GraphOptions& options,
                                 const std::string& caseName, const std::string& csv);
 
 /// "SF vs Depth of Cover - North Mains".

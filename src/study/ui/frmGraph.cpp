@@ -11,8 +11,8 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 namespace telvo::study::ui {
@@ -48,13 +48,7 @@ frmGraph::frmGraph(GraphSubject subject, const GraphOptions& options, GraphActio
     m_crossings = textLabel("lblCrossings", tr("Values found"));
     m_crossings->hide();
 
-    m_outdated = textLabel("lblOutdated", tr("Out of date"));
-    m_outdated->setFrameShape(QFrame::StyledPanel);
-    m_outdated->setMargin(fontMetrics().height() / 3);
-    m_outdated->hide();
-
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(m_outdated);
     layout->addWidget(m_view, 1);
     layout->addWidget(m_reading);
     layout->addLayout(makeTargetRow());
@@ -77,7 +71,9 @@ frmGraph::frmGraph(GraphSubject subject, const GraphOptions& options, GraphActio
 
     connect(m_view, &GraphView::readingChanged, this, &frmGraph::showReading);
     connect(m_pin, &QCheckBox::toggled, this, [this] { caseChanged(m_reason); });
-    connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, this, &frmGraph::computeAnew);
+    setRunAgain([window = QPointer(this)] {
+        if (window) window->computeAnew();
+    });
     showTitle();
     showReading();
     m_view->setFocus();
@@ -118,7 +114,7 @@ QHBoxLayout* frmGraph::makeTargetRow() {
     return row;
 }
 
-telvo::ui::Picture frmGraph::picture() const {
+chart::ui::Picture frmGraph::picture() const {
     return graphPicture(m_subject.graph, m_view->options(), m_subject.caseName, m_subject.csv);
 }
 
@@ -138,12 +134,6 @@ void frmGraph::showTitle() {
     else if (!m_reason.empty())
         title += tr(" (not the open case any more)");
     setWindowTitle(title);
-}
-
-void frmGraph::setOutdated(const QString& reason) {
-    m_outdated->setText(reason.isEmpty() ? QString()
-                                         : reason + tr(" F5 draws the graph of the open case."));
-    m_outdated->setVisible(!reason.isEmpty());
 }
 
 void frmGraph::showSubject(GraphSubject subject) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/ui/Form.h"
-#include "plot/ui/picture.h"
+#include "chart/ui/picture.h"
 #include "study/graph/GraphOptions.h"
 #include "study/graph/sfGraph.h"
 
@@ -35,7 +35,7 @@ struct GraphSubject {
 };
 
 /// What the graph window has done for it.
-struct GraphActions : telvo::ui::PictureActions {
+struct GraphActions : chart::ui::PictureActions {
     /// The same graph of the case that is open now.
     std::function<std::variant<GraphSubject, Refusal>()> ofOpenCase;
     /// Opens the options; nothing when they stay as they are.
@@ -52,7 +52,7 @@ class frmGraph : public telvo::ui::Form {
              const telvo::ui::FormServices& services, QWidget* parent = nullptr);
 
     /// The graph as it leaves the program.
-    telvo::ui::Picture picture() const;
+    chart::ui::Picture picture() const;
 
     /// To be called when the open case changed.
     /// Given: reason  why the graph is no longer that of the open case; empty when it still is
@@ -65,8 +65,6 @@ class frmGraph : public telvo::ui::Form {
     QHBoxLayout* makeTargetRow();
     void showSubject(GraphSubject subject);
     void showTitle();
-    /// A line across the top; empty takes it away.
-    void setOutdated(const QString& reason);
     void computeAnew();
     void showReading();
     void findTarget();
@@ -82,7 +80,6 @@ class frmGraph : public telvo::ui::Form {
     telvo::ui::NumberEdit* m_target = nullptr;
     QLabel* m_crossings = nullptr;
     QCheckBox* m_pin = nullptr;
-    QLabel* m_outdated = nullptr;
     std::string m_reason;          ///< why it is not the graph of the open case; empty: it is
     std::optional<double> m_found; ///< the target whose values are shown
 };

@@ -11,7 +11,10 @@
 #include <QFont>
 #include <QStyle>
 
-namespace telvo::ui {
+namespace telvo::table::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
 
 namespace {
 
@@ -136,4 +139,4 @@ QVariant CaseTableModel::headerData(int section, Qt::Orientation orientation, in
     return tip + "\n" + tr("Valid: %1").arg(toQt(column.valid));
 }
 
-} // namespace telvo::ui
+} // namespace telvo::table::ui

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace telvo::ui {
+namespace telvo::table::ui {
 
 /// The rows of a case table for a view, as many as pass the filter. Cells are made when they are
 /// shown, so that a table of 100,000 rows opens at once.
@@ -40,4 +40,4 @@ class CaseTableModel : public QAbstractTableModel {
 /// Why a row cannot be read, one line per cell; empty where it can.
 QString problemsOf(const table::CaseRow& row);
 
-} // namespace telvo::ui
+} // namespace telvo::table::ui

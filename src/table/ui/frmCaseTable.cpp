@@ -22,7 +22,13 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
-namespace telvo::ui {
+namespace telvo::table::ui {
+
+using telvo::ui::Form;
+using telvo::ui::FormServices;
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+using telvo::ui::toQtLines;
 
 namespace {
 
@@ -38,7 +44,7 @@ QLabel* factLabel(const QString& name, const QString& caption, QWidget* parent) 
 }
 
 QString fileNameOf(const std::string& path) {
-    return toQt(utf8FromPath(pathFromUtf8(path).filename()));
+    return toQt(withoutFolder(path));
 }
 
 } // namespace
@@ -282,4 +288,4 @@ void frmCaseTable::accept() {
     Form::accept();
 }
 
-} // namespace telvo::ui
+} // namespace telvo::table::ui

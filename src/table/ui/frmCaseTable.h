@@ -17,20 +17,20 @@ class QPushButton;
 class QScrollArea;
 class QTableView;
 
-namespace telvo::ui {
+namespace telvo::table::ui {
 
 class CaseTableModel;
 
 /// The rows of a case table, from which one is loaded. Rows that cannot be read are shown with the
 /// reason; the user's question about unsaved changes is the caller's.
-class frmCaseTable : public Form {
+class frmCaseTable : public telvo::ui::Form {
     Q_OBJECT
   public:
     /// The key figures of a case, for the preview.
     using Figures = std::function<project::KeyFigures(const project::ProjectCase&)>;
 
-    frmCaseTable(table::CaseTable table, const FormServices& services, QWidget* parent = nullptr,
-                 Figures figures = {});
+    frmCaseTable(table::CaseTable table, const telvo::ui::FormServices& services,
+                 QWidget* parent = nullptr, Figures figures = {});
     ~frmCaseTable() override;
 
     /// The case of the row that was loaded; nothing before, and after Cancel.
@@ -65,4 +65,4 @@ class frmCaseTable : public Form {
     QPushButton* m_load;
 };
 
-} // namespace telvo::ui
+} // namespace telvo::table::ui

@@ -16,7 +16,9 @@
 #include <thread>
 #include <utility>
 
-namespace telvo::ui {
+namespace telvo::table::ui {
+
+using telvo::ui::toQt;
 
 namespace {
 
@@ -103,4 +105,4 @@ std::optional<Outcome> readInBackground(const std::string& file,
     return std::nullopt;
 }
 
-} // namespace telvo::ui
+} // namespace telvo::table::ui

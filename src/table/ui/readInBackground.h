@@ -12,7 +12,7 @@
 
 class QWidget;
 
-namespace telvo::ui {
+namespace telvo::table::ui {
 
 /// Reads a table in a thread of its own. When that takes longer than `patience`, a window shows how
 /// many rows there are and has a Cancel; what the reader throws becomes a fault.
@@ -25,4 +25,4 @@ readInBackground(const std::string& file,
                  QWidget* parent,
                  std::chrono::milliseconds patience = std::chrono::milliseconds(500));
 
-} // namespace telvo::ui
+} // namespace telvo::table::ui

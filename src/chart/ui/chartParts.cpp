@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "plot/ui/chartParts.h"
+#include "chart/ui/chartParts.h"
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
@@ -7,7 +7,9 @@
 #include <cmath>
 #include <QStringList>
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
+
+using telvo::ui::toQt;
 
 QString PlainTicker::getTickLabel(double tick, const QLocale&, QChar, int) {
     constexpr int digits = 10; // hides what a sum of steps leaves behind
@@ -70,4 +72,4 @@ void inkAxes(QCustomPlot& chart, const QPalette& palette, const QFont& font) {
     }
 }
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
 
 struct Picture;
 
@@ -14,4 +14,4 @@ struct Picture;
 /// Faults: those of exportPicture() but for writing.
 Result<std::string> pictureFile(const Picture& picture, const std::string& path, int dpi);
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

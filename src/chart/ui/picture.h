@@ -8,6 +8,7 @@
 #include <functional>
 #include <QImage>
 #include <QPageLayout>
+#include <QPalette>
 #include <QRectF>
 #include <QSizeF>
 #include <string>
@@ -16,7 +17,10 @@ class QPainter;
 class QPrinter;
 class QWidget;
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
+
+/// The palette of paper: what is printed, exported and copied is black on white in every theme.
+QPalette paperPalette();
 
 /// Something that can be painted at any size: a plan, a bar chart, a graph. It leaves the program
 /// through the clipboard, a file or the printer, always as ink on white paper.
@@ -73,4 +77,4 @@ bool printPicture(const Picture& picture, QPrinter& printer, const std::string& 
 void exportCommand(const Picture& picture, FileDialogs& dialogs, Messages& messages,
                    const std::string& folder, QWidget* parent);
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "plot/ui/frmResolution.h"
+#include "chart/ui/frmResolution.h"
 
-#include "plot/ui/picture.h"
+#include "chart/ui/picture.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -9,7 +9,7 @@
 #include <QPushButton>
 #include <QSpinBox>
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
 
 frmResolution::frmResolution(QSizeF size, QWidget* parent) : QDialog(parent) {
     setObjectName("frmResolution");
@@ -60,4 +60,4 @@ int frmResolution::resolution() const {
     return m_resolution->value();
 }
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

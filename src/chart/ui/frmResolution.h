@@ -5,7 +5,7 @@
 
 class QSpinBox;
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
 
 /// Asks for the resolution of an exported picture and shows how many pixels it has then.
 class frmResolution : public QDialog {
@@ -20,4 +20,4 @@ class frmResolution : public QDialog {
     QSpinBox* m_resolution;
 };
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

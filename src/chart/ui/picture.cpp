@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "plot/ui/picture.h"
+#include "chart/ui/picture.h"
 
 #include "base/files.h"
 #include "base/sourceDate.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "plot/ui/frmResolution.h"
-#include "plot/ui/pictureFile.h"
+#include "chart/ui/frmResolution.h"
+#include "chart/ui/pictureFile.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,7 +26,10 @@
 #include <QRegularExpression>
 #include <QSvgGenerator>
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
 
 namespace {
 
@@ -202,14 +205,16 @@ const Format* formatOf(const std::string& path) {
     return nullptr;
 }
 
-/// The printed file's end: a full disk is not reported by the printer.
-bool isWhole(const QString& pdf) {
-    const auto bytes = readFile(fromQt(pdf));
-    return bytes &&
-           bytes->find("%%EOF", std::max<std::size_t>(bytes->size(), 16) - 16) != std::string::npos;
-}
-
 } // namespace
+
+QPalette paperPalette() {
+    QPalette palette(Qt::white);
+    for (const auto role : {QPalette::Base, QPalette::Window})
+        palette.setColor(role, Qt::white);
+    for (const auto role : {QPalette::Text, QPalette::WindowText})
+        palette.setColor(role, Qt::black);
+    return palette;
+}
 
 QSize pixelSize(QSizeF size, int dpi) {
     return (size * dpi / ScreenResolution).toSize();
@@ -280,8 +285,7 @@ bool printPicture(const Picture& shown, QPrinter& printer, const std::string& fo
     const bool printed = paintOn(printer, picture, {QPointF(), page / scale}, scale) &&
                          printer.printerState() != QPrinter::Error;
     printer.setResolution(resolution);
-    if (printer.outputFormat() != QPrinter::PdfFormat) return printed;
-    return printed && isWhole(printer.outputFileName());
+    return printed;
 }
 
 void exportCommand(const Picture& picture, FileDialogs& dialogs, Messages& messages,
@@ -313,4 +317,4 @@ void exportCommand(const Picture& picture, FileDialogs& dialogs, Messages& messa
     messages.status("Picture exported");
 }
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "plot/ui/paintPlot.h"
+#include "chart/ui/paintPlot.h"
 
-#include "plot/ui/customPlot.h"
+#include "chart/ui/customPlot.h"
 
 #include <QPicture>
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
 
 void paintPlot(QCustomPlot& plot, QPainter& painter, const QRectF& page) {
     const QSize size = page.size().toSize();
@@ -25,4 +25,4 @@ void paintPlot(QCustomPlot& plot, QPainter& painter, const QRectF& page) {
     painter.restore();
 }
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

@@ -7,7 +7,7 @@
 class QPrinter;
 class QWidget;
 
-namespace telvo::report::ui {
+namespace telvo::ui {
 
 /// The door to the dialogs of the printer. The desktop program opens the system's, the tests choose
 /// from a list.
@@ -28,4 +28,4 @@ class QtPrintDialogs : public PrintDialogs {
     bool setUpPrinter(QPrinter& printer, QWidget* parent) override;
 };
 
-} // namespace telvo::report::ui
+} // namespace telvo::ui

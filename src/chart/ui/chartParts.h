@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "plot/ui/customPlot.h"
+#include "chart/ui/customPlot.h"
 
 #include <QColor>
 #include <QFont>
@@ -10,7 +10,7 @@
 #include <QString>
 
 /// What all charts of the program have in common.
-namespace telvo::ui {
+namespace telvo::chart::ui {
 
 /// Numbers of the axes without a locale.
 class PlainTicker : public QCPAxisTicker {
@@ -35,4 +35,4 @@ void frameChart(QCustomPlot& chart);
 /// Colours and fonts of the four axes.
 void inkAxes(QCustomPlot& chart, const QPalette& palette, const QFont& font);
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui

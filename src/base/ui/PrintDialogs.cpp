@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "report/ui/PrintDialogs.h"
+#include "base/ui/PrintDialogs.h"
 
 #include <QDialogButtonBox>
 #include <QPrintDialog>
 #include <QPushButton>
 #include <QTimer>
 
-namespace telvo::report::ui {
+namespace telvo::ui {
 
 namespace {
 
@@ -46,4 +46,4 @@ bool QtPrintDialogs::setUpPrinter(QPrinter& printer, QWidget* parent) {
     return dialog.exec() == QDialog::Accepted;
 }
 
-} // namespace telvo::report::ui
+} // namespace telvo::ui

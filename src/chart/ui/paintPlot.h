@@ -6,9 +6,9 @@
 class QCustomPlot;
 class QPainter;
 
-namespace telvo::ui {
+namespace telvo::chart::ui {
 
 /// Paints a chart into a page in the painter's own units, whatever the resolution of its device.
 void paintPlot(QCustomPlot& plot, QPainter& painter, const QRectF& page);
 
-} // namespace telvo::ui
+} // namespace telvo::chart::ui
