@@ -78,4 +78,16 @@ Result<UnsavedCase> readRecovery(std::string_view bytes, std::string_view name) 
     return kept;
 }
 
+std::string recoveryQuestion(std::string_view name, std::string_view time, int others) {
+    std::string question = "TELVO ended without saving the case: ";
+    question.append(name).append("\nA copy of ").append(time);
+    question +=
+        " was kept. Open it?\nYes opens the copy, No puts it under File, Recover Discarded, "
+        "Cancel asks again at the next start.";
+    if (others > 0)
+        question += "\nOlder copies that wait beside it: " + std::to_string(others) +
+                    ". They are under File, Recover Discarded too.";
+    return question;
+}
+
 } // namespace telvo::app

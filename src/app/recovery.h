@@ -24,6 +24,11 @@ Result<std::string> recoveryText(const UnsavedCase& unsaved);
 /// Faults: a text that is no such copy or is damaged; `where` is the file's name.
 Result<UnsavedCase> readRecovery(std::string_view bytes, std::string_view name);
 
+/// What is asked about a copy that waits at the start.
+/// Given: time    when it was kept, as text
+///        others  how many older ones wait beside it
+std::string recoveryQuestion(std::string_view name, std::string_view time, int others);
+
 /// Name of the case in such a copy, by its beginning; empty when it is none.
 std::string recoveredName(std::string_view head);
 

@@ -111,7 +111,7 @@ Distribution Maker::capacity() {
     toReportUnits();
     m_made.caption.push_back("Pillar load-bearing capacity");
     describe("Load-bearing capacity", m_units.force);
-    m_made.components = {"Load-bearing capacity"};
+    m_made.components = {{"Load-bearing capacity", Source::Own}};
     addPillars();
     for (Bar& bar : m_made.bars)
         bar.parts = {m_results.PillarCapacity[bar.pillar]};
@@ -182,15 +182,16 @@ Distribution Maker::stress(int pass) {
     const bool front = !barriers.empty();
     // Tributary, front, first side, second side; those that cannot arise are left out.
     std::array<bool, 4> arises = {true, front, side, analysisCase >= engine::TwoSideGobs};
-    constexpr std::array<std::string_view, 4> names = {
-        "Tributary area", "Front abutment (barriers)", "First side abutment",
-        "Second side abutment"};
+    const std::array<Component, 4> components = {{{"Tributary area", Source::Own},
+                                                  {"Front abutment (barriers)", Source::Front},
+                                                  {"First side abutment", Source::FirstSide},
+                                                  {"Second side abutment", Source::SecondSide}}};
     const auto set = [&](Bar& bar, const std::array<double, 4>& parts) {
         for (std::size_t c = 0; c < parts.size(); ++c)
             if (arises[c]) bar.parts.push_back(parts[c]);
     };
-    for (std::size_t c = 0; c < names.size(); ++c)
-        if (arises[c]) m_made.components.emplace_back(names[c]);
+    for (std::size_t c = 0; c < components.size(); ++c)
+        if (arises[c]) m_made.components.push_back(components[c]);
 
     addPillars();
     for (const int k : barriers)
@@ -274,13 +275,33 @@ Distribution stressDistribution(const run::Run& run, const report::ReportOptions
     return Maker(run, options).stress(pass);
 }
 
+ValueSpan valueSpan(const Distribution& distribution) {
+    constexpr double offScale = 1.6; // times everything else
+    ValueSpan span;
+    double most = 0;
+    for (const Bar& bar : distribution.bars) {
+        most = std::max(most, bar.height);
+        if (!bar.isBarrier()) most = std::max(most, bar.strength.value_or(0));
+        double below = 0;
+        for (const double part : bar.parts)
+            below += std::min(part, 0.0);
+        span.lowest = std::min(span.lowest, below);
+    }
+    double all = most;
+    for (const Bar& bar : distribution.bars)
+        if (const double strength = bar.strength.value_or(0); strength <= offScale * most)
+            all = std::max(all, strength);
+    if (all > 0) span.highest = all;
+    return span;
+}
+
 std::string distributionCsv(const Distribution& distribution) {
     const bool stresses =
         !distribution.bars.empty() && distribution.bars.front().strength.has_value();
     std::string text =
         "Pillar,Left rib" + distribution.lengthUnit + ",Width" + distribution.lengthUnit;
-    for (const std::string& component : distribution.components)
-        text += ',' + component + distribution.unit;
+    for (const Component& component : distribution.components)
+        text += ',' + component.name + distribution.unit;
     if (stresses)
         text += ",Total" + distribution.unit + ",Strength" + distribution.unit +
                 ",Stability factor of the report";
@@ -317,7 +338,7 @@ std::string barHint(const Distribution& distribution, const Bar& bar) {
     std::string sources;
     for (std::size_t c = 0; c < bar.parts.size(); ++c)
         if (bar.parts[c] != 0)
-            sources += (sources.empty() ? "" : ", ") + distribution.components[c] + ' ' +
+            sources += (sources.empty() ? "" : ", ") + distribution.components[c].name + ' ' +
                        stress(bar.parts[c]);
     if (!sources.empty()) hint += " (" + sources + ')';
     hint += ", strength " + withUnit(stress(*bar.strength), distribution.unit);

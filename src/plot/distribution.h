@@ -38,16 +38,30 @@ struct Bar {
     bool isBarrier() const { return pillar == 0; }
 };
 
+/// Where a part of a bar comes from.
+enum class Source {
+    Own, ///< its tributary area; of a capacity the pillar itself
+    Front,
+    FirstSide,
+    SecondSide
+};
+
+/// What one part of each bar is.
+struct Component {
+    std::string name;
+    Source source = Source::Own;
+};
+
 struct Distribution {
-    std::vector<std::string> caption;    ///< name of the case; what is shown; of which condition
-    std::string pass;                    ///< "development" or "retreat"; empty of a capacity
-    std::string quantity;                ///< with its unit, as an axis is labelled
-    std::string unit;                    ///< " (tons)", " (psi)", ...
-    std::string lengthUnit;              ///< " (ft)" or " (m)"
-    std::vector<std::string> components; ///< what the parts of the bars are
-    std::vector<Bar> bars;               ///< from left to right
-    std::string total;                   ///< a line below the bars; may be empty
-    std::vector<std::string> notes;      ///< what the figures hold and what they leave out
+    std::vector<std::string> caption;  ///< name of the case; what is shown; of which condition
+    std::string pass;                  ///< "development" or "retreat"; empty of a capacity
+    std::string quantity;              ///< with its unit, as an axis is labelled
+    std::string unit;                  ///< " (tons)", " (psi)", ...
+    std::string lengthUnit;            ///< " (ft)" or " (m)"
+    std::vector<Component> components; ///< what the parts of the bars are
+    std::vector<Bar> bars;             ///< from left to right
+    std::string total;                 ///< a line below the bars; may be empty
+    std::vector<std::string> notes;    ///< what the figures hold and what they leave out
     std::vector<std::string> marginNotes = {}; ///< the same of Bar::margin()
 };
 
@@ -62,6 +76,15 @@ Distribution capacityDistribution(const run::Run& run, const report::ReportOptio
 ///           barrier has neither its pressure arch load nor its slab corner load.
 Distribution stressDistribution(const run::Run& run, const report::ReportOptions& options,
                                 int pass);
+
+/// The values that the axis of a distribution spans. A strength far above everything else would
+/// flatten the rest and is off the scale; that of a pillar never is.
+struct ValueSpan {
+    double lowest = 0; ///< of parts that pull down
+    double highest = 1;
+    bool shows(double strength) const { return strength <= highest; }
+};
+ValueSpan valueSpan(const Distribution& distribution);
 
 /// The numbers behind the bars, unrounded, a line for each bar.
 std::string distributionCsv(const Distribution& distribution);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "project/CaseFile.h"
 
+#include "base/codePage.h"
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
@@ -12,10 +13,6 @@
 #include <cmath>
 #include <limits>
 #include <type_traits>
-
-#ifdef _WIN32
-#include <windows.h>
-#endif
 
 namespace telvo::project {
 
@@ -267,27 +264,11 @@ std::optional<Fault> faultOfUnreadableValue(const ProjectCase& from) {
 
 /// Bytes in which a case is kept on this system.
 std::string systemBytes(std::string utf8) {
-#ifdef _WIN32
-    // Other Windows programs read case files in the system code page; a text that it cannot hold
-    // stays UTF-8, which the reader recognises.
-    const int size = static_cast<int>(utf8.size());
-    std::wstring wide(utf8.size(), L'\0');
-    const int wideSize =
-        ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, utf8.data(), size, wide.data(), size);
-    if (wideSize <= 0) return utf8;
-    std::string bytes(utf8.size() * 2 + 2, '\0');
-    BOOL lost = FALSE;
-    const int got =
-        ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, wide.data(), wideSize, bytes.data(),
-                              static_cast<int>(bytes.size()), nullptr, &lost);
-    if (got <= 0 || lost) return utf8;
-    bytes.resize(static_cast<std::size_t>(got));
-    // Only what the reader turns into the same text again: it takes bytes that happen to be valid
-    // UTF-8 as such, and all others for Windows-1252, whatever the code page here.
-    return asUtf8(bytes) == utf8 ? bytes : utf8;
-#else
-    return utf8;
-#endif
+    // Other programs of such a system read case files in its code page. Only what the reader turns
+    // into the same text again: it takes bytes that happen to be valid UTF-8 as such, and all others
+    // for Windows-1252, whatever the code page here. A text that it cannot hold stays UTF-8.
+    const auto bytes = inCodePage(utf8);
+    return bytes && asUtf8(*bytes) == utf8 ? *bytes : utf8;
 }
 
 } // namespace

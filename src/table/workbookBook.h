@@ -4,9 +4,9 @@
 #include "base/AtomicFile.h"
 #include "base/files.h"
 #include "base/sourceDate.h"
+#include "table/PointLocale.h"
 
 #include <filesystem>
-#include <locale.h>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,38 +14,6 @@
 
 /// What the writers of workbooks share.
 namespace telvo::table {
-
-/// While it lives, this thread's numbers have a point: the library prints with the C locale's
-/// functions, and a decimal comma would make the file unreadable.
-class PointLocale {
-  public:
-#ifdef _WIN32
-    PointLocale() : m_mode(_configthreadlocale(_ENABLE_PER_THREAD_LOCALE)) {
-        m_before = setlocale(LC_NUMERIC, nullptr);
-        setlocale(LC_NUMERIC, "C");
-    }
-    ~PointLocale() {
-        setlocale(LC_NUMERIC, m_before.c_str());
-        _configthreadlocale(m_mode);
-    }
-
-  private:
-    int m_mode;
-    std::string m_before;
-#else
-    PointLocale() : m_point(newlocale(LC_ALL_MASK, "C", nullptr)), m_before(uselocale(m_point)) {}
-    ~PointLocale() {
-        uselocale(m_before);
-        freelocale(m_point);
-    }
-
-  private:
-    locale_t m_point;
-    locale_t m_before;
-#endif
-    PointLocale(const PointLocale&) = delete;
-    PointLocale& operator=(const PointLocale&) = delete;
-};
 
 /// A workbook under construction in a file. The first thing that goes wrong stays.
 class Book {

@@ -304,6 +304,37 @@ TEST_F(ProjectSessionTest, AConvertedCaseIsSavedUnderItsNewName) {
     EXPECT_EQ(folder.content("two-side-gobs.TLV"), bytes);
 }
 
+TEST_F(ProjectSessionTest, CommandsSayWhatTheyMissOfTheCase) {
+    EXPECT_FALSE(session.mayRun());
+    EXPECT_EQ(messages.lastStatus(), "No stability factors: the current file is empty");
+    EXPECT_TRUE(wasAsked("Current file is empty"));
+    EXPECT_EQ(session.graphRefusal()->message, "Current file is empty");
+    EXPECT_FALSE(session.mayConvert());
+    EXPECT_EQ(messages.lastStatus(), "File not converted");
+    messages.answers = {Answer::No};
+    EXPECT_FALSE(session.mayPrint());
+    EXPECT_TRUE(wasAsked("Current file is empty. Continue?"));
+    edit();
+    EXPECT_TRUE(session.mayRun() && session.mayPrint() && session.mayShowFactors());
+    EXPECT_FALSE(session.graphRefusal());
+    EXPECT_FALSE(session.mayConvert());
+    EXPECT_TRUE(wasAsked("Save Current File before accessing this option"));
+    ASSERT_TRUE(session.LoadProjFile(example("two-side-gobs.TLV")));
+    EXPECT_TRUE(session.mayConvert());
+    // Of a damaged file nothing is computed before its values were accepted.
+    folder.put("half.TLV", "TELVO_602\r\n 0\r\nHalf\r\n##StartDesc##\r\n##EndDesc##\r\n6\r\n");
+    EXPECT_FALSE(session.LoadProjFile(folder.root + "half.TLV"));
+    EXPECT_TRUE(session.mayRun());
+    EXPECT_FALSE(session.mayShowFactors());
+    EXPECT_TRUE(wasAsked("Not from the file: "));
+    EXPECT_TRUE(session.graphRefusal()->message.starts_with("A part of this case is not from"));
+    dialogs.answers = {folder.root + "kept.TLV"};
+    messages.answers = {Answer::Yes};
+    ASSERT_TRUE(session.FileMenuSave(false));
+    EXPECT_FALSE(session.mayConvert()); // saved, but still not looked at
+    EXPECT_TRUE(wasAsked("accept it there with OK"));
+}
+
 TEST_F(ProjectSessionTest, FiguresAreSilentAndThoseOfTheReport) {
     ASSERT_TRUE(session.LoadProjFile(example("two-side-gobs.TLV")));
     const auto lines = messages.lines.size();
@@ -342,6 +373,12 @@ TEST(Recovery, KeepsTheCaseAndItsName) {
     EXPECT_EQ(kept->current, unsaved);
     EXPECT_TRUE(kept->kept.items.empty());
     EXPECT_EQ(recoveredName(*text), unsaved.FileName);
+    EXPECT_EQ(recoveryQuestion("x", "noon", 0).find("Older"), std::string::npos);
+    EXPECT_TRUE(
+        recoveryQuestion("x", "noon", 2)
+            .starts_with(
+                "TELVO ended without saving the case: x\nA copy of noon was kept. Open it?\n"));
+    EXPECT_NE(recoveryQuestion("x", "noon", 2).find("wait beside it: 2."), std::string::npos);
     // So does a copy of a damaged file, however its line was hurt.
     const auto damaged = *recoveryText({unsaved, {{"Units", "WidthD"}, "a b", 1, true}});
     EXPECT_EQ(readRecovery(damaged, "copy")->kept.items.size(), 2U);

@@ -57,6 +57,28 @@ TEST(CapacityDistribution, BarsLieToScaleAndTheirSumTimesTheRowsIsTheTotalOfPage
         "Pillar,Left rib (ft),Width (ft),Load-bearing capacity (tons)\r\n1,10,60,"));
 }
 
+TEST(ValueSpan, LeavesOutWhatWouldFlattenTheRest) {
+    const auto bar = [](int pillar, double height, double strength) {
+        Bar made{.name = "x", .pillar = pillar, .side = pillar == 0 ? 3 : 0, .height = height};
+        made.parts = {height};
+        made.strength = strength;
+        return made;
+    };
+    Distribution made;
+    EXPECT_EQ(valueSpan(made).highest, 1); // an axis needs a length
+    made.bars = {bar(1, 100, 50), bar(0, 80, 160)};
+    EXPECT_EQ(valueSpan(made).highest, 160); // 1.6 times the highest stress still counts
+    made.bars[1].strength = 161;
+    EXPECT_EQ(valueSpan(made).highest, 100);
+    EXPECT_FALSE(valueSpan(made).shows(161));
+    made.bars[0].strength = 900; // that of a pillar is never off the scale
+    EXPECT_EQ(valueSpan(made).highest, 900);
+    EXPECT_TRUE(valueSpan(made).shows(161));
+    EXPECT_EQ(valueSpan(made).lowest, 0);
+    made.bars[0].parts = {120, -20, -5};
+    EXPECT_EQ(valueSpan(made).lowest, -25);
+}
+
 TEST(StressDistribution, RetreatStacksTheStressesOfTheRun) {
     const run::Run run = computed(twoGobs());
     const auto& r = run.results;

@@ -6,9 +6,8 @@
 #include "base/text.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/PlanView.h"
-#include "project/fieldNames.h"
+#include "project/caseFacts.h"
 #include "project/keptItems.h"
-#include "project/units.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -23,7 +22,7 @@ using telvo::ui::toQt;
 
 namespace {
 
-QLabel* plainLabel(const char* name, QWidget* parent) {
+QLabel* plainLabel(const QString& name, QWidget* parent) {
     auto* label = new QLabel(parent);
     label->setObjectName(name);
     label->setTextFormat(Qt::PlainText);
@@ -83,21 +82,11 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
     auto* facts = new QGridLayout(m_factBox);
     facts->setContentsMargins({});
     facts->setColumnStretch(1, 1);
-    const std::pair<const char*, QString> rows[] = {
-        {"lblLoading", tr("Loading condition")},
-        {"lblUnits", tr("Units")},
-        {"lblDepth", tr("Depth of cover")},
-        {"lblHeight", tr("Entry height")},
-        {"lblEntries", tr("Entries")},
-        {"lblWidth", tr("Panel width")},
-        {"lblDevelopmentSF", tr("Stability factor, development")},
-        {"lblRetreatSF", tr("Stability factor, retreat")},
-        {"lblBarrierSF", tr("Governing barrier stability factor")}};
-    for (const auto& [name, caption] : rows) {
-        auto* value = plainLabel(name, m_factBox);
-        value->setAccessibleName(caption);
-        m_facts[name] = value;
-        auto* label = new QLabel(caption, m_factBox);
+    for (const project::CaseFact& fact : project::caseFacts({}, {})) {
+        auto* value = plainLabel(toQt(fact.control), m_factBox);
+        value->setAccessibleName(toQt(fact.caption));
+        m_facts.push_back(value);
+        auto* label = new QLabel(toQt(fact.caption), m_factBox);
         label->setWordWrap(true);
         const int row = facts->rowCount();
         facts->addWidget(label, row, 0, Qt::AlignTop);
@@ -160,31 +149,13 @@ void CaseOverview::showCase() {
 }
 
 void CaseOverview::showFacts() {
-    const project::ProjectCase& current = m_program.session().project();
-    const std::string length(project::unitLabel(current.Units, project::Quantity::Length));
-    const project::KeyFigures figures = m_program.session().figuresOfOpen(current);
-    const auto show = [this](const char* name, const std::string& text) {
-        m_facts.at(name)->setText(text.empty() ? QStringLiteral("\u2013") : toQt(text));
-    };
-    const auto value = [&](project::Field field) {
-        return project::valueText(current.Input, field, current.Units);
-    };
-    show("lblLoading", value(project::Field::Anal));
-    show("lblUnits", std::string(project::unitSummary(current.Units)));
-    show("lblDepth", value(project::Field::DepthCover));
-    show("lblHeight", value(project::Field::EntryHeight));
-    show("lblEntries", value(project::Field::NumberEntries));
-    show("lblWidth", figures.PanelWidth.empty() ? std::string() : figures.PanelWidth + length);
-    // A dash says why.
-    const auto factor = [&](const char* name, const std::string& text, const QString& none) {
-        show(name, text);
-        m_facts.at(name)->setToolTip(!text.empty()         ? QString()
-                                     : figures.why.empty() ? none
-                                                           : toQt(figures.why));
-    };
-    factor("lblDevelopmentSF", figures.DevelopmentSF, {});
-    factor("lblRetreatSF", figures.RetreatSF, tr("There is no retreat without an active gob"));
-    factor("lblBarrierSF", figures.BarrierSF, tr("No barrier is in use"));
+    const ProjectSession& session = m_program.session();
+    const auto facts =
+        project::caseFacts(session.project(), session.figuresOfOpen(session.project()));
+    for (std::size_t i = 0; i < facts.size(); ++i) {
+        m_facts[i]->setText(facts[i].text.empty() ? QStringLiteral("\u2013") : toQt(facts[i].text));
+        m_facts[i]->setToolTip(toQt(facts[i].why)); // a dash says why
+    }
 }
 
 void CaseOverview::showKept() {

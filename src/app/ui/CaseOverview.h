@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <map>
 #include <QWidget>
-#include <string>
+#include <vector>
 
 class QLabel;
 class QScrollArea;
-class QVBoxLayout;
 
 namespace telvo::plot::ui {
 class PlanView;
@@ -27,7 +25,6 @@ class CaseOverview : public QWidget {
     void showCase();
 
   private:
-    void addFact(QVBoxLayout& layout, const std::string& name, const QString& caption);
     void showKept();
     void showFacts();
     void showPlan();
@@ -39,7 +36,7 @@ class CaseOverview : public QWidget {
     QLabel* m_kept = nullptr; ///< what the case file did not give
     QWidget* m_factBox = nullptr;
     QLabel* m_automatic = nullptr; ///< automatic values of the record that are not its own
-    std::map<std::string, QLabel*> m_facts;
+    std::vector<QLabel*> m_facts;  ///< in the order of project::caseFacts()
     plot::ui::PlanView* m_plan = nullptr;
 };
 

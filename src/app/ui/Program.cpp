@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/Program.h"
 
-#include "app/leftFiles.h"
-#include "app/reminders.h"
+#include "app/platform/systemEditor.h"
+#include "app/startUp.h"
 #include "app/ui/dialogs/frmDisclaimer.h"
 #include "app/ui/dialogs/frmUpdate.h"
 #include "app/ui/dialogs/programIcon.h"
@@ -55,14 +55,6 @@ std::string defaultFont() {
     return fromQt(QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).family());
 }
 
-std::string externalEditor() {
-#ifdef _WIN32
-    return "Notepad.exe";
-#else
-    return "xdg-open";
-#endif
-}
-
 /// A folder of the desktop; a documents folder that the desktop names but nobody has used yet is
 /// made.
 std::optional<std::string> standardFolder(QStandardPaths::StandardLocation location) {
@@ -103,7 +95,7 @@ Program::Program(Surroundings surroundings)
     : m_surroundings(std::move(surroundings)), m_messages(m_surroundings.box),
       m_folders(resolveFolders(m_surroundings.system)),
       m_settings(m_folders.DataFolder + std::string(SettingsFile),
-                 {m_folders.DataFolder, defaultFont(), externalEditor(),
+                 {m_folders.DataFolder, defaultFont(), std::string(SystemEditor),
                   std::string(titles::Program),
                   m_folders.TempDataFolder + std::string(SettingsLock)},
                  m_messages),
@@ -131,20 +123,14 @@ Program::~Program() = default;
 
 void Program::start() {
     QApplication::setWindowIcon(programIcon()); // of every window and box
-    for (const std::string& fallback : m_folders.fallbacks)
-        m_messages.history(fallback);
-    removeLeftFiles(m_folders, WindowsFile);
     m_decimalSymbol.force();
-    m_settings.checkVersion();
-    m_settings.LoadSettings();
-    m_settings.values().RoundTELVOSF = 0; // rounding is chosen anew in every session
-    if (m_settings.values().CopyExampleFiles == 1) copyExampleFiles(m_folders, m_messages);
+    prepareStart(m_folders, WindowsFile, m_settings, m_messages);
     loadMainWindow();
     m_session.FileNew();
     m_window->show();
     m_window->applyHistoryFont();
-    tellSettingsTrouble();
-    openFirstFiles();
+    if (const auto trouble = settingsTrouble(m_settings, m_folders)) m_messages.tell(*trouble);
+    openFirstFiles(m_session, m_settings.values(), m_surroundings.commandLine);
     m_recovery.offer([this](UnsavedCase kept) { m_session.acceptRecovered(std::move(kept)); });
     m_window->showCase(); // an answer may have moved a copy that the lists name
 }
@@ -162,28 +148,9 @@ void Program::loadMainWindow() {
         else
             m_recovery.touch();
     };
-    if (m_settings.values().ShowDisclaim == 1) frmDisclaimer(m_settings, formServices()).exec();
-    if (m_settings.values().RemindAnnualUpdates == 1 && isUpdateReminderDue(m_surroundings.today()))
-        frmUpdate(m_settings, formServices()).exec();
-}
-
-void Program::tellSettingsTrouble() {
-    const auto& trouble = m_settings.trouble();
-    if (!trouble) return;
-    std::string text =
-        "The settings file cannot be used. " + faultText(*trouble) +
-        "\nThe program runs with its initial settings; changes of them are not kept.";
-    for (const std::string& fallback : m_folders.fallbacks)
-        text += '\n' + fallback + '.';
-    m_messages.tell(text);
-}
-
-void Program::openFirstFiles() {
-    const Settings& settings = m_settings.values();
-    if (settings.LoadLastInputFile == 1 && !settings.RecentFiles[0].LastFileLong.empty())
-        m_session.openRecent(1);
-    // A file of the command line comes after the last one used, so that it is the one left open.
-    if (!m_surroundings.commandLine.empty()) m_session.LoadProjFile(m_surroundings.commandLine);
+    const FirstBoxes boxes = firstBoxes(m_settings.values(), m_surroundings.today());
+    if (boxes.disclaimer) frmDisclaimer(m_settings, formServices()).exec();
+    if (boxes.updateReminder) frmUpdate(m_settings, formServices()).exec();
 }
 
 void Program::shutDown() {

@@ -73,9 +73,6 @@ class Program {
 
   private:
     void loadMainWindow();
-    /// Without readable settings nothing on screen would say why they are gone.
-    void tellSettingsTrouble();
-    void openFirstFiles();
     /// The help as it is installed, read when it is first asked for; nullptr: it is not there.
     help::ui::frmHelp* helpWindow();
 

@@ -147,14 +147,9 @@ bool RecoveryKeeper::offerOne(const KeptCopy& copy, int others, const Recover& r
     if (!lock->tryLock(0)) return false;
     const auto kept = readOrTell(copy.path);
     if (!kept) return false;
-    std::string question =
-        "TELVO ended without saving the case: " + kept->current.FileName + "\nA copy of " +
-        fromQt(copy.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))) +
-        " was kept. Open it?\nYes opens the copy, No puts it under File, Recover Discarded, "
-        "Cancel asks again at the next start.";
-    if (others > 0)
-        question += "\nOlder copies that wait beside it: " + std::to_string(others) +
-                    ". They are under File, Recover Discarded too.";
+    const std::string question =
+        recoveryQuestion(kept->current.FileName,
+                         fromQt(copy.time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))), others);
     switch (m_messages.ask(question, Buttons::YesNoCancel, Answer::Yes, {})) {
     case Answer::Yes:
         recover(*kept);

@@ -109,7 +109,7 @@ void frmExplain::showFactor() {
 
 void frmExplain::setRun(report::ShownRun shown) {
     m_shown = std::move(shown);
-    setWindowTitle(toQt(titles::ShowWorking) + toQt(report::withoutFolder(current().FileName)));
+    setWindowTitle(toQt(titles::ShowWorking) + toQt(withoutFolder(current().FileName)));
     computeWorking();
     const std::string shownBefore = m_visited[m_place];
     m_visited.clear(); // some of them may not be there in this run

@@ -31,8 +31,6 @@ using plot::Bar;
 namespace {
 
 constexpr int PaperFontPixels = 12;
-/// A strength above this many times everything else would flatten the rest.
-constexpr double OffScale = 1.6;
 
 } // namespace
 
@@ -76,32 +74,15 @@ void DistributionChart::setDistribution(plot::Distribution distribution) {
     setAccessibleDescription(words.join("; "));
 }
 
-double DistributionChart::highest() const {
-    double value = 0;
-    for (const Bar& bar : m_distribution.bars) {
-        value = std::max(value, bar.height);
-        if (!bar.isBarrier()) value = std::max(value, bar.strength.value_or(0));
-    }
-    double all = value;
-    for (const Bar& bar : m_distribution.bars)
-        if (const double strength = bar.strength.value_or(0); strength <= OffScale * value)
-            all = std::max(all, strength);
-    return all > 0 ? all : 1;
-}
-
 bool DistributionChart::offScale(const Bar& bar) const {
-    return bar.strength.value_or(0) > m_highest;
+    return !m_span.shows(bar.strength.value_or(0));
 }
 
 QColor DistributionChart::componentColour(std::size_t component) const {
     // Told apart by every colour vision, and by lightness on grey paper.
     constexpr std::array<QRgb, 4> colours = {0x0072B2, 0xCC79A7, 0xE69F00, 0x009E73};
-    const std::string& name = m_distribution.components[component];
-    const std::size_t colour = name.starts_with("Front")    ? 1
-                               : name.starts_with("First")  ? 2
-                               : name.starts_with("Second") ? 3
-                                                            : 0;
-    return QColor(colours[colour]);
+    const auto source = static_cast<std::size_t>(m_distribution.components[component].source);
+    return QColor(colours[source]);
 }
 
 void DistributionChart::compose(const QPalette& inPalette, const QFont& font) {
@@ -111,14 +92,7 @@ void DistributionChart::compose(const QPalette& inPalette, const QFont& font) {
     clearItems();
     m_labels.clear();
     setBackground(QBrush(m_palette.color(QPalette::Base)));
-    m_highest = highest();
-    m_lowest = 0;
-    for (const Bar& bar : m_distribution.bars) {
-        double below = 0;
-        for (const double part : bar.parts)
-            below += std::min(part, 0.0);
-        m_lowest = std::min(m_lowest, below);
-    }
+    m_span = plot::valueSpan(m_distribution);
     composeAxes();
     for (const Bar& bar : m_distribution.bars) {
         composeBar(bar);
@@ -164,7 +138,7 @@ void DistributionChart::composeBar(const Bar& bar) {
     QCPBars* below = nullptr;
     for (std::size_t c = 0; c < bar.parts.size(); ++c) {
         auto* part = new QCPBars(xAxis, yAxis);
-        part->setObjectName(toQt("bar:" + bar.name + ':' + m_distribution.components[c]));
+        part->setObjectName(toQt("bar:" + bar.name + ':' + m_distribution.components[c].name));
         part->setWidthType(QCPBars::wtPlotCoords);
         part->setWidth(bar.right - bar.left);
         part->setPen(QPen(m_palette.color(QPalette::Base), 1));
@@ -213,11 +187,11 @@ void DistributionChart::composeKey() {
         const bool arises = std::any_of(m_distribution.bars.begin(), m_distribution.bars.end(),
                                         [&](const Bar& bar) { return bar.parts[c] != 0; });
         if (!arises) continue;
-        const QString object =
-            toQt("bar:" + m_distribution.bars.front().name + ':' + m_distribution.components[c]);
+        const QString object = toQt("bar:" + m_distribution.bars.front().name + ':' +
+                                    m_distribution.components[c].name);
         for (int i = 0; i < plottableCount(); ++i)
             if (plottable(i)->objectName() == object) {
-                plottable(i)->setName(toQt(m_distribution.components[c]));
+                plottable(i)->setName(toQt(m_distribution.components[c].name));
                 plottable(i)->addToLegend();
             }
     }
@@ -288,7 +262,8 @@ void DistributionChart::fitFigures(QSize size) {
     m_length = (m_upright ? longest : line) + 0.3 * line;
     const double height = std::max(axisRect()->height(), 1);
     const double used = std::max(height - m_length - 0.2 * line, 0.4 * height);
-    yAxis->setRange(m_lowest, m_lowest + (m_highest - m_lowest) * height / used);
+    yAxis->setRange(m_span.lowest,
+                    m_span.lowest + (m_span.highest - m_span.lowest) * height / used);
 }
 
 /// Width of a bar and of the gap beside it.

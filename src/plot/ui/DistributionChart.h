@@ -51,14 +51,12 @@ class DistributionChart : public QCustomPlot {
     double roomOf(const plot::Bar& bar) const;
     void placeLabels();
     void placeFigures(const plot::Bar& bar, QCPItemText& total, QCPItemText* strength);
-    double highest() const;
     bool offScale(const plot::Bar& bar) const;
 
     plot::Distribution m_distribution;
     QPalette m_palette;
     QFont m_font;
-    double m_highest = 0; ///< value that the axis has to show
-    double m_lowest = 0;
+    plot::ValueSpan m_span; ///< of the axis of values
     bool m_upright = false; ///< figures
     double m_length = 0;    ///< room of a figure on its bar; pixels
     QCPTextElement* m_title = nullptr;

@@ -3,6 +3,7 @@
 
 #include "base/titles.h"
 #include "base/ui/qtText.h"
+#include "project/conversionNotes.h"
 #include "project/ui/readOnlyLine.h"
 #include "project/units.h"
 
@@ -79,14 +80,10 @@ QWidget* frmConvert::makeComparison() {
 }
 
 QString frmConvert::notes() const {
-    QStringList paragraphs{toQt(ConversionRoundingNote), toQt(ConversionUntouchedNote)};
-    if (m_outcome) {
-        if (const auto remark = archFactorRemark(m_current, *m_outcome))
-            paragraphs << toQt(*remark) + '.';
-        if (QFileInfo::exists(toQt(m_outcome->FileName)))
-            paragraphs << tr("A file of the new name is already there. Saving the converted case "
-                             "under that name would replace it.");
-    }
+    const bool taken = m_outcome && QFileInfo::exists(toQt(m_outcome->FileName));
+    QStringList paragraphs;
+    for (const std::string& note : conversionNotes(m_current, m_outcome, taken))
+        paragraphs << toQt(note);
     return paragraphs.join("\n\n");
 }
 

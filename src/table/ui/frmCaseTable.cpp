@@ -5,7 +5,7 @@
 #include "base/text.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
-#include "project/fieldNames.h"
+#include "project/caseFacts.h"
 #include "table/columns.h"
 #include "table/ui/CaseTableModel.h"
 
@@ -41,6 +41,19 @@ QLabel* factLabel(const QString& name, const QString& caption, QWidget* parent) 
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
+}
+
+/// Those of the facts of a case that fit into the preview of a row.
+std::vector<project::CaseFact> factsOf(const project::ProjectCase& current,
+                                       const project::KeyFigures& figures, bool withFactors) {
+    constexpr std::string_view shown[] = {"lblLoading", "lblDepth", "lblHeight", "lblEntries"};
+    constexpr std::string_view factors[] = {"lblDevelopmentSF", "lblRetreatSF"};
+    auto facts = project::caseFacts(current, figures);
+    std::erase_if(facts, [&](const project::CaseFact& fact) {
+        return std::ranges::find(shown, fact.control) == std::end(shown) &&
+               (!withFactors || std::ranges::find(factors, fact.control) == std::end(factors));
+    });
+    return facts;
 }
 
 QString fileNameOf(const std::string& path) {
@@ -195,17 +208,9 @@ QWidget* frmCaseTable::makePreview() {
     auto* facts = new QFormLayout(left);
     facts->setContentsMargins({});
     facts->setLabelAlignment(Qt::AlignLeft);
-    std::vector<std::pair<const char*, QString>> rows = {{"lblLoading", tr("Loading condition")},
-                                                         {"lblDepth", tr("Depth of cover")},
-                                                         {"lblHeight", tr("Entry height")},
-                                                         {"lblEntries", tr("Entries")}};
-    if (m_figures) {
-        rows.emplace_back("lblDevelopmentSF", tr("Stability factor, development"));
-        rows.emplace_back("lblRetreatSF", tr("Stability factor, retreat"));
-    }
-    for (const auto& [name, caption] : rows) {
-        m_facts.push_back(factLabel(name, caption, left));
-        facts->addRow(caption + ":", m_facts.back());
+    for (const project::CaseFact& fact : factsOf({}, {}, m_figures != nullptr)) {
+        m_facts.push_back(factLabel(toQt(fact.control), toQt(fact.caption), left));
+        facts->addRow(toQt(fact.caption) + ":", m_facts.back());
     }
     m_notes = new QPlainTextEdit(lower);
     m_notes->setObjectName("txtDescription");
@@ -254,16 +259,10 @@ void frmCaseTable::showCurrent() {
     if (good) {
         const project::ProjectCase& current = row->current;
         texts[0] = withoutControls(current.Title);
-        using project::Field;
-        std::size_t next = 1;
-        for (const Field field :
-             {Field::Anal, Field::DepthCover, Field::EntryHeight, Field::NumberEntries})
-            texts[next++] = project::valueText(current.Input, field, current.Units);
-        if (m_figures) {
-            const project::KeyFigures figures = m_figures(current);
-            texts[5] = figures.DevelopmentSF;
-            texts[6] = figures.RetreatSF;
-        }
+        const auto figures = m_figures ? m_figures(current) : project::KeyFigures{};
+        std::size_t at = 1;
+        for (project::CaseFact& fact : factsOf(current, figures, m_figures != nullptr))
+            texts[at++] = std::move(fact.text);
         for (const std::string& remark : table::rowRemarks(*row))
             notes += toQt(remark) + '\n';
         if (!notes.isEmpty() && !current.Description.empty()) notes += '\n';
