@@ -8,11 +8,15 @@
 #include "programHome.h"
 #include "windowFaults.h"
 
+#include <algorithm>
 #include <fstream>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSet>
 #include <QTabWidget>
@@ -66,7 +70,33 @@ class LooksTest : public QObject {
     QString m_palette;
     QStringList m_faults;
     QSet<QString> m_seen;
+    QSet<QString> m_controls; ///< "frmSet/cmdOK"
 };
+
+/// Controls that the manual names and no window has. Those of a window that is not among `controls`
+/// are not looked for.
+QStringList unknownControls(const QSet<QString>& controls) {
+    QStringList unknown;
+    for (const QFileInfo& page : QDir(TELVO_MANUAL_DIR).entryInfoList({"*.md"})) {
+        QFile file(page.absoluteFilePath());
+        if (!file.open(QIODevice::ReadOnly)) return {"cannot read " + page.fileName()};
+        static const QRegularExpression list("controls=\"([^\"]*)\"");
+        for (auto at = list.globalMatch(file.readAll()); at.hasNext();)
+            for (QString name : at.next().captured(1).split(' ', Qt::SkipEmptyParts)) {
+                const QString form = name.section('/', 0, 0) + '/';
+                const bool several = name.endsWith("_*");
+                if (several) name.chop(1);
+                const auto begins = [](const QString& with) {
+                    return [with](const QString& one) { return one.startsWith(with); };
+                };
+                if (std::any_of(controls.begin(), controls.end(), begins(form)) &&
+                    !(several ? std::any_of(controls.begin(), controls.end(), begins(name))
+                              : controls.contains(name)))
+                    unknown << page.fileName() + ": no window has " + name;
+            }
+    }
+    return unknown;
+}
 
 void LooksTest::lookAtTabs(QWidget& window, const QString& size) {
     auto* tabs = window.findChild<QTabWidget*>();
@@ -88,6 +118,8 @@ void LooksTest::lookAtTabs(QWidget& window, const QString& size) {
 }
 
 void LooksTest::look(QWidget& window) {
+    for (const QObject* control : window.findChildren<QObject*>())
+        m_controls << window.objectName() + '/' + control->objectName();
     const QSize room = telvo::ui::roomOnScreen(window);
     const QSize opened = window.size();
     const QSize least = window.minimumSizeHint().expandedTo(window.minimumSize());
@@ -236,6 +268,7 @@ void LooksTest::everyWindowIsReadable() {
     home.answers = {Answer::No};
     QVERIFY(home.quit());
     QApplication::setPalette(before);
+    m_faults += unknownControls(m_controls);
     m_faults.removeDuplicates();
     QVERIFY2(m_faults.isEmpty(), qPrintable('\n' + m_faults.join('\n')));
 }

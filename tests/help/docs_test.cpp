@@ -67,18 +67,6 @@ std::string sources() {
     return all;
 }
 
-TEST_F(Docs, EveryControlThatATopicNamesIsThere) {
-    const std::string all = sources();
-    const std::string contents = *readFile(TELVO_HELP_DIR "contents.txt");
-    for (const auto line : splitLines(contents)) {
-        if (!line.starts_with("C\t")) continue;
-        std::string name(line.substr(0, line.find_first_of("\t", 2)));
-        name = name.substr(name.find('/') + 1);
-        name = name.substr(0, name.find("_*"));
-        EXPECT_NE(all.find('"' + name), std::string::npos) << line;
-    }
-}
-
 TEST_F(Docs, EveryFormHasATopicAndEveryTopicThatAFormNamesIsThere) {
     const std::regex form("\"(frm[A-Z]\\w+)\""), topic("\"(\\w+\\.htm)\"");
     std::set<std::string> forms, topics;

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ui/CaseOverview.h"
 
+#include "app/ProjectSession.h"
+#include "app/SettingsStore.h"
 #include "app/ui/layoutPicture.h"
-#include "app/ui/Program.h"
 #include "base/text.h"
 #include "base/ui/qtText.h"
 #include "plot/ui/PlanView.h"
@@ -57,8 +58,9 @@ class NameLabel : public QLabel {
 
 } // namespace
 
-CaseOverview::CaseOverview(Program& program, QWidget* parent)
-    : QWidget(parent), m_program(program) {
+CaseOverview::CaseOverview(const ProjectSession& session, const SettingsStore& settings,
+                           QWidget* parent)
+    : QWidget(parent), m_session(session), m_settings(settings) {
     setObjectName("caseOverview");
     auto* layout = new QHBoxLayout(this);
     auto* left = new QWidget(this);
@@ -124,11 +126,11 @@ CaseOverview::CaseOverview(Program& program, QWidget* parent)
 }
 
 void CaseOverview::showCase() {
-    const project::ProjectCase& current = m_program.session().project();
-    const bool empty = m_program.session().isEmpty();
+    const project::ProjectCase& current = m_session.project();
+    const bool empty = m_session.isEmpty();
     const QString title = toQt(withoutControls(current.Title));
     m_title->setText(title.isEmpty() ? tr("(no title)") : title);
-    static_cast<NameLabel*>(m_file)->showName(toQt(m_program.session().windowTitle()));
+    static_cast<NameLabel*>(m_file)->showName(toQt(m_session.windowTitle()));
     // A tool tip would take a name like "<b>" for markup.
     m_file->setToolTip(
         QStringLiteral("<span>%1</span>").arg(toQt(current.FileName).toHtmlEscaped()));
@@ -149,9 +151,8 @@ void CaseOverview::showCase() {
 }
 
 void CaseOverview::showFacts() {
-    const ProjectSession& session = m_program.session();
     const auto facts =
-        project::caseFacts(session.project(), session.figuresOfOpen(session.project()));
+        project::caseFacts(m_session.project(), m_session.figuresOfOpen(m_session.project()));
     for (std::size_t i = 0; i < facts.size(); ++i) {
         m_facts[i]->setText(facts[i].text.empty() ? QStringLiteral("\u2013") : toQt(facts[i].text));
         m_facts[i]->setToolTip(toQt(facts[i].why)); // a dash says why
@@ -159,10 +160,10 @@ void CaseOverview::showFacts() {
 }
 
 void CaseOverview::showKept() {
-    const project::KeptItems& kept = m_program.session().kept();
+    const project::KeptItems& kept = m_session.kept();
     m_keptBox->setVisible(!kept.items.empty());
     if (kept.items.empty()) return;
-    const project::ProjectCase& current = m_program.session().project();
+    const project::ProjectCase& current = m_session.project();
     std::string text = kept.damaged ? "The file was damaged. " : "The file is of an older level. ";
     text += "Not in it, but from " + project::keptOrigin(kept, current) + ": " +
             project::keptItemsText(kept, current) + '.';
@@ -171,7 +172,7 @@ void CaseOverview::showKept() {
 }
 
 void CaseOverview::showPlan() {
-    (void)drawPlan(*m_plan, m_program.session().project(), m_program.settings());
+    (void)drawPlan(*m_plan, m_session.project(), m_settings);
 }
 
 } // namespace telvo::app::ui

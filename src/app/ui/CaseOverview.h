@@ -11,16 +11,20 @@ namespace telvo::plot::ui {
 class PlanView;
 }
 
-namespace telvo::app::ui {
+namespace telvo::app {
+class ProjectSession;
+class SettingsStore;
+} // namespace telvo::app
 
-class Program;
+namespace telvo::app::ui {
 
 /// The open case at a glance: what it is called, its loading condition, its main dimensions, the
 /// stability factors of its values, and the plan of the panel.
 class CaseOverview : public QWidget {
     Q_OBJECT
   public:
-    explicit CaseOverview(Program& program, QWidget* parent = nullptr);
+    CaseOverview(const ProjectSession& session, const SettingsStore& settings,
+                 QWidget* parent = nullptr);
 
     void showCase();
 
@@ -29,7 +33,8 @@ class CaseOverview : public QWidget {
     void showFacts();
     void showPlan();
 
-    Program& m_program;
+    const ProjectSession& m_session;
+    const SettingsStore& m_settings;
     QLabel* m_title = nullptr;
     QLabel* m_file = nullptr;
     QScrollArea* m_keptBox = nullptr;

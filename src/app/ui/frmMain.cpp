@@ -89,7 +89,7 @@ void frmMain::buildCentre() {
     m_pages = new QStackedWidget(m_splitter);
     m_pages->setObjectName("stkCase");
     m_start = makeStartPage();
-    m_overview = new CaseOverview(m_program, m_pages);
+    m_overview = new CaseOverview(m_program.session(), m_program.settings(), m_pages);
     m_pages->addWidget(m_start);
     m_pages->addWidget(m_overview);
     txtMain = new QPlainTextEdit(m_splitter);

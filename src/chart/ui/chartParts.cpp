@@ -47,6 +47,26 @@ QFont titleFont(QFont font) {
     return font;
 }
 
+ChartHeading addHeading(QCustomPlot& chart) {
+    const ChartHeading heading{new QCPTextElement(&chart), new QCPTextElement(&chart)};
+    auto* keyRow = new QCPLayoutGrid;
+    keyRow->addElement(0, 0, new QCPLayoutElement(&chart));
+    keyRow->addElement(0, 1, chart.legend);
+    keyRow->addElement(0, 2, new QCPLayoutElement(&chart));
+    keyRow->setColumnStretchFactor(1, 0.001);
+    QCPLayoutGrid& rows = *chart.plotLayout();
+    for (int row = 0; row < 3; ++row)
+        rows.insertRow(0);
+    rows.addElement(0, 0, heading.title);
+    rows.addElement(1, 0, heading.subtitle);
+    rows.addElement(2, 0, keyRow);
+    rows.setRowStretchFactor(2, 0.001);
+    rows.setRowSpacing(2);
+    chart.legend->setBorderPen(Qt::NoPen);
+    chart.legend->setBrush(Qt::NoBrush);
+    return heading;
+}
+
 void frameChart(QCustomPlot& chart) {
     for (QCPAxis* axis : {chart.xAxis2, chart.yAxis2}) {
         axis->setVisible(true);

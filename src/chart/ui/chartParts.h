@@ -29,6 +29,16 @@ QString brokenAt(const QString& text, const QFontMetricsF& metrics, double width
 /// Larger and bold.
 QFont titleFont(QFont font);
 
+/// The texts above a chart.
+struct ChartHeading {
+    QCPTextElement* title;
+    QCPTextElement* subtitle;
+};
+
+/// Puts title, subtitle and, in the middle of a row of its own, the key above the chart, where
+/// nothing drawn is in the way of them. The chart itself is in row 3 of the layout then.
+ChartHeading addHeading(QCustomPlot& chart);
+
 /// A box around the chart: the upper and the right axis have neither ticks nor numbers.
 void frameChart(QCustomPlot& chart);
 

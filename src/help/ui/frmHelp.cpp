@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "help/ui/frmHelp.h"
 
+#include "base/ui/Form.h"
 #include "base/ui/qtText.h"
 #include "base/ui/screenRoom.h"
 #include "base/ui/WindowPlaces.h"
@@ -25,6 +26,7 @@
 
 namespace telvo::help::ui {
 
+using telvo::ui::describe;
 using telvo::ui::fromQt;
 using telvo::ui::toQt;
 
@@ -39,13 +41,6 @@ QWidget* column(std::initializer_list<QWidget*> widgets) {
     for (QWidget* widget : widgets)
         layout->addWidget(widget);
     return page;
-}
-
-void describe(QWidget& widget, const QString& name, const QString& accessibleName,
-              const QString& toolTip) {
-    widget.setObjectName(name);
-    widget.setAccessibleName(accessibleName);
-    widget.setToolTip(toolTip);
 }
 
 } // namespace

@@ -39,25 +39,12 @@ DistributionChart::DistributionChart(const QString& name, QWidget* parent) : QCu
     setLocale(QLocale::c());
     setAutoAddPlottableToLegend(false);
     setFocusPolicy(Qt::StrongFocus);
-    m_title = new QCPTextElement(this);
-    m_subtitle = new QCPTextElement(this);
+    const auto heading = chart::ui::addHeading(*this);
+    m_title = heading.title;
+    m_subtitle = heading.subtitle;
     m_notes = new QCPTextElement(this);
     m_notes->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
-    auto* keyRow = new QCPLayoutGrid;
-    keyRow->addElement(0, 0, new QCPLayoutElement(this));
-    keyRow->addElement(0, 1, legend);
-    keyRow->addElement(0, 2, new QCPLayoutElement(this));
-    keyRow->setColumnStretchFactor(1, 0.001);
-    for (int row = 0; row < 3; ++row)
-        plotLayout()->insertRow(0);
-    plotLayout()->addElement(0, 0, m_title);
-    plotLayout()->addElement(1, 0, m_subtitle);
-    plotLayout()->addElement(2, 0, keyRow);
     plotLayout()->addElement(4, 0, m_notes);
-    plotLayout()->setRowStretchFactor(2, 0.001);
-    plotLayout()->setRowSpacing(2);
-    legend->setBorderPen(Qt::NoPen);
-    legend->setBrush(Qt::NoBrush);
     frameChart(*this);
     connect(this, &QCustomPlot::afterLayout, this, &DistributionChart::placeLabels);
 }

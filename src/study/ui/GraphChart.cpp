@@ -36,25 +36,10 @@ GraphChart::GraphChart(SfGraph graph, std::string caption, QWidget* parent)
     : QCustomPlot(parent), m_graph(std::move(graph)), m_caption(std::move(caption)) {
     setLocale(QLocale::c());
     setAutoAddPlottableToLegend(false);
-    // Above the plot, where no curve is in the way of them: title, caption and, in the middle of a
-    // row of its own, the key.
-    m_title = new QCPTextElement(this);
-    m_subtitle = new QCPTextElement(this);
-    auto* keyRow = new QCPLayoutGrid;
-    keyRow->addElement(0, 0, new QCPLayoutElement(this));
-    keyRow->addElement(0, 1, legend);
-    keyRow->addElement(0, 2, new QCPLayoutElement(this));
-    keyRow->setColumnStretchFactor(1, 0.001);
-    for (int row = 0; row < 3; ++row)
-        plotLayout()->insertRow(0);
-    plotLayout()->addElement(0, 0, m_title);
-    plotLayout()->addElement(1, 0, m_subtitle);
-    plotLayout()->addElement(2, 0, keyRow);
-    plotLayout()->setRowStretchFactor(2, 0.001);
-    plotLayout()->setRowSpacing(2);
+    const auto heading = chart::ui::addHeading(*this);
+    m_title = heading.title;
+    m_subtitle = heading.subtitle;
     legend->setFillOrder(QCPLegend::foColumnsFirst);
-    legend->setBorderPen(Qt::NoPen);
-    legend->setBrush(Qt::NoBrush);
     axisRect()->setMinimumMargins({0, 6, 0, 0});
     axisRect()->setAutoMargins(QCP::msLeft | QCP::msTop | QCP::msBottom);
     for (QCPAxis* axis : {xAxis, yAxis})
