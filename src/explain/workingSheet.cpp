@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "explain/workingSheet.h"
 
+#include "base/files.h"
 #include "explain/chapters.h"
 #include "explain/nomenclature.h"
 #include "explain/sheetFormula.h"
@@ -179,7 +180,7 @@ Sheet guide(const project::ProjectCase& current, const AnalysisResults& results,
     const auto say = [&](std::string_view text) {
         sheet.rows.push_back({SheetCell{}, textCell(text, CellLook::Wrapped)});
     };
-    line("Working of", report::withoutFolder(current.FileName), CellLook::Plain);
+    line("Working of", withoutFolder(current.FileName), CellLook::Plain);
     line("Title", current.Title, CellLook::Plain);
     line("Units", current.Units == project::English ? "English" : "metric", CellLook::Plain);
     line("Loading condition",
