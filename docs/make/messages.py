@@ -18,6 +18,7 @@ LISTS = {"notes", "lines", "faults", "fallbacks", "stale"}  # to which a text is
 OPENINGS = ("Invalid ", "Cannot ", "The disk ", "The folder ", "The file ", "You may ")
 CONSTANTS = ("message", "question")  # what a text is called that is handed on later
 ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
+FOR_PROGRAMS = ("batch",)  # folders whose faults go to the code that calls them, not to a user
 LEAST = 12     # letters of a text that says something by itself
 TERM = re.compile(r"^(.+?) ?\{#msg-[\w-]+[^}]*\}$", re.MULTILINE)
 CHAPTER = os.path.join("manual", "13-messages.md")
@@ -63,6 +64,8 @@ def collected(folder):
     found = {}
     for path in sorted(glob.glob(os.path.join(folder, "**", "*.cpp"), recursive=True) +
                        glob.glob(os.path.join(folder, "**", "*.h"), recursive=True)):
+        if os.path.relpath(path, folder).startswith(FOR_PROGRAMS):
+            continue
         with open(path, encoding="utf-8") as file:
             source = file.read()
         for text in texts_of(source):

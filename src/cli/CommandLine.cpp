@@ -106,6 +106,7 @@ CommandLine::CommandLine(Workbooks workbooks, Plotter plotter)
     reportCommand->add_flag(
         "--force", m_report.force,
         "overwrite a file that is no report; an older report is replaced anyway");
+    addJobs(*reportCommand, m_report.jobs);
     addRounding(*reportCommand, m_report.options);
     addUnits(*reportCommand, m_report.options);
     reportCommand->footer("Example:\n  telvo-cli report panel.TLV --page 1");
@@ -122,6 +123,7 @@ CommandLine::CommandLine(Workbooks workbooks, Plotter plotter)
                                        "write to this file instead of the terminal"))
         ->option_text("FILE");
     resultsCommand->add_flag("--force", m_results.force, "overwrite an existing file");
+    addJobs(*resultsCommand, m_results.jobs);
     addRounding(*resultsCommand, m_results.options);
     resultsCommand->footer(
         "A file is written whole or not at all. A byte of a file name that is no "
@@ -136,7 +138,9 @@ CommandLine::CommandLine(Workbooks workbooks, Plotter plotter)
 
     CLI::App* checkCommand =
         m_app->add_subcommand("check", "check the inputs of each case, one line per case");
-    addInputs(*checkCommand, m_checked);
+    addInputs(*checkCommand, m_check.inputs);
+    addJobs(*checkCommand, m_check.jobs);
+    m_check.workbooks = m_workbooks;
     checkCommand->footer(
         "Prints OK or the message; with several cases the file stands before it.\n\n"
         "Example:\n  telvo-cli check panel.TLV");
@@ -172,7 +176,7 @@ CommandLine::CommandLine(Workbooks workbooks, Plotter plotter)
         {resultsCommand, [this] { return runResults(m_results); }},
         {explainCommand, [this] { return runExplain(m_explained); }},
         {plotCommand, [this] { return runPlot(m_plot, m_plotter); }},
-        {checkCommand, [this] { return runCheck(m_checked, m_workbooks); }},
+        {checkCommand, [this] { return runCheck(m_check); }},
         {newCommand, [this] { return runNew(m_made); }},
         {tableCommands.exporting, [this] { return runTableExport(m_table); }},
         {tableCommands.importing, [this] { return runTableImport(m_import); }},

@@ -45,7 +45,7 @@ class CommandLine {
     ResultsRequest m_results;
     ExplainRequest m_explained;
     PlotRequest m_plot;
-    Inputs m_checked;
+    CheckRequest m_check;
     NewRequest m_made;
     SaveRequest m_converted, m_saved;
     TableRequest m_table;

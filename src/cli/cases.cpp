@@ -112,19 +112,22 @@ void visitTable(table::CaseTable table, const Source& source,
                 const std::function<void(CaseOutcome& outcome)>& visit) {
     std::optional<std::uint32_t> wanted;
     if (source.row) wanted = rowNumber(*source.row);
+    std::vector<std::string> remarks; // of the first outcome
     for (const std::string& remark : table::remarks(table, wanted))
-        complain(table.file + ": " + remark);
+        remarks.push_back(table.file + ": " + remark);
     if (wanted ? table.row(*wanted) == nullptr : table.rows.empty()) {
         CaseOutcome none = source.row
                                ? troubled(source.file + "#" + *source.row,
                                           table.file + ": row " + *source.row + " has no case")
                                : troubled(source.file, table.file + ": the table has no case");
+        none.remarks = std::move(remarks);
         visit(none);
         return;
     }
     for (table::CaseRow& row : table.rows) {
         if (wanted && row.number != *wanted) continue;
         CaseOutcome outcome = outcomeOf(table.file, source.file, row);
+        outcome.remarks = std::exchange(remarks, {});
         visit(outcome);
     }
 }
@@ -133,13 +136,18 @@ CaseOutcome caseOf(std::string_view bytes, std::string_view name, const std::str
     project::ProjectCase current = project::newCase(project::English);
     const project::CaseReading reading = project::readCaseText(bytes, name, current);
     if (reading.fault) return troubled(argument, faultText(*reading.fault));
-    for (const std::string& remark : reading.remarks)
-        complain(std::string(name) + ": " + remark);
-    current.FileName = name;
     CaseOutcome outcome;
+    for (const std::string& remark : reading.remarks)
+        outcome.remarks.push_back(std::string(name) + ": " + remark);
+    current.FileName = name;
     outcome.file = argument;
     outcome.current = std::move(current);
     return outcome;
+}
+
+/// A fault of reading names the file itself, with the line.
+std::string whyNoRun(const CaseOutcome& outcome) {
+    return outcome.status == FileTrouble ? outcome.message : outcome.file + ": " + outcome.message;
 }
 
 } // namespace
@@ -224,6 +232,8 @@ CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks) {
     CaseOutcome only;
     std::size_t count = 0;
     visitCases(argument, workbooks, [&](CaseOutcome& outcome) {
+        for (const std::string& remark : outcome.remarks)
+            complain(remark);
         if (++count == 1) only = std::move(outcome);
     });
     if (count > 1)
@@ -256,10 +266,16 @@ void complain(const std::string& message) {
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
+std::vector<std::string> sayings(const CaseOutcome& outcome) {
+    std::vector<std::string> said = outcome.remarks;
+    for (const std::string& note : outcome.notes)
+        said.push_back(outcome.file + ": " + note);
+    if (!outcome.message.empty()) said.push_back(whyNoRun(outcome));
+    return said;
+}
+
 void complainOf(const CaseOutcome& outcome) {
-    // A fault of reading names the file itself, with the line.
-    complain(outcome.status == FileTrouble ? outcome.message
-                                           : outcome.file + ": " + outcome.message);
+    complain(whyNoRun(outcome));
 }
 
 void tellNotes(const CaseOutcome& outcome) {

@@ -38,6 +38,7 @@ struct CaseOutcome {
     std::optional<project::ProjectCase> current; ///< nothing when it could not be read
     std::optional<run::Run> run;                 ///< nothing when it was not or could not be run
     report::Warnings warnings;                   ///< of a run, for those who asked for them
+    std::vector<std::string> remarks;            ///< of reading, to be told before anything else
     std::vector<std::string> notes;              ///< remarks on record and run
     std::string message;                         ///< why there is no run; empty when all is well
     ExitStatus status = AllGood;
@@ -72,8 +73,8 @@ std::string fileOf(const std::string& argument);
 /// Calls visit for every case that an argument names: a case file, standard input for "-", every
 /// row of a table, or for "FILE#ROW" one of its rows. A file that has such a name itself comes
 /// first. What is a table shows from its content. Items that an older level lacks start from the
-/// new-case defaults. What a table's reader has to know is said on standard error. A file for which
-/// memory runs out is an outcome of its own.
+/// new-case defaults. What a reader has to know stands in the remarks of the outcome. A file for
+/// which memory runs out is an outcome of its own.
 void visitCases(const std::string& argument, const Workbooks& workbooks,
                 const std::function<void(CaseOutcome& outcome)>& visit);
 
@@ -89,6 +90,9 @@ Result<std::string> readStandardInput();
 /// Says on standard error what went wrong: "telvo-cli: " and the message on one line, with control
 /// characters written out.
 void complain(const std::string& message);
+
+/// What is to be said of a case on standard error: remarks of reading, notes, and why it has no run.
+std::vector<std::string> sayings(const CaseOutcome& outcome);
 
 /// Says why a case has no run.
 void complainOf(const CaseOutcome& outcome);

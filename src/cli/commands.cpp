@@ -36,6 +36,15 @@ std::string joinedPages(const report::ReportPages& pages, std::optional<int> pag
     return out;
 }
 
+/// What a case has to say, before something is made of it.
+Made madeOf(const CaseOutcome& outcome) {
+    Made made;
+    made.said = sayings(outcome);
+    made.status = outcome.status;
+    made.hasRun = outcome.run.has_value();
+    return made;
+}
+
 int saveAs(project::ProjectCase current, const std::string& target, bool force) {
     if (isStandardOutput(target)) {
         const auto text = project::writeCaseText(current);
@@ -70,16 +79,22 @@ int runReport(const ReportRequest& request) {
     const bool replaces = toFile && isNamed(request.target);
     TextOutput output(request.target, existingFor(replaces));
     bool any = false;
-    visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
+    const auto make = [&](CaseOutcome& outcome) {
         runCase(outcome);
-        raise(status, outcome.status);
-        tellNotes(outcome);
-        if (!outcome.run) return complainOf(outcome);
-        std::string text;
-        if (any && !request.page) text += "\r\n"; // parts this report from the one before
-        text += joinedPages(report::makeReport(*outcome.run, request.options).pages, request.page);
+        Made made = madeOf(outcome);
+        if (!outcome.run) return made;
+        made.text =
+            joinedPages(report::makeReport(*outcome.run, request.options).pages, request.page);
+        if (!toFile) made.text = withLineFeeds(std::move(made.text));
+        return made;
+    };
+    makeInOrder(*names, request.workbooks, request.jobs, make, [&](const Made& made) {
+        raise(status, made.status);
+        if (!made.hasRun) return;
+        // Parts this report from the one before.
+        if (any && !request.page) output.print(toFile ? "\r\n" : "\n");
         any = true;
-        output.print(toFile ? text : withLineFeeds(std::move(text)));
+        output.print(made.text);
     });
     if (toFile && !any) return status;
     if (replaces && status == FileTrouble) {
@@ -99,25 +114,29 @@ int runResults(const ResultsRequest& request) {
     const bool json = request.format == "json";
     const bool csv = request.format == "csv";
     TextOutput output(request.target, existingFor(request.force));
-    const ResultJson jsonWriter;
     std::size_t formulas = 0;
     if (json) output.print("[\n");
     if (csv && !request.noHeader) output.print(csvHeader());
     bool first = true;
-    visitAll(*names, request.workbooks, [&](CaseOutcome& outcome) {
+    const auto make = [&](CaseOutcome& outcome) {
         runCase(outcome);
         if (outcome.run) outcome.warnings = report::assessWarnings(*outcome.run, request.options);
-        raise(status, outcome.status);
-        tellNotes(outcome);
-        if (!outcome.run) complainOf(outcome);
-        if (json) {
-            output.print((first ? "" : ",\n") + jsonWriter.of(outcome));
-        } else if (csv) {
-            output.print(csvRow(outcome));
-            if (looksLikeFormula(outcome)) ++formulas;
-        } else if (outcome.run) {
-            output.print((first ? "" : "\n") + resultText(outcome));
-        }
+        Made made = madeOf(outcome);
+        made.looksLikeFormula = csv && looksLikeFormula(outcome);
+        if (json)
+            made.text = resultJson(outcome);
+        else if (csv)
+            made.text = csvRow(outcome);
+        else if (outcome.run)
+            made.text = resultText(outcome);
+        return made;
+    };
+    makeInOrder(*names, request.workbooks, request.jobs, make, [&](const Made& made) {
+        raise(status, made.status);
+        if (made.looksLikeFormula) ++formulas;
+        if (!first && json) output.print(",\n");
+        if (!first && !json && !csv && made.hasRun) output.print("\n");
+        output.print(made.text);
         first = false;
     });
     if (json) output.print("\n]\n");
@@ -128,24 +147,31 @@ int runResults(const ResultsRequest& request) {
     return status;
 }
 
-int runCheck(const Inputs& inputs, const Workbooks& workbooks) {
+int runCheck(const CheckRequest& request) {
     ExitStatus status = AllGood;
-    const auto names = namesOf(inputs, status);
+    const auto names = namesOf(request.inputs, status);
     if (!names) return status;
-    visitAll(*names, workbooks, [&](const CaseOutcome& outcome) {
+    const auto make = [&](CaseOutcome& outcome) {
+        Made made;
+        made.said = outcome.remarks;
+        made.status = outcome.status;
         std::string message = outcome.message;
-        raise(status, outcome.status);
         if (outcome.current) {
             for (const std::string& note : run::recordNotes(*outcome.current))
-                complain(outcome.file + ": " + note);
+                made.said.push_back(outcome.file + ": " + note);
             if (const auto refused = project::checkBeforeAnalysis(outcome.current->Input)) {
                 message = refused->message;
-                raise(status, Refused);
+                raise(made.status, Refused);
             }
         }
         const bool alone = names->size() == 1 && outcome.file == names->front();
         const std::string prefix = !alone && outcome.current ? outcome.file + ": " : std::string();
-        print(forTerminal(prefix + (message.empty() ? "OK" : message)) + "\n");
+        made.text = forTerminal(prefix + (message.empty() ? "OK" : message)) + "\n";
+        return made;
+    };
+    makeInOrder(*names, request.workbooks, request.jobs, make, [&](const Made& made) {
+        raise(status, made.status);
+        print(made.text);
     });
     raise(status, finishOutput());
     return status;

@@ -19,6 +19,7 @@ struct ReportRequest {
     std::optional<int> page;
     std::string target; ///< empty: standard output
     bool force = false;
+    unsigned jobs = defaultJobs();
     report::ReportOptions options;
     Workbooks workbooks;
 };
@@ -30,12 +31,18 @@ struct ResultsRequest {
     bool noHeader = false; ///< of CSV
     std::string target;    ///< empty: standard output
     bool force = false;
+    unsigned jobs = defaultJobs();
     report::ReportOptions options;
     Workbooks workbooks;
 };
 int runResults(const ResultsRequest& request);
 
-int runCheck(const Inputs& inputs, const Workbooks& workbooks);
+struct CheckRequest {
+    Inputs inputs;
+    unsigned jobs = defaultJobs();
+    Workbooks workbooks;
+};
+int runCheck(const CheckRequest& request);
 
 struct NewRequest {
     std::string target;

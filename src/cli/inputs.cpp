@@ -4,14 +4,17 @@
 #include "base/files.h"
 #include "base/terminal.h"
 #include "base/text.h"
+#include "cli/InOrder.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <deque>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 namespace telvo::cli {
 
@@ -162,9 +165,43 @@ void visitAll(const std::vector<std::string>& names, const Workbooks& workbooks,
     Progress progress(names.size());
     for (std::size_t i = 0; i < names.size(); ++i)
         visitCases(names[i], workbooks, [&](CaseOutcome& outcome) {
+            for (const std::string& remark : outcome.remarks)
+                complain(remark);
             visit(outcome);
             progress.step(i);
         });
+}
+
+void makeInOrder(const std::vector<std::string>& names, const Workbooks& workbooks, unsigned jobs,
+                 const std::function<Made(CaseOutcome& outcome)>& make,
+                 const std::function<void(const Made& made)>& take) {
+    Progress progress(names.size());
+    std::deque<std::size_t> files; // of the cases under way
+    InOrder<CaseOutcome, Made> pipeline(jobs, make, [&](const Made& made) {
+        for (const std::string& said : made.said)
+            complain(said);
+        take(made);
+        progress.step(files.front());
+        files.pop_front();
+    });
+    for (std::size_t i = 0; i < names.size(); ++i)
+        visitCases(names[i], workbooks, [&](CaseOutcome& outcome) {
+            files.push_back(i);
+            pipeline.add(std::move(outcome));
+        });
+    pipeline.finish();
+}
+
+void addJobs(CLI::App& command, unsigned& jobs) {
+    command
+        .add_option("--jobs", jobs,
+                    "cases computed at once; as many as there are cores if not given")
+        ->check(CLI::Range(1U, MostJobs))
+        ->option_text("N");
+}
+
+unsigned defaultJobs() {
+    return std::clamp(std::thread::hardware_concurrency(), 1U, MostJobs);
 }
 
 } // namespace telvo::cli

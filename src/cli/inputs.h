@@ -36,6 +36,29 @@ std::string withoutProtection(std::string message);
 /// none, or standard input is asked for twice. A folder without cases is told and raises `status`.
 std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus& status);
 
+/// Most cases computed at once.
+inline constexpr unsigned MostJobs = 256;
+/// As many as the machine has cores.
+unsigned defaultJobs();
+/// Adds the option --jobs.
+void addJobs(CLI::App& command, unsigned& jobs);
+
+/// What is made of a case, to be written in the order of the cases.
+struct Made {
+    std::vector<std::string> said; ///< on standard error, before all else
+    std::string text;              ///< for the output
+    ExitStatus status = AllGood;
+    bool hasRun = false;
+    bool looksLikeFormula = false; ///< a text of the row may be taken for one by a spreadsheet
+};
+
+/// Makes something of the cases of all names on every core, and takes it on this thread in the order
+/// of the cases: what is written and said is the same, byte for byte, as with one job.
+/// Given: make  called by several threads at once
+void makeInOrder(const std::vector<std::string>& names, const Workbooks& workbooks, unsigned jobs,
+                 const std::function<Made(CaseOutcome& outcome)>& make,
+                 const std::function<void(const Made& made)>& take);
+
 /// visitCases() for all names. Someone who waits at a terminal sees how far it is.
 void visitAll(const std::vector<std::string>& names, const Workbooks& workbooks,
               const std::function<void(CaseOutcome& outcome)>& visit);

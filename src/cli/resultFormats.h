@@ -3,10 +3,7 @@
 
 #include "cli/cases.h"
 
-#include <array>
 #include <string>
-
-struct json_object;
 
 /// The quantities of a run in forms for people (text), programs (JSON) and spreadsheets (CSV).
 /// All numbers are unrounded, in the engine's units, in the shortest form that reads back to the
@@ -16,18 +13,8 @@ namespace telvo::cli {
 /// One line per number: name, value, unit; inputs, results and warnings of one case.
 std::string resultText(const CaseOutcome& outcome);
 
-/// Writes JSON objects, one per case; the values of a refused case are null.
-class ResultJson {
-  public:
-    ResultJson();
-    ~ResultJson();
-    ResultJson(const ResultJson&) = delete;
-
-    std::string of(const CaseOutcome& outcome) const;
-
-  private:
-    std::array<json_object*, 2> m_units; ///< the same for all cases of a unit system
-};
+/// A JSON object; the values of a refused case are null.
+std::string resultJson(const CaseOutcome& outcome);
 
 /// Header of the CSV form; every column names the English and the metric unit of its quantity.
 std::string csvHeader();

@@ -1,162 +1,255 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/resultFormats.h"
-
 #include "base/escapes.h"
 #include "base/numbers.h"
-#include "base/text.h"
+#include "cli/resultFormats.h"
 #include "cli/resultNames.h"
 #include "engine/quantities.h"
 #include "project/inputFields.h"
 
-#include <json-c/json.h>
-
-#include <memory>
+#include <type_traits>
 
 namespace telvo::cli {
 
 namespace {
 
-struct Release {
-    void operator()(json_object* object) const { json_object_put(object); }
+/// Writes JSON as it comes, a value to a line, without a tree of it in the memory.
+class JsonWriter {
+  public:
+    explicit JsonWriter(std::string& out) : m_out(out) {}
+
+    void beginObject() { begin('{'); }
+    void endObject() { end('}'); }
+    void beginArray() { begin('['); }
+    void endArray() { end(']'); }
+
+    void key(std::string_view name) {
+        next();
+        quoted(name);
+        m_out += ": ";
+        m_afterKey = true;
+    }
+    void text(std::string_view value) {
+        next();
+        quoted(value);
+    }
+    void number(double value) {
+        next();
+        appendGeneralNumber(m_out, value);
+    }
+    void number(float value) { // 0.82, not 0.819999993
+        next();
+        m_out += generalNumber(value);
+    }
+    void number(int value) {
+        next();
+        m_out += std::to_string(value);
+    }
+    void boolean(bool value) {
+        next();
+        m_out += value ? "true" : "false";
+    }
+    void null() {
+        next();
+        m_out += "null";
+    }
+
+  private:
+    static constexpr std::size_t Indent = 2;
+
+    void begin(char bracket) {
+        next();
+        m_out += bracket;
+        ++m_depth;
+        m_empty = true;
+    }
+    void end(char bracket) {
+        --m_depth;
+        if (!m_empty) newLine();
+        m_empty = false;
+        m_out += bracket;
+    }
+    /// What stands between the value before and the one that follows.
+    void next() {
+        if (m_afterKey) {
+            m_afterKey = false;
+            return;
+        }
+        if (m_depth == 0) return;
+        if (!m_empty) m_out += ',';
+        m_empty = false;
+        newLine();
+    }
+    void newLine() {
+        m_out += '\n';
+        m_out.append(Indent * m_depth, ' ');
+    }
+    void quoted(std::string_view value) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        m_out += '"';
+        for (const char c : value) {
+            const auto code = static_cast<unsigned char>(c);
+            switch (c) {
+            case '"':
+                m_out += "\\\"";
+                break;
+            case '\\':
+                m_out += "\\\\";
+                break;
+            case '\b':
+                m_out += "\\b";
+                break;
+            case '\f':
+                m_out += "\\f";
+                break;
+            case '\n':
+                m_out += "\\n";
+                break;
+            case '\r':
+                m_out += "\\r";
+                break;
+            case '\t':
+                m_out += "\\t";
+                break;
+            default:
+                if (code < 0x20) {
+                    m_out += "\\u00";
+                    m_out += digits[code >> 4];
+                    m_out += digits[code & 15];
+                } else {
+                    m_out += c;
+                }
+            }
+        }
+        m_out += '"';
+    }
+
+    std::string& m_out;
+    std::size_t m_depth = 0;
+    bool m_empty = true; ///< the innermost bracket holds nothing yet
+    bool m_afterKey = false;
 };
-using Json = std::unique_ptr<json_object, Release>;
-
-Json object() {
-    return Json(json_object_new_object());
-}
-
-Json text(std::string_view value) {
-    return Json(json_object_new_string_len(value.data(), static_cast<int>(value.size())));
-}
-
-/// A number with the text that the program shows for it; the library would format it its own way.
-Json number(double value, const std::string& shown) {
-    return Json(json_object_new_double_s(value, shown.c_str()));
-}
-Json number(double value) {
-    return number(value, generalNumber(value));
-}
-Json number(std::int16_t value) {
-    return Json(json_object_new_int(value));
-}
-
-/// Given: key  a literal, which is not copied, and new to the object
-void add(const Json& parent, const char* key, Json value) {
-    json_object_object_add_ex(parent.get(), key, value.release(),
-                              JSON_C_OBJECT_ADD_KEY_IS_NEW | JSON_C_OBJECT_KEY_IS_CONSTANT);
-}
-
-void append(const Json& array, Json value) {
-    json_object_array_add(array.get(), value.release());
-}
 
 /// A field with its indices as arrays (pillars) and objects (passes, sides, components).
 template <typename Field>
-Json fieldJson(const Field& field, int pillars) {
+void writeField(JsonWriter& json, const Field& field, int pillars) {
     if constexpr (isPerPillar<Field>) {
-        Json array(json_object_new_array());
+        json.beginArray();
         for (int i = 1; i <= pillars; ++i)
-            append(array, number(field[i]));
-        return array;
+            json.number(field[i]);
+        json.endArray();
     } else if constexpr (isIndexed<Field>) {
-        Json named = object();
+        json.beginObject();
         visitNamed(field, [&](std::string_view name, const auto& element) {
-            add(named, name.data(), fieldJson(element, pillars)); // names are literals
+            json.key(name);
+            writeField(json, element, pillars);
         });
-        return named;
+        json.endObject();
     } else {
-        return number(field);
+        json.number(field);
     }
 }
 
-Json inputsJson(const project::ProjectCase& current) {
-    Json inputs = object();
-    add(inputs, "Units", number(current.Units));
-    add(inputs, "Title", text(current.Title));
-    add(inputs, "Description", text(current.Description));
-    add(inputs, "FileVersion", number(current.FileVersion));
+void writeInputs(JsonWriter& json, const project::ProjectCase& current) {
+    json.beginObject();
+    json.key("Units");
+    json.number(current.Units);
+    json.key("Title");
+    json.text(current.Title);
+    json.key("Description");
+    json.text(current.Description);
+    json.key("FileVersion");
+    json.number(current.FileVersion);
     const int distances = project::distanceCount(current.Input);
-    project::visitInputFields(
-        current.Input, [&](const char* name, project::FieldKind, const auto& field) {
-            using Field = std::remove_cvref_t<decltype(field)>;
-            if constexpr (std::is_same_v<Field, float>)
-                add(inputs, name, number(field, generalNumber(field))); // 0.82, not 0.819999993
-            else
-                add(inputs, name, fieldJson(field, distances));
-        });
-    return inputs;
+    project::visitInputFields(current.Input,
+                              [&](const char* name, project::FieldKind, const auto& field) {
+                                  json.key(name);
+                                  writeField(json, field, distances);
+                              });
+    json.endObject();
 }
 
-Json resultsJson(const engine::AnalysisResults& results) {
-    Json out = object();
-    add(out, "AnalysisCase", number(static_cast<std::int16_t>(results.AnalysisCase)));
+void writeResults(JsonWriter& json, const engine::AnalysisResults& results) {
+    json.beginObject();
+    json.key("AnalysisCase");
+    json.number(results.AnalysisCase);
     engine::visitQuantities(results, [&](const char* name, engine::Kind, const auto& field) {
-        add(out, name, fieldJson(field, results.NumberPillars));
+        json.key(name);
+        using Field = std::remove_cvref_t<decltype(field)>;
+        if constexpr (std::is_same_v<Field, float>)
+            json.number(static_cast<double>(field)); // the exact value that it is
+        else
+            writeField(json, field, results.NumberPillars);
     });
-    return out;
+    json.endObject();
 }
 
-Json warningsJson(const report::Warnings& warnings) {
-    Json flags(json_object_new_array());
+void writeWarnings(JsonWriter& json, const report::Warnings& warnings) {
+    json.beginObject();
+    json.key("flags");
+    json.beginArray();
     for (std::size_t flag = 0; flag < warnings.WarningFlags.size(); ++flag)
-        if (warnings.WarningFlags[flag]) append(flags, number(static_cast<std::int16_t>(flag)));
-    Json out = object();
-    add(out, "flags", std::move(flags));
-    add(out, "summary", text(warnings.WarningSummary));
-    return out;
+        if (warnings.WarningFlags[flag]) json.number(static_cast<int>(flag));
+    json.endArray();
+    json.key("summary");
+    json.text(warnings.WarningSummary);
+    json.endObject();
 }
 
 /// The unit of every quantity that has one.
-Json unitsJson(std::int16_t units) {
-    Json inputs = object();
-    const project::ProjectInput inputShape;
-    project::visitInputFields(inputShape,
-                              [&](const char* name, project::FieldKind kind, const auto&) {
-                                  const auto unit = project::fieldUnit(kind, units);
-                                  if (!unit.empty()) add(inputs, name, text(unit));
-                              });
-    Json results = object();
-    const engine::AnalysisResults shape;
-    engine::visitQuantities(shape, [&](const char* name, engine::Kind kind, const auto&) {
-        const auto unit = engine::unitName(kind, units);
-        if (!unit.empty()) add(results, name, text(unit));
+void writeUnits(JsonWriter& json, std::int16_t units) {
+    const auto unit = [&](const char* name, std::string_view text) {
+        if (text.empty()) return;
+        json.key(name);
+        json.text(text);
+    };
+    json.beginObject();
+    json.key("inputs");
+    json.beginObject();
+    const project::ProjectInput inputs;
+    project::visitInputFields(inputs, [&](const char* name, project::FieldKind kind, const auto&) {
+        unit(name, project::fieldUnit(kind, units));
     });
-    Json out = object();
-    add(out, "inputs", std::move(inputs));
-    add(out, "results", std::move(results));
-    return out;
+    json.endObject();
+    json.key("results");
+    json.beginObject();
+    const engine::AnalysisResults results;
+    engine::visitQuantities(results, [&](const char* name, engine::Kind kind, const auto&) {
+        unit(name, engine::unitName(kind, units));
+    });
+    json.endObject();
+    json.endObject();
 }
 
 } // namespace
 
-ResultJson::ResultJson()
-    : m_units{unitsJson(project::English).release(), unitsJson(project::Metric).release()} {}
-
-ResultJson::~ResultJson() {
-    for (json_object* units : m_units)
-        json_object_put(units);
-}
-
-std::string ResultJson::of(const CaseOutcome& outcome) const {
-    Json out = object();
-    add(out, "file", text(withEscapedBytes(outcome.file)));
-    add(out, "valid", Json(json_object_new_boolean(outcome.run.has_value())));
-    add(out, "message", text(withEscapedBytes(outcome.message)));
-    Json notes(json_object_new_array());
+std::string resultJson(const CaseOutcome& outcome) {
+    std::string out;
+    out.reserve(16384);
+    JsonWriter json(out);
+    json.beginObject();
+    json.key("file");
+    json.text(withEscapedBytes(outcome.file));
+    json.key("valid");
+    json.boolean(outcome.run.has_value());
+    json.key("message");
+    json.text(withEscapedBytes(outcome.message));
+    json.key("notes");
+    json.beginArray();
     for (const std::string& note : outcome.notes)
-        append(notes, text(note));
-    add(out, "notes", std::move(notes));
-    add(out, "inputs", outcome.current ? inputsJson(*outcome.current) : nullptr);
-    add(out, "results", outcome.run ? resultsJson(outcome.run->results) : nullptr);
-    add(out, "warnings", outcome.run ? warningsJson(outcome.warnings) : nullptr);
-    add(out, "units",
-        outcome.current ? Json(json_object_get(m_units[outcome.current->Units == project::Metric]))
-                        : nullptr);
-    constexpr int style =
-        JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_NOSLASHESCAPE;
-    std::size_t length = 0;
-    const char* shown = json_object_to_json_string_length(out.get(), style, &length);
-    return {shown, length};
+        json.text(note);
+    json.endArray();
+    json.key("inputs");
+    outcome.current ? writeInputs(json, *outcome.current) : json.null();
+    json.key("results");
+    outcome.run ? writeResults(json, outcome.run->results) : json.null();
+    json.key("warnings");
+    outcome.run ? writeWarnings(json, outcome.warnings) : json.null();
+    json.key("units");
+    outcome.current ? writeUnits(json, outcome.current->Units == project::Metric ? project::Metric
+                                                                                 : project::English)
+                    : json.null();
+    json.endObject();
+    return out;
 }
 
 } // namespace telvo::cli

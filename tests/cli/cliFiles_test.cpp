@@ -223,4 +223,26 @@ TEST_F(Cli, PicturesAndWorkbooksAreSoundAndCanBeMadeAgainByteForByte) {
     unsetenv("SOURCE_DATE_EPOCH");
 }
 
+TEST_F(Cli, EveryCoreGivesTheBytesOfOne) {
+    // Cases of every kind, alone and in tables, often enough for all threads to have work.
+    string names;
+    for (int round = 0; round < 12; ++round)
+        names +=
+            "plain.TLV refused.TLV gobs.TLV two.csv damaged.TLV metric.TLV nopillar.TLV bad.csv "
+            "old.TLV missing.TLV short.csv#4 ";
+    for (const string command :
+         {"results --format json ", "results --format csv ", "results ", "report ", "check "}) {
+        const Ran one = run(command + "--jobs 1 " + names);
+        EXPECT_GT(one.out.size(), 1000U);
+        EXPECT_EQ(one.status, 3);
+        for (const string jobs : {"", "--jobs 2 ", "--jobs 7 "}) {
+            const Ran many = run(command + jobs + names);
+            EXPECT_EQ(many.out, one.out) << command << jobs;
+            EXPECT_EQ(many.err, one.err) << command << jobs;
+            EXPECT_EQ(many.status, one.status) << command << jobs;
+        }
+    }
+    EXPECT_EQ(run("check --jobs 0 plain.TLV").status, 2);
+}
+
 } // namespace
