@@ -78,6 +78,8 @@ std::vector<Point> PlanGeometry::pillar(int i, double highest) const {
 std::optional<PlanGeometry> planGeometry(const engine::WorkingInputs& panel, bool loose) {
     PlanGeometry plan;
     plan.in = panel;
+    // An angle beyond a right one is drawn while it is typed, though no analysis takes it.
+    plan.in.SinTheta = std::sin(radians(plan.in.Source.XcutAngle));
     const engine::WorkingInputs& in = plan.in;
     Scalar calc;
     const double length = engine::rules::pillarLength(calc, in.Sc, in.We, in.SinTheta);
