@@ -64,7 +64,7 @@ class JsonWriter {
     }
     void end(char bracket) {
         --m_depth;
-        if (!m_empty) newLine();
+        newLine(); // of an empty array, too
         m_empty = false;
         m_out += bracket;
     }
