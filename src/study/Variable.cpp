@@ -2,31 +2,15 @@
 #include "study/Variable.h"
 
 #include "project/automatic.h"
+#include "project/checks.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace telvo::study {
 
 using project::Field;
 using project::ProjectInput;
-
-namespace {
-
-constexpr double Unlimited = std::numeric_limits<double>::infinity();
-constexpr double FlattestCrosscut = 30; // degrees
-constexpr double RightAngle = 90;
-constexpr double LeastArchFactor = 0.28;
-
-double widestPillarless(const ProjectInput& in) {
-    double narrowest = in.XcutSpacing;
-    for (int i = 1; i <= project::distanceCount(in); ++i)
-        narrowest = std::min(narrowest, in.XcutCenters[i]);
-    return narrowest;
-}
-
-} // namespace
 
 std::string Variable::name() const {
     switch (m_also) {
@@ -53,33 +37,13 @@ bool Variable::movesBreadth(const ProjectInput& in) const {
 }
 
 Span Variable::valid(const ProjectInput& in) const {
-    switch (m_first.field) {
-    case Field::EntryWidth:
-        return {0, widestPillarless(in)};
-    case Field::XcutSpacing:
-    case Field::XcutCenters:
-        return {in.EntryWidth, Unlimited};
-    case Field::XcutAngle:
-        return {FlattestCrosscut, RightAngle};
-    case Field::ArchFactor:
-        return {LeastArchFactor, 1};
-    case Field::AbutmentAngleActiveGob:
-    case Field::AbutmentAngleFirstGob:
-    case Field::AbutmentAngleSecondGob:
-        return {0, RightAngle};
-    case Field::BarrierFirstGob:
-        return {std::max({0.0, in.SlabcutFirstGob,
-                          m_also == Also::OtherBarrier ? in.SlabcutSecondGob : 0.0}),
-                Unlimited};
-    case Field::BarrierSecondGob:
-        return {std::max(0.0, in.SlabcutSecondGob), Unlimited};
-    case Field::SlabcutFirstGob:
-        return {0, in.BarrierFirstGob};
-    case Field::SlabcutSecondGob:
-        return {0, in.BarrierSecondGob};
-    default:
-        return {0, Unlimited};
-    }
+    ProjectInput all = in; // with both side gobs and no row beside them, so that every limit counts
+    all.Anal = 3;
+    all.RowA = all.RowB = 0;
+    const project::Span span = project::validSpan(project::acceptanceRequirements(), all, m_first);
+    double low = std::max(0.0, span.low);
+    if (m_also == Also::OtherBarrier) low = std::max(low, in.SlabcutSecondGob);
+    return {low, span.high};
 }
 
 bool Variable::leavesZeroOut() const {
