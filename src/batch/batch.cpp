@@ -196,17 +196,23 @@ void Batch::settleLimits() {
     }
 }
 
-project::ProjectCase Batch::caseOf(std::span<const double> values) const {
-    project::ProjectCase one = m_base;
+project::ProjectInput Batch::recordOf(std::span<const double> values) const {
+    project::ProjectInput one = m_base.Input;
     const auto setAll = [&] {
         for (std::size_t j = 0; j < m_inputs.size(); ++j)
-            project::set(one.Input, m_inputs[j], values[j]);
+            project::set(one, m_inputs[j], values[j]);
     };
     setAll();
     if (m_columns.breadthFollows || m_columns.archFactorFollows) {
-        one.Input = project::withAutomaticValues(one.Input, one.Units);
+        one = project::withAutomaticValues(one, m_base.Units);
         setAll();
     }
+    return one;
+}
+
+project::ProjectCase Batch::caseOf(std::span<const double> values) const {
+    project::ProjectCase one = m_base;
+    one.Input = recordOf(values);
     return one;
 }
 
@@ -226,14 +232,14 @@ void Batch::computeOne(const Columns& columns, std::size_t i) const {
         values[j] = columns.in[j][i];
     leaveOut(columns, i);
 
-    const project::ProjectCase one = caseOf({values.data(), columns.inputs});
-    const auto prepared =
-        engine::PrepareAnalysis(one.Input, one.Units, m_options.previousAnalysisCase);
-    const auto* in = std::get_if<engine::WorkingInputs>(&prepared);
-    if (!in || engine::isImpossible(*in)) return;
+    const project::ProjectInput one = recordOf({values.data(), columns.inputs});
+    if (project::isRefusedBeforeAnalysis(one)) return;
+    const engine::WorkingInputs in =
+        engine::workingInputs(one, m_base.Units, m_options.previousAnalysisCase);
+    if (engine::isImpossible(in)) return;
     engine::RunResults run;
     engine::AnalysisResults results;
-    if (engine::computePasses(*in, run, results).cause != Stop::None) return;
+    if (engine::computePasses(in, run, results).cause != Stop::None) return;
     std::array<double, MostOutputs> numbers{};
     std::size_t count = 0;
     engine::visitQuantities(results, [&](const char*, engine::Kind, const auto& field) {
@@ -242,7 +248,7 @@ void Batch::computeOne(const Columns& columns, std::size_t i) const {
     for (std::size_t j = 0; j < columns.outputs; ++j)
         columns.out[j][i] = numbers[m_everySlot[m_order[j]]];
     if (columns.flags)
-        columns.flags[i] = criteria::assess(*in, one.Input, results, m_options.RoundTELVOSF).flags;
+        columns.flags[i] = criteria::assess(in, one, results, m_options.RoundTELVOSF).flags;
     columns.status[i] = 1;
 }
 

@@ -45,7 +45,7 @@ class Batch {
                                  const std::vector<std::string>& quantities,
                                  const Options& options = {});
 
-    /// Computes `cases` cases; nothing is allocated. What cannot be computed has the status
+    /// Computes `cases` cases without allocating anything. What cannot be computed has the status
     /// NotComputed and zeros: no infinity and no NaN comes out, whatever goes in.
     /// Given: in     one pointer per input, to `cases` numbers each
     ///        out    one pointer per quantity
@@ -63,6 +63,7 @@ class Batch {
   private:
     Batch() = default;
     void computeOne(const Columns& columns, std::size_t i) const;
+    project::ProjectInput recordOf(std::span<const double> values) const;
     void settleLimits();
 
     project::ProjectCase m_base;

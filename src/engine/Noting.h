@@ -13,7 +13,7 @@ namespace telvo::engine {
 
 /// Which way every decision of a run went, and what its roundings came to. Cases of the same Frame
 /// decide the same rules in the same order, so that two regimes of one frame are compared place by
-/// place; decisionsOf() tells which rule stands where.
+/// place; Decisions tells which rule stands where.
 class Regime {
   public:
     static constexpr std::size_t most = 256, mostSteps = 4;

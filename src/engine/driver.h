@@ -63,12 +63,13 @@ AnalysisResults flat(const WorkingInputs& prepared, const RunResults& run);
 /// The record with the stresses of another pass than retreat.
 AnalysisResults withStressesOf(const WorkingInputs& prepared, const RunResults& run, int pass);
 
+/// computeRun() and flat() together.
+Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared);
+
 /// The pressure arch factor that the analysis uses; it hangs on the inputs alone.
 float archFactorUsed(const WorkingInputs& prepared);
+/// The same from a record whose angles nobody needs; `frame` is frameOf() that record.
 double archFactorUsed(const project::ProjectInput& input, const Frame& frame);
-
-/// The two together.
-Result<AnalysisResults> ComputeAnalysis(const WorkingInputs& prepared);
 
 /// Remarks on a finished run that its reader should know of.
 std::vector<std::string_view> analysisNotes(const AnalysisResults& results);

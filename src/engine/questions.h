@@ -9,8 +9,11 @@
 namespace telvo::engine {
 
 /// Last pass that is shown: there is no retreat without an active gob.
+inline int lastPass(int loadingCondition, double extentActiveGob) {
+    return loadingCondition >= ActiveGob && extentActiveGob != 0 ? Retreat : Development;
+}
 inline int lastPass(const WorkingInputs& in) {
-    return in.AnalysisCase >= ActiveGob && in.GobExtent[1] != 0 ? Retreat : Development;
+    return lastPass(in.AnalysisCase, in.GobExtent[1]);
 }
 
 /// Sides (3, 4) that take part in the loading condition and have a barrier.

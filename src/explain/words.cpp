@@ -126,6 +126,9 @@ bool notOneSection(const Frame& f, const TracedStep&) {
 bool isDevelopment(const Frame&, const TracedStep& step) {
     return step.where.pass == Development && step.tree->op == Op::Literal;
 }
+bool isSomething(const Frame&, const TracedStep& step) {
+    return step.value != 0;
+}
 bool isNegative(const Frame&, const TracedStep& step) {
     return step.value < 0;
 }
@@ -174,7 +177,7 @@ constexpr Note Notes[] = {
     {"Rf", "the share of the load within B of the gob's edge"},
     {"Ru", "the share that the barrier takes, together with half an entry; the AMZ takes the rest"},
     {"Las", "what the barrier does not take"},
-    {"Lbt", "the barrier with half an entry"},
+    {"Lbt", "the barrier with half an entry", isSomething},
     {"Wl", "slab cuts widen the section", withSlabCuts},
     {"Wl", "the front abutment loads no width", developmentLoad},
     {"Laf", "negative: the slab cuts take off more than the active gob brings", isNegative},

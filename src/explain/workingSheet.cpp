@@ -200,8 +200,7 @@ Sheet guide(const project::ProjectCase& current, const AnalysisResults& results,
                   "TELVO and write the workbook again. Other inputs are gray where nothing "
                   "depends on them.",
                   CellLook::Wrapped)});
-    say("The sheet Working is protected, without a password, so that no formula is overwritten by "
-        "accident.");
+    say("That sheet is protected, without a password: no formula is overwritten by accident.");
     sheet.rows.emplace_back();
     line("What to know", "", CellLook::Plain);
     say("TELVO checks the inputs before it computes; this workbook does not. It is for following "

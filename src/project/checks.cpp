@@ -168,15 +168,6 @@ bool misses(const ProjectInput& in) {
     return any;
 }
 
-/// Whether the check before analysis refuses anything; nothing is looked up here, since a run in a
-/// million asks it.
-bool missesAny(const ProjectInput& in) {
-    return [&]<std::size_t... R>(std::index_sequence<R...>) {
-        return (misses<R>(in) || ...);
-    }
-    (std::make_index_sequence<BeforeAnalysis.size()>());
-}
-
 /// The refusals of the form's check in order, until take(refusal) is false.
 template <typename Take>
 void acceptanceCheck(const ParameterTexts& texts, Take take) {
@@ -307,8 +298,16 @@ std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, Field row) {
     return std::nullopt;
 }
 
+bool isRefusedBeforeAnalysis(const ProjectInput& input) {
+    // The rows are constants here, and nothing is looked up: a run in a million asks this.
+    return [&]<std::size_t... R>(std::index_sequence<R...>) {
+        return (misses<R>(input) || ...);
+    }
+    (std::make_index_sequence<BeforeAnalysis.size()>());
+}
+
 std::optional<Refusal> checkBeforeAnalysis(const ProjectInput& input) {
-    if (!missesAny(input)) return std::nullopt;
+    if (!isRefusedBeforeAnalysis(input)) return std::nullopt;
     std::optional<Refusal> first;
     tryInOrder(BeforeAnalysis, input, [&](const Requirement& row, FieldId id) {
         if (!isMissed(row, input, get(input, id))) return false;

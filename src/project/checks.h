@@ -103,5 +103,7 @@ std::optional<Refusal> checkLeavingRow(const ParameterTexts& texts, Field row);
 
 /// Check of the working copy before any computation.
 std::optional<Refusal> checkBeforeAnalysis(const ProjectInput& input);
+/// Whether it refuses anything, without saying what.
+bool isRefusedBeforeAnalysis(const ProjectInput& input);
 
 } // namespace telvo::project

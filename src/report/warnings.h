@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "criteria/assess.h"
 #include "report/ReportWriter.h"
 #include "run/Run.h"
 
@@ -9,8 +8,6 @@
 #include <string>
 
 namespace telvo::report {
-
-using criteria::DeepLimit, criteria::PanelWidthLimit, criteria::ShallowLimit;
 
 /// How a case compares with the limits of the case-history data base.
 struct Warnings {
@@ -27,10 +24,5 @@ struct Warnings {
 /// Notes: all depth and width limits are in feet; the metric figures in the texts are labels only,
 ///        so that 199 m (652.9 ft) already counts as deeper than "200 m".
 Warnings assessWarnings(const run::Run& run, const ReportOptions& options);
-
-/// The suggested minimum factor at a depth in feet.
-inline float suggestedSF(double depthFeet, int RoundTELVOSF) {
-    return static_cast<float>(criteria::suggestedFactor(depthFeet, RoundTELVOSF));
-}
 
 } // namespace telvo::report

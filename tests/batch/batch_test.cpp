@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // A batch gives bit for bit what one case alone gives: numbers, flags and refusals.
 #include "batch/batch.h"
+#include "engine/InputsOf.h"
 
 #include "drawnCases.h"
 
@@ -10,6 +11,7 @@
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <set>
 
 namespace telvo::batch {
 namespace {
@@ -139,6 +141,17 @@ TEST(Batch, WhatIsNotComputedIsNamedByTheRoadOfOneCase) {
     EXPECT_EQ(why(1), "Invalid depth of cover");
     EXPECT_NE(why(2).find("PillarGrossWidth of pillar 2 is -10"), std::string::npos) << why(2);
     EXPECT_EQ(batch->caseOf(std::array{700.0, 60.0}).Input.XcutCenters[2], 60);
+}
+
+TEST(Batch, EveryInputThatMayVaryHasANumberOfItsOwn) {
+    engine::InputsOf<double> in;
+    std::set<double*> numbers;
+    for (const FieldId id : project::NumericInputs) {
+        double* number = engine::numberIn(in, id);
+        EXPECT_TRUE(number) << project::nameOf(id);
+        EXPECT_TRUE(numbers.insert(number).second) << project::nameOf(id);
+    }
+    EXPECT_EQ(engine::numberIn(in, Field::Anal), nullptr);
 }
 
 TEST(Batch, AnErrorOfTheRequestIsToldBeforeAnythingRuns) {

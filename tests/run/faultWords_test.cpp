@@ -5,25 +5,15 @@
 #include "project/inputFields.h"
 #include "run/caseRun.h"
 
+#include "goodCase.h"
+
 #include <gtest/gtest.h>
 
 namespace telvo::run {
 
 namespace {
 
-project::ProjectCase goodCase() {
-    project::ProjectCase current = project::newCase(project::English);
-    auto& in = current.Input;
-    in.EntryHeight = 6;
-    in.DepthCover = 1000;
-    in.EntryWidth = 20;
-    in.XcutSpacing = 90;
-    in.NumberEntries = 4;
-    in.XcutCenters[1] = in.XcutCenters[2] = in.XcutCenters[3] = 80;
-    in.BreadthAMZ = 158;
-    in.ArchFactor = 0.60F;
-    return current;
-}
+using tests::goodCase;
 
 Fault stopOf(void (*edit)(project::ProjectInput&)) {
     project::ProjectCase current = goodCase();

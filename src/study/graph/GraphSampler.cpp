@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/graph/GraphSampler.h"
 
+#include "engine/questions.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -20,12 +22,6 @@ constexpr double Resolution = 1e-8;
 constexpr double SmallestJump = 1e-5;
 /// More switches within one interval than any rounding makes at depths that are mined.
 constexpr int MostSwitches = 64;
-
-int lastPassOf(const project::ProjectInput& in) {
-    return analysisCase(in.Anal, DevelopmentLoad) >= ActiveGob && in.ExtentActiveGob != 0
-               ? Retreat
-               : Development;
-}
 
 std::vector<Outcome> factorsOf(int side) {
     return {Outcome::factor(Development, side), Outcome::factor(Retreat, side)};
@@ -49,7 +45,8 @@ bool isJump(double before, double after) {
 }
 
 GraphSampler::GraphSampler(const project::ProjectCase& current, GraphKind kind)
-    : m_lastPass(lastPassOf(current.Input)),
+    : m_lastPass(engine::lastPass(analysisCase(current.Input.Anal, DevelopmentLoad),
+                                  current.Input.ExtentActiveGob)),
       m_runner(current, rowOf(kind).varied, factorsOf(rowOf(kind).side), m_lastPass) {}
 
 /// Brings both samples next to the first step of a rounding between them, at a small part of the
