@@ -9,4 +9,6 @@ bool isTerminal(std::FILE* stream) {
     return ::isatty(::fileno(stream)) != 0;
 }
 
+void setBinary(std::FILE*) {}
+
 } // namespace telvo

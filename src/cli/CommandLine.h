@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "cli/commands.h"
-#include "cli/explainCommand.h"
+#include "cli/Console.h"
 #include "cli/plotCommand.h"
-#include "cli/tableCommand.h"
 
 #include <functional>
 #include <memory>
@@ -17,11 +15,14 @@ class App;
 
 namespace telvo::cli {
 
-/// The commands of telvo-cli with their arguments, help texts and actions.
+std::string versionText();
+
+/// The commands of telvo-cli with their arguments, help texts and actions. None reads or writes the
+/// user's settings: the same call gives everybody the same answer.
 class CommandLine {
   public:
-    /// Given: what this program can do besides text
-    CommandLine(Workbooks workbooks, Plotter plotter);
+    /// Given: plotter  what this program can draw
+    CommandLine(Console& console, Plotter plotter);
     ~CommandLine();
     CommandLine(const CommandLine&) = delete; // the parser points into it
     CommandLine& operator=(const CommandLine&) = delete;
@@ -38,18 +39,12 @@ class CommandLine {
         std::function<int()> act;
     };
 
+    template <typename Request, typename Add, typename Run>
+    void add(CLI::App& parent, Add addCommand, Run runCommand);
+
+    Console& m_console;
     std::unique_ptr<CLI::App> m_app;
-    Workbooks m_workbooks;
     Plotter m_plotter;
-    ReportRequest m_report;
-    ResultsRequest m_results;
-    ExplainRequest m_explained;
-    PlotRequest m_plot;
-    CheckRequest m_check;
-    NewRequest m_made;
-    SaveRequest m_converted, m_saved;
-    TableRequest m_table;
-    ImportRequest m_import;
     std::vector<Action> m_actions;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/arguments.h"
 
+#include "cli/inputs.h"
+
 #include <CLI/CLI.hpp>
 
 #include <map>
@@ -30,6 +32,14 @@ void addUnits(CLI::App& command, report::ReportOptions& options) {
                     "stresses of English cases: psi (default) or psf")
         ->transform(CLI::CheckedTransformer(stressUnits))
         ->option_text("psi|psf");
+}
+
+void addSourceAndTarget(CLI::App& command, std::string& source, std::string& target, bool& force) {
+    literal(command.add_option("CASE", source, "case file, or TABLE#ROW; - reads standard input"))
+        ->required();
+    literal(command.add_option("-o,--output", target, "file to write; - is standard output"))
+        ->required();
+    command.add_flag("--force", force, "overwrite an existing file");
 }
 
 } // namespace telvo::cli

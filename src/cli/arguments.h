@@ -3,6 +3,8 @@
 
 #include "report/ReportWriter.h"
 
+#include <string>
+
 namespace CLI {
 class App;
 }
@@ -15,5 +17,8 @@ void addRounding(CLI::App& command, report::ReportOptions& options);
 
 /// --force-units and --stress-units of English cases.
 void addUnits(CLI::App& command, report::ReportOptions& options);
+
+/// CASE, --output and --force of what makes one case of another.
+void addSourceAndTarget(CLI::App& command, std::string& source, std::string& target, bool& force);
 
 } // namespace telvo::cli

@@ -3,30 +3,22 @@
 
 #include "base/escapes.h"
 #include "base/files.h"
-#include "base/terminal.h"
 #include "base/text.h"
 #include "project/CaseFile.h"
 #include "run/faultWords.h"
 #include "table/csvTable.h"
 
 #include <charconv>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <new>
 #include <utility>
 
-#ifdef _WIN32
-#include <fcntl.h>
-#include <io.h>
-#endif
-
 namespace telvo::cli {
 
 namespace {
 
-constexpr std::string_view StandardStream = "-";             // as an argument
-constexpr std::string_view StandardInput = "standard input"; // as messages name it
+constexpr std::string_view StandardStream = "-"; // as an argument
 
 /// An argument taken apart: a file and, where one is meant, a row of the table in it.
 struct Source {
@@ -152,22 +144,6 @@ std::string whyNoRun(const CaseOutcome& outcome) {
 
 } // namespace
 
-Result<std::string> readStandardInput() {
-#ifdef _WIN32
-    _setmode(_fileno(stdin), _O_BINARY);
-#endif
-    std::string bytes;
-    char block[16384];
-    while (const std::size_t got = std::fread(block, 1, sizeof block, stdin)) {
-        bytes.append(block, got);
-        if (bytes.size() > MaxFileBytes)
-            return Fault{"is larger than " + std::to_string(MaxFileBytes >> 20) + " MB",
-                         std::string(StandardInput)};
-    }
-    if (std::ferror(stdin)) return Fault{"cannot be read", std::string(StandardInput)};
-    return bytes;
-}
-
 std::string endingOf(std::string_view file) {
     std::string ending = utf8FromPath(pathFromUtf8(file).extension());
     for (char& c : ending)
@@ -189,12 +165,12 @@ bool mayBeWorkbook(std::string_view argument) {
     return isPacked({begin, sizeof begin});
 }
 
-bool readsInputTwice(const std::vector<std::string>& files) {
+bool readsInputTwice(Console& console, const std::vector<std::string>& files) {
     const auto count = std::count_if(files.begin(), files.end(), [](const std::string& file) {
         return withoutRow(file) == StandardStream;
     });
     if (count < 2) return false;
-    complain("- can be given only once");
+    console.complain("- can be given only once");
     return true;
 }
 
@@ -202,18 +178,18 @@ std::string fileOf(const std::string& argument) {
     return sourceOf(argument).file;
 }
 
-void visitCases(const std::string& argument, const Workbooks& workbooks,
+void visitCases(Console& console, const std::string& argument,
                 const std::function<void(CaseOutcome& outcome)>& visit) {
     CaseOutcome outcome;
     try {
         const Source source = sourceOf(argument);
         const bool standard = source.file == StandardStream;
         const std::string name = standard ? std::string(StandardInput) : source.file;
-        const auto bytes = standard ? readStandardInput() : readFile(source.file);
+        const auto bytes = standard ? console.readInput() : readFile(source.file);
         if (!bytes) {
             outcome = troubled(argument, faultText(bytes.fault()));
         } else if (isTable(*bytes, name)) {
-            auto table = readTable(*bytes, name, workbooks);
+            auto table = readTable(*bytes, name, console.workbooks());
             if (table) return visitTable(std::move(*table), source, visit);
             outcome = troubled(argument, faultText(table.fault()));
         } else if (source.row) {
@@ -228,12 +204,12 @@ void visitCases(const std::string& argument, const Workbooks& workbooks,
     visit(outcome);
 }
 
-CaseOutcome readCase(const std::string& argument, const Workbooks& workbooks) {
+CaseOutcome readCase(Console& console, const std::string& argument) {
     CaseOutcome only;
     std::size_t count = 0;
-    visitCases(argument, workbooks, [&](CaseOutcome& outcome) {
+    visitCases(console, argument, [&](CaseOutcome& outcome) {
         for (const std::string& remark : outcome.remarks)
-            complain(remark);
+            console.complain(remark);
         if (++count == 1) only = std::move(outcome);
     });
     if (count > 1)
@@ -260,12 +236,6 @@ void runCase(CaseOutcome& outcome) {
             faultText(run::inWords(std::get<Fault>(run), outcome.current->Units, true));
 }
 
-void complain(const std::string& message) {
-    std::string line = "telvo-cli: " + forTerminal(message) + "\n";
-    if (isTerminal(stderr)) line.insert(0, clearedLine()); // of how far a long run is
-    std::fwrite(line.data(), 1, line.size(), stderr);
-}
-
 std::vector<std::string> sayings(const CaseOutcome& outcome) {
     std::vector<std::string> said = outcome.remarks;
     for (const std::string& note : outcome.notes)
@@ -274,13 +244,27 @@ std::vector<std::string> sayings(const CaseOutcome& outcome) {
     return said;
 }
 
-void complainOf(const CaseOutcome& outcome) {
-    complain(whyNoRun(outcome));
+run::CaseResult resultOf(const CaseOutcome& outcome) {
+    run::CaseResult result;
+    result.name = outcome.file;
+    if (outcome.current) result.current = &*outcome.current;
+    if (outcome.run) result.run = &*outcome.run;
+    result.message = outcome.message;
+    result.notes = outcome.notes;
+    for (std::size_t i = 0; i < outcome.warnings.WarningFlags.size(); ++i)
+        if (outcome.warnings.WarningFlags[i])
+            result.flags = static_cast<std::uint16_t>(result.flags | 1U << i);
+    result.warnings = outcome.warnings.WarningSummary;
+    return result;
 }
 
-void tellNotes(const CaseOutcome& outcome) {
+void complainOf(Console& console, const CaseOutcome& outcome) {
+    console.complain(whyNoRun(outcome));
+}
+
+void tellNotes(Console& console, const CaseOutcome& outcome) {
     for (const std::string& note : outcome.notes)
-        complain(outcome.file + ": " + note);
+        console.complain(outcome.file + ": " + note);
 }
 
 } // namespace telvo::cli

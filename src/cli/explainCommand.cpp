@@ -13,43 +13,39 @@ namespace telvo::cli {
 
 namespace {
 
-int complainOfName(const explain::Chapters& chapters, const std::string& name) {
+int complainOfName(Console& console, const explain::Chapters& chapters, const std::string& name) {
     std::string message = "no quantity is called " + name;
     const std::vector<std::string> near = explain::nearMatches(chapters, name);
     if (near.empty()) message += "; --list tells the names";
     for (std::size_t i = 0; i < near.size(); ++i)
         message += (i == 0 ? "; near it: " : ", ") + near[i];
-    complain(message);
-    return WrongUsage;
-}
-
-int wrongUsageOfExplain(const std::string& message) {
-    complain(message);
-    return WrongUsage;
+    return console.wrongUsage(message);
 }
 
 /// What stands against writing the workbook that was asked for.
-int checkTarget(const ExplainRequest& request) {
-    if (endingOf(request.target) != ".xlsx")
-        return wrongUsageOfExplain(request.target + ": the file name has to end in .xlsx");
+int checkTarget(Console& console, const ExplainRequest& request) {
+    if (endingOf(request.target) != WorkbookEnding)
+        return console.wrongUsage(request.target + ": the file name has to end in .xlsx");
     if (!request.quantity.empty() || request.list)
-        return wrongUsageOfExplain("--output: a workbook always has all quantities");
-    if (!request.workbooks.writeSheets) return wrongUsageOfExplain(request.target + NoWorkbooks);
-    return mayWriteMade(request.target, request.force, {request.source}) ? AllGood : FileTrouble;
+        return console.wrongUsage("--output: a workbook always has all quantities");
+    if (!console.workbooks().writeSheets) return console.wrongUsage(request.target + NoWorkbooks);
+    return mayWriteMade(console, request.target, request.force, {request.source}) ? AllGood
+                                                                                  : FileTrouble;
 }
 
-int writeWorkbook(const ExplainRequest& request, const CaseOutcome& outcome) {
+int writeWorkbook(Console& console, const ExplainRequest& request, const CaseOutcome& outcome) {
     const explain::WorkingSheets working =
         explain::workingSheets(*outcome.run, request.options, "TELVO " TELVO_VERSION);
-    const auto bytes = request.workbooks.writeSheets(working.sheets, explain::WorkingSheets::Exact);
-    if (bytes) return writeOrComplain(request.target, *bytes, existingFor(request.force));
-    complain(faultText(bytes.fault()));
+    const auto bytes =
+        console.workbooks().writeSheets(working.sheets, explain::WorkingSheets::Exact);
+    if (bytes) return writeOrComplain(console, request.target, *bytes, existingFor(request.force));
+    console.complain(faultText(bytes.fault()));
     return FileTrouble;
 }
 
 } // namespace
 
-CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
+CLI::App* addExplain(CLI::App& app, ExplainRequest& request) {
     CLI::App* command =
         app.add_subcommand("explain", "show the working of a case: formulas, numbers, results");
     literal(command->add_option("CASE", request.source,
@@ -75,25 +71,25 @@ CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request) {
     return command;
 }
 
-int runExplain(const ExplainRequest& request) {
+int runExplain(Console& console, const ExplainRequest& request) {
     if (!request.target.empty())
-        if (const int status = checkTarget(request); status != AllGood) return status;
-    CaseOutcome outcome = readCase(request.source, request.workbooks);
+        if (const int status = checkTarget(console, request); status != AllGood) return status;
+    CaseOutcome outcome = readCase(console, request.source);
     runCase(outcome);
-    tellNotes(outcome);
+    tellNotes(console, outcome);
     if (!outcome.run) {
-        complainOf(outcome);
+        complainOf(console, outcome);
         return outcome.status;
     }
-    if (!request.target.empty()) return writeWorkbook(request, outcome);
+    if (!request.target.empty()) return writeWorkbook(console, request, outcome);
     explain::Chapters chapters = explain::explain(*outcome.run, request.options, request.digits);
     if (!request.quantity.empty()) {
         explain::Chapters selected = explain::leadingTo(chapters, request.quantity);
-        if (selected.empty()) return complainOfName(chapters, request.quantity);
+        if (selected.empty()) return complainOfName(console, chapters, request.quantity);
         chapters = std::move(selected);
     }
-    print(request.list ? explain::quantityList(chapters) : explain::workingText(chapters));
-    return finishOutput();
+    console.print(request.list ? explain::quantityList(chapters) : explain::workingText(chapters));
+    return console.finish();
 }
 
 } // namespace telvo::cli

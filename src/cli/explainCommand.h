@@ -22,11 +22,10 @@ struct ExplainRequest {
     bool force = false;
     int digits = explain::DefaultDigits;
     report::ReportOptions options;
-    Workbooks workbooks;
 };
 
 /// Adds the command. The request has to outlive the parsing.
-CLI::App* addExplainCommand(CLI::App& app, ExplainRequest& request);
-int runExplain(const ExplainRequest& request);
+CLI::App* addExplain(CLI::App& app, ExplainRequest& request);
+int runExplain(Console& console, const ExplainRequest& request);
 
 } // namespace telvo::cli

@@ -2,7 +2,6 @@
 #include "cli/inputs.h"
 
 #include "base/files.h"
-#include "base/terminal.h"
 #include "base/text.h"
 #include "cli/InOrder.h"
 
@@ -10,7 +9,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <deque>
 #include <filesystem>
 #include <system_error>
@@ -60,11 +58,11 @@ std::vector<std::string> casesIn(const std::string& folder) {
 /// over by whatever comes next.
 class Progress {
   public:
-    explicit Progress(std::size_t of)
-        : m_of(of), m_shows(isTerminal(stderr) && !isTerminal(stdout)) {}
+    Progress(Console& console, std::size_t of)
+        : m_console(console), m_of(of), m_shows(console.showsProgress()) {}
     Progress(const Progress&) = delete;
     ~Progress() {
-        if (m_told) std::fputs(clearedLine().c_str(), stderr);
+        if (m_told) m_console.showProgress({});
     }
 
     void step(std::size_t file) {
@@ -75,10 +73,11 @@ class Progress {
         m_told = true;
         std::string text = std::to_string(m_done) + " cases";
         if (m_of > 1) text += ", file " + std::to_string(file + 1) + " of " + std::to_string(m_of);
-        std::fputs((clearedLine() + text + "\r").c_str(), stderr);
+        m_console.showProgress(text);
     }
 
   private:
+    Console& m_console;
     std::size_t m_of;
     std::size_t m_done = 0;
     bool m_shows;
@@ -116,31 +115,32 @@ void addInputs(CLI::App& command, Inputs& inputs) {
         ->option_text("FILE");
 }
 
-std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus& status) {
+std::optional<std::vector<std::string>> namesOf(Console& console, const Inputs& inputs,
+                                                ExitStatus& status) {
     std::vector<std::string> named = inputs.given;
     if (!inputs.listFile.empty()) {
-        const auto bytes = inputs.listFile == "-" ? readStandardInput() : readFile(inputs.listFile);
+        const auto bytes = inputs.listFile == "-" ? console.readInput() : readFile(inputs.listFile);
         if (!bytes) {
-            complain(faultText(bytes.fault()));
+            console.complain(faultText(bytes.fault()));
             raise(status, FileTrouble);
             return std::nullopt;
         }
         const auto listed = listedNames(*bytes);
         named.insert(named.end(), listed.begin(), listed.end());
         if (named.empty()) {
-            complain(inputs.listFile + ": the list names no case");
+            console.complain(inputs.listFile + ": the list names no case");
             raise(status, FileTrouble);
             return std::nullopt;
         }
     }
     if (named.empty()) {
-        complain("CASE is required: a case file, a table or a folder");
+        console.complain("CASE is required: a case file, a table or a folder");
         raise(status, WrongUsage);
         return std::nullopt;
     }
     std::vector<std::string> read = named;
     if (inputs.listFile == "-") read.push_back(inputs.listFile);
-    if (readsInputTwice(read)) {
+    if (readsInputTwice(console, read)) {
         raise(status, WrongUsage);
         return std::nullopt;
     }
@@ -152,7 +152,7 @@ std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus
         }
         auto cases = casesIn(name);
         if (cases.empty()) {
-            complain(name + ": the folder has no case files (.TLV)");
+            console.complain(name + ": the folder has no case files (.TLV)");
             raise(status, FileTrouble);
         }
         std::move(cases.begin(), cases.end(), std::back_inserter(names));
@@ -160,32 +160,40 @@ std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus
     return names;
 }
 
-void visitAll(const std::vector<std::string>& names, const Workbooks& workbooks,
+Made madeOf(const CaseOutcome& outcome) {
+    Made made;
+    made.said = sayings(outcome);
+    made.status = outcome.status;
+    made.hasRun = outcome.run.has_value();
+    return made;
+}
+
+void visitAll(Console& console, const std::vector<std::string>& names,
               const std::function<void(CaseOutcome& outcome)>& visit) {
-    Progress progress(names.size());
+    Progress progress(console, names.size());
     for (std::size_t i = 0; i < names.size(); ++i)
-        visitCases(names[i], workbooks, [&](CaseOutcome& outcome) {
+        visitCases(console, names[i], [&](CaseOutcome& outcome) {
             for (const std::string& remark : outcome.remarks)
-                complain(remark);
+                console.complain(remark);
             visit(outcome);
             progress.step(i);
         });
 }
 
-void makeInOrder(const std::vector<std::string>& names, const Workbooks& workbooks, unsigned jobs,
+void makeInOrder(Console& console, const std::vector<std::string>& names, unsigned jobs,
                  const std::function<Made(CaseOutcome& outcome)>& make,
                  const std::function<void(const Made& made)>& take) {
-    Progress progress(names.size());
+    Progress progress(console, names.size());
     std::deque<std::size_t> files; // of the cases under way
     InOrder<CaseOutcome, Made> pipeline(jobs, make, [&](const Made& made) {
         for (const std::string& said : made.said)
-            complain(said);
+            console.complain(said);
         take(made);
         progress.step(files.front());
         files.pop_front();
     });
     for (std::size_t i = 0; i < names.size(); ++i)
-        visitCases(names[i], workbooks, [&](CaseOutcome& outcome) {
+        visitCases(console, names[i], [&](CaseOutcome& outcome) {
             files.push_back(i);
             pipeline.add(std::move(outcome));
         });

@@ -34,7 +34,8 @@ std::string withoutProtection(std::string message);
 
 /// All names, with the case files in place of a folder. Nothing, after a complaint, when there are
 /// none, or standard input is asked for twice. A folder without cases is told and raises `status`.
-std::optional<std::vector<std::string>> namesOf(const Inputs& inputs, ExitStatus& status);
+std::optional<std::vector<std::string>> namesOf(Console& console, const Inputs& inputs,
+                                                ExitStatus& status);
 
 /// Most cases computed at once.
 inline constexpr unsigned MostJobs = 256;
@@ -52,15 +53,18 @@ struct Made {
     bool looksLikeFormula = false; ///< a text of the row may be taken for one by a spreadsheet
 };
 
+/// What a case has to say, before something is made of it.
+Made madeOf(const CaseOutcome& outcome);
+
 /// Makes something of the cases of all names on every core, and takes it on this thread in the order
 /// of the cases: what is written and said is the same, byte for byte, as with one job.
 /// Given: make  called by several threads at once
-void makeInOrder(const std::vector<std::string>& names, const Workbooks& workbooks, unsigned jobs,
+void makeInOrder(Console& console, const std::vector<std::string>& names, unsigned jobs,
                  const std::function<Made(CaseOutcome& outcome)>& make,
                  const std::function<void(const Made& made)>& take);
 
 /// visitCases() for all names. Someone who waits at a terminal sees how far it is.
-void visitAll(const std::vector<std::string>& names, const Workbooks& workbooks,
+void visitAll(Console& console, const std::vector<std::string>& names,
               const std::function<void(CaseOutcome& outcome)>& visit);
 
 } // namespace telvo::cli

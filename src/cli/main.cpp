@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/files.h"
 #include "base/temporaryFiles.h"
 #include "cli/CommandLine.h"
-#include "cli/plotCommand.h"
+#include "cli/programStart.h"
 #ifdef TELVO_DRAWS
 #include "cli/ui/drawCase.h"
 #endif
@@ -14,19 +13,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <filesystem>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
-#ifdef __linux__
-#include <unistd.h>
-#endif
-#ifdef _WIN32
-#include <windows.h>
-
-#include <shellapi.h>
-#endif
 
 namespace {
 
@@ -55,7 +44,7 @@ Workbooks workbooksOfThisBuild() {
 /// libraries for it cost more time than most commands take. They lie in a folder of their own,
 /// which is no folder of commands, or beside this program as they are built.
 void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
-#if !defined(TELVO_DRAWS) && !defined(TELVO_WORKBOOKS) && defined(__linux__)
+#if !defined(TELVO_DRAWS) && !defined(TELVO_WORKBOOKS)
     // What draws also tells in its help what can be drawn.
     const std::string_view command = argc > 1 ? argv[1] : "";
     const bool draws = command == "plot" || command == "--help" || command == "-h";
@@ -65,34 +54,14 @@ void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
             return mayBeWorkbook(argument) || argument.starts_with("--files-from");
         });
     if (!draws && !workbooks) return;
-    std::error_code error;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error) return;
-    const char* other = draws ? "telvo-cli-draw" : "telvo-cli-table";
-    for (const auto& folder : {program.parent_path() / TELVO_HELPERS, program.parent_path()})
-        execv((folder / other).c_str(), argv); // returns when there is none
-#endif
-}
-
-/// The arguments in UTF-8. Windows hands them to main() in its code page, which has no room for
-/// every file name.
-std::vector<std::string> argumentsInUtf8([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
-#ifdef _WIN32
-    std::vector<std::string> arguments;
-    int count = 0;
-    wchar_t** const wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
-    for (int i = 0; wide && i < count; ++i)
-        arguments.push_back(telvo::utf8FromPath(wide[i]));
-    ::LocalFree(wide);
-    return arguments;
-#else
-    return {argv, argv + argc};
+    becomeProgram({TELVO_HELPERS, "."}, draws ? "telvo-cli-draw" : "telvo-cli-table", argv);
 #endif
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    Console console(stdin, stdout, stderr, workbooksOfThisBuild());
     try {
         callOtherProgram(argc, argv);
         telvo::removeTemporaryFilesOnSignals();
@@ -100,10 +69,10 @@ int main(int argc, char** argv) {
         std::vector<char*> pointers;
         for (std::string& argument : arguments)
             pointers.push_back(argument.data());
-        return CommandLine(workbooksOfThisBuild(), plotterOfThisBuild())
+        return CommandLine(console, plotterOfThisBuild())
             .run(static_cast<int>(pointers.size()), pointers.data());
     } catch (const std::exception& error) {
-        complain(error.what());
+        console.complain(error.what());
         return FileTrouble;
     }
 }

@@ -54,13 +54,14 @@ bool isInput(const std::string& target, const std::vector<std::string>& inputs) 
 }
 
 /// Complains of a file that nothing made from cases takes the place of.
-bool isProtected(const std::string& target, const std::vector<std::string>& inputs) {
+bool isProtected(Console& console, const std::string& target,
+                 const std::vector<std::string>& inputs) {
     if (project::hasCaseTag(startOf(target))) {
-        complain(target + ": is a case file, which is not written over");
+        console.complain(target + ": is a case file, which is not written over");
         return true;
     }
     if (!isInput(target, inputs)) return false;
-    complain(target + ": is read by the same call and not written over");
+    console.complain(target + ": is read by the same call and not written over");
     return true;
 }
 
@@ -78,42 +79,66 @@ Existing existingFor(bool force) {
     return force ? Existing::Replace : Existing::Refuse;
 }
 
-bool mayWrite(const std::string& target, bool force) {
+bool mayWrite(Console& console, const std::string& target, bool force) {
     if (force || namedBy(target) != Named::File) return true;
-    complain(target + ": the file exists; --force overwrites it");
+    console.complain(target + ": the file exists; --force overwrites it");
     return false;
 }
 
-bool mayWriteMade(const std::string& target, bool force, const std::vector<std::string>& inputs) {
+bool mayWriteMade(Console& console, const std::string& target, bool force,
+                  const std::vector<std::string>& inputs) {
     if (namedBy(target) != Named::File) return true;
-    return !isProtected(target, inputs) && mayWrite(target, force);
+    return !isProtected(console, target, inputs) && mayWrite(console, target, force);
 }
 
-bool mayWriteReport(const std::string& target, bool force, const std::vector<std::string>& inputs) {
+bool mayWriteReport(Console& console, const std::string& target, bool force,
+                    const std::vector<std::string>& inputs) {
     if (namedBy(target) != Named::File) return true;
-    if (isProtected(target, inputs)) return false;
+    if (isProtected(console, target, inputs)) return false;
     std::error_code error;
     const bool empty = fs::is_empty(pathFromUtf8(target), error) && !error;
     if (force || empty || report::beginsLikeReport(startOf(target))) return true;
-    complain(target + ": is no report; --force overwrites it all the same");
+    console.complain(target + ": is no report; --force overwrites it all the same");
     return false;
 }
 
-void tellRemarks(const std::string& path, const std::vector<std::string>& remarks) {
+void tellRemarks(Console& console, const std::string& path,
+                 const std::vector<std::string>& remarks) {
     for (const std::string& remark : remarks)
-        complain(path + ": " + remark);
+        console.complain(path + ": " + remark);
 }
 
-ExitStatus writeOrComplain(const std::string& path, std::string_view bytes, Existing existing) {
+ExitStatus writeOrComplain(Console& console, const std::string& path, std::string_view bytes,
+                           Existing existing) {
     std::vector<std::string> remarks;
     const Status written = writeFile(path, bytes, existing, &remarks);
-    tellRemarks(path, remarks);
+    tellRemarks(console, path, remarks);
     if (written) return AllGood;
-    complain(faultText(written.fault()));
+    console.complain(faultText(written.fault()));
     return FileTrouble;
 }
 
-TextOutput::TextOutput(const std::string& target, Existing existing) {
+int saveAs(Console& console, project::ProjectCase current, const std::string& target, bool force) {
+    if (isStandardOutput(target)) {
+        const auto text = project::writeCaseText(current);
+        if (!text) {
+            console.complain(faultText(text.fault()));
+            return FileTrouble;
+        }
+        console.print(*text);
+        return console.finish();
+    }
+    if (!mayWrite(console, target, force)) return FileTrouble;
+    std::vector<std::string> remarks;
+    const Status saved = project::saveCaseFile(current, target, existingFor(force), &remarks);
+    tellRemarks(console, target, remarks);
+    if (saved) return AllGood;
+    console.complain(faultText(saved.fault()));
+    return FileTrouble;
+}
+
+TextOutput::TextOutput(Console& console, const std::string& target, Existing existing)
+    : m_console(console) {
     if (target.empty() || isStandardOutput(target)) return;
     m_target = target;
     removeLeftTemporaryFiles(pathFromUtf8(target).parent_path());
@@ -125,31 +150,20 @@ TextOutput::TextOutput(const std::string& target, Existing existing) {
 }
 
 void TextOutput::print(std::string_view text) {
-    if (!isFile()) return cli::print(text);
+    if (!isFile()) return m_console.print(text);
     if (m_fault) return;
     if (const Status written = m_file->write(text); !written) m_fault = written.fault();
 }
 
 ExitStatus TextOutput::finish() {
-    if (!isFile()) return finishOutput();
+    if (!isFile()) return m_console.finish();
     if (!m_fault)
         if (const Status done = m_file->commit(); !done) m_fault = done.fault();
     if (!m_fault) {
-        tellRemarks(m_target, m_file->remarks());
+        tellRemarks(m_console, m_target, m_file->remarks());
         return AllGood;
     }
-    complain(faultText(*m_fault));
-    return FileTrouble;
-}
-
-void print(std::string_view text) {
-    // A failure stays in the stream's error state until finishOutput() tells it.
-    std::fwrite(text.data(), 1, text.size(), stdout);
-}
-
-ExitStatus finishOutput() {
-    if (std::fflush(stdout) == 0 && !std::ferror(stdout)) return AllGood;
-    complain("the output could not be written");
+    m_console.complain(faultText(*m_fault));
     return FileTrouble;
 }
 

@@ -41,7 +41,7 @@ bool any(const Plotter& plotter, bool PlotKind::*has) {
 
 } // namespace
 
-CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& request) {
+CLI::App* addPlot(CLI::App& app, const Plotter& plotter, PlotRequest& request) {
     if (plotter.kinds.empty()) {
         CLI::App* command = app.add_subcommand("plot", "draw a case (not in this build)");
         command->allow_extras();
@@ -93,9 +93,9 @@ CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& req
     return command;
 }
 
-int runPlot(const PlotRequest& request, const Plotter& plotter) {
+int runPlot(Console& console, const PlotRequest& request, const Plotter& plotter) {
     if (plotter.kinds.empty()) {
-        complain("this build has no drawing; it was made without the desktop libraries");
+        console.complain("this build has no drawing; it was made without the desktop libraries");
         return WrongUsage;
     }
     std::size_t index = 0;
@@ -104,34 +104,35 @@ int runPlot(const PlotRequest& request, const Plotter& plotter) {
     const PlotKind& kind = plotter.kinds[index];
     if (const std::string ending = endingOf(request.target); ending == NumbersEnding) {
         if (!kind.hasNumbers) {
-            complain(request.target + ": a picture of kind " + request.kind + " has no numbers");
-            return WrongUsage;
+            return console.wrongUsage(request.target + ": a picture of kind " + request.kind +
+                                      " has no numbers");
         }
     } else if (std::find(std::begin(PictureEndings), std::end(PictureEndings), ending) ==
                std::end(PictureEndings)) {
-        complain(request.target + ": the file name has to end in .svg, .png or .pdf");
-        return WrongUsage;
+        return console.wrongUsage(request.target +
+                                  ": the file name has to end in .svg, .png or .pdf");
     }
     PlotOptions options = request.options;
     if (!request.range.empty()) {
         if (!kind.takesRange) {
-            complain("--range: a picture of kind " + request.kind + " has no such axis");
-            return WrongUsage;
+            return console.wrongUsage("--range: a picture of kind " + request.kind +
+                                      " has no such axis");
         }
         options.range = {request.range[0], request.range[1]};
     }
-    const CaseOutcome outcome = readCase(request.source, request.workbooks);
+    const CaseOutcome outcome = readCase(console, request.source);
     if (!outcome.current) {
-        complainOf(outcome);
+        complainOf(console, outcome);
         return outcome.status;
     }
-    if (!mayWriteMade(request.target, request.force, {request.source})) return FileTrouble;
+    if (!mayWriteMade(console, request.target, request.force, {request.source})) return FileTrouble;
     options.existing = existingFor(request.force);
-    const PlotOutcome drawn = plotter.draw(*outcome.current, index, options, request.target);
+    const PlotOutcome drawn =
+        plotter.draw(console, *outcome.current, index, options, request.target);
     if (drawn.status == Refused)
-        complain(outcome.file + ": " + drawn.message);
+        console.complain(outcome.file + ": " + drawn.message);
     else if (!drawn.message.empty())
-        complain(drawn.message);
+        console.complain(drawn.message);
     return drawn.status;
 }
 

@@ -47,7 +47,7 @@ struct Plotter {
     std::vector<PlotKind> kinds; ///< none: this build does not draw
     int lowestDpi = 0, highestDpi = 0, defaultDpi = 0;
     /// Given: kind  index in `kinds`
-    PlotOutcome (*draw)(const project::ProjectCase& current, std::size_t kind,
+    PlotOutcome (*draw)(Console& console, const project::ProjectCase& current, std::size_t kind,
                         const PlotOptions& options, const std::string& target) = nullptr;
 };
 
@@ -57,12 +57,11 @@ struct PlotRequest {
     std::string target;
     bool force = false;
     PlotOptions options;
-    Workbooks workbooks;
     std::vector<double> range; ///< as given: nothing, or minimum and maximum
 };
 
 /// Adds the command with the kinds that the plotter has. Both have to outlive the parsing.
-CLI::App* addPlotCommand(CLI::App& app, const Plotter& plotter, PlotRequest& request);
-int runPlot(const PlotRequest& request, const Plotter& plotter);
+CLI::App* addPlot(CLI::App& app, const Plotter& plotter, PlotRequest& request);
+int runPlot(Console& console, const PlotRequest& request, const Plotter& plotter);
 
 } // namespace telvo::cli

@@ -23,8 +23,8 @@ namespace {
 /// takes no time beside writing them.
 class Import {
   public:
-    explicit Import(const ImportRequest& request)
-        : m_folder(pathFromUtf8(request.folder)), m_dryRun(request.dryRun) {
+    Import(Console& console, const TableImportRequest& request)
+        : m_console(console), m_folder(pathFromUtf8(request.folder)), m_dryRun(request.dryRun) {
         if (m_dryRun) return;
         std::error_code error;
         std::filesystem::create_directories(m_folder, error); // a fault shows with the first file
@@ -58,7 +58,7 @@ class Import {
         });
         const std::string path = utf8FromPath(m_folder / pathFromUtf8(name));
         if (isThere) {
-            print(forTerminal(outcome.file + " = " + path) + ", already there\n");
+            m_console.print(forTerminal(outcome.file + " = " + path) + ", already there\n");
             ++m_there;
         } else if (m_dryRun) {
             made(outcome.file, path);
@@ -71,16 +71,16 @@ class Import {
         commit();
         tellRepeats();
         if (m_untried > 0)
-            complain("the import stops here: " + std::to_string(MostFailures) +
-                     " files in a row could not be written");
+            m_console.complain("the import stops here: " + std::to_string(MostFailures) +
+                               " files in a row could not be written");
         std::string summary = std::to_string(m_made) + (m_made == 1 ? " case " : " cases ") +
                               (m_dryRun ? "would be made" : "made") + ", " +
                               std::to_string(m_there) + " already there, " +
                               std::to_string(m_refused) + " refused";
         if (m_unwritten > 0) summary += ", " + std::to_string(m_unwritten) + " not written";
         if (m_untried > 0) summary += ", " + std::to_string(m_untried) + " not tried";
-        print(summary + "\n");
-        raise(m_status, finishOutput());
+        m_console.print(summary + "\n");
+        raise(m_status, m_console.finish());
         return m_status;
     }
 
@@ -130,16 +130,16 @@ class Import {
                 fail(each.source, done.fault());
         }
         m_waiting.clear();
-        std::fflush(stdout); // what is told of a run that is cut off later
+        m_console.flush(); // what is told of a run that is cut off later
     }
 
     void made(const std::string& source, const std::string& path) {
-        print(forTerminal(source + " -> " + path) + "\n");
+        m_console.print(forTerminal(source + " -> " + path) + "\n");
         ++m_made;
     }
 
     void refuse(const CaseOutcome& outcome) {
-        complainOf(outcome);
+        complainOf(m_console, outcome);
         raise(m_status, outcome.status);
         ++m_refused;
     }
@@ -155,14 +155,16 @@ class Import {
         }
         tellRepeats();
         m_failure = fault.message;
-        complain(source + ": " + faultText(fault));
+        m_console.complain(source + ": " + faultText(fault));
     }
 
     void tellRepeats() {
-        if (m_repeats > 0) complain("and " + std::to_string(m_repeats) + " more: " + m_failure);
+        if (m_repeats > 0)
+            m_console.complain("and " + std::to_string(m_repeats) + " more: " + m_failure);
         m_repeats = 0;
     }
 
+    Console& m_console;
     const std::filesystem::path m_folder;
     const bool m_dryRun;
     table::CaseFileNames m_names;
@@ -175,7 +177,7 @@ class Import {
 
 } // namespace
 
-CLI::App* addTableImport(CLI::App& tables, ImportRequest& request) {
+CLI::App* addTableImport(CLI::App& tables, TableImportRequest& request) {
     CLI::App* command = tables.add_subcommand("import", "write a case file for every row");
     literal(command->add_option("TABLE", request.table, "table, or TABLE#ROW for one row"))
         ->required();
@@ -190,10 +192,9 @@ CLI::App* addTableImport(CLI::App& tables, ImportRequest& request) {
     return command;
 }
 
-int runTableImport(const ImportRequest& request) {
-    Import import(request);
-    visitAll({request.table}, request.workbooks,
-             [&](CaseOutcome& outcome) { import.add(outcome); });
+int runTableImport(Console& console, const TableImportRequest& request) {
+    Import import(console, request);
+    visitAll(console, {request.table}, [&](CaseOutcome& outcome) { import.add(outcome); });
     return import.finish();
 }
 

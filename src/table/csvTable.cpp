@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "table/csvTable.h"
 
+#include "base/csv.h"
 #include "base/text.h"
 #include "table/columns.h"
 #include "table/TableBuilder.h"
@@ -127,21 +128,6 @@ std::optional<char> namedSeparator(std::string_view& text) {
     return separator;
 }
 
-void appendCell(std::string& out, std::string_view text, char separator) {
-    const char special[] = {separator, '"', '\r', '\n'};
-    if (text.find_first_of(std::string_view(special, 4)) == std::string_view::npos &&
-        trimmed(text).size() == text.size()) {
-        out += text;
-        return;
-    }
-    out += '"';
-    for (const char c : text) {
-        if (c == '"') out += '"';
-        out += c;
-    }
-    out += '"';
-}
-
 } // namespace
 
 bool looksLikeCsv(std::string_view bytes) {
@@ -237,7 +223,7 @@ Result<CsvText> writeCsv(std::span<const project::ProjectCase> cases, char separ
             out.bytes += LineBreak;
     };
     for (std::size_t i = 0; i < columns().size(); ++i) {
-        appendCell(out.bytes, columns()[i].name, separator);
+        appendCsvCell(out.bytes, columns()[i].name, separator);
         endCell(i);
     }
     std::size_t notes = 0;
@@ -249,7 +235,7 @@ Result<CsvText> writeCsv(std::span<const project::ProjectCase> cases, char separ
             return Fault{cells.fault().message, current.FileName + ", " + cells.fault().where};
         for (std::size_t i = 0; i < cells->size(); ++i) {
             const CellValue& cell = (*cells)[i];
-            if (!cell.blank) appendCell(out.bytes, cell.text, separator);
+            if (!cell.blank) appendCsvCell(out.bytes, cell.text, separator);
             if (cell.isNumber && separator != ',' && maybeThousands(cell.text, '.'))
                 out.bytes += '0';
             endCell(i);

@@ -18,6 +18,7 @@
 #include "study/graph/sfGraph.h"
 #include "study/ui/GraphChart.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <QApplication>
 #include <QFileInfo>
@@ -125,12 +126,12 @@ std::string pictureName(const project::ProjectCase& current, std::string_view ki
 /// would abort the program ends it with a message.
 void onQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type != QtFatalMsg) return;
-    complain(telvo::ui::fromQt(text));
+    Console(stdin, stdout, stderr).complain(telvo::ui::fromQt(text));
     std::_Exit(FileTrouble);
 }
 
-PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const PlotOptions& options,
-                 const std::string& target) {
+PlotOutcome draw(Console& console, const project::ProjectCase& current, std::size_t kind,
+                 const PlotOptions& options, const std::string& target) {
     // Whatever the user's session asks for: there may be no session when a script draws.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(onQtMessage);
@@ -149,7 +150,7 @@ PlotOutcome draw(const project::ProjectCase& current, std::size_t kind, const Pl
     picture.name = pictureName(current, Kinds[kind].kind.name);
     const auto bytes = chart::ui::pictureFile(picture, target, options.dpi);
     if (!bytes) return {FileTrouble, faultText(bytes.fault())};
-    return {writeOrComplain(target, *bytes, options.existing), {}};
+    return {writeOrComplain(console, target, *bytes, options.existing), {}};
 }
 
 } // namespace

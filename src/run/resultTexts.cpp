@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/resultFormats.h"
+#include "run/resultTexts.h"
 
+#include "base/csv.h"
 #include "base/escapes.h"
 #include "base/numbers.h"
 #include "base/text.h"
-#include "cli/resultNames.h"
 #include "engine/quantities.h"
+#include "engine/quantityNames.h"
 #include "project/inputFields.h"
 
-namespace telvo::cli {
+namespace telvo::run {
 
 namespace {
 
@@ -22,26 +23,16 @@ std::string oneLine(std::string_view text) {
     return out;
 }
 
-std::string quoted(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
-    std::string out = "\"";
-    for (const char c : text) {
-        if (c == '"') out += '"';
-        out += c;
-    }
-    return out + "\"";
-}
-
 std::string unitPair(std::string_view english, std::string_view metric) {
     if (english.empty()) return {};
     if (english == metric) return " (" + std::string(english) + ")";
     return " (" + std::string(english) + "|" + std::string(metric) + ")";
 }
 
-std::string flagList(const report::Warnings& warnings) {
+std::string flagList(const CaseResult& result) {
     std::string out;
-    for (std::size_t flag = 0; flag < warnings.WarningFlags.size(); ++flag) {
-        if (!warnings.WarningFlags[flag]) continue;
+    for (int flag = 0; flag < CaseResult::flagCount; ++flag) {
+        if (!result.flag(flag)) continue;
         if (!out.empty()) out += ' ';
         out += std::to_string(flag);
     }
@@ -51,12 +42,12 @@ std::string flagList(const report::Warnings& warnings) {
 /// Cells of a row for one field; per-pillar fields always take their nine columns.
 template <typename Field>
 void appendCells(std::string& row, const Field& field, int pillars) {
-    if constexpr (isPerPillar<Field>) {
+    if constexpr (engine::isPerPillar<Field>) {
         for (int i = 1; i <= engine::MaxPillars; ++i) {
             row += ',';
             if (i <= pillars) appendGeneralNumber(row, field[i]);
         }
-    } else if constexpr (isIndexed<Field>) {
+    } else if constexpr (engine::isIndexed<Field>) {
         for (const auto& element : field)
             appendCells(row, element, pillars);
     } else {
@@ -72,15 +63,15 @@ void visitColumns(Visit&& visit) {
     const engine::AnalysisResults results;
     project::visitInputFields(
         inputs, [&](const char* name, project::FieldKind kind, const auto& field) {
-            flatten("inputs." + std::string(name), field, engine::MaxPillars,
-                    [&](const std::string& path, auto) {
-                        visit(path, project::fieldUnit(kind, project::English),
-                              project::fieldUnit(kind, project::Metric));
-                    });
+            engine::flatten("inputs." + std::string(name), field, engine::MaxPillars,
+                            [&](const std::string& path, auto) {
+                                visit(path, project::fieldUnit(kind, project::English),
+                                      project::fieldUnit(kind, project::Metric));
+                            });
         });
     visit("AnalysisCase", "", "");
     engine::visitQuantities(results, [&](const char* name, engine::Kind kind, const auto& field) {
-        flatten(name, field, engine::MaxPillars, [&](const std::string& path, auto) {
+        engine::flatten(name, field, engine::MaxPillars, [&](const std::string& path, auto) {
             visit(path, engine::unitName(kind, project::English),
                   engine::unitName(kind, project::Metric));
         });
@@ -95,8 +86,8 @@ std::size_t columnCount() {
 
 } // namespace
 
-std::string resultText(const CaseOutcome& outcome) {
-    std::string out = forTerminal(outcome.file) + "\n";
+std::string resultText(const CaseResult& result) {
+    std::string out = forTerminal(result.name) + "\n";
     const auto line = [&](const std::string& name, const std::string& value,
                           std::string_view unit) {
         out += "  " + name;
@@ -105,30 +96,32 @@ std::string resultText(const CaseOutcome& outcome) {
         if (!unit.empty()) out.append(" ").append(unit);
         out += '\n';
     };
-    if (!outcome.message.empty()) line("message", forTerminal(outcome.message), "");
-    if (!outcome.run) return out;
+    if (!result.message.empty()) line("message", forTerminal(result.message), "");
+    if (!result.run) return out;
 
-    const project::ProjectCase& current = *outcome.current;
+    const project::ProjectCase& current = *result.current;
     line("Title", withoutControls(current.Title), "");
     line("Units", generalNumber(current.Units), "");
-    project::visitInputFields(
-        current.Input, [&](const char* name, project::FieldKind kind, const auto& field) {
-            flatten("inputs." + std::string(name), field, project::distanceCount(current.Input),
-                    [&](const std::string& path, auto value) {
-                        line(path, generalNumber(value), project::fieldUnit(kind, current.Units));
-                    });
-        });
-    const engine::AnalysisResults& results = outcome.run->results;
+    project::visitInputFields(current.Input, [&](const char* name, project::FieldKind kind,
+                                                 const auto& field) {
+        engine::flatten("inputs." + std::string(name), field, project::distanceCount(current.Input),
+                        [&](const std::string& path, auto value) {
+                            line(path, generalNumber(value),
+                                 project::fieldUnit(kind, current.Units));
+                        });
+    });
+    const engine::AnalysisResults& results = result.run->results;
     line("AnalysisCase", generalNumber(results.AnalysisCase), "");
     engine::visitQuantities(results, [&](const char* name, engine::Kind kind, const auto& field) {
-        flatten(name, field, results.NumberPillars, [&](const std::string& path, auto value) {
-            line(path, generalNumber(static_cast<double>(value)),
-                 engine::unitName(kind, current.Units));
-        });
+        engine::flatten(name, field, results.NumberPillars,
+                        [&](const std::string& path, auto value) {
+                            line(path, generalNumber(static_cast<double>(value)),
+                                 engine::unitName(kind, current.Units));
+                        });
     });
-    const std::string flags = flagList(outcome.warnings);
+    const std::string flags = flagList(result);
     line("warnings.flags", flags.empty() ? "none" : flags, "");
-    for (const auto text : splitLines(outcome.warnings.WarningSummary))
+    for (const auto text : splitLines(result.warnings))
         if (!text.empty()) line("warnings.summary", std::string(text), "");
     return out;
 }
@@ -141,20 +134,21 @@ std::string csvHeader() {
     return out + ",warnings.flags,warnings.summary\r\n";
 }
 
-std::string csvRow(const CaseOutcome& outcome) {
-    std::string row = quoted(withEscapedBytes(outcome.file));
-    row += outcome.run ? ",true," : ",false,";
-    row += quoted(withEscapedBytes(outcome.message));
-    if (!outcome.run) {
+std::string csvRow(const CaseResult& result) {
+    std::string row;
+    appendCsvCell(row, withEscapedBytes(result.name));
+    row += result.run ? ",true," : ",false,";
+    appendCsvCell(row, withEscapedBytes(result.message));
+    if (!result.run) {
         row += ",,";
         row.append(columnCount() + 2, ',');
         return row + "\r\n";
     }
     row.reserve(6000);
-    const project::ProjectCase& current = *outcome.current;
-    const engine::AnalysisResults& results = outcome.run->results;
+    const project::ProjectCase& current = *result.current;
+    const engine::AnalysisResults& results = result.run->results;
     row += ',';
-    row += quoted(withoutControls(current.Title));
+    appendCsvCell(row, withoutControls(current.Title));
     row += ',' + generalNumber(current.Units);
     project::visitInputFields(
         current.Input, [&](const char*, project::FieldKind, const auto& field) {
@@ -168,18 +162,18 @@ std::string csvRow(const CaseOutcome& outcome) {
     engine::visitQuantities(results, [&](const char*, engine::Kind, const auto& field) {
         appendCells(row, field, results.NumberPillars);
     });
-    row += ',' + flagList(outcome.warnings) + ',';
-    row += quoted(oneLine(outcome.warnings.WarningSummary));
+    row += ',' + flagList(result) + ',';
+    appendCsvCell(row, oneLine(result.warnings));
     return row + "\r\n";
 }
 
-bool looksLikeFormula(const CaseOutcome& outcome) {
+bool looksLikeFormula(const CaseResult& result) {
     const auto begins = [](std::string_view text) {
         return !text.empty() &&
                std::string_view("=+-@\t\r").find(text.front()) != std::string_view::npos;
     };
-    return begins(outcome.file) || begins(outcome.message) ||
-           (outcome.run && begins(outcome.current->Title));
+    return begins(result.name) || begins(result.message) ||
+           (result.run && begins(result.current->Title));
 }
 
-} // namespace telvo::cli
+} // namespace telvo::run
