@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "testCases.h"
 
+#include <limits>
+
 namespace telvo::engine {
 namespace {
 
@@ -60,6 +62,11 @@ TEST(Fault, NamesTheQuantityAndTheInputAndLeavesNoResult) {
          "NumberEntries"},
         {"length 0 but for rounding", 0,
          [](In in) { in.XcutAngle = 30, in.XcutSpacing = 40, in.RowC = 0; }, "", ""},
+        {"the widest panel that there is", 0,
+         [](In in) {
+             in.NumberEntries = 2, in.XcutCenters[1] = std::numeric_limits<double>::max();
+         },
+         "AMZArea", "XcutCenters(1)"},
         {"W", 0, [](In in) { in.XcutCenters[1] = 1e39, in.Arch = 1; }, "ArchFactor", "XcutCenters"},
     };
     for (const auto& row : rows) {

@@ -3,6 +3,7 @@
 //   S1 = 300 x 144 = 43200; pillar strength 43200 x (0.64 + 0.54 x 80/8 - 0.18 x 6400/800) =
 //   43200 x 4.6 = 198720, capacity 198720 x 8000 = 1589760000; B / Sc = 93/120 = 0.775;
 //   four pillars 4 x 1589760000 x 0.775 = 4928256000; Gamma H = 60000; AMZ area 93 x 400 = 37200
+#include "engine/questions.h"
 #include "engine/rules/pass.h"
 #include "testCases.h"
 
@@ -230,6 +231,31 @@ TEST(Prepare, LoadingConditionOfEveryAnal) {
         EXPECT_EQ(std::get<WorkingInputs>(outcome).AnalysisCase, expected) << "Anal " << anal;
     }
     EXPECT_EQ(prepared(panel400(-1)).AnalysisCase, 1); // before any other run
+}
+
+TEST(Prepare, TellsWhatIsShownOfARun) {
+    ProjectInput input = panel400(3);
+    EXPECT_EQ(lastPass(prepared(input)), Retreat);
+    EXPECT_EQ(barrierSides(prepared(input)), (std::vector{FirstSide, SecondSide}));
+    input.BarrierFirstGob = input.SlabcutFirstGob = 0;
+    EXPECT_EQ(barrierSides(prepared(input)), std::vector{SecondSide});
+    input.ExtentActiveGob = 0; // nothing is mined in retreat
+    EXPECT_EQ(lastPass(prepared(input)), Development);
+    EXPECT_EQ(lastPass(prepared(panel400(1))), Retreat);
+    EXPECT_EQ(lastPass(prepared(panel400(0))), Development);
+    EXPECT_EQ(barrierSides(prepared(panel400(2))), std::vector{FirstSide});
+    EXPECT_TRUE(barrierSides(prepared(panel400(1))).empty());
+}
+
+TEST(Noting, LimitHoldsOnlyWhatLiesBeyondIt) {
+    Noting calc;
+    EXPECT_EQ(calc.atMost(Rule::RFactorFull, 1, 1), 1);
+    EXPECT_EQ(calc.atMost(Rule::RFactorFull, 1.25, 1), 1);
+    EXPECT_EQ(calc.atLeast(Rule::ArchLowest, 0.28, 0.28), 0.28);
+    EXPECT_EQ(calc.atLeast(Rule::ArchLowest, 0.25, 0.28), 0.28);
+    ASSERT_EQ(calc.regime.count(), 4U);
+    for (std::size_t place = 0; place < 4; ++place)
+        EXPECT_EQ(calc.regime.went(place), place % 2 == 1) << place;
 }
 
 TEST(PressureArchFactor, BoundariesInTheUnitsOfTheCase) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/quantityNames.h"
 #include "project/CaseFile.h"
 #include "testCases.h"
 
@@ -14,35 +15,17 @@ namespace {
 
 const std::string Folder = TELVO_CASES_DIR "/verification/";
 
-/// Every number under its path, such as "AMZLoad/retreat/front" or "PillarArea/2".
+/// Every number under its path, such as "AMZLoad.retreat.front" or "PillarArea.2".
 using Numbers = std::map<std::string, double>;
 
-void flatten(const std::string& path, double value, Numbers& into) {
-    into[path] = value;
-}
-
-template <typename T, int First, int Last>
-void flatten(const std::string& path, const IndexedArray<T, First, Last>& array, Numbers& into) {
-    static constexpr const char* passes[] = {"", "development", "retreat"};
-    static constexpr const char* sides[] = {"", "", "", "first", "second"};
-    static constexpr const char* components[] = {"", "tributary", "front", "firstSide",
-                                                 "secondSide"};
-    for (int i = First; i <= Last; ++i)
-        flatten(path + "/" +
-                    (Last == 2            ? passes[i]
-                     : First == FirstSide ? sides[i]
-                     : Last == 4          ? components[i]
-                                          : std::to_string(i)),
-                array[i], into);
-}
-
-void flatten(const std::string& path, json_object* json, Numbers& into) {
+void readNumbers(const std::string& path, json_object* json, Numbers& into) {
     if (json_object_is_type(json, json_type_object)) {
         json_object_object_foreach(json, key, element)
-            flatten(path.empty() ? key : path + "/" + key, element, into);
+            readNumbers(path.empty() ? key : path + "." + key, element, into);
     } else if (json_object_is_type(json, json_type_array)) {
         for (std::size_t i = 0; i < json_object_array_length(json); ++i)
-            flatten(path + "/" + std::to_string(i + 1), json_object_array_get_idx(json, i), into);
+            readNumbers(path + "." + std::to_string(i + 1), json_object_array_get_idx(json, i),
+                        into);
     } else {
         into[path] = json_object_get_double(json);
     }
@@ -65,13 +48,15 @@ TEST(Verification, EveryQuantityAgreesWithTheIndependentCalculation) {
 
         const AnalysisResults r = computed(read.Input, read.Units);
         Numbers ours{{"AnalysisCase", r.AnalysisCase}};
-        visitQuantities(
-            r, [&](const char* name, Kind, const auto& field) { flatten(name, field, ours); });
+        visitQuantities(r, [&](const char* name, Kind, const auto& field) {
+            flatten(name, field, MaxPillars,
+                    [&](const std::string& path, double value) { ours[path] = value; });
+        });
         Numbers theirs;
-        flatten("", json_object_object_get(entry, "results"), theirs);
+        readNumbers("", json_object_object_get(entry, "results"), theirs);
 
         for (const auto& [path, value] : theirs) {
-            const std::string quantity = path.substr(0, path.find('/'));
+            const std::string quantity = path.substr(0, path.find('.'));
             quantities.insert(quantity);
             EXPECT_TRUE(ours.contains(path)) << path << " is missing from the program";
             EXPECT_NEAR(ours[path], value, tolerance(quantity) * std::abs(value)) << path;
