@@ -316,6 +316,17 @@ TEST(SfGraph, StrengthSetToZeroIsAJumpAndGeometryATurn) {
     ASSERT_EQ(spacing.turns.size(), 1U);
     EXPECT_NEAR(spacing.turns[0].x, 100 / std::sqrt(0.75), 1e-6 * 120);
     EXPECT_TRUE(spacing.jumps.empty());
+    // The bend of one pillar among wider ones is told down to 2 % of the slopes: 2.9 % beside
+    // three of 130 ft, 1.9 % beside three of 180 ft.
+    for (int i = 2; i <= 4; ++i)
+        skew.Input.XcutCenters[i] = 150;
+    const Curve mixed = graphOf(skew, GraphKind::XcutSpacing).curves[0];
+    ASSERT_EQ(mixed.turns.size(), 2U);
+    EXPECT_NEAR(mixed.turns[0].x, 100 / std::sqrt(0.75), 1e-6 * 120);
+    EXPECT_NEAR(mixed.turns[1].x, 150 / std::sqrt(0.75), 1e-6 * 120);
+    for (int i = 2; i <= 4; ++i)
+        skew.Input.XcutCenters[i] = 200;
+    EXPECT_TRUE(graphOf(skew, GraphKind::XcutSpacing).curves[0].turns.empty());
     // A first side gob of 1000 ft at 45 degrees is supercritical up to a depth of 500 ft.
     const Curve depth = graphOf(current, GraphKind::DepthCover).curves[0];
     const auto turn = std::find_if(depth.turns.begin(), depth.turns.end(), [](const Turn& t) {
@@ -433,6 +444,53 @@ TEST(SfGraph, ValuesAtATargetGiveTheTarget) {
                             [&](const Crossing& c) { return c.x == curve.pieces[0][30].x; }),
               1);
     EXPECT_TRUE(valuesAt(current, graph, 1e6).empty());
+}
+
+TEST(SfGraph, TargetsBetweenThePointsOfAnExtremumAreFound) {
+    // What row C lends to a narrow barrier counts less the more load the barrier has: its factor
+    // falls, and rises again with its own strength. The points of the graphs lie on all sides of
+    // the lowest place.
+    ProjectCase current = panel(2);
+    current.Input.SlabcutFirstGob = 0, current.Input.WidthC = 120;
+    for (double own = 60; own < 61; own += 0.1) {
+        current.Input.BarrierFirstGob = own;
+        const SfGraph graph = graphOf(current, GraphKind::FirstBarrier, {10, 60});
+        for (std::size_t c = 0; c < graph.curves.size(); ++c) {
+            SCOPED_TRACE(graph.curves[c].name + " of " + generalNumber(own));
+            const int pass = static_cast<int>(c) + 1;
+            const auto& points = graph.curves[c].pieces.back();
+            const auto lowest =
+                std::min_element(points.begin(), points.end(),
+                                 [](const auto& a, const auto& b) { return a.y < b.y; });
+            ASSERT_TRUE(lowest != points.begin() && lowest + 1 != points.end());
+            const double from = (lowest - 1)->x, to = (lowest + 1)->x;
+            double least = lowest->y;
+            for (int i = 1; i < 1000; ++i)
+                least = std::min(least,
+                                 *runAt(current, graph.kind, from + (to - from) * i / 1000, pass));
+            const auto found = [&](double target) {
+                std::vector<double> x;
+                for (const Crossing& crossing : valuesAt(current, graph, target))
+                    if (crossing.curve == graph.curves[c].name && crossing.x > from &&
+                        crossing.x < to)
+                        x.push_back(crossing.x);
+                return x;
+            };
+            EXPECT_TRUE(found(least * (1 - 1e-9)).empty());
+            for (const double share : {0.5, 0.99}) {
+                const double target = least + (lowest->y - least) * share;
+                const auto x = found(target);
+                ASSERT_EQ(x.size(), 2U) << share;
+                EXPECT_LT(x[0], x[1]);
+                for (const double each : x)
+                    EXPECT_NEAR(*runAt(current, graph.kind, each, pass), target, 1e-12);
+            }
+            // Where the lowest point itself is on the target, the other place is its like.
+            const auto x = found(lowest->y);
+            ASSERT_EQ(x.size(), 2U);
+            EXPECT_NE(x[0] == lowest->x, x[1] == lowest->x);
+        }
+    }
 }
 
 TEST(SfGraph, LimitsAreThoseOfTheWarnings) {

@@ -56,7 +56,7 @@ class TargetSearch {
         const double toLeft = distance(left.y) - d;
         const double toRight = distance(right.y) - d;
         // What a smooth curve can still gain is less than what it has turned by.
-        if (!(d > 0) || toLeft < 0 || toRight < 0 || d > toLeft + toRight) return;
+        if (d < 0 || toLeft < 0 || toRight < 0 || !(d < toLeft + toRight)) return;
         constexpr double golden = 0.6180339887498949;
         double a = left.x, b = right.x;
         for (int n = 0; n < 60; ++n) {
@@ -66,8 +66,9 @@ class TargetSearch {
             const bool first = distance(*y1) < distance(*y2);
             const GraphPoint nearest = first ? GraphPoint{x1, *y1} : GraphPoint{x2, *y2};
             if (distance(nearest.y) < 0) {
-                between(left, nearest);
-                between(nearest, right);
+                // The point itself may lie on the target, where it is found already.
+                between(nearest.x < here.x ? left : here, nearest);
+                between(nearest, nearest.x < here.x ? here : right);
                 return;
             }
             (first ? b : a) = first ? x2 : x1;
