@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
 
+#include "base/text.h"
+
 #include <algorithm>
 #include <array>
 #include <cassert>
@@ -247,6 +249,14 @@ std::optional<LeadingNumber> leadingNumber(std::string_view text) {
         value = 0;
     }
     return LeadingNumber{negative ? -value : value, at};
+}
+
+std::optional<double> numberOf(std::string_view text) {
+    text = trimmed(text);
+    const auto number = leadingNumber(text);
+    if (!number || number->length != text.size() || !std::isfinite(number->value))
+        return std::nullopt;
+    return number->value;
 }
 
 double leadingValue(std::string_view text) {

@@ -23,6 +23,10 @@ struct LeadingNumber {
 ///           a number too small for a double is 0.
 std::optional<LeadingNumber> leadingNumber(std::string_view text);
 
+/// The number that a text is from end to end but for blanks; nothing for any other text and beyond
+/// the range of numbers.
+std::optional<double> numberOf(std::string_view text);
+
 /// The leading number of a text, 0 where there is none.
 double leadingValue(std::string_view text);
 

@@ -120,9 +120,13 @@ Result<Batch> Batch::prepare(const project::ProjectCase& base, const std::vector
     const auto varies = [&](Field field) {
         return std::find(inputs.begin(), inputs.end(), FieldId(field)) != inputs.end();
     };
-    c.breadthFollows = options.automaticValuesFollow && in.AMZ == 1 && !varies(Field::BreadthAMZ);
+    const bool depthVaries = options.automaticValuesFollow && varies(Field::DepthCover);
+    const bool widthVaries = options.automaticValuesFollow &&
+                             std::any_of(inputs.begin(), inputs.end(),
+                                         [](FieldId id) { return id.field == Field::XcutCenters; });
+    c.breadthFollows = depthVaries && in.AMZ == 1 && !varies(Field::BreadthAMZ);
     c.archFactorFollows =
-        options.automaticValuesFollow && in.Arch != 0 && !varies(Field::ArchFactor);
+        (depthVaries || widthVaries) && in.Arch != 0 && !varies(Field::ArchFactor);
     for (std::size_t i = 0; i < MostInputs; ++i) {
         c.fields[i] = project::NumericInputs[i];
         c.uniform[i] = project::get(in, c.fields[i]);
@@ -198,15 +202,12 @@ void Batch::settleLimits() {
 
 project::ProjectInput Batch::recordOf(std::span<const double> values) const {
     project::ProjectInput one = m_base.Input;
-    const auto setAll = [&] {
-        for (std::size_t j = 0; j < m_inputs.size(); ++j)
-            project::set(one, m_inputs[j], values[j]);
-    };
-    setAll();
-    if (m_columns.breadthFollows || m_columns.archFactorFollows) {
-        one = project::withAutomaticValues(one, m_base.Units);
-        setAll();
-    }
+    for (std::size_t j = 0; j < m_inputs.size(); ++j)
+        project::set(one, m_inputs[j], values[j]);
+    for (const Field field : {Field::BreadthAMZ, Field::ArchFactor})
+        if (field == Field::BreadthAMZ ? m_columns.breadthFollows : m_columns.archFactorFollows)
+            if (const auto value = project::automaticValue(one, m_base.Units, field))
+                project::set(one, field, *value);
     return one;
 }
 

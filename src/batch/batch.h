@@ -24,8 +24,9 @@ InstructionSet bestInstructionSet();
 struct Options {
     int RoundTELVOSF = 0;         ///< of the factors that the flags look at
     int previousAnalysisCase = 1; ///< for an `Anal` out of range
-    /// The breadth and the arch factor of the record follow depth and distances where they are
-    /// marked automatic, as in the parameter form; not where they are columns of their own.
+    /// The breadth and the arch factor of the record follow where they are marked automatic and
+    /// hang on an input that varies, as in the parameter form; not where they are columns of their
+    /// own.
     bool automaticValuesFollow = false;
     InstructionSet instructions = bestInstructionSet();
 };
@@ -57,6 +58,7 @@ class Batch {
     /// Given: values  one number per input
     std::string whyNot(std::span<const double> values) const;
 
+    const std::vector<project::FieldId>& inputs() const { return m_inputs; }
     /// The record of one case of the batch.
     project::ProjectCase caseOf(std::span<const double> values) const;
 

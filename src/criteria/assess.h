@@ -54,6 +54,7 @@ struct FiguresOf {
     N barrierSF;     ///< least of the run, unrounded; a factor of 0 counts
     N widthToHeight; ///< mean pillar width over mining height
     N suggestedSF;   ///< at this depth
+    N panelLimit;    ///< what the factors of the panel are compared with here
 };
 
 /// Given: mode  of the factors, as shownFactor() has it
@@ -78,6 +79,11 @@ TELVO_INLINE FiguresOf<Num<C>> figures(C& c, const engine::Frame& f,
                                    SF, a.barrierSF);
         }
     a.barrierSF = c.named("SFmin", a.barrierSF);
+    // Narrow panels between strong barriers may have less at depth.
+    auto excepted = a.panelWidth <= PanelWidthLimit;
+    if (f.AnalysisCase >= engine::OneSideGob) excepted = excepted && a.barrierSF >= StrongSF;
+    const N atDepth = select(a.H > DeepLimit, toSingle(N(LeastSF)), a.suggestedSF);
+    a.panelLimit = select(excepted && a.H > ShallowLimit, atDepth, N(SuggestedSF));
     return a;
 }
 
@@ -102,16 +108,13 @@ TELVO_INLINE BitsOf<Num<C>> flags(C&, const engine::Frame& f, const Input& in,
     const auto deep = a.H > DeepLimit;
     const auto intermediate = a.H > ShallowLimit && a.H <= DeepLimit;
     const auto activeGob = in.ExtentActiveGob > 0;
-    auto excepted = a.panelWidth <= PanelWidthLimit;
-    if (sideGob) excepted = excepted && a.barrierSF >= StrongSF;
     const auto slender = a.widthToHeight < SlenderRatio;
-    const N least = toSingle(N(LeastSF));
     for (int p = engine::Development; p <= engine::Retreat; ++p) {
         const N SF = shownFactor(factors.panel[p], mode);
-        const auto low = SF < SuggestedSF;
+        const auto low = SF < a.panelLimit;
         raise(0, low && shallow);
-        raise(1, low && intermediate && !(excepted && SF >= a.suggestedSF));
-        raise(2, low && deep && !(excepted && SF >= least));
+        raise(1, low && intermediate);
+        raise(2, low && deep);
         raise(5, SF < StrongSF && slender);
     }
     if (sideGob) raise(3, a.H > ShallowLimit && a.barrierSF < SuggestedSF);

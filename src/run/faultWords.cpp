@@ -95,6 +95,10 @@ std::string messageWords(std::string_view message, std::int16_t units) {
 
 } // namespace
 
+std::string quantityWords(std::string_view name) {
+    return apart(name);
+}
+
 Fault inWords(const Fault& fault, std::int16_t units, bool withNames) {
     Fault made{messageWords(fault.message, units), {}};
     std::string_view rest = fault.where; // "RowA, RowB"

@@ -5,8 +5,14 @@
 #include "project/ProjectInput.h"
 
 #include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace telvo::run {
+
+/// The name of a quantity of the results in plain words: "front abutment load".
+/// Given: name  without pass, side and pillar
+std::string quantityWords(std::string_view name);
 
 /// A fault of the engine in the words of the screen: inputs by their labels and units, quantities
 /// in plain words. The engine itself names both by their keys.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/Variable.h"
 
+#include "base/numbers.h"
 #include "project/automatic.h"
 #include "project/checks.h"
 
@@ -30,6 +31,34 @@ ProjectInput Variable::in(ProjectInput record, std::int16_t units, double value)
         for (int i = 2; i <= project::distanceCount(record); ++i)
             record.XcutCenters[i] = value;
     return withVaried(record, units, m_first, value);
+}
+
+std::vector<project::FieldId> Variable::fields(const ProjectInput& in) const {
+    std::vector<project::FieldId> all{m_first};
+    if (m_also == Also::OtherBarrier) all.emplace_back(Field::BarrierSecondGob);
+    if (m_also == Also::OtherDistances)
+        for (int i = 2; i <= project::distanceCount(in); ++i)
+            all.emplace_back(Field::XcutCenters, i);
+    return all;
+}
+
+std::string Variable::label() const {
+    switch (m_also) {
+    case Also::OtherDistances:
+        return "Center to Center Distances";
+    case Also::OtherBarrier:
+        return "Both Barriers";
+    case Also::Nothing:
+        break;
+    }
+    return fullLabelOf(m_first);
+}
+
+std::string Variable::text(double value, std::int16_t units, int digits) const {
+    std::string text = generalNumber(value, digits);
+    if (const std::string_view behind = unit(units); !behind.empty())
+        text.append(" ").append(behind);
+    return text;
 }
 
 bool Variable::movesBreadth(const ProjectInput& in) const {

@@ -33,15 +33,24 @@ class Variable {
 
     /// "DepthCover", "XcutCenters.3"; "XcutCenters" and "Barriers" of several numbers.
     std::string name() const;
+    /// Its field; of several numbers the first one's.
+    project::Field field() const { return m_first.field; }
     project::FieldKind kind() const { return project::kindOf(m_first); }
     /// "ft", "MPa", "degrees"; "" of a plain number.
     std::string_view unit(std::int16_t units) const { return fieldUnit(kind(), units); }
+
+    /// "82 ft", "85 degrees", "0.9": a value with its unit, to `digits` digits.
+    std::string text(double value, std::int16_t units, int digits = 10) const;
 
     /// Its value in a record; of several numbers the first one's.
     double of(const project::ProjectInput& in) const { return get(in, m_first); }
     /// A record with this value; automatic values that depend on it follow by the rule of the
     /// parameter form, all others stay.
     project::ProjectInput in(project::ProjectInput record, std::int16_t units, double value) const;
+    /// The numbers of a record that take its value.
+    std::vector<project::FieldId> fields(const project::ProjectInput& in) const;
+    /// "Depth of Cover", "First Gob: Extent", "Center to Center Distances": as screens name it.
+    std::string label() const;
     /// Whether the breadth of the active mining zone follows in a record.
     bool movesBreadth(const project::ProjectInput& in) const;
 

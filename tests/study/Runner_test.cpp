@@ -88,8 +88,8 @@ TEST(Runner, SampleIsTheRunOfTheVariedCase) {
     ASSERT_EQ(current.Input.AMZ, 1);
     EXPECT_EQ(runner.own().values[0], computed(current.Input).TELVOSF[Retreat]);
     EXPECT_NE(runner.own().values[0], runner.at(400).values[0]);
-    EXPECT_EQ(runner.breadthAt(400), 100);
-    EXPECT_EQ(runner.archFactorAt(400), 0.5);
+    EXPECT_EQ(runner.rounded(0, 400), 100);
+    EXPECT_EQ(runner.rounded(1, 400), 0.5);
 }
 
 TEST(Runner, GapsAreThoseOfTheRoadOfOneCase) {

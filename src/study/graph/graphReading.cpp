@@ -119,8 +119,8 @@ Span factorSpan(const SfGraph& graph) {
     return {std::min(0.0, lowest), 1.06 * highest};
 }
 
-std::vector<std::vector<GraphPoint>> piecesWithin(const Curve& curve, const Span& span) {
-    std::vector<std::vector<GraphPoint>> parts;
+std::vector<Stretch> piecesWithin(const Curve& curve, const Span& span) {
+    std::vector<Stretch> parts;
     for (const auto& piece : curve.pieces) {
         if (piece.size() == 1 && span.contains(piece.front().y)) parts.push_back(piece);
         bool goesOn = false; // the last part ends where the next stretch begins

@@ -24,7 +24,7 @@ double fromAxis(const SfGraph& graph, const GraphOptions& options, double axisVa
 Span factorSpan(const SfGraph& graph);
 
 /// The pieces of a curve as far as they lie in a span of factors, cut on its borders.
-std::vector<std::vector<GraphPoint>> piecesWithin(const Curve& curve, const Span& span);
+std::vector<Stretch> piecesWithin(const Curve& curve, const Span& span);
 
 /// The points of a curve that carry a symbol, some 20, evenly along the axis.
 std::vector<GraphPoint> symbolPoints(const SfGraph& graph, const Curve& curve);

@@ -19,7 +19,6 @@ namespace {
 
 constexpr IndexedArray<std::string_view, Development, Retreat> CurveNames = {
     {"Development", "Retreat"}};
-constexpr double EdgeOfAxis = 1e-6; // a gap that ends this close to the axis' end is none
 
 Refusal cannotDraw(GraphKind kind, const std::string& because) {
     return {std::string(rowOf(kind).caption) + " cannot be drawn: " + because, "Error", {}};
@@ -35,6 +34,15 @@ std::pair<double, double> axis(const project::ProjectInput& in, GraphKind kind,
             std::min(own * range.PlotRangeMax / 100, valid.high)};
 }
 
+constexpr std::size_t valueOf(int pass) {
+    return static_cast<std::size_t>(pass - Development);
+}
+
+/// Factor of a pass: TELVO SF, or the barrier SF of the graph's side.
+double factor(const Sample& sample, int pass) {
+    return sample.values[valueOf(pass)];
+}
+
 /// Whether curves have another slope on the right of a switch than on the left.
 class Bend {
   public:
@@ -46,9 +54,9 @@ class Bend {
 
     bool isSeenIn(int pass) const {
         if (!m_known) return false;
-        const double y = m_left.factor(pass);
-        const double slopeBefore = (y - m_before.factor(pass)) / step();
-        const double slopeAfter = (m_after.factor(pass) - m_right.factor(pass)) / step();
+        const double y = factor(m_left, pass);
+        const double slopeBefore = (y - factor(m_before, pass)) / step();
+        const double slopeAfter = (factor(m_after, pass) - factor(m_right, pass)) / step();
         constexpr double noticeable = 0.02; // of the slopes, or of a slope through all of the axis
         return std::abs(slopeAfter - slopeBefore) >
                noticeable *
@@ -78,8 +86,11 @@ class CurveMaker {
         for (int p = Development; p <= m_lastPass; ++p)
             m_curves.push_back({std::string(CurveNames[p]), {}, {}, {}, {}});
         settleSwitches(samples);
-        for (int p = Development; p <= m_lastPass; ++p)
-            follow(p, samples);
+        for (int p = Development; p <= m_lastPass; ++p) {
+            CutCurve cut = cutAtJumps(m_sampler.runner(), samples, valueOf(p));
+            curve(p).pieces = std::move(cut.stretches);
+            curve(p).jumps = std::move(cut.jumps);
+        }
         return std::move(m_curves);
     }
 
@@ -94,7 +105,7 @@ class CurveMaker {
             const AxisSample& right = samples[i + 1];
             bool jumps = !left.computed || !right.computed;
             for (int p = Development; p <= m_lastPass && !jumps; ++p)
-                jumps = isJump(left.factor(p), right.factor(p));
+                jumps = isJump(factor(left, p), factor(right, p));
             if (jumps) {
                 needed[i] = needed[i + 1] = true;
                 continue;
@@ -105,7 +116,7 @@ class CurveMaker {
                 if (switches().gobTurns(left.regime, right.regime, p) || bend.isSeenIn(p)) {
                     needed[i] = true;
                     curve(p).turns.push_back(
-                        {left.x, left.factor(p),
+                        {left.x, factor(left, p),
                          switches().text(left.regime, right.regime, p, m_graph.units)});
                 }
         }
@@ -113,67 +124,8 @@ class CurveMaker {
         std::erase_if(samples, [&](const AxisSample&) { return !needed[i++]; });
     }
 
-    void follow(int p, const std::vector<AxisSample>& samples) {
-        Curve& to = curve(p);
-        bool open = false; // the last piece goes on
-        for (std::size_t i = 0; i < samples.size(); ++i) {
-            const AxisSample& here = samples[i];
-            const AxisSample* before = i > 0 ? &samples[i - 1] : nullptr;
-            if (before && before->computed != here.computed) {
-                noteGap(p, *before, here, gapText(samples, before->computed ? i : i - 1));
-                open = false;
-            }
-            if (!here.computed) continue;
-            const double y = here.factor(p);
-            if (before && before->computed && before->switchesAfter &&
-                isJump(before->factor(p), y)) {
-                const double yBefore = before->factor(p);
-                to.jumps.push_back(
-                    {middleOf(*before, here), yBefore, y, jumpText(p, *before, here)});
-                open = false;
-            }
-            if (!open) to.pieces.emplace_back();
-            open = true;
-            to.pieces.back().push_back({here.x, y});
-        }
-    }
-
-    /// Why there is a gap whose edge is sample i: as told inside of it, where figures are larger
-    /// than rounding.
-    std::string gapText(const std::vector<AxisSample>& samples, std::size_t i) const {
-        for (const std::size_t inside : {i + 1, i - 1}) // before 0 is beyond the last
-            if (inside < samples.size() && !samples[inside].computed)
-                if (std::string why =
-                        m_sampler.runner().gapAt(middleOf(samples[i], samples[inside]));
-                    !why.empty())
-                    return why;
-        return m_sampler.runner().gapAt(samples[i].x);
-    }
-
-    void noteGap(int p, const AxisSample& before, const AxisSample& after, const std::string& why) {
-        const double x = middleOf(before, after);
-        const double edge = EdgeOfAxis * m_width;
-        if (x - m_graph.low < edge || m_graph.high - x < edge) return;
-        Jump jump{x, {}, {}, why};
-        if (before.computed) jump.before = before.factor(p);
-        if (after.computed) jump.after = after.factor(p);
-        curve(p).jumps.push_back(std::move(jump));
-    }
-
-    std::string jumpText(int p, const AxisSample& before, const AxisSample& after) const {
-        constexpr double boundless = 1000; // on either side of a zero of the load
-        const double yBefore = before.factor(p), yAfter = after.factor(p);
-        if ((yBefore < 0) != (yAfter < 0) &&
-            std::min(std::abs(yBefore), std::abs(yAfter)) > boundless)
-            return "The load passes through zero, where the factor has no bound";
-        return switches().text(before.regime, after.regime, p, m_graph.units);
-    }
-
     const Switches& switches() const { return m_sampler.runner().switches(); }
-    static double middleOf(const AxisSample& a, const AxisSample& b) {
-        return a.x + (b.x - a.x) / 2;
-    }
-    Curve& curve(int p) { return m_curves[static_cast<std::size_t>(p - Development)]; }
+    Curve& curve(int p) { return m_curves[valueOf(p)]; }
 
     const GraphSampler& m_sampler;
     const SfGraph& m_graph;

@@ -5,6 +5,7 @@
 #include "engine/AnalysisResults.h"
 #include "project/ProjectInput.h"
 #include "report/ReportWriter.h"
+#include "study/alongAxis.h"
 #include "study/Variable.h"
 
 #include <array>
@@ -68,20 +69,6 @@ struct GraphRange {
     double PlotRangeMax = 150;
 };
 
-/// One point of a curve: the varied parameter in the units of the case, and the factor unrounded.
-struct GraphPoint {
-    double x = 0;
-    double y = 0;
-    bool operator==(const GraphPoint&) const = default;
-};
-
-/// A place where a rule switches and the factor jumps.
-struct Jump {
-    double x = 0;                        ///< found to within one part in 10^6 of the axis
-    std::optional<double> before, after; ///< factors on either side; nothing beside a gap
-    std::string rule;                    ///< which rule switches, for the reader
-};
-
 /// A place where a rule switches and the curve goes on without a jump: it bends, or a gob turns
 /// between sub- and supercritical.
 struct Turn {
@@ -94,7 +81,7 @@ struct Turn {
 struct Curve {
     std::string name;
     /// Stretches without jump or gap, from left to right, each with its points in rising x.
-    std::vector<std::vector<GraphPoint>> pieces;
+    std::vector<Stretch> pieces;
     std::vector<Jump> jumps;
     std::vector<Turn> turns;
     /// The point of the case itself, when it lies on the axis. With an automatic AMZ whose breadth
