@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 using project::ProjectCase;
 using project::ProjectInput;
 
-constexpr std::size_t Value = 3; // column
+constexpr std::size_t Value = 3, Formula = 5; // columns
 
 bool hasSpreadsheet() {
     return std::system("ssconvert --version > /dev/null 2>&1") == 0;
@@ -196,6 +196,27 @@ TEST(WorkingSheet, ThePageFollowsItsInputs) {
         }
     }
     EXPECT_GE(count, 20);
+}
+
+TEST(WorkingSheet, FormulasAreShownInTheSymbolsOfTheWorking) {
+    ProjectCase current = project::newCase(project::English);
+    ASSERT_FALSE(project::readCaseFile(TELVO_EXAMPLES_DIR "/two-side-gobs.TLV", current).fault);
+    const auto run = computed(current);
+    ASSERT_TRUE(run);
+    const WorkingSheets working = workingSheets(*run, {}, "TELVO");
+    std::map<std::string, std::string> formulas;
+    for (const auto& cells : working.sheets[WorkingSheets::Exact].rows)
+        if (cells.size() > Formula) formulas[cells[0].text] = cells[Formula].text;
+    for (const auto& [key, formula] :
+         {std::pair{"BarrierCapacity.second", "Wb*sb*B"},
+          {"BarrierLoad.retreat.first", "IF(Wb=0,0,Lbt+Tf+Lbs+Lba+Lc)"},
+          {"BarrierFrontTransfer.development.first", "0"},
+          {"TELVOSF.development", "Kt/Q4"},
+          {"BarrierTotalStress.first", "IF(NOT(Wb>0),0,IF(B*Wb=0,0,(Lbt+Tf+Lbs)/(B*Wb)))"},
+          {"SideReach.first.2", "MIN(1,1-((D-x)/D)^3)"},
+          {"SideShare.second.3", "IF(1-Rs=0,0,(R3-R4)/(1-Rs))"},
+          {"PillarSideStress.second.4", "IF(A=0,0,IF(B=0,0,(Ltb+Las)/B)*dR*Sc/A)"}})
+        EXPECT_EQ(formulas[key], formula) << key;
 }
 
 TEST(WorkingSheet, OnlyInputsThatCountMayBeChanged) {

@@ -37,6 +37,10 @@ TEST(StaleAutomaticValues, AnotherDepthLeavesBothBehind) {
     EXPECT_EQ(stale[1].field, Field::ArchFactor);
     EXPECT_EQ(stale[1].remark, "Pressure Arch Factor 0.63 is marked automatic; the depth of 400 ft "
                                "and the distances of the entries give 0.86");
+    // What was converted shows ten digits. 5 sqrt(333.33) = 91.3
+    EXPECT_EQ(staleAutomaticValues(panel(1000.0 / 3, 100.0 / 3, 1), English).at(0).remark,
+              "Breadth of AMZ 33.33333333 ft is marked automatic; the depth of 333.3333333 ft "
+              "gives 91 ft");
 }
 
 TEST(StaleAutomaticValues, ValuesEnteredByHandAreTheUsersOwn) {
