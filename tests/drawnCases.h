@@ -111,6 +111,9 @@ inline project::ProjectCase drawnCase(Draw& draw) {
     in.RowB = draw.one(5) ? draw.number(2) : std::int16_t{0};
     in.RowC = draw.number(2);
     in.RowD = draw.number(2);
+    if (draw.one(2)) // as most panels are
+        for (double& distance : in.XcutCenters)
+            distance = in.XcutCenters[1];
     if (in.RowA == 1) in.SlabcutFirstGob = 0;
     if (in.RowB == 1) in.SlabcutSecondGob = 0;
     in.SlabcutFirstGob = std::min(in.SlabcutFirstGob, in.BarrierFirstGob);
