@@ -50,8 +50,7 @@ class Function final : public Response {
         for (int i = 0; i < points; ++i)
             grid.push_back(low + (high - low) * i / (points - 1));
         const Judged judged{0, 1, sense};
-        auto intervals =
-            intervalsWhere(*this, alongAxis(*this, grid, 1e-9 * (high - low)), judged);
+        auto intervals = intervalsWhere(*this, alongAxis(*this, grid, 1e-9 * (high - low)), judged);
         roundInwards(*this, intervals, judged, step);
         return intervals;
     }
@@ -70,7 +69,8 @@ TEST(Intervals, OfAFunctionThatRisesAndStepsDown) {
     const Function f(
         1.5, [](double x) { return x - 0.6 * std::floor(x); },
         [](double x) { return std::floor(x); });
-    const auto all = f.where(Sense::AtLeast, 0, 5, 402); // no whole number is on the grid but the ends
+    const auto all =
+        f.where(Sense::AtLeast, 0, 5, 402); // no whole number is on the grid but the ends
     ASSERT_EQ(all.size(), 2U);
     EXPECT_EQ(all[0].from.kind, EndKind::Crossing);
     EXPECT_NEAR(all[0].from.x, 2.7, 5e-6);
@@ -157,9 +157,8 @@ std::optional<double> marginOf(const project::ProjectCase& base, const FindReque
 }
 
 bool isIn(const std::vector<Interval>& intervals, double x) {
-    return std::any_of(intervals.begin(), intervals.end(), [x](const Interval& one) {
-        return x >= one.from.x && x <= one.to.x;
-    });
+    return std::any_of(intervals.begin(), intervals.end(),
+                       [x](const Interval& one) { return x >= one.from.x && x <= one.to.x; });
 }
 
 TEST(Find, EveryIntervalOfDrawnCasesIsWhatADenseScanSees) {
@@ -178,13 +177,14 @@ TEST(Find, EveryIntervalOfDrawnCasesIsWhatADenseScanSees) {
         const project::ProjectCase base = tests::drawnCase(draw);
         const Variable varied = all[draw.bits() % all.size()];
         const Outcome outcome = *Outcome::named(factors[draw.bits() % std::size(factors)]);
-        FindRequest request{varied, {outcome, draw.one(3) ? Sense::AtMost : Sense::AtLeast, {}},
-                            defaultSearchRange(base, varied), 1};
+        FindRequest request{varied,
+                            {outcome, draw.one(3) ? Sense::AtMost : Sense::AtLeast, {}},
+                            defaultSearchRange(base, varied),
+                            1};
         if (!(request.in.low < request.in.high) || !std::isfinite(request.in.high)) continue;
         request.step = (request.in.high - request.in.low) / (20 + draw.between(0, 200));
         const Runner runner(base, varied, {outcome}, engine::Retreat);
-        const Sample somewhere =
-            runner.at(draw.between(request.in.low, request.in.high));
+        const Sample somewhere = runner.at(draw.between(request.in.low, request.in.high));
         request.criterion.target = somewhere.computed ? somewhere.values[0] : 1.5;
         const auto answer = find(base, request);
         if (!answer) continue;
@@ -207,8 +207,9 @@ TEST(Find, EveryIntervalOfDrawnCasesIsWhatADenseScanSees) {
             for (const double part : {0.02, 0.3, 0.5, 0.71, 0.99}) {
                 const double x = one.from.x + part * (one.to.x - one.from.x);
                 EXPECT_TRUE(holds(x) || !isClear(x))
-                    << n << " " << varied.name() << " " << one.from.x << " .. " << one.to.x << " at "
-                    << part << " " << request.criterion.text() << " step " << request.step;
+                    << n << " " << varied.name() << " " << one.from.x << " .. " << one.to.x
+                    << " at " << part << " " << request.criterion.text() << " step "
+                    << request.step;
             }
             jumps += (one.from.kind == EndKind::Jump) + (one.to.kind == EndKind::Jump);
             for (const IntervalEnd& end : {one.from, one.to})
@@ -238,8 +239,9 @@ TEST(Find, SaysTheSafeAnswerFirst) {
     base.Input.Anal = 3;
     base.Input.ExtentActiveGob = base.Input.ExtentFirstGob = base.Input.ExtentSecondGob = 800;
     base.Input.BarrierFirstGob = base.Input.BarrierSecondGob = 100;
-    const auto answer = find(base, {variable("BarrierSecondGob"),
-                                    criterion("BarrierSF.retreat.second>=1.5"), {10, 400}, 1});
+    const auto answer = find(
+        base,
+        {variable("BarrierSecondGob"), criterion("BarrierSF.retreat.second>=1.5"), {10, 400}, 1});
     ASSERT_TRUE(answer);
     ASSERT_FALSE(answer->intervals.empty());
     ASSERT_TRUE(answer->answer);
@@ -252,19 +254,19 @@ TEST(Find, SaysTheSafeAnswerFirst) {
     ASSERT_TRUE(answer->own);
     EXPECT_EQ(answer->own->x, 100);
 
-    const auto depth = find(base, {variable("DepthCover"), criterion("TELVOSF.development>=1.5"),
-                                   {100, 2000}, 10});
+    const auto depth = find(
+        base, {variable("DepthCover"), criterion("TELVOSF.development>=1.5"), {100, 2000}, 10});
     ASSERT_TRUE(depth);
     EXPECT_TRUE(depth->headline.starts_with("Up to ")) << depth->headline;
     EXPECT_EQ(std::fmod(*depth->answer, 10), 0);
-    const auto never = find(base, {variable("DepthCover"), criterion("TELVOSF.retreat>=50"),
-                                   {500, 2000}, 10});
+    const auto never =
+        find(base, {variable("DepthCover"), criterion("TELVOSF.retreat>=50"), {500, 2000}, 10});
     ASSERT_TRUE(never);
     EXPECT_TRUE(never->headline.starts_with(
         "It never holds from 500 to 2000 ft: retreat factor of the panel is at most "))
         << never->headline;
-    const auto always = find(base, {variable("DepthCover"), criterion("TELVOSF.retreat>=0"),
-                                    {500, 2000}, 10});
+    const auto always =
+        find(base, {variable("DepthCover"), criterion("TELVOSF.retreat>=0"), {500, 2000}, 10});
     EXPECT_EQ(always->headline, "It holds everywhere from 500 to 2000 ft");
     EXPECT_EQ(always->answer, 1000) << "the case's own";
 }
@@ -272,14 +274,16 @@ TEST(Find, SaysTheSafeAnswerFirst) {
 TEST(Find, TheSuggestedFactorIsTheOneOfTheWarnings) {
     project::ProjectCase base = tests::goodCase();
     base.Input.XcutCenters[1] = base.Input.XcutCenters[2] = base.Input.XcutCenters[3] = 70;
-    const FindRequest request{variable("XcutSpacing"), criterion("TELVOSF.development>=suggested"),
-                              {30, 200}, 1};
+    const FindRequest request{
+        variable("XcutSpacing"), criterion("TELVOSF.development>=suggested"), {30, 200}, 1};
     for (const double depth : {600.0, 651.0, 825.0, 999.0, 1000.0, 1200.0}) {
         base.Input = variable("DepthCover").in(base.Input, base.Units, depth);
         const auto answer = find(base, request);
         ASSERT_TRUE(answer);
         ASSERT_EQ(answer->limit.empty(), false);
-        const double expected = depth <= 650 ? 1.5 : depth > 1000 ? 1.3 : 1.5 - 0.2 * (depth - 650) / 350;
+        const double expected = depth <= 650   ? 1.5
+                                : depth > 1000 ? 1.3
+                                               : 1.5 - 0.2 * (depth - 650) / 350;
         EXPECT_NEAR(answer->limit.front().y, expected, 0.0051) << depth;
     }
     base.Input.XcutCenters[1] = base.Input.XcutCenters[2] = base.Input.XcutCenters[3] = 150;
@@ -296,9 +300,10 @@ TEST(Find, RefusesWhatCannotBeSearched) {
         const auto answer = find(base, {variable(name), criterion(asked), {low, high}, step});
         return answer ? std::string("none") : faultText(answer.fault());
     };
-    EXPECT_EQ(fault("BarrierSecondGob", 10, 100, 1),
-              "BarrierSecondGob: Barrier Pillar Width, Second Gob changes nothing in this case: this "
-              "loading condition has no second side gob");
+    EXPECT_EQ(
+        fault("BarrierSecondGob", 10, 100, 1),
+        "BarrierSecondGob: Barrier Pillar Width, Second Gob changes nothing in this case: this "
+        "loading condition has no second side gob");
     EXPECT_EQ(fault("BreadthAMZ", 10, 100, 1),
               "BreadthAMZ: Breadth of AMZ changes nothing in this case: it is set automatically "
               "from the depth of cover");
