@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// The parametric graphs of a panel between two side gobs. Painted, each has to take less than 20
-// ms; the depth graph, with every step of arch factor and AMZ breadth located, is the longest.
+// The parametric graphs and the studies of a panel between two side gobs. Painted, a graph has to
+// take less than 20 ms, what matters 10 ms, a map of 200 x 200 50 ms; find() over 401 points 5 ms, a
+// design chart of 60 x 3 points 100 ms.
 #include "project/CaseFile.h"
 #include "study/graph/sfGraph.h"
+#include "study/questions/designChart.h"
+#include "study/questions/find.h"
+#include "study/questions/sweep.h"
+#include "study/questions/tornado.h"
 
 #include <benchmark/benchmark.h>
 
@@ -35,5 +40,74 @@ void valuesAtTarget(benchmark::State& state) {
         benchmark::DoNotOptimize(study::valuesAt(current, std::get<study::SfGraph>(outcome), 1.5));
 }
 BENCHMARK(valuesAtTarget)->Unit(benchmark::kMillisecond);
+
+study::Outcome factor(std::string_view name) {
+    return study::Outcome::named(name).value();
+}
+
+void whatMatters(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    const study::TornadoRequest request{factor("TELVOSF.retreat"), study::defaultRanges(current)};
+    for (auto _ : state)
+        benchmark::DoNotOptimize(study::tornado(current, request));
+}
+BENCHMARK(whatMatters)->Unit(benchmark::kMillisecond);
+
+void findAValue(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    const char* const names[] = {"BarrierSecondGob", "DepthCover", "EntryHeight"};
+    const char* const name = names[state.range(0)];
+    state.SetLabel(name);
+    const study::Variable variable = study::variableNamed(name).value();
+    const study::FindRequest request{
+        variable,
+        {factor(state.range(0) == 0 ? "BarrierSF.retreat.second" : "TELVOSF.retreat"),
+         study::Criterion::Sense::AtLeast, 1.5},
+        study::defaultSearchRange(current, variable),
+        study::defaultStep(variable, current.Units)};
+    std::size_t runs = 0;
+    for (auto _ : state)
+        runs = study::find(current, request)->tally.runs;
+    state.counters["runs"] = static_cast<double>(runs);
+}
+BENCHMARK(findAValue)->DenseRange(0, 2)->Unit(benchmark::kMillisecond);
+
+void chart(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    study::DesignChartRequest request{study::variableNamed("BarrierSecondGob").value(),
+                                      {50, 450},
+                                      1,
+                                      study::variableNamed("DepthCover").value(),
+                                      {},
+                                      factor("BarrierSF.retreat.second"),
+                                      study::Criterion::Sense::AtLeast,
+                                      {1.3, 1.5, 2.0}};
+    for (int i = 0; i < 60; ++i)
+        request.values.push_back(600 + 20 * i);
+    std::size_t runs = 0;
+    for (auto _ : state)
+        runs = study::designChart(current, request)->tally.runs;
+    state.counters["runs"] = static_cast<double>(runs);
+}
+BENCHMARK(chart)->Unit(benchmark::kMillisecond);
+
+void map(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    const auto side = static_cast<int>(state.range(0));
+    study::SweepRequest request{{{study::variableNamed("DepthCover").value(), {}},
+                                 {study::variableNamed("EntryHeight").value(), {}}},
+                                false,
+                                {factor("TELVOSF.retreat"), factor("BarrierSF.retreat.second")}};
+    for (int i = 0; i < side; ++i) {
+        request.axes[0].values.push_back(500 + i * 1000.0 / side);
+        request.axes[1].values.push_back(4 + i * 6.0 / side);
+    }
+    for (auto _ : state) {
+        const auto table = study::sweep(current, request);
+        benchmark::DoNotOptimize(study::contour(*table, 0, 1.5));
+    }
+    state.SetItemsProcessed(state.iterations() * side * side);
+}
+BENCHMARK(map)->Arg(200)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 } // namespace
