@@ -134,6 +134,13 @@ std::string excerpt(std::string_view utf8, std::size_t limit) {
     return cut ? out + "..." : out;
 }
 
+std::string inSentence(std::string text) {
+    const auto isCapital = [](char c) { return c >= 'A' && c <= 'Z'; };
+    if (!text.empty() && isCapital(text[0]) && !(text.size() > 1 && isCapital(text[1])))
+        text[0] = static_cast<char>(text[0] - 'A' + 'a');
+    return text;
+}
+
 std::string withoutControls(std::string_view text) {
     std::string out(text);
     for (char& c : out)

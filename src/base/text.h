@@ -37,6 +37,9 @@ std::size_t characterOffset(std::string_view utf8, std::size_t character);
 /// for quoting foreign input in a message.
 std::string excerpt(std::string_view utf8, std::size_t limit = 40);
 
+/// The text with its first letter small, as it goes within a sentence; an abbreviation stays.
+std::string inSentence(std::string text);
+
 /// The text with every control character turned into a blank, so that it cannot break a line.
 std::string withoutControls(std::string_view text);
 

@@ -117,11 +117,6 @@ std::string Outcome::label() const {
         parts.push_back(std::string_view(m_name).substr(from, to - from));
         from = to + 1;
     }
-    const auto capital = [](std::string text) {
-        if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
-            text[0] = static_cast<char>(text[0] - 'a' + 'A');
-        return text;
-    };
     std::string label;
     if (m_kind == Kind::Factor) {
         const std::string_view last = parts.back();
@@ -147,7 +142,7 @@ std::string Outcome::label() const {
             if (sideOf(parts[i]) != 0) label += " side";
         }
     }
-    label = capital(std::move(label));
+    if (label[0] >= 'a' && label[0] <= 'z') label[0] = static_cast<char>(label[0] - 'a' + 'A');
     if (asksForSuggested()) return label + " above the suggested one";
     return m_limit == 0 ? label : label + " less " + generalNumber(m_limit);
 }
@@ -200,7 +195,7 @@ bool Outcome::isDefined(const Frame& frame, const project::ProjectInput& in) con
 double Outcome::of(const AnalysisResults& results, const Frame& frame,
                    const project::ProjectInput& in, double suggested) const {
     std::array<double, 2> numbers{};
-    for (std::size_t n = 0; n < m_count; ++n) {
+    for (std::size_t n = 0; n < std::min(m_count, numbers.size()); ++n) {
         const char* number = reinterpret_cast<const char*>(&results) + m_places[n].offset;
         if (m_places[n].single) {
             float single = 0;

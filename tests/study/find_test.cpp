@@ -177,12 +177,10 @@ TEST(Find, EveryIntervalOfDrawnCasesIsWhatADenseScanSees) {
         const project::ProjectCase base = tests::drawnCase(draw);
         const Variable varied = all[draw.bits() % all.size()];
         const Outcome outcome = *Outcome::named(factors[draw.bits() % std::size(factors)]);
-        FindRequest request{varied,
-                            {outcome, draw.one(3) ? Sense::AtMost : Sense::AtLeast, {}},
-                            defaultSearchRange(base, varied),
-                            1};
+        const Criterion asked{outcome, draw.one(3) ? Sense::AtMost : Sense::AtLeast, std::nullopt};
+        FindRequest request{varied, asked, defaultSearchRange(base, varied), 1};
         if (!(request.in.low < request.in.high) || !std::isfinite(request.in.high)) continue;
-        request.step = (request.in.high - request.in.low) / (20 + draw.between(0, 200));
+        request.step = (request.in.high - request.in.low) / (20 + draw.between(0, 80));
         const Runner runner(base, varied, {outcome}, engine::Retreat);
         const Sample somewhere = runner.at(draw.between(request.in.low, request.in.high));
         request.criterion.target = somewhere.computed ? somewhere.values[0] : 1.5;

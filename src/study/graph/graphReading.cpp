@@ -2,6 +2,7 @@
 #include "study/graph/graphReading.h"
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "project/checks.h"
 #include "project/units.h"
 #include "report/sections.h"
@@ -50,13 +51,6 @@ std::string axisText(const SfGraph& graph, const GraphOptions& options, double x
 
 std::string factorText(const GraphOptions& options, double factor) {
     return report::factorText(factor, options.RoundTELVOSF);
-}
-
-/// A curve's name within a sentence.
-std::string inSentence(std::string name) {
-    if (!name.empty() && name[0] >= 'A' && name[0] <= 'Z')
-        name[0] = static_cast<char>(name[0] - 'A' + 'a');
-    return name;
 }
 
 constexpr int LowestDecade = -15, HighestDecade = 22; // of the steps between readings

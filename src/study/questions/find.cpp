@@ -2,7 +2,7 @@
 #include "study/questions/find.h"
 
 #include "base/numbers.h"
-#include "criteria/criteria.h"
+#include "base/text.h"
 #include "engine/driver.h"
 #include "engine/questions.h"
 #include "study/questions/ranges.h"
@@ -43,12 +43,6 @@ class Counting final : public Response {
 };
 
 constexpr std::size_t MostOthersTold = 3;
-
-std::string inSentence(std::string text) {
-    if (text.size() > 1 && text[0] >= 'A' && text[0] <= 'Z' && !(text[1] >= 'A' && text[1] <= 'Z'))
-        text[0] = static_cast<char>(text[0] - 'A' + 'a');
-    return text;
-}
 
 /// The safe answer in words.
 class Headline {

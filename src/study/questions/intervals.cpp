@@ -52,7 +52,7 @@ class Search {
         const bool rightward = inside.x < outside.x;
         const AxisSample& before = rightward ? inside : outside;
         const AxisSample& after = rightward ? outside : inside;
-        if (isJump(valueOf(before), valueOf(after))) {
+        if (m_response.differ(before, after) && isJump(valueOf(before), valueOf(after))) {
             end.kind = EndKind::Jump;
             end.rule = m_response.switchText(before, after, m_judged.value);
         } else if (isJump(limitOf(before), limitOf(after))) {
