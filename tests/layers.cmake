@@ -17,9 +17,9 @@ set(run base project engine criteria)
 set(report ${run} run)
 set(explain ${report} report table)
 set(plot ${report} report)
-set(study ${report} report batch)
+set(study ${report} report batch table)
 set(app ${report} report table help library explain plot study)
-set(cli ${app} app)
+set(cli ${app} app batch)
 
 # The windows of a room use its core and what that may use, the toolbox of all windows, and of other
 # windows those that are named here.

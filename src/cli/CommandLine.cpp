@@ -1,24 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
 
+#include "cli/chartCommand.h"
 #include "cli/checkCommand.h"
 #include "cli/convertCommand.h"
 #include "cli/explainCommand.h"
+#include "cli/findCommand.h"
 #include "cli/inputs.h"
 #include "cli/newCommand.h"
 #include "cli/reportCommand.h"
 #include "cli/resultsCommand.h"
 #include "cli/saveCommand.h"
+#include "cli/spelling.h"
+#include "cli/sweepCommand.h"
 #include "cli/tableCommand.h"
 #include "cli/tableExport.h"
 #include "cli/tableImport.h"
 #include "cli/tableTemplate.h"
+#include "cli/tornadoCommand.h"
 #include "run/Run.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <numeric>
 #include <optional>
 #include <sstream>
 #include <string_view>
@@ -27,21 +31,6 @@
 namespace telvo::cli {
 
 namespace {
-
-/// Letters that one word has to be changed in to become the other.
-std::size_t distance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t changed = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
-        }
-    }
-    return row.back();
-}
 
 /// Names the command that is none, or the option before the command that is none. The parser would
 /// only say that a command is missing.
@@ -54,16 +43,11 @@ std::optional<std::string> misspeltCommand(const CLI::App& app,
         if (name == "--" || app.get_option_no_throw(name)) return std::nullopt;
         return word + ": is no option; options follow the command, telvo-cli --help lists both";
     }
-    const CLI::App* nearest = nullptr;
-    std::size_t least = 3; // a slip of two letters
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
-        const std::size_t letters = distance(word, command->get_name());
-        if (letters == 0) return std::nullopt;
-        if (letters >= least) continue;
-        least = letters;
-        nearest = command;
-    }
-    if (nearest) return word + ": is no command; near it: " + nearest->get_name();
+    std::vector<std::string> names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        names.push_back(command->get_name());
+    if (std::find(names.begin(), names.end(), word) != names.end()) return std::nullopt;
+    if (const auto near = nearest(word, names)) return word + ": is no command; near it: " + *near;
     return word + ": is no command; telvo-cli --help lists them";
 }
 
@@ -95,9 +79,11 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     m_app->allow_windows_style_options(false); // a name that begins with "/" is a file everywhere
     m_app->set_version_flag("--version", versionText());
     m_app->require_subcommand(1);
-    m_app->footer("Exit status: 0 all good, 1 a case was refused or could not be computed,\n"
-                  "2 wrong usage, 3 a file could not be read or written.\n\n"
-                  "telvo-cli COMMAND --help explains a command.");
+    m_app->footer(
+        "Exit status: 0 all good, 1 a case was refused or could not be computed,\n"
+        "2 wrong usage, 3 a file could not be read or written, 4 a study ran but found nothing\n"
+        "that meets its criterion.\n\n"
+        "telvo-cli COMMAND --help explains a command.");
     // In the order in which --help lists them.
     add<ReportRequest>(*m_app, addReport, runReport);
     add<ResultsRequest>(*m_app, addResults, runResults);
@@ -112,6 +98,10 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     add<NewRequest>(*m_app, addNew, runNew);
     add<ConvertRequest>(*m_app, addConvert, runConvert);
     add<SaveRequest>(*m_app, addSave, runSave);
+    add<FindRequest>(*m_app, addFind, runFind);
+    add<SweepRequest>(*m_app, addSweep, runSweep);
+    add<TornadoRequest>(*m_app, addTornado, runTornado);
+    add<ChartRequest>(*m_app, addChart, runChart);
     CLI::App& table = *addTable(*m_app);
     add<TableExportRequest>(table, addTableExport, runTableExport);
     add<TableTemplateRequest>(table, addTableTemplate, runTableTemplate);

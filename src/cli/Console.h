@@ -4,23 +4,25 @@
 #include "base/Result.h"
 #include "cli/Workbooks.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
 
 namespace telvo::cli {
 
-/// Exit statuses; of several cases the highest one counts.
+/// Exit statuses; raise() tells which one of several cases counts.
 enum ExitStatus : int {
     AllGood = 0,
     Refused = 1, // a case was refused or could not be computed
     WrongUsage = 2,
-    FileTrouble = 3 // a file could not be read or written
+    FileTrouble = 3, // a file could not be read or written
+    AimMissed = 4    // all went well, but a study did not find what it looked for
 };
 
+/// Of two statuses the one that counts: a missed aim only where nothing failed.
 inline void raise(ExitStatus& status, ExitStatus other) {
-    status = std::max(status, other);
+    const auto rank = [](ExitStatus one) { return one == AimMissed ? 1 : 2 * one; };
+    if (rank(other) > rank(status)) status = other;
 }
 
 inline constexpr std::string_view StandardInput = "standard input"; ///< as messages name it

@@ -81,7 +81,7 @@ class Cli : public testing::Test {
         write("stdin", input);
         const string command = "cd '" + m_folder.string() +
                                "' && '" TELVO_CLI "' <stdin 2>stderr " +
-                               (arguments.find('>') == string::npos ? ">stdout " : "") + arguments;
+                               (arguments.find(" >") == string::npos ? ">stdout " : "") + arguments;
         const int status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("stdout"), read("stderr")};
     }

@@ -332,4 +332,112 @@ TEST_F(Cli, PicturesAreDrawnWithoutADisplay) {
     EXPECT_NE(read("plan.svg").find("Verification: dev-plain"), string::npos);
 }
 
+/// The value of a quantity in the results of a case, as text.
+string resultOf(const string& results, const string& quantity) {
+    std::istringstream lines(results);
+    for (string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        string name, value;
+        if (words >> name >> value && name == quantity) return value;
+    }
+    return {};
+}
+
+std::vector<string> cellsOf(const string& line) {
+    std::vector<string> cells;
+    std::istringstream row(line);
+    for (string cell; std::getline(row, cell, ',');)
+        cells.push_back(cell);
+    return cells;
+}
+
+TEST_F(Cli, EveryRowOfATableOfValuesIsWhatResultsGivesOfThatCase) {
+    const Ran made = run("sweep gobs.TLV --vary EntryHeight=6,8 --vary XcutCenters.1=70:90:10 "
+                         "--quantity TELVOSF.retreat --quantity PillarStrength.2 -o t.csv");
+    ASSERT_EQ(made.status, 0) << made.err;
+    std::istringstream rows(without(read("t.csv"), '\r'));
+    string line;
+    std::getline(rows, line);
+    EXPECT_EQ(line, "id,EntryHeight,XcutCenters.1,TELVOSF.retreat,PillarStrength.2,flags,message");
+    ASSERT_EQ(run("table export gobs.TLV -o gobs.csv").status, 0);
+    const string table = read("gobs.csv");
+    int count = 0;
+    while (std::getline(rows, line)) {
+        const auto cells = cellsOf(line);
+        EXPECT_EQ(cells[0], std::to_string(++count));
+        // The same case made by hand: two cells of the exported table.
+        std::istringstream both(without(table, '\r'));
+        string names, values;
+        std::getline(both, names);
+        std::getline(both, values);
+        auto headings = cellsOf(names), numbers = cellsOf(values);
+        for (std::size_t i = 0; i < headings.size(); ++i) {
+            if (headings[i] == "EntryHeight") numbers[i] = cells[1];
+            if (headings[i] == "XcutCenters.1") numbers[i] = cells[2];
+        }
+        string changed;
+        for (const string& number : numbers)
+            changed += (changed.empty() ? "" : ",") + number;
+        write("one.csv", names + "\r\n" + changed + "\r\n");
+        const string results = run("results one.csv").out;
+        EXPECT_EQ(cells[3], resultOf(results, "TELVOSF.retreat")) << line;
+        EXPECT_EQ(cells[4], resultOf(results, "PillarStrength.2")) << line;
+    }
+    EXPECT_EQ(count, 6);
+}
+
+TEST_F(Cli, FoundIntervalsAreJsonWithAnObjectPerCase) {
+    const Ran made = run("find gobs.TLV missing.TLV metric.TLV DepthCover --for "
+                         "\"TELVOSF.development>=2\" --in 100:2000 --step 5 --format json");
+    EXPECT_EQ(made.status, 3) << made.err;
+    const std::unique_ptr<json_object, int (*)(json_object*)> root(
+        json_tokener_parse(made.out.c_str()), json_object_put);
+    ASSERT_TRUE(root && json_object_is_type(root.get(), json_type_array));
+    ASSERT_EQ(json_object_array_length(root.get()), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        json_object* one = json_object_array_get_idx(root.get(), i);
+        for (const char* key : {"file", "headline", "intervals", "evaluated", "uncomputable"})
+            EXPECT_TRUE(json_object_object_get_ex(one, key, nullptr)) << key;
+        const auto intervals = json_object_array_length(json_object_object_get(one, "intervals"));
+        EXPECT_EQ(intervals == 0, i == 1);
+        for (std::size_t k = 0; k < intervals; ++k) {
+            json_object* interval =
+                json_object_array_get_idx(json_object_object_get(one, "intervals"), k);
+            const double from = json_object_get_double(json_object_object_get(interval, "from"));
+            const double to = json_object_get_double(json_object_object_get(interval, "to"));
+            EXPECT_LE(from, to);
+            bool jumps = false;
+            for (const char* end : {"fromEnd", "toEnd"}) {
+                const string kind = json_object_get_string(json_object_object_get(interval, end));
+                EXPECT_TRUE(kind == "crossing" || kind == "jump" || kind == "range" ||
+                            kind == "uncomputable");
+                jumps = jumps || kind == "jump";
+            }
+            EXPECT_EQ(json_object_object_get_ex(interval, "rule", nullptr), jumps);
+        }
+    }
+}
+
+TEST_F(Cli, TablesOfStudiesOfSeveralCasesHaveTheFileFirstAndTheColumnsOfAll) {
+    const Ran made = run("sweep plain.TLV gobs.TLV --vary EntryHeight=6:8:1 --format csv");
+    EXPECT_EQ(made.status, 0) << made.err;
+    std::istringstream rows(without(made.out, '\r'));
+    string line;
+    std::getline(rows, line);
+    const auto headings = cellsOf(line);
+    EXPECT_EQ(headings.front(), "file");
+    EXPECT_EQ(headings.back(), "message");
+    int count = 0;
+    while (std::getline(rows, line)) {
+        EXPECT_TRUE(line.starts_with(count < 3 ? "plain.TLV," : "gobs.TLV,")) << line;
+        EXPECT_EQ(std::count(line.begin(), line.end(), ','),
+                  static_cast<std::ptrdiff_t>(headings.size()) - 1)
+            << line;
+        ++count;
+    }
+    EXPECT_EQ(count, 6);
+    EXPECT_EQ(run("sweep plain.TLV gobs.TLV --vary EntryHeight=6:8:1 -o t.xlsx").status, 0);
+    EXPECT_TRUE(read("t.xlsx").starts_with("PK"));
+}
+
 } // namespace

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/Result.h"
+#include "cli/inputs.h"
+#include "study/output/factors.h"
+#include "study/output/StudyOutput.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+/// What the commands of studies share: where the result goes, and the road over the cases.
+namespace telvo::cli {
+
+/// In which form a result is written, and where.
+struct StudyTarget {
+    std::string format; ///< text, csv, json or xlsx; empty: after the ending of the file
+    std::string target; ///< empty or "-": standard output
+    bool force = false;
+};
+
+/// Adds --format, --output and --force.
+void addStudyTarget(CLI::App& command, StudyTarget& target);
+
+enum class StudyForm { Text, Csv, Json, Workbook };
+/// Nothing, after a complaint, for an ending that names no form or a workbook without a file.
+std::optional<StudyForm> formOf(Console& console, const StudyTarget& target);
+
+/// What came of one case.
+struct StudyPart {
+    std::string file;
+    std::string message; ///< why there is no output
+    std::optional<study::StudyOutput> output;
+};
+
+/// Writes the parts in the form that was asked for. JSON is an array with an object per part; of
+/// several tables a column "file" comes first.
+/// Given: emptyJson  members of the object of a part without output; may be none
+ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm form,
+                      const std::vector<StudyPart>& parts,
+                      const std::function<void(JsonWriter&)>& emptyJson = {});
+
+/// Asks something of every case that is named and writes what came of it.
+using Question = std::function<Result<study::StudyOutput>(const project::ProjectCase& current)>;
+int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
+             const Question& question, const std::function<void(JsonWriter&)>& emptyJson = {});
+
+/// Cases and, as the last word, the input that is looked for.
+void addCasesAndInput(CLI::App& command, std::vector<std::string>& words, std::string& listFile);
+struct CasesAndInput {
+    Inputs cases;
+    study::Variable variable;
+};
+/// Faults: no input, or one that does not exist
+Result<CasesAndInput> casesAndInput(const std::vector<std::string>& words,
+                                    const std::string& listFile);
+
+// What is given as text. Faults have the words for a user.
+
+/// An input by name.
+Result<study::Variable> variableOf(const std::string& name);
+/// A quantity by name.
+Result<study::Outcome> outcomeOf(const std::string& name);
+/// "50:300"
+Result<study::Span> spanOf(const std::string& text);
+/// "DepthCover=600:1200:50", "EntryHeight=6,8,10"
+Result<study::SweepAxis> axisOf(const std::string& text);
+/// "TELVOSF.retreat>=1.3,1.5,suggested": one criterion per target, of one quantity.
+Result<std::vector<study::Criterion>> criteriaOf(const std::string& text);
+
+/// Those that are named, or study::factorsOf(). "all" stands for every number of the results.
+Result<std::vector<study::Outcome>> outcomesOf(const std::vector<std::string>& names,
+                                               const project::ProjectCase& current);
+
+} // namespace telvo::cli
