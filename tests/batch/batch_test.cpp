@@ -116,6 +116,41 @@ TEST(Batch, IsBitForBitTheRoadOfOneCase) {
     EXPECT_LT(computed, total * 4 / 5);
 }
 
+// From sizes of which only factors can leave single precision: coal so strong that one factor after
+// the other does. Wide panels make the tributary load that the arch sheds outweigh the barriers, so
+// that their factors leave it long after those of the remnants.
+TEST(Batch, FactorsBeyondSinglePrecisionStopTheSameCases) {
+    ProjectInput in;
+    in.EntryHeight = 1e-9, in.DepthCover = 100, in.UnitWeight = 1e-9, in.EntryWidth = 20;
+    in.XcutSpacing = 100, in.NumberEntries = 3, in.BreadthAMZ = 90, in.ArchFactor = 0.5F;
+    in.Arch = 0, in.CoalStrength = 900, in.XcutCenters = {{4e8, 4e8}}, in.XcutAngle = 90;
+    in.AbutmentAngleActiveGob = in.AbutmentAngleFirstGob = in.AbutmentAngleSecondGob = 45;
+    in.ExtentActiveGob = in.ExtentFirstGob = in.ExtentSecondGob = 50;
+    in.BarrierFirstGob = 1e9, in.BarrierSecondGob = 2e9;
+    struct Row {
+        std::int16_t anal;
+        double spacing;
+    };
+    for (const auto& [anal, spacing] : {Row{0, 1e9}, Row{1, 1e9}, Row{2, 100}, Row{3, 100}}) {
+        ProjectCase base = project::newCase(project::English);
+        base.Input = in;
+        base.Input.Anal = anal, base.Input.XcutSpacing = spacing;
+        std::vector<std::vector<double>> strengths(1, std::vector<double>(Cases));
+        for (std::size_t i = 0; i < Cases; ++i)
+            strengths[0][i] = 1e9 * std::pow(1e3, static_cast<double>(i) / Cases);
+        const auto statusOf = [&](InstructionSet set) {
+            return outcomeOf(base, {Field::CoalStrength}, strengths, PanelFactors, false,
+                             {.instructions = set})
+                .status;
+        };
+        const auto one = statusOf(InstructionSet::OneByOne);
+        EXPECT_EQ(one.front(), Status::Computed) << anal;
+        EXPECT_EQ(one[Cases - 4], Status::NotComputed) << anal;
+        for (const InstructionSet set : packSets())
+            EXPECT_EQ(statusOf(set), one) << anal;
+    }
+}
+
 TEST(Batch, WhatIsNotComputedIsNamedByTheRoadOfOneCase) {
     ProjectCase base = project::newCase(project::English);
     base.Input.EntryHeight = 6, base.Input.DepthCover = 800, base.Input.EntryWidth = 20;

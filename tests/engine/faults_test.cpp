@@ -67,6 +67,8 @@ TEST(Fault, NamesTheQuantityAndTheInputAndLeavesNoResult) {
              in.NumberEntries = 2, in.XcutCenters[1] = std::numeric_limits<double>::max();
          },
          "AMZArea", "XcutCenters(1)"},
+        {"the last distance", 0, [](In in) { in.XcutCenters[4] = 1e307; }, "AMZArea",
+         "XcutCenters(4)"},
         {"W", 0, [](In in) { in.XcutCenters[1] = 1e39, in.Arch = 1; }, "ArchFactor", "XcutCenters"},
     };
     for (const auto& row : rows) {

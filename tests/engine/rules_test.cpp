@@ -286,11 +286,15 @@ TEST(PressureArchFactor, BoundariesInTheUnitsOfTheCase) {
 }
 
 TEST(BleederRow, ExcessBelowOneHundredthIsDropped) {
-    // w = h = L = S1 = 1: strength and capacity 0.64 + 0.54 - 0.18 = 1; load = Gamma; B / Sc = 1
-    for (const auto& [load, expected] : {std::pair{0.995, 0.0}, {0.985, 0.015}, {3.0, 0.0}}) {
+    // w = h = L = S1 = 1: strength and capacity 0.64 + 0.54 - 0.18 = 1; load = Gamma
+    const double capacity = rules::pillarStrength(1.0, 1.0, 1.0, 1.0);
+    const struct {
+        double load, breadth, expected;
+    } rows[] = {{0.995, 1, 0}, {0.985, 1, 0.015}, {3, 1, 0}, {capacity - 0.5, 0.02, 0.01}};
+    for (const auto& [load, breadth, expected] : rows) {
         WorkingInputs in;
-        in.S1 = in.h = in.H = in.B = in.Sc = in.PillarLengthAlong = in.BleederWidth[4] = 1;
-        in.RowLeft[3] = true, in.Gamma = load;
+        in.S1 = in.h = in.H = in.Sc = in.PillarLengthAlong = in.BleederWidth[4] = 1;
+        in.RowLeft[3] = true, in.Gamma = load, in.B = breadth;
         PanelResults r;
         Scalar calc;
         rules::bleederRow<Scalar>(calc, in, in, 4, r);
