@@ -2,6 +2,9 @@
 #include "project/advisories.h"
 #include "project/checks.h"
 
+#include "project/inputFields.h"
+
+#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace telvo::project;
@@ -157,6 +160,33 @@ TEST(Checks, LimitsAreAcceptedAndGobsOutOfUsePass) {
     const telvo::Refusal range{"Value 'x' is outside input range\nValid range is: 0.28-1",
                                "Range Error", "box"};
     EXPECT_EQ(checkRange(" x ", 0.28, 1, "", "box"), range);
+}
+
+TEST(Checks, SpansHoldWhatIsAccepted) {
+    int limits = 0;
+    for (std::int16_t anal = 0; anal < 4; ++anal) {
+        ProjectInput in = sound();
+        in.Anal = anal;
+        in.XcutCenters[3] = 45;
+        for (const FieldId id : NumericInputs) {
+            if (id.index > distanceCount(in)) continue;
+            const Span form = validSpan(acceptanceRequirements(), in, id);
+            const Span run = validSpan(analysisRequirements(), in, id);
+            for (const double limit : {form.low, form.high, run.low, run.high}) {
+                if (!std::isfinite(limit)) continue;
+                ++limits;
+                for (const double x : {limit - 0.01, limit, limit + 0.01}) {
+                    ProjectInput other = in;
+                    set(other, id, x);
+                    EXPECT_EQ(form.contains(x), !checkAcceptance(textsFromInput(other)))
+                        << nameOf(id) << " = " << x << ", loading condition " << anal;
+                    EXPECT_EQ(run.contains(x), !checkBeforeAnalysis(other))
+                        << nameOf(id) << " = " << x << ", loading condition " << anal;
+                }
+            }
+        }
+    }
+    EXPECT_GT(limits, 200);
 }
 
 TEST(Checks, TextsBecomeARecordByTheLeadingNumber) {

@@ -59,6 +59,24 @@ TEST(UnitCalculator, ConvertsByItsOwnFactors) {
             << row.entry << ' ' << row.from << " to " << row.to;
 }
 
+TEST(UnitCalculator, OneEntryIsShownInEveryUnit) {
+    const struct {
+        const char *quantity, *from;
+        std::vector<std::string> shown;
+    } rows[] = {
+        {"Length", "m", {"3.280839895", "39.37007874", "100", "1"}},
+        {"Load", "MN", {"224809", "224.809", "112.4045", "1000000", "1000", "1"}},
+        {"Load Gradient",
+         "kN/m",
+         {"68.5217832", "5.7101486", "0.0685217832", "0.0342608916", "1000", "1", "0.001"}},
+        {"Stress", "MPa", {"145.0377377", "20885.43423", "0.1450377377", "1000000", "1000", "1"}},
+        {"Stress Gradient", "MPa/m", {"44.20750246", "3.683958538", "1000000", "1000", "1"}}};
+    for (const auto& row : rows) {
+        const CalculatorQuantity& of = quantity(row.quantity);
+        EXPECT_EQ(convertEntry("1", of, indexOf(of, row.from)).results, row.shown) << row.quantity;
+    }
+}
+
 TEST(UnitCalculator, ShowsNothingForWhatIsNoNumber) {
     for (const char* entry : {"", " ", "-", "1-2", "1.2.3", "1e", "ft", "1e999", "5 3"}) {
         const Conversions made = convertEntry(entry, quantity("Length"), 0);
