@@ -336,6 +336,18 @@ TEST(SfGraph, StrengthSetToZeroIsAJumpAndGeometryATurn) {
     EXPECT_NEAR(turn->x, 500, 1e-6 * 400);
 }
 
+TEST(SfGraph, AJumpIsMoreThanWhatSinglePrecisionLeaves) {
+    EXPECT_FALSE(isJump(0, 0)); // a barrier without strength on both sides
+    EXPECT_TRUE(isJump(0, 1e-300));
+    EXPECT_TRUE(isJump(-1e-3, 1e-3));
+    for (const double factor : {1.5, -1.5, 3e4}) {
+        EXPECT_FALSE(isJump(factor, factor * (1 + 0.9e-5)));
+        EXPECT_FALSE(isJump(factor * (1 + 0.9e-5), factor));
+        EXPECT_TRUE(isJump(factor, factor * (1 + 1.1e-5)));
+        EXPECT_TRUE(isJump(factor * (1 + 1.1e-5), factor));
+    }
+}
+
 TEST(SfGraph, AutomaticBreadthFollowsTheDepth) {
     ProjectCase current = panel(1);
     EXPECT_EQ(variedCase(current, GraphKind::DepthCover, 1000).Input.BreadthAMZ, 93);
