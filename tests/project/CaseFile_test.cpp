@@ -227,7 +227,7 @@ TEST(CaseFile, DamageNamesFileLineAndItem) {
     const struct { const char* item; std::string line, message; } rows[] = {
         {"Units", "metric", "\"metric\" is not a number"}, {"EntryWidth", "", "not a number"},
         {"DepthCover", "deep", "\"deep\" is not a number"}, {"XcutSpacing", "18,5", "decimal comma"},
-        {"XcutAngle", "60 degrees", "not a number alone"}, {"CoalStrength", "1e999", "too large"},
+        {"XcutAngle", "60 degrees", "not a number alone"}, {"CoalStrength", "1e999", "too large"}, {"CoalStrength", "-9e999", "too large"},
         {"WidthC", "1e39", "too large"}, {"Reserved", " 70000", "outside -32768 to 32767"},
         {"Anal", " 1.5", "not a whole number"}, {"NumberEntries", "-1", "-1 is outside 0 to 10"},
         {"NumberEntries", " 11", "11 is outside 0 to 10"}, {"Title", std::string("a\0b", 3), "NUL"},

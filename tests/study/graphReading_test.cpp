@@ -228,6 +228,7 @@ TEST(GraphReading, FactorAxisShowsWhatIsLookedFor) {
     // All in the upper part: 8 to 10 with a tenth of that on either side.
     expect(spanOf({8, 9, 10}, {}), 7.8, 10.2);
     expect(spanOf({6, 10}, {}), 0, 10.6); // 6 is not above 60 %
+    expect(spanOf({6.05, 10}, {}), 5.655, 10.395);
     expect(spanOf({8, 9, 10}, {1.5}), 0, 10.6);
     expect(spanOf({5, 5}, {}), 0, 5.3);
     // What towers above four times the median, the limits and the own point is cut off.

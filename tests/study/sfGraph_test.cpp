@@ -432,6 +432,8 @@ TEST(SfGraph, Refusals) {
     EXPECT_TRUE(speaksOf(refusalOf(panel(1), GraphKind::FirstBarrier), "no such barrier"));
     EXPECT_TRUE(speaksOf(refusalOf(panel(2), GraphKind::SecondBarrier), "no such barrier"));
     EXPECT_TRUE(speaksOf(refusalOf(panel(0), GraphKind::XcutAngle, {0, 20}), "no valid value"));
+    // The crosscuts' 90 degrees are the greatest angle: nothing but one point.
+    EXPECT_TRUE(speaksOf(refusalOf(panel(0), GraphKind::XcutAngle, {100, 150}), "no valid value"));
     ProjectCase current = panel(0);
     current.Input.XcutCenters[2] = 15;
     EXPECT_TRUE(speaksOf(refusalOf(current, GraphKind::DepthCover),
@@ -528,6 +530,11 @@ TEST(SfGraph, LimitsAreThoseOfTheWarnings) {
     EXPECT_EQ(graphOf(current, GraphKind::XcutAngle).limits[1].label, "Suggested SF 1.42");
     current.Input.XcutCenters[1] = 126;
     EXPECT_EQ(graphOf(current, GraphKind::XcutAngle).limits.size(), 1U);
+    current.Input.XcutCenters[1] = 125;
+    EXPECT_EQ(graphOf(current, GraphKind::XcutAngle).limits.size(), 2U);
+    current.Input.DepthCover = 650; // counts as shallow
+    EXPECT_EQ(graphOf(current, GraphKind::XcutAngle).limits.size(), 1U);
+    current.Input.XcutCenters[1] = 126;
     // Pillars 80 ft wide on average 86.5 ft: slender above a height of 21.625 ft.
     const auto height = graphOf(current, GraphKind::EntryHeight, {50, 300}).limits;
     ASSERT_EQ(height.size(), 2U);

@@ -49,9 +49,8 @@ class TargetSearch {
 
     /// A curve may reach the target and turn back between two points: golden section towards it.
     void aroundExtremum(const GraphPoint& left, const GraphPoint& here, const GraphPoint& right) {
-        const auto distance = [&](double y) {
-            return here.y < m_target ? m_target - y : y - m_target;
-        };
+        const bool below = here.y < m_target || (here.y == m_target && left.y < m_target);
+        const auto distance = [&](double y) { return below ? m_target - y : y - m_target; };
         const double d = distance(here.y);
         const double toLeft = distance(left.y) - d;
         const double toRight = distance(right.y) - d;
