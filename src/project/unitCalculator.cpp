@@ -3,6 +3,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "project/unitFactors.h"
 #include "project/units.h"
 
 #include <array>
@@ -17,11 +18,9 @@ constexpr double InchesPerFoot = 12;
 constexpr double CentimetresPerInch = 2.54;
 constexpr double CentimetresPerMetre = 100;
 constexpr double NewtonsPerPound = 4.448220489393218;
-constexpr double PoundsPerTon = 2000;
 constexpr double KilonewtonsPerTon = 8.896440978786435;
 constexpr double KilonewtonsPerMetreOfPoundPerFoot = 0.01459389924341607;
 constexpr double PascalsPerPsi = 6894.757293;
-constexpr double PsiPerPsf = 0.006944444444444444; // one 144th
 constexpr double PascalsPerMetreOfPsiPerInch = 271447.137519685;
 constexpr double Twelfth = 0.08333333333333333; // per foot in terms of per inch
 constexpr double Thousand = 1000;

@@ -85,8 +85,18 @@ float RoundSF(double factor, int RoundTELVOSF) {
 }
 
 void PageWriter::line(std::string_view text) {
+    this->text(text);
+    this->text(LineBreak);
+}
+
+void PageWriter::text(std::string_view text) {
     m_text += text;
-    m_text += LineBreak;
+    m_line += static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+}
+
+std::string PageWriter::figure(std::string_view symbol, const Where& at, std::string text) {
+    m_figures.push_back({symbol, at, text, m_page, m_line});
+    return text;
 }
 
 void PageWriter::heading(std::string_view title) {
@@ -95,10 +105,9 @@ void PageWriter::heading(std::string_view title) {
 }
 
 void PageWriter::subHeading(std::string_view name) {
-    m_text += '[';
-    m_text += name;
-    m_text += ']';
-    m_text += LineBreak;
+    text("[");
+    text(name);
+    line("]");
 }
 
 void PageWriter::paragraph(std::string_view text) {

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Rule.h"
+
 #include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 namespace telvo::report {
 
@@ -21,6 +25,15 @@ struct ReportOptions {
 inline constexpr int LastReportPage = 5;
 /// Six page texts, index 0 to 5, lines ended by CR LF.
 using ReportPages = std::array<std::string, LastReportPage + 1>;
+
+/// A figure of a page and the quantity that it shows.
+struct Figure {
+    std::string_view symbol; ///< as the formulas have it: "Lbt"
+    Where at;                ///< pass, side and pillar that it is said of
+    std::string text;        ///< without blanks around it
+    int page = 0;            ///< 1 to 5
+    int line = 0;            ///< counted from 1
+};
 
 /// What the pages hold.
 inline constexpr std::array<std::string_view, LastReportPage + 1> ReportPageNames = {
@@ -60,7 +73,8 @@ float RoundSF(double factor, int RoundTELVOSF);
 /// One page under construction.
 class PageWriter {
   public:
-    PageWriter() { m_text.reserve(4096); } // most pages fit
+    /// Given: page  its number, 0 to 5
+    explicit PageWriter(int page = 0) : m_page(page) { m_text.reserve(4096); } // most pages fit
 
     /// A line and its line break.
     void line(std::string_view text = {});
@@ -69,14 +83,21 @@ class PageWriter {
     /// "[name]" alone on a line.
     void subHeading(std::string_view name);
     /// Text as it is, without a line break of its own.
-    void text(std::string_view text) { m_text += text; }
+    void text(std::string_view text);
+    /// Notes that the line that is written next shows a quantity so.
+    /// Returned: the text
+    std::string figure(std::string_view symbol, const Where& at, std::string text);
     /// A paragraph wrapped at 70 columns.
     void paragraph(std::string_view text);
 
     std::string take() { return std::move(m_text); }
+    std::vector<Figure> takeFigures() { return std::move(m_figures); }
 
   private:
     std::string m_text;
+    std::vector<Figure> m_figures;
+    int m_page;
+    int m_line = 1;
 };
 
 /// Columns at which the report wraps its running text.

@@ -6,9 +6,11 @@
 #include "engine/quantities.h"
 #include "engine/questions.h"
 #include "engine/rules/figures.h"
+#include "project/unitFactors.h"
 #include "project/units.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <vector>
 
@@ -80,14 +82,13 @@ ReportUnits fixReportUnits(AnalysisResults& copy, std::int16_t units,
 
     const bool tons = options.OutputStrGradUnits == 1;
     const bool psi = options.OutputStrUnits == 0;
-    constexpr double poundsPerTon = 2000;
-    constexpr double psiPerPsf = 0.006944444444444444;
     visitQuantities(copy, [&](const char*, Kind kind, auto& field) {
         visitNumbers(field, [&](auto& value) {
             using Number = std::remove_reference_t<decltype(value)>;
             if (tons && (kind == Kind::Force || kind == Kind::ForcePerLength))
-                value = static_cast<Number>(value / poundsPerTon);
-            if (psi && kind == Kind::Stress) value = static_cast<Number>(value * psiPerPsf);
+                value = static_cast<Number>(value / project::PoundsPerTon);
+            if (psi && kind == Kind::Stress)
+                value = static_cast<Number>(value * project::PsiPerPsf);
         });
     });
     return {
@@ -95,26 +96,29 @@ ReportUnits fixReportUnits(AnalysisResults& copy, std::int16_t units,
         tons ? std::string(unitLabel(project::English, Quantity::TonsPerFootOrKilonewtonsPerMetre))
              : std::string(" (lbs/ft)"),
         std::string(unitLabel(project::English, psi ? Quantity::Strength : Quantity::Stress)),
-        tons ? poundsPerTon : 1};
+        tons ? project::PoundsPerTon : 1};
 }
 
 // --- Page 1: stability factors and warnings
 
 namespace {
 
-std::string factorLine(std::string_view label, double factor, const ReportOptions& options) {
+void factorLine(PageWriter& page, std::string_view symbol, const Where& at, double factor,
+                const ReportOptions& options) {
     constexpr int leader = 45;
     constexpr int width = 6;
-    return DotLeader(label, leader) + AlignValue(factorText(factor, options.RoundTELVOSF), width);
+    const std::string text = factorText(factor, options.RoundTELVOSF);
+    page.line(DotLeader(PassNames[at.pass], leader) +
+              AlignValue(page.figure(symbol, at, text), width));
 }
 
-std::string stabilityFactorPage(const Shown& source, const Warnings& warnings) {
+PageWriter stabilityFactorPage(const Shown& source, const Warnings& warnings) {
     const AnalysisResults& r = source.results;
     const bool sideGobs = r.AnalysisCase >= OneSideGob;
-    PageWriter page;
+    PageWriter page(1);
     page.heading("TELVO STABILITY FACTORS");
     for (int p = Development; p <= lastPass(source.in); ++p) {
-        page.line(factorLine(PassNames[p], r.TELVOSF[p], source.options));
+        factorLine(page, "SF", {p}, r.TELVOSF[p], source.options);
         if (sideGobs) page.line(GobNotes[r.AnalysisCase][p]);
     }
     if (sideGobs) {
@@ -123,7 +127,7 @@ std::string stabilityFactorPage(const Shown& source, const Warnings& warnings) {
         for (const int k : barrierSides(source.in)) {
             page.subHeading(BarrierNames[k]);
             for (int p = Development; p <= lastPass(source.in); ++p)
-                page.line(factorLine(PassNames[p], r.BarrierSF[p][k], source.options));
+                factorLine(page, "SFb", {p, k}, r.BarrierSF[p][k], source.options);
         }
     }
     if (warnings.AnyWarning) {
@@ -131,17 +135,19 @@ std::string stabilityFactorPage(const Shown& source, const Warnings& warnings) {
         page.text(warnings.section);
     }
     page.line();
-    return page.take();
+    return page;
 }
 
 // --- Page 2: active mining zone
 
 class LabelPage : public PageWriter {
   public:
-    void value(std::string_view label, double number, std::string_view pattern,
-               std::string_view unit = {}) {
-        line(DotLeader(label, leader) + AlignValue(formatPattern(number, pattern), valueWidth) +
-             std::string(unit));
+    using PageWriter::PageWriter;
+
+    void value(std::string_view label, std::string_view symbol, double number,
+               std::string_view pattern, std::string_view unit = {}, int side = FirstSide) {
+        const std::string text = figure(symbol, {Retreat, side}, formatPattern(number, pattern));
+        line(DotLeader(label, leader) + AlignValue(text, valueWidth) + std::string(unit));
     }
     static constexpr int leader = 40;
     static constexpr int valueWidth = 12;
@@ -149,7 +155,8 @@ class LabelPage : public PageWriter {
 
 /// One row of the loadings table: its own contribution in each pass.
 struct LoadingRow {
-    std::string_view label;
+    std::string_view label, symbol;
+    int side = 0;
     IndexedArray<double, 1, 2> load;
 };
 
@@ -163,9 +170,10 @@ std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
         return IndexedArray<double, 1, 2>{{load(Development), load(Retreat)}};
     };
     std::vector<LoadingRow> rows;
-    rows.push_back({"Tributary Area*", perPass([&](int p) { return r.AMZLoad[p][Tributary]; })});
+    rows.push_back(
+        {"Tributary Area*", "Q1", 0, perPass([&](int p) { return r.AMZLoad[p][Tributary]; })});
     if (r.AnalysisCase >= ActiveGob)
-        rows.push_back({"Front abutment load*",
+        rows.push_back({"Front abutment load*", "Qf", 0,
                         perPass([&](int p) { return scaled("Qf", r.AbutmentLoadAMZ[p][Front]); })});
     struct SideLabels {
         std::string_view abutment, remnant, barrier;
@@ -176,45 +184,49 @@ std::vector<LoadingRow> loadingRows(const AnalysisResults& r) {
          SideLabels{"2nd Side Abutment load*", "2nd Side Barrier LTRANSREM*",
                     "2nd Side Barrier LTRANSBAR"}}};
     for (int k = FirstSide; k <= r.AnalysisCase; ++k) {
-        rows.push_back({labels[k].abutment,
+        rows.push_back({labels[k].abutment, "Qs", k,
                         perPass([&](int p) { return scaled("Qs", r.AbutmentLoadAMZ[p][k]); })});
-        rows.push_back(
-            {labels[k].remnant, perPass([&](int p) { return scaled("Qr", r.LTRANSREM[p][k]); })});
+        rows.push_back({labels[k].remnant, "Qr", k,
+                        perPass([&](int p) { return scaled("Qr", r.LTRANSREM[p][k]); })});
         // LTRANSBAR is printed without the asterisk: the arch factor does not scale it.
-        rows.push_back({labels[k].barrier, perPass([&](int p) { return r.LTRANSBAR[p][k]; })});
+        rows.push_back(
+            {labels[k].barrier, "Ltb", k, perPass([&](int p) { return r.LTRANSBAR[p][k]; })});
     }
-    rows.push_back({"TOTAL ", perPass([&](int p) { return r.AMZLoad[p][r.AnalysisCase]; })});
+    constexpr IndexedArray<std::string_view, 1, 4> totals = {{"Q1", "Q2", "Q3", "Q4"}};
+    rows.push_back({"TOTAL ", totals[r.AnalysisCase], 0,
+                    perPass([&](int p) { return r.AMZLoad[p][r.AnalysisCase]; })});
     return rows;
 }
 
-std::string activeMiningZonePage(const Shown& source, const ReportUnits& units) {
+PageWriter activeMiningZonePage(const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     const std::int16_t system = source.current.Units;
     const std::string_view length = unitLabel(system, Quantity::Length);
     const std::string_view area = system == project::English ? " (ft2)" : " (m2)";
-    LabelPage page;
+    LabelPage page(2);
     page.heading("DATA ABOUT THE ACTIVE MINING ZONE (AMZ)");
-    page.value("Panel Width", r.PanelWidth, "##0.0", length);
+    page.value("Panel Width", "Wp", r.PanelWidth, "##0.0", length);
     Scalar calc;
     page.value(
-        "Depth to Panel Width Ratio",
+        "Depth to Panel Width Ratio", "rHW",
         rules::depthToPanelWidth<Scalar>(calc, source.current.Input.DepthCover, r.PanelWidth),
         "##0.0");
-    page.value("AMZ Breadth", r.AMZBreadth, "##0.0", length);
-    page.value("AMZ Area", r.AMZArea, "##0.0", area);
-    page.value("Extraction Ratio within AMZ", r.ExtractionRatioAMZ, "##0.00");
-    page.value("Tributary Area Load on AMZ", r.TributaryLoadAMZ, ForcePattern, units.force);
+    page.value("AMZ Breadth", "B", r.AMZBreadth, "##0.0", length);
+    page.value("AMZ Area", "Az", r.AMZArea, "##0.0", area);
+    page.value("Extraction Ratio within AMZ", "e", r.ExtractionRatioAMZ, "##0.00");
+    page.value("Tributary Area Load on AMZ", "Lt", r.TributaryLoadAMZ, ForcePattern, units.force);
     if (r.AnalysisCase >= ActiveGob)
-        page.value("Front Abutment Load", r.FrontAbutmentLoad, "##0", units.forcePerLength);
+        page.value("Front Abutment Load", "Lf", r.FrontAbutmentLoad, "##0", units.forcePerLength);
     if (r.AnalysisCase >= OneSideGob)
-        page.value("First Side Abutment Load", r.SideAbutmentLoad[FirstSide], "##0",
+        page.value("First Side Abutment Load", "Ls", r.SideAbutmentLoad[FirstSide], "##0",
                    units.forcePerLength);
     if (r.AnalysisCase >= TwoSideGobs)
-        page.value("Second Side Abutment Load", r.SideAbutmentLoad[SecondSide], "##0",
-                   units.forcePerLength);
-    page.value("R-FACTOR For Front Abutment", r.RFactorFront, "##0.000");
-    page.value("R-FACTOR For First Side Abutment", r.RFactorSide[FirstSide], "##0.000");
-    page.value("R-FACTOR For Second Side Abutment", r.RFactorSide[SecondSide], "##0.000");
+        page.value("Second Side Abutment Load", "Ls", r.SideAbutmentLoad[SecondSide], "##0",
+                   units.forcePerLength, SecondSide);
+    page.value("R-FACTOR For Front Abutment", "Rf", r.RFactorFront, "##0.000");
+    page.value("R-FACTOR For First Side Abutment", "Rs", r.RFactorSide[FirstSide], "##0.000");
+    page.value("R-FACTOR For Second Side Abutment", "Rs", r.RFactorSide[SecondSide], "##0.000", {},
+               SecondSide);
 
     constexpr int column = 14;
     const int passes = lastPass(source.in);
@@ -228,8 +240,9 @@ std::string activeMiningZonePage(const Shown& source, const ReportUnits& units) 
     tableLine(PadRight("", LabelPage::leader), [&](int p) { return PassNames[p]; });
     tableLine(PadRight("", LabelPage::leader), [&](int) { return columnUnit(units.force); });
     for (const LoadingRow& row : loadingRows(r))
-        tableLine(DotLeader(row.label, LabelPage::leader),
-                  [&](int p) { return force(row.load[p]); });
+        tableLine(DotLeader(row.label, LabelPage::leader), [&](int p) {
+            return page.figure(row.symbol, {p, row.side}, force(row.load[p]));
+        });
     for (const std::string_view note :
          {"*Adjusted by Pressure Arch Factor",
           "R-Factor for front abutment is the percent of the total front abutment load that is "
@@ -243,12 +256,12 @@ std::string activeMiningZonePage(const Shown& source, const ReportUnits& units) 
         page.line();
         page.paragraph(note);
     }
-    return page.take();
+    return page;
 }
 
 // --- Page 3: pillars
 
-std::string pillarPage(const Shown& source, const ReportUnits& units) {
+PageWriter pillarPage(const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     const std::int16_t system = source.current.Units;
     const auto length = columnUnit(unitLabel(system, Quantity::Length));
@@ -259,30 +272,35 @@ std::string pillarPage(const Shown& source, const ReportUnits& units) {
         return PadLeft(first, 16) + PadLeft(second, 14) + PadLeft(third, 14);
     };
     const auto pillar = [](int i) { return PadLeft(std::to_string(i), 4); };
-    PageWriter page;
+    PageWriter page(3);
+    const auto cell = [&page](std::string_view symbol, int i, std::string text) {
+        return page.figure(symbol, {Retreat, FirstSide, i}, std::move(text));
+    };
     page.heading("PILLAR PARAMETERS");
     page.line("PILLAR         ENTRY       MINIMUM       MAXIMUM");
     page.line("              CENTER     DIMENSION     DIMENSION");
     page.line("    " + columns(length, length, length));
     for (int i = 1; i <= r.NumberPillars; ++i)
-        page.line(pillar(i) + columns(formatPattern(source.current.Input.XcutCenters[i], "##0.00"),
-                                      formatPattern(r.MinDimension[i], "##0.00"),
-                                      formatPattern(r.MaxDimension[i], "##0.00")));
+        page.line(
+            pillar(i) +
+            columns(cell("C", i, formatPattern(source.current.Input.XcutCenters[i], "##0.00")),
+                    cell("w", i, formatPattern(r.MinDimension[i], "##0.00")),
+                    cell("L", i, formatPattern(r.MaxDimension[i], "##0.00"))));
     page.line();
     page.line("PILLAR          AREA      STRENGTH  LOAD-BEARING");
     page.line("                                        CAPACITY");
     page.line("    " + columns(area, columnUnit(units.stress), columnUnit(units.force)));
     for (int i = 1; i <= r.NumberPillars; ++i)
-        page.line(pillar(i) + columns(formatPattern(r.PillarArea[i], "##0.00"),
-                                      formatPattern(r.PillarStrength[i], "##0.00"),
-                                      force(r.PillarCapacity[i])));
+        page.line(pillar(i) + columns(cell("A", i, formatPattern(r.PillarArea[i], "##0.00")),
+                                      cell("s", i, formatPattern(r.PillarStrength[i], "##0.00")),
+                                      cell("K", i, force(r.PillarCapacity[i]))));
     page.line();
-    page.line("TOTAL LOAD-BEARING CAPACITY OF PILLARS WITHIN AMZ: " + force(r.TotalCapacityAMZ) +
-              units.force);
+    page.line("TOTAL LOAD-BEARING CAPACITY OF PILLARS WITHIN AMZ: " +
+              page.figure("Kt", {}, force(r.TotalCapacityAMZ)) + units.force);
     page.line();
     page.line("To view the distribution of Pillar Load Bearing Capacity");
     page.line("select 'View Plots->Settings->Pillar Load Bearing Capacity'");
-    return page.take();
+    return page;
 }
 
 // --- Page 4: barrier pillars
@@ -299,14 +317,18 @@ void barrierParameters(PageWriter& page, const Shown& source, const ReportUnits&
     page.line(PadRight("", 7) +
               columns(columnUnit(unitLabel(source.current.Units, Quantity::Length)),
                       columnUnit(units.stress), columnUnit(units.force)));
+    const auto cell = [&page](std::string_view symbol, int k, std::string text) {
+        return page.figure(symbol, {Retreat, k}, std::move(text));
+    };
     std::vector<std::string_view> notes;
     for (const int k : barrierSides(source.in)) {
         const bool shared = r.BleederExcess[k] > 0;
-        page.line(PadRight(SideNames[k], 7) +
-                  columns(formatPattern(barrierWidth(source.current.Input, k), "0.00"),
-                          formatPattern(r.BarrierStrength[k], "##0.00"),
-                          force(r.BarrierCapacity[k])) +
-                  std::string(shared ? BleederMarks[k] : ""));
+        page.line(
+            PadRight(SideNames[k], 7) +
+            columns(cell("Wb", k, formatPattern(barrierWidth(source.current.Input, k), "0.00")),
+                    cell("sb", k, formatPattern(r.BarrierStrength[k], "##0.00")),
+                    cell("Kb", k, force(r.BarrierCapacity[k]))) +
+            std::string(shared ? BleederMarks[k] : ""));
         if (shared) notes.push_back(BleederNotes[k]);
     }
     for (const auto note : notes)
@@ -325,38 +347,38 @@ void barrierLoadTable(PageWriter& page, const Shown& source, const ReportUnits& 
             line += PadLeft(cell(k), column);
         page.line(line);
     };
-    const auto value = [&](std::string_view name, auto shown) {
+    const auto value = [&](std::string_view name, std::string_view symbol, auto shown) {
         row(name, [&](int k) -> std::string {
             if (barrierWidth(source.current.Input, k) == 0) return "-";
-            return shown(k);
+            return page.figure(symbol, {p, k}, shown(k));
         });
     };
-    const auto load = [&](std::string_view name, auto quantity) {
-        value(name, [&](int k) { return force(quantity(k)); });
+    const auto load = [&](std::string_view name, std::string_view symbol, auto quantity) {
+        value(name, symbol, [&](int k) { return force(quantity(k)); });
     };
     row("LOAD", [](int k) { return k == FirstSide ? "1st BARRIER" : "2nd BARRIER"; });
     row("", [&](int) { return columnUnit(units.force); });
-    load("Tributary Area", [&](int k) { return r.BarrierTributaryLoad[p][k]; });
-    load("Front Abutment", [&](int k) {
+    load("Tributary Area", "Lbt", [&](int k) { return r.BarrierTributaryLoad[p][k]; });
+    load("Front Abutment", "Lbf", [&](int k) {
         Scalar calc;
         return rules::barrierFrontAbutment<Scalar>(calc, r.BarrierFrontTransfer[p][k],
                                                    r.SlabCornerLoad[p][k]);
     });
-    load("Side Abutment", [&](int k) { return r.BarrierSideAbutmentLoad[p][k]; });
-    load("Pressure Arch", [&](int k) { return r.BarrierArchLoad[p][k]; });
-    load("TOTAL", [&](int k) { return r.BarrierLoad[p][k]; });
-    value("Stability Factor", [&](int k) {
+    load("Side Abutment", "Lbs", [&](int k) { return r.BarrierSideAbutmentLoad[p][k]; });
+    load("Pressure Arch", "Lba", [&](int k) { return r.BarrierArchLoad[p][k]; });
+    load("TOTAL", "Lb", [&](int k) { return r.BarrierLoad[p][k]; });
+    value("Stability Factor", "SFb", [&](int k) {
         return formatPattern(RoundSF(r.BarrierSF[p][k], source.options.RoundTELVOSF), "#0.00");
     });
-    load("LTRANSBAR", [&](int k) { return r.LTRANSBAR[p][k]; });
+    load("LTRANSBAR", "Ltb", [&](int k) { return r.LTRANSBAR[p][k]; });
 }
 
-std::string barrierPage(const Shown& source, const ReportUnits& units) {
-    PageWriter page;
+PageWriter barrierPage(const Shown& source, const ReportUnits& units) {
+    PageWriter page(4);
     page.heading("BARRIER PILLAR PARAMETERS");
     if (barrierSides(source.in).empty()) {
         page.line(None);
-        return page.take();
+        return page;
     }
     const int analysisCase = source.results.AnalysisCase;
     barrierParameters(page, source, units);
@@ -368,13 +390,14 @@ std::string barrierPage(const Shown& source, const ReportUnits& units) {
         page.subHeading(LoadCaseNames[analysisCase][p]);
         barrierLoadTable(page, source, units, p);
     }
-    return page.take();
+    return page;
 }
 
 // --- Page 5: remnant barriers and leave pillars
 
 struct LeavePillar {
     char row = ' ';
+    int pillar = 1; // of the panel; of the outer rows
     double strength = 0;
     double capacity = 0;
     double tributaryLoad = 0;
@@ -387,7 +410,7 @@ std::optional<LeavePillar> outerRow(const Shown& source, const ReportUnits& unit
     const AnalysisResults& r = source.results;
     if ((row == 'A' ? in.RowA : in.RowB) != 1) return std::nullopt;
     const int i = row == 'A' ? 1 : r.NumberPillars;
-    LeavePillar pillar{row, r.PillarStrength[i], r.PillarCapacity[i]};
+    LeavePillar pillar{row, i, r.PillarStrength[i], r.PillarCapacity[i]};
     Scalar calc;
     pillar.tributaryLoad = rules::outerRowLoad<Scalar>(calc, in.UnitWeight, in.DepthCover,
                                                        in.XcutCenters[i], in.XcutSpacing) /
@@ -403,6 +426,7 @@ std::optional<LeavePillar> bleederRow(const Shown& source, char row) {
     const int k = row == 'C' ? FirstSide : SecondSide;
     Scalar calc;
     return LeavePillar{row,
+                       1,
                        r.BleederStrength[k],
                        r.BleederCapacity[k],
                        r.BleederLoad[k],
@@ -426,6 +450,9 @@ void remnantTables(PageWriter& page, const Shown& source, const ReportUnits& uni
     const AnalysisResults& r = source.results;
     const auto length = columnUnit(unitLabel(source.current.Units, Quantity::Length));
     const auto forceUnit = columnUnit(units.force);
+    const auto cell = [&page](std::string_view symbol, int k, std::string text) {
+        return page.figure(symbol, {Retreat, k}, std::move(text));
+    };
     page.heading("REMNANT BARRIER PILLARS BETWEEN GOBS - DATA");
     if (sides.empty()) return page.line(None);
 
@@ -443,9 +470,10 @@ void remnantTables(PageWriter& page, const Shown& source, const ReportUnits& uni
     page.line(" PILLAR" + data("", "", "CAPACITY"));
     page.line(PadRight("", 7) + data(length, length, forceUnit));
     for (const int k : sides)
-        page.line(PadRight(SideNames[k], 7) + data(formatPattern(r.RemnantWidth[k], "###0.0"),
-                                                   formatPattern(r.AbutmentHalfWidth, "###0.0"),
-                                                   force(r.RemnantTotalCapacity[k])));
+        page.line(PadRight(SideNames[k], 7) +
+                  data(cell("Wm", k, formatPattern(r.RemnantWidth[k], "###0.0")),
+                       cell("a", k, formatPattern(r.AbutmentHalfWidth, "###0.0")),
+                       cell("Kn", k, force(r.RemnantTotalCapacity[k]))));
     page.line();
     page.line("REMNANT    TOTAL LOAD     STABILITY       LFBAR   LTRANSREM");
     page.line(PadRight("", 7) + loads("", "FACTOR", "", "").substr(0, 28));
@@ -453,8 +481,9 @@ void remnantTables(PageWriter& page, const Shown& source, const ReportUnits& uni
     for (const int k : sides) {
         const std::string load = force(r.LFBAR[Retreat][k]);
         const double factor = RoundSF(r.RemnantSF[k], source.options.RoundTELVOSF);
-        page.line(PadRight(SideNames[k], 7) + loads(load, formatPattern(factor, "#0.00"), load,
-                                                    force(r.LTRANSREM[Retreat][k])));
+        page.line(PadRight(SideNames[k], 7) +
+                  loads(cell("Lm", k, load), cell("SFm", k, formatPattern(factor, "#0.00")), load,
+                        cell("Lrem", k, force(r.LTRANSREM[Retreat][k]))));
     }
 }
 
@@ -473,56 +502,66 @@ void leavePillarTable(PageWriter& page, const ReportUnits& units,
     page.line(" PILLAR  STRENGTH    LOAD BEARING   TRIBUTARY      EXCESS");
     page.line("    ROW                  CAPACITY        AREA        LOAD");
     page.line(PadRight("", 5) + columns(columnUnit(units.stress), forceUnit, forceUnit, forceUnit));
-    for (const LeavePillar& pillar : pillars)
-        page.line(PadLeft(std::string(1, pillar.row), 5) +
-                  columns(formatPattern(pillar.strength, "##0.00"), force(pillar.capacity),
-                          force(pillar.tributaryLoad), force(pillar.excess)) +
-                  (pillar.adjusted ? "*" : ""));
+    // Rows A and B are pillars of the panel, said of sides 1 and 2; C and D stand beside it.
+    struct Symbols {
+        std::string_view strength, capacity, load, excess;
+    };
+    constexpr Symbols outer{"s", "K", "To", "Xo"}, bleeder{"sr", "Kr", "Tr", "Xo"};
+    for (const LeavePillar& pillar : pillars) {
+        const Symbols& symbols = pillar.row <= 'B' ? outer : bleeder;
+        const Where at{Retreat, pillar.row - 'A' + 1, pillar.pillar};
+        page.line(
+            PadLeft(std::string(1, pillar.row), 5) +
+            columns(page.figure(symbols.strength, at, formatPattern(pillar.strength, "##0.00")),
+                    page.figure(symbols.capacity, at, force(pillar.capacity)),
+                    page.figure(symbols.load, at, force(pillar.tributaryLoad)),
+                    page.figure(symbols.excess, at, force(pillar.excess))) +
+            (pillar.adjusted ? "*" : ""));
+    }
 }
 
-std::string remnantPage(const Shown& source, const ReportUnits& units) {
+PageWriter remnantPage(const Shown& source, const ReportUnits& units) {
     const AnalysisResults& r = source.results;
     std::vector<int> sides;
     for (int k = FirstSide; k <= r.AnalysisCase; ++k)
         if (r.LFBAR[Retreat][k] > 0) sides.push_back(k);
     const std::vector<LeavePillar> pillars = leavePillars(source, units);
 
-    PageWriter page;
+    PageWriter page(5);
     page.heading("REMNANT PILLAR AND LEAVE PILLAR PARAMETERS");
     if (sides.empty() && pillars.empty()) {
         page.line(None);
-        return page.take();
+        return page;
     }
     remnantTables(page, source, units, sides);
     page.line();
     leavePillarTable(page, units, pillars);
     page.line();
     page.line("*Adjusted for effective length of the remnant barrier.");
-    return page.take();
+    return page;
 }
 
 } // namespace
 
-ReportPages writeReport(const run::Run& run, const ReportOptions& options,
-                        const Warnings& warnings) {
-    ReportPages pages;
-    pages[0] = inputEchoPage(run.current, run.results.AnalysisCase, run.results.ArchFactor);
-    pages[1] = stabilityFactorPage({run.current, run.in, run.results, options}, warnings);
+Report makeReport(const run::Run& run, const ReportOptions& options) {
+    Report report;
+    report.warnings = assessWarnings(run, options);
+    report.pages[0] = inputEchoPage(run.current, run.results.AnalysisCase, run.results.ArchFactor);
+    const auto add = [&](std::size_t page, PageWriter writer) {
+        report.pages[page] = writer.take();
+        std::vector<Figure> figures = writer.takeFigures();
+        report.figures.insert(report.figures.end(), std::make_move_iterator(figures.begin()),
+                              std::make_move_iterator(figures.end()));
+    };
+    add(1, stabilityFactorPage({run.current, run.in, run.results, options}, report.warnings));
 
     AnalysisResults inReportUnits = run.results;
     const ReportUnits units = fixReportUnits(inReportUnits, run.current.Units, options);
     const Shown shown{run.current, run.in, inReportUnits, options};
-    pages[2] = activeMiningZonePage(shown, units);
-    pages[3] = pillarPage(shown, units);
-    pages[4] = barrierPage(shown, units);
-    pages[5] = remnantPage(shown, units);
-    return pages;
-}
-
-Report makeReport(const run::Run& run, const ReportOptions& options) {
-    Report report;
-    report.warnings = assessWarnings(run, options);
-    report.pages = writeReport(run, options, report.warnings);
+    add(2, activeMiningZonePage(shown, units));
+    add(3, pillarPage(shown, units));
+    add(4, barrierPage(shown, units));
+    add(5, remnantPage(shown, units));
     return report;
 }
 

@@ -9,6 +9,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The six pages, one function each. Header lines, labels and footnotes are fixed texts; the values
 /// are right-aligned under their header words.
@@ -36,14 +37,11 @@ std::string factorText(double factor, int RoundTELVOSF);
 std::string inputEchoPage(const project::ProjectCase& current, int analysisCase,
                           float archFactorUsed);
 
-/// All six pages of a run.
-ReportPages writeReport(const run::Run& run, const ReportOptions& options,
-                        const Warnings& warnings);
-
 /// What is reported of a run.
 struct Report {
     Warnings warnings;
     ReportPages pages;
+    std::vector<Figure> figures; ///< of the pages, in the order of reading
 };
 Report makeReport(const run::Run& run, const ReportOptions& options = {});
 
