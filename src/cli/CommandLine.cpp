@@ -3,6 +3,7 @@
 
 #include "cli/chartCommand.h"
 #include "cli/checkCommand.h"
+#include "cli/compareCommand.h"
 #include "cli/convertCommand.h"
 #include "cli/explainCommand.h"
 #include "cli/findCommand.h"
@@ -102,6 +103,7 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     add<SweepRequest>(*m_app, addSweep, runSweep);
     add<TornadoRequest>(*m_app, addTornado, runTornado);
     add<ChartRequest>(*m_app, addChart, runChart);
+    add<CompareRequest>(*m_app, addCompare, runCompare);
     CLI::App& table = *addTable(*m_app);
     add<TableExportRequest>(table, addTableExport, runTableExport);
     add<TableTemplateRequest>(table, addTableTemplate, runTableTemplate);

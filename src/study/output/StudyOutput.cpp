@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/output/StudyOutput.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <utility>
@@ -432,6 +433,96 @@ StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std
     output.json = [table = output.table, tally = output.tally](JsonWriter& json) {
         jsonRows(json, table);
         jsonTally(json, tally);
+    };
+    return output;
+}
+
+StudyOutput outputOf(Comparison result, bool onlyDifferences) {
+    const auto kept = std::make_shared<const Comparison>(std::move(result));
+    StudyOutput output;
+    std::vector<std::size_t> shown;
+    for (std::size_t row = 0; row < kept->rows.size(); ++row)
+        if (!onlyDifferences || kept->rows[row].differs) shown.push_back(row);
+    output.table.columns = {{"name", ""}, {"unit", ""}};
+    const std::string& base = kept->cases[kept->base].name;
+    for (std::size_t i = 0; i < kept->cases.size(); ++i)
+        output.table.columns.push_back({kept->cases[i].name, ""});
+    for (std::size_t i = 0; i < kept->cases.size(); ++i) {
+        ++output.tally.runs;
+        if (!kept->cases[i].run) output.tally.leaveOut(kept->cases[i].message);
+        if (i == kept->base) continue;
+        output.table.columns.push_back({kept->cases[i].name + " - " + base, ""});
+        output.table.columns.push_back({kept->cases[i].name + " %", ""});
+    }
+    const auto inputs = static_cast<std::size_t>(
+        std::count_if(kept->rows.begin(), kept->rows.end(), [](const ComparedRow& row) {
+            return row.kind == ComparedRow::Kind::Input && row.differs;
+        }));
+    const auto results = static_cast<std::size_t>(
+        std::count_if(kept->rows.begin(), kept->rows.end(), [](const ComparedRow& row) {
+            return row.kind == ComparedRow::Kind::Result && row.differs;
+        }));
+    output.headline = countText(inputs) + (inputs == 1 ? " input and " : " inputs and ") +
+                      countText(results) + (results == 1 ? " result differ" : " results differ") +
+                      " from " + base;
+    output.table.rows = shown.size();
+    output.table.read = [kept, shown](std::size_t line, std::vector<TableCell>& cells) {
+        const ComparedRow& row = kept->rows[shown[line]];
+        cells[0] = row.name;
+        cells[1] = row.unit;
+        std::size_t next = 2 + kept->cases.size();
+        for (std::size_t i = 0; i < kept->cases.size(); ++i) {
+            cells[2 + i] = row.values.empty() ? TableCell(row.texts[i]) : cellOf(row.values[i]);
+            if (i == kept->base) continue;
+            cells[next++] = cellOf(kept->difference(row, i));
+            cells[next++] = cellOf(kept->percent(row, i));
+        }
+    };
+    output.json = [kept, shown, headline = output.headline](JsonWriter& json) {
+        json.member("headline", headline);
+        json.member("base", kept->cases[kept->base].name);
+        json.key("cases");
+        json.beginArray();
+        for (const ComparedCase& one : kept->cases) {
+            json.beginObject();
+            json.member("file", one.name);
+            json.member("message", one.message);
+            json.endObject();
+        }
+        json.endArray();
+        json.key("rows");
+        json.beginArray();
+        for (const std::size_t which : shown) {
+            const ComparedRow& row = kept->rows[which];
+            json.beginObject();
+            json.member("name", row.name);
+            json.member("label", row.label);
+            json.member("unit", row.unit);
+            json.key("differs");
+            json.boolean(row.differs);
+            json.key("values");
+            json.beginArray();
+            for (std::size_t i = 0; i < kept->cases.size(); ++i) {
+                if (row.values.empty())
+                    json.text(row.texts[i]);
+                else if (row.values[i])
+                    json.number(*row.values[i]);
+                else
+                    json.null();
+            }
+            json.endArray();
+            for (const bool percent : {false, true}) {
+                json.key(percent ? "percents" : "differences");
+                json.beginArray();
+                for (std::size_t i = 0; i < kept->cases.size(); ++i) {
+                    const auto by = percent ? kept->percent(row, i) : kept->difference(row, i);
+                    by ? json.number(*by) : json.null();
+                }
+                json.endArray();
+            }
+            json.endObject();
+        }
+        json.endArray();
     };
     return output;
 }

@@ -4,6 +4,7 @@
 #include "base/JsonWriter.h"
 #include "project/ProjectInput.h"
 #include "study/output/ResultTable.h"
+#include "study/questions/compare.h"
 #include "study/questions/designChart.h"
 #include "study/questions/find.h"
 #include "study/questions/scenarios.h"
@@ -38,6 +39,11 @@ StudyOutput outputOf(Found result, const FindRequest& request, std::int16_t unit
 /// The table has a row per target and value of the other input.
 StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std::int16_t units);
 StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std::int16_t units);
+
+/// The table has a row per input and result, with a column per case, and difference and percent
+/// against the base.
+/// Given: onlyDifferences  rows that are the same in all cases are left out
+StudyOutput outputOf(Comparison result, bool onlyDifferences);
 
 /// "1,203 runs, 2 of them not computed: 2 x Invalid depth of cover"
 std::string tallyText(const Tally& tally);

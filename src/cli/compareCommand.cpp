@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/compareCommand.h"
+
+#include "base/escapes.h"
+#include "base/text.h"
+#include "cli/arguments.h"
+#include "cli/outputs.h"
+#include "report/sections.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace telvo::cli {
+
+namespace {
+
+/// Equal lines that are shown about those that differ.
+constexpr std::size_t ContextLines = 2;
+
+std::string reportText(const run::Run& run, const report::ReportOptions& options) {
+    std::string text;
+    for (const std::string& page : report::makeReport(run, options).pages)
+        text += page;
+    std::erase(text, '\r');
+    return text;
+}
+
+/// Both reports laid over each other: lines that differ, and a few around them.
+std::string reportDiff(const study::Comparison& comparison, const report::ReportOptions& options) {
+    const std::size_t after = comparison.base == 0 ? 1 : 0;
+    const study::ComparedCase& one = comparison.cases[comparison.base];
+    const study::ComparedCase& other = comparison.cases[after];
+    const std::string texts[] = {reportText(*one.run, options), reportText(*other.run, options)};
+    const auto before = splitLines(texts[0]), behind = splitLines(texts[1]);
+    const auto lines = study::lineDiff(before, behind);
+    std::string out = "--- " + forTerminal(one.name) + "\n+++ " + forTerminal(other.name) + "\n";
+    std::size_t shownTo = 0; // lines up to here are written or left out for good
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].side == study::DiffLine::Side::Both) continue;
+        const std::size_t from = std::max(shownTo, i - std::min(i, ContextLines));
+        if (from > shownTo) out += "...\n";
+        std::size_t to = i; // up to where the next ones come near
+        for (std::size_t k = i; k < lines.size() && k <= to + 2 * ContextLines; ++k)
+            if (lines[k].side != study::DiffLine::Side::Both) to = k;
+        const std::size_t end = std::min(lines.size(), to + ContextLines + 1);
+        for (std::size_t k = from; k < end; ++k) {
+            const auto side = lines[k].side;
+            std::string line = side == study::DiffLine::Side::Both         ? "  "
+                               : side == study::DiffLine::Side::OnlyBefore ? "- "
+                                                                           : "+ ";
+            line += forTerminal(lines[k].text);
+            line.erase(line.find_last_not_of(' ') + 1);
+            out += line + "\n";
+        }
+        shownTo = end;
+        i = end - 1;
+    }
+    return out;
+}
+
+} // namespace
+
+CLI::App* addCompare(CLI::App& app, CompareRequest& request) {
+    CLI::App* command = app.add_subcommand(
+        "compare", "put cases side by side: inputs, results, flags and their differences");
+    addInputs(*command, request.inputs);
+    literal(command->add_option("--base", request.base,
+                                "case that the others are compared with; the first one if not "
+                                "given"))
+        ->option_text("CASE");
+    command->add_flag("--only-differences", request.onlyDifferences,
+                      "leave out what is the same in all cases");
+    command->add_flag("--reports", request.reports,
+                      "the reports of two cases line by line instead: - of the base, + of the "
+                      "other");
+    addRounding(*command, request.options);
+    addUnits(*command, request.options);
+    addStudyTarget(*command, request.target);
+    command->footer("Values of cases in the other unit system are brought into the units of the "
+                    "base.\n\n"
+                    "Example:\n  telvo-cli compare panel.TLV wider.TLV --only-differences");
+    return command;
+}
+
+int runCompare(Console& console, const CompareRequest& request) {
+    ExitStatus status = AllGood;
+    const auto form = formOf(console, request.target);
+    if (!form) return WrongUsage;
+    if (request.reports && *form != StudyForm::Text)
+        return console.wrongUsage("--reports: reports are compared as text only");
+    auto names = namesOf(console, request.inputs, status);
+    if (!names) return status;
+    if (!request.base.empty() &&
+        std::find(names->begin(), names->end(), request.base) == names->end())
+        names->insert(names->begin(), request.base);
+    const std::string& target = request.target.target;
+    const bool toFile = !target.empty() && !isStandardOutput(target);
+    if (toFile && !mayWriteMade(console, target, request.target.force, *names)) return FileTrouble;
+    std::vector<std::pair<std::string, project::ProjectCase>> cases;
+    visitAll(console, *names, [&](CaseOutcome& outcome) {
+        raise(status, outcome.status);
+        if (outcome.current)
+            cases.emplace_back(withEscapedBytes(outcome.file), std::move(*outcome.current));
+        else
+            complainOf(console, outcome);
+    });
+    std::size_t base = 0;
+    while (!request.base.empty() && base < cases.size() &&
+           cases[base].first != withEscapedBytes(request.base))
+        ++base;
+    if (cases.size() < 2) {
+        console.complain("two cases are needed to compare");
+        raise(status, WrongUsage);
+        return status;
+    }
+    if (request.reports && cases.size() != 2)
+        return console.wrongUsage("--reports: two cases are wanted");
+    auto made = study::compare(std::move(cases), base, request.options.RoundTELVOSF);
+    if (!made) {
+        console.complain(faultText(made.fault()));
+        raise(status, Refused);
+        return status;
+    }
+    bool allRan = true;
+    for (const study::ComparedCase& one : made->cases) {
+        if (one.run) continue;
+        console.complain(one.name + ": " + one.message);
+        raise(status, Refused);
+        allRan = false;
+    }
+    if (request.reports) {
+        if (!allRan) return status;
+        TextOutput output(console, target, existingFor(request.target.force));
+        output.print(reportDiff(*made, request.options));
+        raise(status, output.finish());
+        return status;
+    }
+    std::vector<StudyPart> parts(1);
+    parts.front().file = made->cases[made->base].name;
+    parts.front().output = study::outputOf(std::move(*made), request.onlyDifferences);
+    raise(status, writeParts(console, request.target, *form, parts));
+    return status;
+}
+
+} // namespace telvo::cli

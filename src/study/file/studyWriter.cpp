@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/numbers.h"
+#include "study/file/Study.h"
+
+#include <algorithm>
+
+namespace telvo::study {
+
+namespace {
+
+/// Fewer values than that are written one by one.
+constexpr std::size_t FewestInSteps = 3;
+
+std::string quotedToml(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string out = "\"";
+    for (const char c : text) {
+        const auto code = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            out += '\\';
+            out += c;
+        } else if (code < 0x20 || code == 0x7F) {
+            out += "\\u00";
+            out += digits[code >> 4];
+            out += digits[code & 15];
+        } else {
+            out += c;
+        }
+    }
+    return out + '"';
+}
+
+/// Writes one study.
+class StudyWriter {
+  public:
+    std::string take(const Study& study) {
+        m_text = "# TELVO study " + std::to_string(StudyVersion) + "\n";
+        for (const std::string& comment : study.comments)
+            m_text += comment.empty() ? "#\n" : "# " + comment + "\n";
+        m_text += "\n";
+        text("kind", kindName(study.request));
+        text("case", study.caseFile);
+        text("units", study.units == project::English ? "english" : "metric");
+        if (study.RoundTELVOSF != 0) number("round_sf", study.RoundTELVOSF);
+        m_text += "\n";
+        std::visit([this](const auto& request) { write(request); }, study.request);
+        return std::move(m_text);
+    }
+
+  private:
+    void line(std::string_view key, std::string_view value) {
+        m_text.append(key).append(" = ").append(value).append("\n");
+    }
+    void text(std::string_view key, std::string_view value) { line(key, quotedToml(value)); }
+    void number(std::string_view key, double value) { line(key, generalNumber(value)); }
+    void pair(std::string_view key, double low, double high) {
+        line(key, "[" + generalNumber(low) + ", " + generalNumber(high) + "]");
+    }
+    template <typename List, typename Item>
+    void list(std::string_view key, const List& values, Item&& item) {
+        std::string out = "[";
+        for (const auto& value : values) {
+            if (out.size() > 1) out += ", ";
+            out += item(value);
+        }
+        line(key, out + "]");
+    }
+    void outcomes(const std::vector<Outcome>& all) {
+        if (!all.empty())
+            list("outputs", all, [](const Outcome& one) { return quotedToml(one.name()); });
+    }
+    /// "600:1200:50" where that means the very same values.
+    void values(const std::vector<double>& all) {
+        if (all.size() >= FewestInSteps) {
+            // The step as it was given is among the differences of neighbors or a short text of them.
+            const double step = (all.back() - all.front()) / static_cast<double>(all.size() - 1);
+            for (const double each : {step, all[1] - all[0], *numberOf(generalNumber(step, 12))}) {
+                const std::string steps = generalNumber(all.front()) + ":" +
+                                          generalNumber(all.back()) + ":" + generalNumber(each);
+                if (const auto read = parseValues(steps); read && *read == all)
+                    return text("values", steps);
+            }
+        }
+        list("values", all, [](double value) { return generalNumber(value); });
+    }
+    static std::string targetOf(const std::optional<double>& target) {
+        return target ? generalNumber(*target) : quotedToml("suggested");
+    }
+    static std::string_view senseKey(Criterion::Sense sense) {
+        return sense == Criterion::Sense::AtLeast ? "at_least" : "at_most";
+    }
+
+    void write(const TornadoRequest& request) {
+        m_text += "[tornado]\n";
+        text("output", request.outcome.name());
+        for (const RangedInput& input : request.inputs) {
+            if (!input.edited) continue;
+            m_text += "\n[[vary]]\n";
+            text("input", input.variable.name());
+            const char* form = input.range.form == Range::Form::Percent  ? "percent"
+                               : input.range.form == Range::Form::Offset ? "offset"
+                                                                         : "range";
+            pair(form, input.range.low, input.range.high);
+        }
+    }
+    void write(const SweepRequest& request) {
+        m_text += "[sweep]\n";
+        outcomes(request.outcomes);
+        if (request.linked) line("linked", "true");
+        for (const SweepAxis& axis : request.axes) {
+            m_text += "\n[[vary]]\n";
+            text("input", axis.variable.name());
+            values(axis.values);
+        }
+    }
+    void write(const FindRequest& request) {
+        m_text += "[find]\n";
+        text("input", request.variable.name());
+        pair("in", request.in.low, request.in.high);
+        number("step", request.step);
+        text("output", request.criterion.outcome.name());
+        line(senseKey(request.criterion.sense), targetOf(request.criterion.target));
+    }
+    void write(const DesignChartRequest& request) {
+        m_text += "[chart]\n";
+        text("input", request.required.name());
+        pair("in", request.in.low, request.in.high);
+        number("step", request.step);
+        text("over", request.over.name());
+        values(request.values);
+        text("output", request.outcome.name());
+        list(senseKey(request.sense), request.targets, targetOf);
+    }
+    void write(const ScenarioSet& set) {
+        m_text += "[scenarios]\n";
+        outcomes(set.outcomes);
+        for (const Scenario& scenario : set.list) {
+            m_text += "\n[[scenario]]\n";
+            text("name", scenario.name);
+            std::string inputs;
+            for (const project::FieldId id : project::RecordNumbers) {
+                const auto last = std::find_if(scenario.set.rbegin(), scenario.set.rend(),
+                                               [&](const auto& one) { return one.first == id; });
+                if (last == scenario.set.rend()) continue;
+                const std::string name = project::nameOf(id);
+                inputs += inputs.empty() ? " " : ", ";
+                inputs += (name.find('.') == std::string::npos ? name : quotedToml(name)) + " = " +
+                          generalNumber(last->second);
+            }
+            line("set", "{" + inputs + " }");
+        }
+    }
+    void write(const CompareSet& set) {
+        m_text += "[compare]\n";
+        list("with", set.with, [](const std::string& file) { return quotedToml(file); });
+        if (set.onlyDifferences) line("only_differences", "true");
+    }
+
+    std::string m_text;
+};
+
+} // namespace
+
+std::string_view kindName(const Study::Request& request) {
+    constexpr std::string_view names[] = {"sweep", "tornado",   "find",
+                                          "chart", "scenarios", "compare"};
+    static_assert(std::size(names) == std::variant_size_v<Study::Request>);
+    return names[request.index()];
+}
+
+std::string studyText(const Study& study) {
+    return StudyWriter().take(study);
+}
+
+bool sameStudy(const Study& a, const Study& b) {
+    return studyText(a) == studyText(b);
+}
+
+} // namespace telvo::study
