@@ -236,6 +236,7 @@ TEST(GraphReading, FactorAxisShowsWhatIsLookedFor) {
     expect(spanOf({1, 1, 100}, {2}), 0, 8 * 1.06);
     expect(spanOf({1, 1, 100}, {2}, 3), 0, 12 * 1.06);
     expect(spanOf({-100, 1, 1}, {}), -4, 1.06);
+    expect(spanOf({-100, 1, 1}, {2}), -8, 2.12);
     expect(spanOf({-0.5, 1, 2}, {}), -0.5, 2.12);
 }
 
