@@ -163,6 +163,15 @@ void ProjectSession::acceptImported(project::ProjectCase imported, const std::st
     changed();
 }
 
+void ProjectSession::acceptStudied(project::ProjectCase studied, const std::string& what) {
+    const std::string from = displayName();
+    studied.FileName = Untitled;
+    m_document.open({std::move(studied), {}, false, false}, false);
+    m_messages.history("Opened from a study of " + from + " as an untitled case: " + what);
+    m_messages.status("Case of the study opened: " + what);
+    changed();
+}
+
 bool ProjectSession::LoadProjFile(const std::string& path) {
     m_messages.status("Opening: " + path);
     m_messages.history("Opening: " + path);
@@ -333,10 +342,10 @@ bool ProjectSession::mayClose() {
     return settleUnsaved(Answer::Yes);
 }
 
-bool ProjectSession::acceptParameters(const project::ProjectInput& values) {
+bool ProjectSession::acceptParameters(const project::ProjectInput& values, std::string_view what) {
     CaseState next{project(), {}, false, state().named};
     next.Project.Input = values;
-    return change(std::move(next), "Project parameters");
+    return change(std::move(next), what);
 }
 
 bool ProjectSession::acceptDescription(std::string_view title, std::string_view description) {

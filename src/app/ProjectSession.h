@@ -61,6 +61,9 @@ class ProjectSession {
     /// Takes a case that came from elsewhere, such as a row of a table: untitled and unsaved.
     void acceptImported(project::ProjectCase imported, const std::string& from,
                         project::KeptItems kept = {});
+    /// Takes a case that a study made of the open one: untitled and unsaved.
+    /// Given: what  it is, such as "Depth of Cover 826 ft"
+    void acceptStudied(project::ProjectCase studied, const std::string& what);
     /// Saves under the case's name, or, when it has none yet or `saveAs` is set, under one that is
     /// asked for.
     bool FileMenuSave(bool saveAs);
@@ -81,7 +84,9 @@ class ProjectSession {
     bool settleUnsaved();
 
     /// OK of the parameter form. Returned: whether the values differ from those of the project.
-    bool acceptParameters(const project::ProjectInput& values);
+    /// Given: what  changed, in a few words
+    bool acceptParameters(const project::ProjectInput& values,
+                          std::string_view what = "Project parameters");
     /// OK of the description form.
     bool acceptDescription(std::string_view title, std::string_view description);
     /// The case converted to the other unit system, under its new name, to be saved as.

@@ -26,6 +26,7 @@ inline constexpr std::string_view Export = "Export: ";
 inline constexpr std::string_view TextBrowser = "Text Browser: ";
 inline constexpr std::string_view ResourceFiles = "Resource Files: ";
 inline constexpr std::string_view Import = "Import: ";
+inline constexpr std::string_view Studies = "Studies: ";
 
 inline constexpr std::string_view InvalidCharacter = "Invalid Character";
 inline constexpr std::string_view RangeWarning = "Range Warning";

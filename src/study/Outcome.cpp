@@ -3,7 +3,9 @@
 
 #include "base/numbers.h"
 #include "criteria/limits.h"
+#include "engine/driver.h"
 #include "engine/quantityNames.h"
+#include "engine/questions.h"
 #include "run/faultWords.h"
 
 #include <algorithm>
@@ -214,6 +216,40 @@ double Outcome::from(std::span<const double> quantities, const Frame& frame,
     for (std::size_t n = 0; n < m_count; ++n)
         if (has(m_places[n], frame, in)) smallest = std::min(smallest, quantities[n]);
     return lessLimit(smallest, suggested);
+}
+
+std::vector<Outcome> outcomesOf(const project::ProjectCase& base) {
+    const Frame frame = frameOf(base.Input, base.Units, DevelopmentLoad);
+    const int last = lastPass(frame.AnalysisCase, base.Input.ExtentActiveGob);
+    std::vector<Outcome> all;
+    const auto add = [&](const std::string& name) {
+        const auto outcome = Outcome::named(name);
+        if (outcome && outcome->pass() <= last && outcome->isDefined(frame, base.Input))
+            all.push_back(*outcome);
+    };
+    for (const char* quantity : {"TELVOSF", "BarrierSF"})
+        for (const int pass : {Retreat, Development}) {
+            const std::string name =
+                quantity + ("." + std::string(indexName<Development, Retreat>(pass)));
+            add(name);
+            for (const int side : AllSides)
+                add(name + "." + std::string(indexName<FirstSide, SecondSide>(side)));
+            if (frame.AnalysisCase == TwoSideGobs) add(name + "." + std::string(Smallest));
+        }
+    for (const int side : AllSides)
+        if (last == Retreat)
+            add("RemnantSF." + std::string(indexName<FirstSide, SecondSide>(side)));
+    const auto isListed = [&](const std::string& name) {
+        return std::any_of(all.begin(), all.end(),
+                           [&](const Outcome& outcome) { return outcome.name() == name; });
+    };
+    static const AnalysisResults record{};
+    visitQuantities(record, [&](const char* quantity, Kind, const auto& field) {
+        flatten(quantity, field, MaxPillars, [&](const std::string& name, const auto&) {
+            if (!isListed(name)) add(name);
+        });
+    });
+    return all;
 }
 
 } // namespace telvo::study

@@ -83,4 +83,8 @@ class Outcome {
     Suggested m_suggested = Suggested::No;
 };
 
+/// Every outcome that a case has, as a list to choose from: the factors first, retreat before
+/// development and with the smaller one of both sides, then all quantities in report order.
+std::vector<Outcome> outcomesOf(const project::ProjectCase& base);
+
 } // namespace telvo::study

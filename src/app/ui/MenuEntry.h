@@ -22,7 +22,8 @@ enum class MenuEntry : std::size_t {
     Description,
     Parameters,
     StabilityFactors,
-    Graph, ///< a menu: one entry per graph, frmMain::graphAction()
+    Graph,       ///< a menu: one entry per graph, frmMain::graphAction()
+    WhatMatters, ///< the first of the studies, in the order of their pages
     Settings,
     Options,
     UnitConversion,

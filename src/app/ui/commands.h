@@ -8,8 +8,10 @@
 #include "report/ShownRun.h"
 #include "report/ui/frmResTxtPlt.h"
 #include "study/ui/frmGraph.h"
+#include "study/ui/studies/frmStudies.h"
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <QPageLayout>
@@ -57,6 +59,9 @@ class Commands {
     void stabilityFactors();
     void graph(study::GraphKind kind);
 
+    /// Opens the window of the studies on a page, or brings it to the front.
+    void studies(study::ui::StudyKind kind);
+
     void settings();
     void options();
     void unitConversion();
@@ -76,6 +81,8 @@ class Commands {
     std::optional<project::ProjectCase> draft() const;
     /// The graphs that are not pinned follow the open case. To be called when it changed.
     void graphsFollow();
+    /// The studies follow the case on screen. To be called when case, form or options changed.
+    void studiesFollow();
     /// Marks the windows of runs that no longer belong to the case on screen, and takes the mark
     /// from those that do again. To be called when case, form or options changed.
     void markOutdated();
@@ -108,6 +115,10 @@ class Commands {
     };
     void viewPlots(const report::ShownRun& shown);
     void showWorking(const report::ShownRun& shown);
+    study::ui::StudyActions studyActions();
+    study::ui::StudyCase studyCase() const;
+    std::string openStudied(const project::ProjectCase& current, const std::string& what);
+    std::string takeStudied(const project::ProjectInput& values, const std::string& what);
     /// What the user sees and edits: the values of the parameter form while it is open, else the
     /// project.
     ShownCase onScreen() const;
@@ -138,6 +149,9 @@ class Commands {
         std::shared_ptr<project::ProjectCase> shown; ///< the case that it was computed for
     };
     std::vector<GraphWindow> m_graphs;
+    QPointer<study::ui::frmStudies> m_studies;
+    /// What the studies of each case ask, by the name of its file, while the program runs.
+    std::map<std::string, study::ui::StudySettings> m_studySettings;
     project::OpenCase m_edited; ///< the case as the parameter form has it
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;

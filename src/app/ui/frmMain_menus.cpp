@@ -54,6 +54,10 @@ void frmMain::buildMenus() {
                               tr("Run the analysis and show the report"), QKeySequence("F5")}},
                             {{Graph, "mnuCalcItem_2", tr("Graph"), {}, {}}}});
     fillGraphMenu(*action(Graph).menu());
+    using study::ui::StudyKind;
+    addMenu(tr("&Studies"), {{{WhatMatters, "mnuStudyItem_0", tr("&What Matters..."),
+                               [&c] { c.studies(StudyKind::WhatMatters); },
+                               tr("Which inputs move a result most, as a tornado")}}});
     addMenu(tr("&Utilities"),
             {{{Settings, "mnuUtilItem_0", tr("&Settings..."), [&c] { c.settings(); },
                tr("Preferences of the program")},

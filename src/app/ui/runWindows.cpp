@@ -48,6 +48,7 @@ void Commands::watch(RunWindow watched, std::function<void()> runAgain) {
 }
 
 void Commands::markOutdated() {
+    studiesFollow();
     std::erase_if(m_runs, [](const RunWindow& closed) { return closed.window.isNull(); });
     if (m_runs.empty()) return;
     const ShownCase now = onScreen();

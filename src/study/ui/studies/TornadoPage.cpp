@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/ui/studies/TornadoPage.h"
+
+#include "base/numbers.h"
+#include "base/ui/Form.h"
+#include "base/ui/NumberEdit.h"
+#include "base/ui/qtText.h"
+#include "study/ui/studies/choices.h"
+
+#include <algorithm>
+#include <QHBoxLayout>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace telvo::study::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::NumberEdit;
+using telvo::ui::toQt;
+
+TornadoPage::TornadoPage(PageActions actions, QWidget* parent)
+    : StudyPage("Tornado", tr("What Matters"), tr("tornado"), std::move(actions), parent) {
+    makeFields();
+}
+
+void TornadoPage::makeFields() {
+    m_outcome = new OutcomeBox(named("cbo", "Outcome"), tr("Result"),
+                               tr("The result that the inputs move"), this);
+    m_look = new QComboBox(this);
+    telvo::ui::describe(*m_look, named("cbo", "Look"), tr("Picture"),
+                        tr("Bars beside each other, or all inputs as lines over one axis"));
+    m_look->addItems({tr("Tornado"), tr("Spider")});
+    auto* first = new QHBoxLayout;
+    const auto add = [this](QHBoxLayout& row, const QString& caption, QWidget* field) {
+        auto* label = new QLabel(caption, this);
+        label->setBuddy(field);
+        row.addWidget(label);
+        row.addWidget(field);
+    };
+    add(*first, tr("&Result:"), m_outcome);
+    add(*first, tr("P&icture:"), m_look);
+    first->addStretch();
+    fields().addLayout(first);
+
+    m_input = new QComboBox(this);
+    telvo::ui::describe(*m_input, named("cbo", "Input"), tr("Range of the input"),
+                        tr("The input whose range is shown here; a click into its row chooses it"));
+    m_form = new QComboBox(this);
+    telvo::ui::describe(*m_form, named("cbo", "Form"), tr("Form of the range"),
+                        tr("How the range is given"));
+    m_low = makeNumber("Low", tr("Low end of the range"), tr("Where the range begins"));
+    m_high = makeNumber("High", tr("High end of the range"), tr("Where the range ends"));
+    for (NumberEdit* box : {m_low, m_high}) {
+        disconnect(box, &QLineEdit::textEdited, nullptr, nullptr);
+        connect(box, &QLineEdit::textEdited, this, [this] { readRange(); });
+    }
+    m_default = new QPushButton(tr("&Default"), this);
+    telvo::ui::describe(*m_default, named("cmd", "Default"), tr("Default"),
+                        tr("Gives this input its usual range again"));
+    m_allDefault = new QPushButton(tr("&All Default"), this);
+    telvo::ui::describe(*m_allDefault, named("cmd", "AllDefault"), tr("All Default"),
+                        tr("Gives every input its usual range again"));
+    auto* second = new QHBoxLayout;
+    add(*second, tr("Ra&nge of:"), m_input);
+    second->addWidget(m_form);
+    add(*second, tr("&from"), m_low);
+    add(*second, tr("&to"), m_high);
+    for (QPushButton* button : {m_default, m_allDefault}) {
+        button->setAutoDefault(false);
+        second->addWidget(button);
+    }
+    second->addStretch();
+    fields().addLayout(second);
+
+    connect(m_outcome, &QComboBox::activated, this, [this] {
+        if (const auto outcome = m_outcome->outcome()) settings().tornadoOutcome = outcome->name();
+        renew();
+    });
+    connect(m_look, &QComboBox::activated, this, [this](int look) {
+        settings().spider = look == 1;
+        renew();
+    });
+    connect(m_input, &QComboBox::activated, this, [this] { showRange(); });
+    connect(m_form, &QComboBox::activated, this, [this](int form) {
+        // The same values in another form.
+        const auto variable = variableNamed(fromQt(m_input->currentData().toString()));
+        if (!variable) return;
+        const double own = variable->of(subject().current.Input);
+        for (const RangedInput& one : ranges()) {
+            if (one.variable != *variable) continue;
+            const Span span = one.range.of(subject().current.Input, *variable);
+            Range range{static_cast<Range::Form>(form), span.low, span.high};
+            if (range.form == Range::Form::Offset)
+                range = {range.form, span.low - own, span.high - own};
+            if (range.form == Range::Form::Percent) {
+                if (own == 0)
+                    range = {range.form, -10, 10};
+                else
+                    range = {range.form, 100 * (span.low - own) / own,
+                             100 * (span.high - own) / own};
+            }
+            const auto rounded = [](double x) { return leadingValue(generalNumber(x, 6)); };
+            range.low = rounded(range.low);
+            range.high = rounded(range.high);
+            setRange(range);
+            showForm(range);
+        }
+    });
+    connect(m_default, &QPushButton::clicked, this, [this] {
+        setRange(std::nullopt);
+        showRange();
+    });
+    connect(m_allDefault, &QPushButton::clicked, this, [this] {
+        settings().ranges.clear();
+        m_rangeFault.reset();
+        showRange();
+        renew();
+    });
+    connect(tableView().selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        const auto row = tableView().currentRow();
+        if (row && m_tornado && *row < m_tornado->bars.size())
+            select(m_tornado->bars[*row].variable);
+    });
+    connect(&chart(), &StudyChart::pointed, this, [this](std::size_t id) {
+        const std::size_t row = id / 4;
+        if (m_tornado && row < m_tornado->bars.size()) select(m_tornado->bars[row].variable);
+    });
+}
+
+void TornadoPage::fill(bool another) {
+    m_outcome->list(subject().current);
+    const QSignalBlocker quiet(m_input);
+    const QVariant chosen = m_input->currentData();
+    m_input->clear();
+    for (const RangedInput& one : defaultRanges(subject().current))
+        m_input->addItem(toQt(one.variable.label()), toQt(one.variable.name()));
+    m_input->setCurrentIndex(std::max(m_input->findData(chosen), another ? 1 : 0));
+    if (!another && m_input->findData(chosen) >= 0)
+        m_input->setCurrentIndex(m_input->findData(chosen));
+    if (another) {
+        m_rangeFault.reset();
+        m_look->setCurrentIndex(settings().spider ? 1 : 0);
+        if (settings().tornadoOutcome)
+            m_outcome->choose(*settings().tornadoOutcome);
+        else if (m_outcome->count() > 0)
+            m_outcome->setCurrentIndex(0);
+    }
+    if (!m_low->hasFocus() && !m_high->hasFocus()) showRange();
+}
+
+std::vector<RangedInput> TornadoPage::ranges() const {
+    auto all = defaultRanges(subject().current);
+    for (RangedInput& one : all)
+        for (const RangedInput& own : settings().ranges)
+            if (own.variable == one.variable) one = own;
+    return all;
+}
+
+void TornadoPage::select(const Variable& variable) {
+    const int at = m_input->findData(toQt(variable.name()));
+    if (at < 0 || at == m_input->currentIndex() || m_rangeFault) return;
+    m_input->setCurrentIndex(at);
+    showRange();
+}
+
+void TornadoPage::showForm(const Range& range) {
+    m_low->setText(toQt(generalNumber(range.low, 8)));
+    m_high->setText(toQt(generalNumber(range.high, 8)));
+    m_form->setCurrentIndex(static_cast<int>(range.form));
+}
+
+void TornadoPage::showRange() {
+    const auto variable = variableNamed(fromQt(m_input->currentData().toString()));
+    if (!variable) return;
+    const std::string unit(variable->unit(subject().current.Units));
+    m_form->clear();
+    m_form->addItems({tr("+- %"), unit.empty() ? tr("+- value") : "+- " + toQt(unit),
+                      unit.empty() ? tr("low .. high") : tr("low .. high, %1").arg(toQt(unit))});
+    for (const RangedInput& one : ranges())
+        if (one.variable == *variable) {
+            showForm(one.range);
+            m_default->setEnabled(one.edited);
+        }
+    if (m_rangeFault) {
+        m_rangeFault.reset();
+        renew();
+    }
+    m_allDefault->setEnabled(!settings().ranges.empty());
+}
+
+void TornadoPage::readRange() {
+    const Result<double> low = numberIn(*m_low), high = numberIn(*m_high);
+    m_rangeFault.reset();
+    if (!low) m_rangeFault = low.fault();
+    if (!m_rangeFault && !high) m_rangeFault = high.fault();
+    if (!m_rangeFault && !(*low < *high))
+        m_rangeFault = Fault{"A range goes from a smaller to a greater number, not from " +
+                                 generalNumber(*low) + " to " + generalNumber(*high),
+                             fromQt(m_high->objectName())};
+    if (m_rangeFault) {
+        renewSoon();
+        return;
+    }
+    setRange(Range{static_cast<Range::Form>(m_form->currentIndex()), *low, *high});
+}
+
+void TornadoPage::setRange(const std::optional<Range>& range) {
+    const auto variable = variableNamed(fromQt(m_input->currentData().toString()));
+    if (!variable) return;
+    m_rangeFault.reset();
+    auto& edited = settings().ranges;
+    std::erase_if(edited, [&](const RangedInput& one) { return one.variable == *variable; });
+    if (range) edited.push_back({*variable, *range, true});
+    m_default->setEnabled(range.has_value());
+    m_allDefault->setEnabled(!edited.empty());
+    renewSoon();
+}
+
+Result<StudyPage::Compute> TornadoPage::read() {
+    if (m_rangeFault) return *m_rangeFault;
+    const auto outcome = m_outcome->outcome();
+    if (!outcome) return Fault{"Choose a result", fromQt(m_outcome->objectName())};
+    const TornadoRequest request{*outcome, ranges()};
+    return Compute(
+        [request, base = subject().current, spider = m_look->currentIndex() == 1,
+         rounding = subject().RoundTELVOSF](const std::stop_token&) -> Result<StudyResult> {
+            auto made = tornado(base, request);
+            if (!made) return made.fault();
+            const auto limit = suggestedFor(base, request.outcome, rounding);
+            auto shared = std::make_shared<const Tornado>(std::move(*made));
+            return tornadoResult(shared, base, request, spider, limit);
+        });
+}
+
+void TornadoPage::shown() {
+    m_tornado = std::static_pointer_cast<const Tornado>(result().made);
+}
+
+} // namespace telvo::study::ui

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "study/Outcome.h"
+#include "study/Variable.h"
+
+#include <optional>
+#include <QComboBox>
+#include <vector>
+
+/// Lists to choose inputs and results from. They are filled anew when the case changes and keep what
+/// is chosen, also where the case does not have it any more.
+namespace telvo::study::ui {
+
+/// Inputs: those that change something in the case first, the others with their reason below.
+class InputBox : public QComboBox {
+    Q_OBJECT
+  public:
+    InputBox(const QString& name, const QString& accessibleName, const QString& toolTip,
+             QWidget* parent);
+    void list(const project::ProjectCase& base);
+    Variable variable() const;
+    void choose(const Variable& variable);
+};
+
+/// Results: factors first.
+class OutcomeBox : public QComboBox {
+    Q_OBJECT
+  public:
+    OutcomeBox(const QString& name, const QString& accessibleName, const QString& toolTip,
+               QWidget* parent);
+    void list(const project::ProjectCase& base);
+    std::optional<Outcome> outcome() const;
+    void choose(const std::string& name);
+};
+
+/// The range of an input in words: "826.2 .. 973.8 ft".
+std::string spanText(const Variable& variable, const Span& span, std::int16_t units);
+
+/// The factor that the warnings suggest for a case; nothing for what is no such factor and where
+/// the case cannot be computed.
+std::optional<double> suggestedFor(const project::ProjectCase& base, const Outcome& outcome,
+                                   int RoundTELVOSF);
+
+} // namespace telvo::study::ui

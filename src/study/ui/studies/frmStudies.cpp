@@ -1,0 +1,269 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/ui/studies/frmStudies.h"
+
+#include "base/note.h"
+#include "base/titles.h"
+#include "base/ui/frmPopUp.h"
+#include "base/ui/qtText.h"
+#include "chart/ui/frmResolution.h"
+#include "study/ui/studies/TornadoPage.h"
+
+#include <atomic>
+#include <QApplication>
+#include <QClipboard>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QListWidget>
+#include <QPointer>
+#include <QProgressDialog>
+#include <QShortcut>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace telvo::study::ui {
+
+using telvo::ui::fromQt;
+using telvo::ui::toQt;
+
+namespace {
+
+constexpr auto Topic = "Studies.htm";
+constexpr int ProgressMilliseconds = 200;
+
+/// What a name is made of on every system.
+std::string fileNameOf(std::string text) {
+    for (char& c : text)
+        if (std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos) c = '-';
+    return text;
+}
+
+} // namespace
+
+frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings>& settings,
+                       const telvo::ui::FormServices& services, QWidget* parent)
+    : Form("frmStudies", titles::Studies, Topic, services, parent), m_actions(std::move(actions)),
+      m_settings(settings), m_list(new QListWidget(this)), m_stack(new QStackedWidget(this)),
+      m_export(new Background(this)) {
+    setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
+                   Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                   Qt::WindowCloseButtonHint);
+    m_list->setObjectName("lstStudies");
+    m_list->setAccessibleName(tr("Studies"));
+    m_list->setToolTip(tr("The studies of this case; Ctrl and a number go to one of them"));
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_stack->setObjectName("stkStudies");
+
+    PageActions pages;
+    pages.openAsCase = [this](const CaseChoice& choice) { openAsCase(choice); };
+    pages.take = [this](const project::ProjectInput& values, const std::string& what) {
+        return m_actions.take(values, what);
+    };
+    pages.showText = [this](const QString& title, const std::string& text) {
+        telvo::ui::frmPopUp(title, text, Topic, this->services(), this).exec();
+    };
+    pages.settings = [this]() -> StudySettings& { return m_settings[m_subject.current.FileName]; };
+    addPage(new TornadoPage(pages, m_stack));
+
+    auto* middle = new QHBoxLayout;
+    middle->addWidget(m_list);
+    middle->addWidget(m_stack, 1);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(middle, 1);
+    auto* buttons = makeButtons();
+    const auto add = [&](const char* name, const QString& text, const QString& toolTip,
+                         void (frmStudies::*action)()) {
+        auto* button = makeButton(name, text, toolTip, action);
+        buttons->addButton(button, QDialogButtonBox::ActionRole);
+        m_outlets.push_back(button);
+    };
+    add("cmdCopyTable", tr("&Copy Table"),
+        tr("Copies the selected rows, or the whole table, with headings and units"),
+        &frmStudies::copyTable);
+    add("cmdCopyPicture", tr("Copy Picture"), tr("Copies the picture to the clipboard"),
+        &frmStudies::copyPicture);
+    add("cmdExport", tr("E&xport..."),
+        tr("Writes the table (CSV, XLSX) or the picture (PNG, SVG, PDF) to a file"),
+        &frmStudies::exportResult);
+    add("cmdPrint", tr("&Print..."), tr("Prints the picture"), &frmStudies::print);
+    auto* close = addButton(*buttons, "cmdClose", tr("C&lose"), QDialogButtonBox::RejectRole);
+    close->setToolTip(tr("Closes this window (Esc)"));
+    connect(close, &QPushButton::clicked, this, &QDialog::reject);
+    layout->addWidget(buttons);
+
+    connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) {
+        m_stack->setCurrentIndex(row);
+        showButtons();
+    });
+    int widest = 0;
+    for (int row = 0; row < m_list->count(); ++row)
+        widest = std::max(widest, m_list->sizeHintForIndex(m_list->model()->index(row, 0)).width());
+    m_list->setFixedWidth(widest + 4 * m_list->frameWidth() + 12);
+    m_list->setCurrentRow(0);
+    const QFontMetrics metrics(font());
+    resize(metrics.averageCharWidth() * 165, metrics.height() * 46);
+}
+
+frmStudies::~frmStudies() = default;
+
+void frmStudies::addPage(StudyPage* page) {
+    const auto number = static_cast<int>(m_pages.size());
+    m_pages.push_back(page);
+    m_stack->addWidget(page);
+    auto* item = new QListWidgetItem(page->title() + "\n(" + page->subtitle() + ')', m_list);
+    item->setToolTip(tr("Ctrl+%1").arg(number + 1));
+    connect(page, &StudyPage::currentChanged, this, &frmStudies::showButtons);
+    auto* shortcut =
+        new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + number)), this);
+    connect(shortcut, &QShortcut::activated, this,
+            [this, number] { m_list->setCurrentRow(number); });
+}
+
+StudyPage& frmStudies::page(StudyKind kind) const {
+    return *m_pages[static_cast<std::size_t>(kind)];
+}
+
+StudyPage& frmStudies::currentPage() const {
+    return *m_pages[static_cast<std::size_t>(std::max(m_list->currentRow(), 0))];
+}
+
+void frmStudies::showPage(StudyKind kind) {
+    m_list->setCurrentRow(static_cast<int>(kind));
+}
+
+void frmStudies::showButtons() {
+    const bool ready = !m_pages.empty() && currentPage().isCurrent() && !m_export->isBusy();
+    for (QPushButton* button : m_outlets)
+        button->setEnabled(ready);
+}
+
+QString frmStudies::focusTopic() const {
+    const QString topic = Form::focusTopic();
+    if (topic != Topic || !services().topicOf) return topic;
+    const QString ofPage = services().topicOf(objectName(), currentPage().objectName());
+    return ofPage.isEmpty() ? topic : ofPage;
+}
+
+void frmStudies::setCase(const StudyCase& subject) {
+    const bool same = m_hasCase && subject.current == m_subject.current &&
+                      subject.refusal == m_subject.refusal &&
+                      subject.RoundTELVOSF == m_subject.RoundTELVOSF;
+    if (same && subject.name == m_subject.name) return;
+    const std::string before = m_subject.current.FileName;
+    const std::string& now = subject.current.FileName;
+    const bool converted = m_hasCase && subject.current.Units != m_subject.current.Units;
+    bool another = !m_hasCase || converted;
+    if (m_hasCase && before != now) {
+        // Saved under another name, or opened from here: what is asked stays.
+        const bool renamed = subject.current.Input == m_subject.current.Input;
+        if ((renamed || m_inherits) && !converted)
+            m_settings[now] = m_settings[before];
+        else
+            another = true;
+    }
+    if (converted) m_settings[now] = {}; // its numbers are in other units
+    m_inherits = false;
+    m_hasCase = true;
+    m_subject = subject;
+    setWindowTitle(toQt(titles::Studies) + toQt(subject.name));
+    for (StudyPage* page : m_pages)
+        page->setCase(subject, another);
+}
+
+void frmStudies::openAsCase(const CaseChoice& choice) {
+    m_inherits = true;
+    const std::string why = m_actions.openAsCase(choice.make(), choice.what);
+    m_inherits = false;
+    if (!why.empty()) tell(why, titles::Message);
+}
+
+void frmStudies::copyTable() {
+    const auto text = currentPage().table().copied();
+    if (!text) return tell(text.fault().message, titles::Error);
+    QApplication::clipboard()->setText(toQt(*text));
+    telvo::note(messages(), "Table copied to clipboard");
+}
+
+void frmStudies::copyPicture() {
+    m_actions.picture.copyPicture(currentPage().picture(), this);
+    telvo::note(messages(), "Picture copied to clipboard");
+}
+
+void frmStudies::print() {
+    m_actions.picture.printPicture(currentPage().picture(), this);
+}
+
+void frmStudies::exportResult() {
+    messages().status("Export study");
+    const std::string name = fileNameOf(fromQt(QFileInfo(toQt(m_subject.name)).completeBaseName()) +
+                                        " - " + fromQt(currentPage().title()));
+    const auto path = m_actions.files.saveFile(
+        "Export Study", m_actions.folder() + '/' + name + ".csv",
+        {"Comma Separated Values (*.csv)", "Workbook (*.xlsx)", "PNG Picture (*.png)",
+         "SVG Drawing (*.svg)", "PDF Document (*.pdf)"},
+        "csv");
+    if (!path) {
+        messages().status("Export cancelled");
+        return;
+    }
+    const QString ending = QFileInfo(toQt(*path)).suffix().toLower();
+    if (ending == "csv" || ending == "xlsx")
+        exportTableTo(*path);
+    else
+        exportPictureTo(*path);
+}
+
+void frmStudies::exportPictureTo(const std::string& path) {
+    const chart::ui::Picture picture = currentPage().picture();
+    int dpi = chart::ui::DefaultResolution;
+    if (path.ends_with(".png") || path.ends_with(".PNG")) {
+        chart::ui::frmResolution form(picture.size, this);
+        if (form.exec() != QDialog::Accepted) {
+            messages().status("Export cancelled");
+            return;
+        }
+        dpi = form.resolution();
+    }
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const Status written = chart::ui::exportPicture(picture, path, dpi);
+    QApplication::restoreOverrideCursor();
+    endExport(path, written);
+}
+
+void frmStudies::exportTableTo(const std::string& path) {
+    const auto table = currentPage().table().rows().table();
+    const RowOrder order = currentPage().table().rows().order();
+    const auto done = std::make_shared<std::atomic<std::size_t>>(0);
+    m_progress = new QProgressDialog(tr("Writing the table..."), tr("Stop"), 0,
+                                     static_cast<int>(table->rows), this);
+    m_progress->setObjectName("dlgExport");
+    m_progress->setWindowModality(Qt::WindowModal);
+    m_progress->setMinimumDuration(ProgressMilliseconds);
+    m_progress->setAutoReset(false);
+    auto* clock = new QTimer(m_progress);
+    connect(clock, &QTimer::timeout, m_progress,
+            [dialog = m_progress, done] { dialog->setValue(static_cast<int>(done->load())); });
+    clock->start(50);
+    connect(m_progress, &QProgressDialog::canceled, m_export, &Background::stop);
+    m_export->start([this, table, order, path, done](const std::stop_token& stop) {
+        auto written = std::make_shared<Status>(
+            writeTable(*table, order, path, stop, [done](std::size_t rows) { done->store(rows); }));
+        return [this, path, written] { endExport(path, *written); };
+    });
+    showButtons();
+}
+
+void frmStudies::endExport(const std::string& path, const Status& written) {
+    if (m_progress) m_progress->deleteLater();
+    m_progress = nullptr;
+    showButtons();
+    if (!written) {
+        messages().status("Export failed");
+        tell(faultText(written.fault()), titles::Error);
+        return;
+    }
+    messages().history("Study exported: " + path);
+    messages().status("Study exported");
+}
+
+} // namespace telvo::study::ui

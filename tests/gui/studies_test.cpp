@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// The window of the studies in the running program: every page by its object names, and that what it
+// shows is what a run of the opened case gives.
+#include "base/numbers.h"
+#include "base/ui/qtText.h"
+#include "engine/driver.h"
+#include "programHome.h"
+#include "run/caseRun.h"
+#include "study/questions/ranges.h"
+#include "study/ui/studies/frmStudies.h"
+
+#include <QClipboard>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+
+using namespace telvo;
+using namespace telvo::study;
+using namespace telvo::study::ui;
+using namespace telvo::test;
+using telvo::ui::fromQt;
+
+namespace {
+
+/// The program with an example open and the studies on a page.
+struct Desk {
+    Home home;
+    Program& program = home.start();
+
+    explicit Desk(MenuEntry entry, const char* example = "two-side-gobs.TLV") {
+        open(example);
+        home.trigger(entry);
+        wait();
+    }
+    ~Desk() {
+        home.answers.assign(10, Answer::No); // nothing is to be saved
+        home.quit();
+    }
+    void open(const char* example) {
+        QVERIFY(program.session().LoadProjFile(std::string(TELVO_EXAMPLES_DIR "/") + example));
+    }
+    frmStudies& window() { return *home.window<frmStudies>("frmStudies"); }
+    StudyPage& page() { return window().currentPage(); }
+    void wait() { QTRY_VERIFY(page().isCurrent()); }
+    QString text(const char* label) { return control<QLabel>(window(), label).text(); }
+    bool isShown(const char* name) { return control(window(), name).isVisible(); }
+    void choose(const char* box, const QString& data) {
+        auto& list = control<QComboBox>(window(), box);
+        const int at = list.findData(data);
+        QVERIFY2(at >= 0, qPrintable(data));
+        list.setCurrentIndex(at);
+        Q_EMIT list.activated(at);
+    }
+    double number(std::size_t row, std::size_t column) {
+        const StudyCell cell = page().result().table->cell(row, column);
+        return std::holds_alternative<double>(cell) ? std::get<double>(cell) : qQNaN();
+    }
+    std::string words(std::size_t row, std::size_t column) {
+        return std::get<std::string>(page().result().table->cell(row, column));
+    }
+};
+
+/// An outcome as a run of the case has it.
+double inRun(const project::ProjectCase& current, const std::string& outcome) {
+    const auto ran = run::runCase(current);
+    const auto* done = std::get_if<run::Run>(&ran);
+    if (!done) return qQNaN();
+    const auto frame = engine::frameOf(current.Input, current.Units, engine::DevelopmentLoad);
+    return Outcome::named(outcome)->of(done->results, frame, current.Input);
+}
+
+} // namespace
+
+class StudiesTest : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void whatMattersOpensWithAResult();
+    void rangesAreTheUsersOwn();
+    void badRangesAreToldBesideTheField();
+    void itFollowsTheCaseOnScreen();
+    void everyNumberIsThatOfTheOpenedCase();
+    void resultsLeaveTheProgram();
+};
+
+void StudiesTest::whatMattersOpensWithAResult() {
+    Desk desk(MenuEntry::WhatMatters);
+    const auto& page = desk.page();
+    QVERIFY(page.headline().starts_with("Retreat factor of the panel 1."));
+    QVERIFY(page.headline().find(" moves it most: ") != std::string::npos);
+    const auto& session = desk.program.session();
+    QCOMPARE(page.result().table->rows, study::defaultRanges(session.project()).size());
+    QVERIFY(desk.text("lblTornadoFoot").startsWith("two-side-gobs.TLV, TELVO 050817, "));
+    // Inputs without effect are the last ones and say why.
+    QCOMPARE(desk.words(page.result().table->rows - 1, 14), "no effect here: row D is not left");
+    double before = HUGE_VAL;
+    for (std::size_t row = 0; row < page.result().table->rows; ++row) {
+        if (!desk.words(row, 14).empty()) continue;
+        QVERIFY(desk.number(row, 12) <= before);
+        before = desk.number(row, 12);
+    }
+    // The same as lines, and for another result.
+    auto& look = control<QComboBox>(desk.window(), "cboTornadoLook");
+    look.setCurrentIndex(1);
+    Q_EMIT look.activated(1);
+    desk.wait();
+    QVERIFY(control<QCustomPlot>(desk.window(), "chtTornado").plottableCount() > 5);
+    desk.choose("cboTornadoOutcome", "BarrierSF.retreat.second");
+    desk.wait();
+    QVERIFY(page.headline().starts_with("Retreat factor of the second barrier"));
+}
+
+void StudiesTest::rangesAreTheUsersOwn() {
+    Desk desk(MenuEntry::WhatMatters);
+    desk.choose("cboTornadoInput", "DepthCover");
+    type(desk.window(), "txtTornadoLow", "-50");
+    type(desk.window(), "txtTornadoHigh", "20");
+    desk.wait();
+    QCOMPARE(desk.words(0, 0), "Depth of Cover"); // it moves most by now
+    QCOMPARE(desk.words(0, 1), "-50 .. +20 % (own)");
+    const double own = desk.number(0, 5);
+    QCOMPARE(desk.number(0, 3), own / 2);
+    QCOMPARE(desk.number(0, 4), own * 1.2);
+    // The same values in another form.
+    auto& form = control<QComboBox>(desk.window(), "cboTornadoForm");
+    form.setCurrentIndex(2);
+    Q_EMIT form.activated(2);
+    desk.wait();
+    QCOMPARE(control<QLineEdit>(desk.window(), "txtTornadoLow").text().toDouble(), own / 2);
+    QCOMPARE(desk.number(0, 3), own / 2);
+    // They stay with the case when another one was open meanwhile.
+    desk.open("development-mains.TLV");
+    desk.wait();
+    desk.open("two-side-gobs.TLV");
+    desk.wait();
+    QCOMPARE(desk.number(0, 3), own / 2);
+    click(desk.window(), "cmdTornadoAllDefault");
+    desk.wait();
+    for (std::size_t row = 0; row < desk.page().result().table->rows; ++row)
+        QVERIFY(desk.words(row, 1).find("(own)") == std::string::npos);
+}
+
+void StudiesTest::badRangesAreToldBesideTheField() {
+    Desk desk(MenuEntry::WhatMatters);
+    type(desk.window(), "txtTornadoHigh", "-90");
+    QTRY_VERIFY(desk.isShown("lblTornadoProblem"));
+    QVERIFY(desk.text("lblTornadoProblem").startsWith("A range goes from a smaller to a greater"));
+    QVERIFY(!desk.page().isCurrent());
+    QVERIFY(!control(desk.window(), "cmdExport").isEnabled());
+    QVERIFY(desk.home.asked.size() <= 1); // no box but that of the start
+    type(desk.window(), "txtTornadoHigh", "5x");
+    QTRY_VERIFY(desk.text("lblTornadoProblem").contains("'x' is not a character of a number"));
+    type(desk.window(), "txtTornadoHigh", "5");
+    desk.wait();
+    QVERIFY(!desk.isShown("lblTornadoProblem"));
+}
+
+void StudiesTest::itFollowsTheCaseOnScreen() {
+    Desk desk(MenuEntry::WhatMatters);
+    const std::string before = desk.page().headline();
+    desk.home.trigger(MenuEntry::Parameters);
+    auto* form = desk.home.window<QWidget>("frmTELVOParm");
+    QVERIFY(form);
+    type(*form, "txtDepthCover", "1000");
+    QVERIFY(!desk.page().isCurrent());
+    desk.wait();
+    QVERIFY(desk.page().headline() != before);
+    type(*form, "txtDepthCover", "0"); // no such panel
+    QTRY_VERIFY(desk.isShown("lblTornadoProblem"));
+    QVERIFY(!desk.page().isCurrent());
+    desk.home.answers = {Answer::Yes}; // what was typed goes
+    click(*form, "cmdCancel");
+    desk.wait();
+    QCOMPARE(desk.page().headline(), before);
+    desk.home.trigger(MenuEntry::New);
+    QTRY_VERIFY(desk.isShown("lblTornadoProblem"));
+    QVERIFY(desk.text("lblTornadoProblem").contains("empty"));
+}
+
+void StudiesTest::everyNumberIsThatOfTheOpenedCase() {
+    Desk desk(MenuEntry::WhatMatters);
+    const auto& result = desk.page().result();
+    int looked = 0;
+    for (std::size_t row = 0; row < result.table->rows; ++row) {
+        if (!desk.words(row, 14).empty()) continue;
+        // Columns of values, each with the case of its cell.
+        for (const int column : {6, 7, 8, 10}) {
+            const auto choices = result.ofRow(row, column);
+            QVERIFY(!choices.empty());
+            const double shown = desk.number(row, static_cast<std::size_t>(column));
+            QCOMPARE(shown, inRun(choices.front().make(), "TELVOSF.retreat"));
+            ++looked;
+        }
+    }
+    QVERIFY(looked > 40);
+
+    // Opened by Enter: untitled, with the very input, and the question of changes in between.
+    auto& table = control<QTableView>(desk.window(), "tblTornado");
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, 7));
+    const double value = desk.number(0, 7), at = desk.number(0, 4);
+    QTest::keyClick(&table, Qt::Key_Return);
+    const auto& opened = desk.program.session().project();
+    QCOMPARE(inRun(opened, "TELVOSF.retreat"), value);
+    QVERIFY(!desk.program.session().isSaved());
+    QVERIFY(desk.program.session().displayName().starts_with("ntitled") ||
+            desk.program.session().displayName().starts_with("U"));
+    Q_UNUSED(at)
+    desk.wait();
+    desk.home.answers = {Answer::Cancel};
+    table.setCurrentIndex(table.model()->index(1, 6));
+    const project::ProjectCase kept = desk.program.session().project();
+    QTest::keyClick(&table, Qt::Key_Return);
+    QVERIFY(desk.program.session().project() == kept);
+}
+
+void StudiesTest::resultsLeaveTheProgram() {
+    Desk desk(MenuEntry::WhatMatters);
+    click(desk.window(), "cmdCopyTable");
+    const QStringList lines = QApplication::clipboard()->text().split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), static_cast<qsizetype>(desk.page().result().table->rows + 1));
+    QVERIFY(lines[0].startsWith("Input\tRange\tUnit\tFrom\tTo\tOwn Value\t"));
+    QCOMPARE(lines[1].split('\t')[6].toDouble(), desk.number(0, 6));
+    for (const char* name : {"out.csv", "out.xlsx", "out.svg", "out.pdf"}) {
+        desk.home.dialogs.answers = {desk.home.path(name)};
+        click(desk.window(), "cmdExport");
+        QTRY_VERIFY(control(desk.window(), "cmdExport").isEnabled());
+        QVERIFY(readFile(desk.home.path(name)));
+    }
+    QTRY_COMPARE(desk.home.status(), "Study exported");
+    const auto csv = readFile(desk.home.path("out.csv"));
+    QVERIFY(csv->starts_with("Input,Range,Unit,"));
+    QVERIFY(readFile(desk.home.path("out.svg"))->find("moves it most") != std::string::npos);
+}
+
+QTEST_MAIN(StudiesTest)
+
+#include "studies_test.moc"
