@@ -5,6 +5,7 @@ cmake_minimum_required(VERSION 3.25)
 # its room. Given: SOURCE_DIR, src/; LINKS, a file with a line "folder of src/|kind of target|target|
 # linked targets" for each target.
 set(base)
+set(sampling base)
 set(chart base)
 set(project base)
 set(table base project)
@@ -17,7 +18,7 @@ set(run base project engine criteria)
 set(report ${run} run)
 set(explain ${report} report table)
 set(plot ${report} report)
-set(study ${report} report batch table)
+set(study ${report} report batch sampling table)
 set(app ${report} report table help library explain plot study)
 set(cli ${app} app batch)
 
