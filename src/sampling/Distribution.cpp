@@ -350,11 +350,11 @@ void Distribution::settle() {
     m_sd = std::sqrt(squares / parts);
 }
 
-double Distribution::at(double u) const {
-    if (!m_cut) return quantile(u, 1 - u) + m_offset;
-    const double p = m_belowLow + u * (m_belowHigh - m_belowLow);
-    const double q = m_aboveHigh + (1 - u) * (m_aboveLow - m_aboveHigh);
-    return std::clamp(quantile(p, q), m_low, m_high) + m_offset;
+double Distribution::of(double p, double q) const {
+    if (!m_cut) return quantile(p, q) + m_offset;
+    const double below = m_belowLow + p * (m_belowHigh - m_belowLow);
+    const double above = m_aboveHigh + q * (m_aboveLow - m_aboveHigh);
+    return std::clamp(quantile(below, above), m_low, m_high) + m_offset;
 }
 
 double Distribution::quantile(double p, double q) const {

@@ -47,7 +47,10 @@ class Distribution {
     Distribution shifted(double by) const;
 
     /// The value below which the number stays with the probability u, 0 < u < 1.
-    double at(double u) const;
+    double at(double u) const { return of(u, 1 - u); }
+    /// The same from both sides, without loss in either tail.
+    /// Given: p, q  probability below and above
+    double of(double p, double q) const;
     /// Probability that the number is at most x.
     double below(double x) const;
 
