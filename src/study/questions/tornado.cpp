@@ -82,16 +82,38 @@ TornadoBar barOf(const Runner& runner, const RangedInput& input, const project::
     return bar;
 }
 
+/// Inputs for whose default values the limits of the warnings were found.
+bool isCalibrated(const Variable& variable) {
+    switch (variable.field()) {
+    case project::Field::CoalStrength:
+    case project::Field::AbutmentAngleActiveGob:
+    case project::Field::AbutmentAngleFirstGob:
+    case project::Field::AbutmentAngleSecondGob:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// What of the panel itself moves the outcome most stands first, whatever a change of the calibration
+/// would do.
 std::string headlineOf(const Tornado& tornado, const Outcome& outcome, std::int16_t units) {
     std::string text = outcome.label();
     if (tornado.own) text += " " + outcome.text(*tornado.own, units);
     text += ". ";
-    if (tornado.bars.empty() || !tornado.bars.front().withoutEffect.empty())
-        return text + "None of the inputs moves it";
-    const TornadoBar& widest = tornado.bars.front();
-    return text + widest.variable.label() +
-           " moves it most: " + outcome.text(widest.least->y, units) + " to " +
-           outcome.text(widest.most->y, units);
+    const auto span = [&](const TornadoBar& bar) {
+        return outcome.text(bar.least->y, units) + " to " + outcome.text(bar.most->y, units);
+    };
+    const auto widest = std::find_if(tornado.bars.begin(), tornado.bars.end(), [](const auto& bar) {
+        return bar.withoutEffect.empty() && !isCalibrated(bar.variable);
+    });
+    if (widest == tornado.bars.end()) return text + "None of the inputs moves it";
+    text += widest->variable.label() + " moves it most: " + span(*widest);
+    const TornadoBar& first = tornado.bars.front();
+    if (isCalibrated(first.variable))
+        text += "; " + first.variable.label() + ", whose default the limits were found with, " +
+                span(first);
+    return text;
 }
 
 } // namespace
