@@ -89,7 +89,7 @@ class Progress {
 
 CLI::Option* literal(CLI::Option* option) {
     return option->transform(
-        [](std::string text) { return text.starts_with(Protection) ? text.substr(1) : text; });
+        [](const std::string& text) { return text.substr(text.starts_with(Protection) ? 1 : 0); });
 }
 
 void protectNames(std::vector<std::string>& arguments) {

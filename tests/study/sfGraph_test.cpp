@@ -499,6 +499,18 @@ TEST(SfGraph, TargetsBetweenThePointsOfAnExtremumAreFound) {
                 for (const double each : x)
                     EXPECT_NEAR(*runAt(current, graph.kind, each, pass), target, 1e-12);
             }
+            // Beyond it the curve only rises: next to a point there is one place.
+            for (const double share : {1 - 1e-9, 1 + 1e-9}) {
+                const double rising = (lowest + 5)->y * share;
+                const auto all = valuesAt(current, graph, rising);
+                EXPECT_EQ(std::count_if(all.begin(), all.end(),
+                                        [&](const Crossing& crossing) {
+                                            return crossing.curve == graph.curves[c].name &&
+                                                   crossing.x > lowest->x;
+                                        }),
+                          1)
+                    << share;
+            }
             // Where the lowest point itself is on the target, the other place is its like.
             const auto x = found(lowest->y);
             ASSERT_EQ(x.size(), 2U);
