@@ -81,6 +81,14 @@ TEST(Sheets, LongLinesGoOnInTheNextLine) {
     EXPECT_EQ(lines[6], string(50, 'c'));
 }
 
+TEST(Sheets, ABlankBreaksALineWhereItLeavesNoPieceHalfEmpty) {
+    const vector<string> pages = {string(35, 'a') + ' ' + string(40, 'b') + "\r\n" +
+                                  string(36, 'c') + ' ' + string(40, 'd') + "\r\n"};
+    const auto lines = body(layOutSheets(pages, Heading, {60, 70}).at(0));
+    EXPECT_EQ(lines, (vector<string>{string(35, 'a') + ' ' + string(34, 'b'), string(6, 'b'),
+                                     string(36, 'c'), string(40, 'd')}));
+}
+
 TEST(Sheets, ALongFileNameLosesItsMiddleInTheHeading) {
     SheetHeading heading = Heading;
     heading.FileName = "C:\\Gr\u00fcben\\" + string(200, 'd') + "\\north mains.TLV";

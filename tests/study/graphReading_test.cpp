@@ -162,6 +162,10 @@ TEST(GraphReading, JumpsNearTheCrossHairAreTold) {
               "Development at 350 ft: Rule two\nRetreat has no value beyond 450 ft: Refused");
     EXPECT_EQ(jumpsNear(graph, {}, 440, 140), "Retreat has no value beyond 450 ft: Refused\n"
                                               "Retreat has no value before 500 ft\nand 2 more");
+    // Equally far away: in the order of the curves.
+    EXPECT_EQ(jumpsNear(graph, {}, 325, 175),
+              "Development jumps at 300 ft from 2.00 to 1.50: Rule one\n"
+              "Development at 350 ft: Rule two\nand 2 more");
 }
 
 TEST(GraphReading, CrossingsAreToldCurveByCurve) {
