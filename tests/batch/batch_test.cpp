@@ -179,6 +179,55 @@ TEST(Batch, WhatIsNotComputedIsNamedByTheRoadOfOneCase) {
     EXPECT_EQ(batch->caseOf(std::array{700.0, 60.0}).Input.XcutCenters[2], 60);
 }
 
+TEST(Batch, AutomaticValuesFollowWhatTheyHangOn) {
+    ProjectCase base = project::newCase(project::English);
+    base.Input.EntryHeight = 6, base.Input.DepthCover = 800, base.Input.EntryWidth = 20;
+    base.Input.XcutSpacing = 90, base.Input.NumberEntries = 5;
+    base.Input.XcutCenters = {{100, 100, 100, 100}};
+    base.Input.BreadthAMZ = 93, base.Input.ArchFactor = 0.5F; // neither is what the rule gives
+    const FieldId first(Field::XcutCenters, 1);
+    struct Row {
+        std::vector<FieldId> fields;
+        std::vector<double> values;
+        double breadth;
+        float arch;
+    };
+    // 5 sqrt(1600) = 200; 1 - 0.28 ln(1600 / 400) = 0.6118 and 1 - 0.28 ln(800 / 500) = 0.8684
+    const Row rows[] = {{{Field::DepthCover}, {1600}, 200, 0.61F},
+                        {{Field::EntryHeight}, {7}, 93, 0.5F},
+                        {{first}, {200}, 93, 0.87F},
+                        {{Field::DepthCover, Field::BreadthAMZ}, {1600, 150}, 150, 0.61F},
+                        {{Field::ArchFactor, Field::DepthCover}, {0.7, 1600}, 200, 0.7F}};
+    for (const bool follow : {true, false})
+        for (const bool automatic : {true, false})
+            for (const Row& row : rows) {
+                base.Input.AMZ = base.Input.Arch = automatic;
+                const auto batch = Batch::prepare(base, row.fields, {"AMZBreadth"},
+                                                  {.automaticValuesFollow = follow});
+                ASSERT_TRUE(batch);
+                const ProjectInput in = batch->caseOf(row.values).Input;
+                const auto varies = [&](Field field) {
+                    return std::count(row.fields.begin(), row.fields.end(), FieldId(field)) > 0;
+                };
+                const bool follows = follow && automatic;
+                EXPECT_EQ(in.BreadthAMZ, follows || varies(Field::BreadthAMZ) ? row.breadth : 93);
+                EXPECT_EQ(in.ArchFactor, follows || varies(Field::ArchFactor) ? row.arch : 0.5F);
+                // A pack has them, too.
+                std::vector<std::vector<double>> columns;
+                std::vector<const double*> from;
+                for (const double value : row.values)
+                    columns.emplace_back(4, value);
+                for (const auto& column : columns)
+                    from.push_back(column.data());
+                double breadth[4];
+                double* const to[] = {breadth};
+                Status status[4];
+                batch->compute(4, from, to, nullptr, status);
+                EXPECT_EQ(status[0], Status::Computed);
+                EXPECT_EQ(breadth[0], in.BreadthAMZ);
+            }
+}
+
 TEST(Batch, EveryInputThatMayVaryHasANumberOfItsOwn) {
     engine::InputsOf<double> in;
     std::set<double*> numbers;

@@ -131,6 +131,21 @@ TEST(Intervals, OfConstantTouchingAndMissingFunctions) {
     EXPECT_EQ(edge[0].practicalTo, 0.5);
 }
 
+TEST(CutCurve, TellsAPoleFromAJump) {
+    const auto ruleOf = [](const Function::Value& value) {
+        const Function f(0, value, [](double x) { return x > 0.5 ? 1.0 : 0.0; });
+        const CutCurve cut = cutAtJumps(f, alongAxis(f, {0, 0.3, 0.8, 1}, 1e-9), 0);
+        EXPECT_EQ(cut.stretches.size(), cut.jumps.size() + 1);
+        EXPECT_EQ(cut.jumps.size(), 1U);
+        return cut.jumps.empty() ? "" : cut.jumps[0].rule;
+    };
+    const std::string pole = "The load passes through zero, where the factor has no bound";
+    EXPECT_EQ(ruleOf([](double x) { return std::optional(1 / (x - 0.5)); }), pole);
+    EXPECT_EQ(ruleOf([](double x) { return std::optional(x > 0.5 ? -1001.0 : 1001.0); }), pole);
+    EXPECT_EQ(ruleOf([](double x) { return std::optional(x > 0.5 ? -999.0 : 9999.0); }), "0 to 1");
+    EXPECT_EQ(ruleOf([](double x) { return std::optional(x > 0.5 ? 2000.0 : 9000.0); }), "0 to 1");
+}
+
 Variable variable(std::string_view name) {
     const auto known = variableNamed(name);
     EXPECT_TRUE(known) << name;

@@ -140,8 +140,11 @@ TEST(SfGraph, CurvesAreTheRunsOfTheirValuesAndJumpOnlyWhereARuleIsNamed) {
             jumps += curve.jumps.size();
             for (const Jump& jump : curve.jumps)
                 EXPECT_FALSE(jump.rule.empty()) << "at " << jump.x;
-            for (const Turn& turn : curve.turns)
+            for (const Turn& turn : curve.turns) {
                 EXPECT_FALSE(turn.rule.empty()) << "at " << turn.x;
+                EXPECT_EQ(std::count(points.begin(), points.end(), GraphPoint{turn.x, turn.y}), 1)
+                    << "a bend is a point of its curve, at " << turn.x;
+            }
             // Two stretches meet at each jump, or one ends there.
             std::size_t met = 0;
             for (const Jump& jump : curve.jumps)
@@ -309,6 +312,11 @@ TEST(SfGraph, StrengthSetToZeroIsAJumpAndGeometryATurn) {
     EXPECT_NEAR(jump.x, 8, 1e-6 * (graph.high - graph.low));
     EXPECT_EQ(jump.before, 0);
     EXPECT_TRUE(speaksOf(jump.rule, "First barrier") && speaksOf(jump.rule, "strength"));
+    // A stretch on the target is told by its first point.
+    const auto atZero = valuesAt(current, graph, 0);
+    ASSERT_EQ(atZero.size(), graph.curves.size());
+    for (const Crossing& crossing : atZero)
+        EXPECT_EQ(crossing.x, graph.low);
     // Crosscuts at 60 degrees: pillars 80 ft wide are as long where Sc sin 60 - 20 = 80.
     ProjectCase skew = panel(0);
     skew.Input.XcutAngle = 60;
@@ -466,7 +474,7 @@ TEST(SfGraph, TargetsBetweenThePointsOfAnExtremumAreFound) {
     // the lowest place.
     ProjectCase current = panel(2);
     current.Input.SlabcutFirstGob = 0, current.Input.WidthC = 120;
-    for (double own = 60; own < 61; own += 0.1) {
+    for (double own = 60; own < 61; own += 0.25) {
         current.Input.BarrierFirstGob = own;
         const SfGraph graph = graphOf(current, GraphKind::FirstBarrier, {10, 60});
         for (std::size_t c = 0; c < graph.curves.size(); ++c) {
