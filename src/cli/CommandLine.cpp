@@ -13,6 +13,7 @@
 #include "cli/resultsCommand.h"
 #include "cli/saveCommand.h"
 #include "cli/spelling.h"
+#include "cli/studyCommand.h"
 #include "cli/sweepCommand.h"
 #include "cli/tableCommand.h"
 #include "cli/tableExport.h"
@@ -104,6 +105,11 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     add<TornadoRequest>(*m_app, addTornado, runTornado);
     add<ChartRequest>(*m_app, addChart, runChart);
     add<CompareRequest>(*m_app, addCompare, runCompare);
+    CLI::App& studies = *addStudy(*m_app);
+    add<StudyNewRequest>(studies, addStudyNew, runStudyNew);
+    add<StudyCheckRequest>(studies, addStudyCheck, runStudyCheck);
+    add<StudyRunRequest>(studies, addStudyRun, runStudyRun);
+    add<StudyVerifyRequest>(studies, addStudyVerify, runStudyVerify);
     CLI::App& table = *addTable(*m_app);
     add<TableExportRequest>(table, addTableExport, runTableExport);
     add<TableTemplateRequest>(table, addTableTemplate, runTableTemplate);

@@ -51,7 +51,7 @@ int runChart(Console& console, const ChartRequest& request) {
     std::vector<std::optional<double>> targets;
     for (const study::Criterion& criterion : *criteria)
         targets.push_back(criterion.target);
-    const auto ask = [&](const project::ProjectCase& current) -> Result<study::StudyOutput> {
+    const auto ask = [&](const project::ProjectCase& current) -> Result<Answer> {
         const study::Variable& variable = named->variable;
         const study::DesignChartRequest asked{
             variable,
@@ -64,9 +64,9 @@ int runChart(Console& console, const ChartRequest& request) {
             targets};
         auto made = study::designChart(current, asked, request.options.RoundTELVOSF);
         if (!made) return made.fault();
-        return study::outputOf(std::move(*made), asked, current.Units);
+        return Answer{study::outputOf(std::move(*made), asked, current.Units), asked};
     };
-    return askCases(console, named->cases, request.target, ask);
+    return askCases(console, named->cases, request.target, ask, request.options.RoundTELVOSF);
 }
 
 } // namespace telvo::cli

@@ -2,9 +2,11 @@
 #include "cli/compareCommand.h"
 
 #include "base/escapes.h"
+#include "base/files.h"
 #include "base/text.h"
 #include "cli/arguments.h"
 #include "cli/outputs.h"
+#include "cli/studyRecord.h"
 #include "report/sections.h"
 
 #include <CLI/CLI.hpp>
@@ -97,7 +99,7 @@ int runCompare(Console& console, const CompareRequest& request) {
         names->insert(names->begin(), request.base);
     const std::string& target = request.target.target;
     const bool toFile = !target.empty() && !isStandardOutput(target);
-    if (toFile && !mayWriteMade(console, target, request.target.force, *names)) return FileTrouble;
+    if (!mayWriteStudy(console, request.target, *names)) return FileTrouble;
     std::vector<std::pair<std::string, project::ProjectCase>> cases;
     visitAll(console, *names, [&](CaseOutcome& outcome) {
         raise(status, outcome.status);
@@ -106,10 +108,17 @@ int runCompare(Console& console, const CompareRequest& request) {
         else
             complainOf(console, outcome);
     });
-    std::size_t base = 0;
-    while (!request.base.empty() && base < cases.size() &&
-           cases[base].first != withEscapedBytes(request.base))
-        ++base;
+    if (!request.base.empty()) { // it comes first
+        const auto base = std::find_if(cases.begin(), cases.end(), [&](const auto& one) {
+            return one.first == withEscapedBytes(request.base);
+        });
+        if (base == cases.end()) {
+            console.complain("--base " + request.base + ": is none of the cases");
+            raise(status, WrongUsage);
+            return status;
+        }
+        std::rotate(cases.begin(), base, base + 1);
+    }
     if (cases.size() < 2) {
         console.complain("two cases are needed to compare");
         raise(status, WrongUsage);
@@ -117,7 +126,7 @@ int runCompare(Console& console, const CompareRequest& request) {
     }
     if (request.reports && cases.size() != 2)
         return console.wrongUsage("--reports: two cases are wanted");
-    auto made = study::compare(std::move(cases), base, request.options.RoundTELVOSF);
+    auto made = study::compare(cases, 0, request.options.RoundTELVOSF);
     if (!made) {
         console.complain(faultText(made.fault()));
         raise(status, Refused);
@@ -138,9 +147,24 @@ int runCompare(Console& console, const CompareRequest& request) {
         return status;
     }
     std::vector<StudyPart> parts(1);
-    parts.front().file = made->cases[made->base].name;
+    parts.front().file = cases.front().first;
     parts.front().output = study::outputOf(std::move(*made), request.onlyDifferences);
-    raise(status, writeParts(console, request.target, *form, parts));
+    const ExitStatus written = writeParts(console, request.target, *form, parts);
+    raise(status, written);
+    if (!toFile || request.target.noRecord || written != AllGood) return status;
+    study::CompareSet set{{}, request.onlyDifferences};
+    for (std::size_t i = 1; i < cases.size(); ++i)
+        set.with.push_back(withoutFolder(cases[i].first));
+    const study::StudyOutput& output = *parts.front().output;
+    Recorder recorder;
+    recorder.add({{},
+                  withoutFolder(cases.front().first),
+                  cases.front().second.Units,
+                  request.options.RoundTELVOSF,
+                  std::move(set)},
+                 parts.front().file, cases, output.tally);
+    raise(status, recorder.write(console, recordFileOf(target), target, output.table,
+                                 *form == StudyForm::Csv, 1, request.target.force));
     return status;
 }
 

@@ -50,14 +50,14 @@ int runFind(Console& console, const FindRequest& request) {
         if (!span) return console.wrongUsage("--in: " + faultText(span.fault()));
         in = *span;
     }
-    const auto ask = [&](const project::ProjectCase& current) -> Result<study::StudyOutput> {
+    const auto ask = [&](const project::ProjectCase& current) -> Result<Answer> {
         const study::Variable& variable = named->variable;
         const study::FindRequest asked{
             variable, criteria->front(), in ? *in : study::defaultSearchRange(current, variable),
             request.step > 0 ? request.step : study::defaultStep(variable, current.Units)};
         auto found = study::find(current, asked, request.options.RoundTELVOSF);
         if (!found) return found.fault();
-        return study::outputOf(std::move(*found), asked, current.Units);
+        return Answer{study::outputOf(std::move(*found), asked, current.Units), asked};
     };
     const auto nothing = [](JsonWriter& json) {
         json.key("headline");
@@ -70,7 +70,8 @@ int runFind(Console& console, const FindRequest& request) {
             json.number(0);
         }
     };
-    return askCases(console, named->cases, request.target, ask, nothing);
+    return askCases(console, named->cases, request.target, ask, request.options.RoundTELVOSF, 1,
+                    nothing);
 }
 
 } // namespace telvo::cli

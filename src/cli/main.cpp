@@ -48,11 +48,12 @@ void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
     // What draws also tells in its help what can be drawn.
     const std::string_view command = argc > 1 ? argv[1] : "";
     const bool draws = command == "plot" || command == "--help" || command == "-h";
-    // A list of files may name workbooks, too.
+    // A list of files or a study may name workbooks, too.
     const bool workbooks =
-        argc > 1 && std::any_of(argv + 1, argv + argc, [](std::string_view argument) {
-            return mayBeWorkbook(argument) || argument.starts_with("--files-from");
-        });
+        command == "study" ||
+        (argc > 1 && std::any_of(argv + 1, argv + argc, [](std::string_view argument) {
+             return mayBeWorkbook(argument) || argument.starts_with("--files-from");
+         }));
     if (!draws && !workbooks) return;
     becomeProgram({TELVO_HELPERS, "."}, draws ? "telvo-cli-draw" : "telvo-cli-table", argv);
 #endif

@@ -8,6 +8,7 @@
 #include "batch/batch.h"
 #include "cli/outputs.h"
 #include "cli/spelling.h"
+#include "cli/studyRecord.h"
 #include "engine/driver.h"
 #include "project/inputFields.h"
 
@@ -30,15 +31,6 @@ std::optional<std::pair<std::string, std::string>> assignment(const std::string&
     const auto at = text.find('=');
     if (at == std::string::npos || at == 0) return std::nullopt;
     return std::pair(std::string(trimmed(text.substr(0, at))), text.substr(at + 1));
-}
-
-study::ResultTable tableOf(const std::vector<StudyPart>& parts) {
-    std::vector<std::pair<std::string, study::ResultTable>> tables;
-    for (const StudyPart& part : parts)
-        if (part.output) tables.emplace_back(withEscapedBytes(part.file), part.output->table);
-    if (tables.empty()) return {};
-    if (parts.size() == 1) return std::move(tables.front().second);
-    return study::joined(std::move(tables), "file");
 }
 
 std::string jsonOf(const std::vector<StudyPart>& parts,
@@ -90,6 +82,13 @@ ExitStatus writeWorkbook(Console& console, const StudyTarget& target,
 
 } // namespace
 
+ExitStatus statusOf(Console& console, const std::string& file, const study::StudyOutput& output) {
+    if (output.computed) return output.aimMet ? AllGood : AimMissed;
+    const std::string& why = output.headline;
+    console.complain(file + ": " + (why.empty() ? study::tallyText(output.tally) : why));
+    return Refused;
+}
+
 void addStudyTarget(CLI::App& command, StudyTarget& target) {
     command
         .add_option("--format", target.format,
@@ -99,7 +98,17 @@ void addStudyTarget(CLI::App& command, StudyTarget& target) {
                                "write to this file instead of the terminal: .txt, .csv, .json or "
                                ".xlsx"))
         ->option_text("FILE");
-    command.add_flag("--force", target.force, "overwrite an existing file");
+    command.add_flag("--force", target.force, "overwrite existing files");
+    command.add_flag("--no-record", target.noRecord,
+                     "do not write the record of the run, NAME.study.json, beside the file");
+}
+
+study::ResultTable tableOf(const std::vector<StudyPart>& parts) {
+    std::vector<std::pair<std::string, study::ResultTable>> tables;
+    for (const StudyPart& part : parts)
+        if (part.output) tables.emplace_back(withEscapedBytes(part.file), part.output->table);
+    if (tables.empty()) return {};
+    return study::joinedTable(std::move(tables));
 }
 
 std::optional<StudyForm> formOf(Console& console, const StudyTarget& target) {
@@ -151,16 +160,26 @@ ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm for
     return output.finish();
 }
 
+bool mayWriteStudy(Console& console, const StudyTarget& target,
+                   const std::vector<std::string>& inputs) {
+    if (target.target.empty() || isStandardOutput(target.target)) return true;
+    return mayWriteMade(console, target.target, target.force, inputs) &&
+           (target.noRecord ||
+            mayWriteMade(console, recordFileOf(target.target), target.force, inputs));
+}
+
 int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
-             const Question& question, const std::function<void(JsonWriter&)>& emptyJson) {
+             const Question& question, int RoundTELVOSF, unsigned threads,
+             const std::function<void(JsonWriter&)>& emptyJson) {
     ExitStatus status = AllGood;
     const auto form = formOf(console, target);
     if (!form) return WrongUsage;
     const auto names = namesOf(console, inputs, status);
     if (!names) return status;
+    if (!mayWriteStudy(console, target, *names)) return FileTrouble;
     const bool toFile = !target.target.empty() && !isStandardOutput(target.target);
-    if (toFile && !mayWriteMade(console, target.target, target.force, *names)) return FileTrouble;
     std::vector<StudyPart> parts;
+    Recorder recorder;
     visitAll(console, *names, [&](CaseOutcome& outcome) {
         StudyPart part;
         part.file = outcome.file;
@@ -168,23 +187,29 @@ int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
             complainOf(console, outcome);
             part.message = outcome.message;
             raise(status, outcome.status);
-        } else if (auto output = question(*outcome.current)) {
-            if (!output->aimMet) raise(status, AimMissed);
-            if (!output->computed) {
-                const std::string& why = output->headline;
-                console.complain(outcome.file + ": " +
-                                 (why.empty() ? study::tallyText(output->tally) : why));
-                raise(status, Refused);
+        } else if (auto answer = question(*outcome.current)) {
+            raise(status, statusOf(console, part.file, answer->output));
+            if (toFile && !target.noRecord) {
+                const std::string name = withEscapedBytes(withoutFolder(outcome.file));
+                study::Study study{
+                    {}, name, outcome.current->Units, RoundTELVOSF, std::move(answer->request)};
+                const study::NamedCase cases[] = {{name, *outcome.current}};
+                recorder.add(study, withEscapedBytes(part.file), cases, answer->output.tally);
             }
-            part.output = std::move(*output);
+            part.output = std::move(answer->output);
         } else {
-            part.message = faultText(output.fault());
+            part.message = faultText(answer.fault());
             console.complain(outcome.file + ": " + part.message);
             raise(status, Refused);
         }
         parts.push_back(std::move(part));
     });
-    raise(status, writeParts(console, target, *form, parts, emptyJson));
+    const ExitStatus written = writeParts(console, target, *form, parts, emptyJson);
+    raise(status, written);
+    const study::ResultTable table = tableOf(parts);
+    if (toFile && !target.noRecord && written == AllGood && !table.columns.empty())
+        raise(status, recorder.write(console, recordFileOf(target.target), target.target, table,
+                                     *form == StudyForm::Csv, threads, target.force));
     return status;
 }
 

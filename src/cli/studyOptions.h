@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "cli/inputs.h"
+#include "study/file/Study.h"
 #include "study/output/factors.h"
 #include "study/output/StudyOutput.h"
 
@@ -24,9 +25,10 @@ struct StudyTarget {
     std::string format; ///< text, csv, json or xlsx; empty: after the ending of the file
     std::string target; ///< empty or "-": standard output
     bool force = false;
+    bool noRecord = false; ///< of the run, beside the file
 };
 
-/// Adds --format, --output and --force.
+/// Adds --format, --output, --force and --no-record.
 void addStudyTarget(CLI::App& command, StudyTarget& target);
 
 enum class StudyForm { Text, Csv, Json, Workbook };
@@ -47,10 +49,24 @@ ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm for
                       const std::vector<StudyPart>& parts,
                       const std::function<void(JsonWriter&)>& emptyJson = {});
 
-/// Asks something of every case that is named and writes what came of it.
-using Question = std::function<Result<study::StudyOutput>(const project::ProjectCase& current)>;
+/// The parts as one table.
+study::ResultTable tableOf(const std::vector<StudyPart>& parts);
+
+/// What was asked of a case, all of it, and what came of it.
+struct Answer {
+    study::StudyOutput output;
+    study::Study::Request request;
+};
+/// Asks something of every case that is named and writes what came of it; beside a file the record.
+using Question = std::function<Result<Answer>(const project::ProjectCase& current)>;
 int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
-             const Question& question, const std::function<void(JsonWriter&)>& emptyJson = {});
+             const Question& question, int RoundTELVOSF, unsigned threads = 1,
+             const std::function<void(JsonWriter&)>& emptyJson = {});
+/// What a result means for the exit status; complains where nothing could be computed.
+ExitStatus statusOf(Console& console, const std::string& file, const study::StudyOutput& output);
+/// Whether result and record may be written; complains where they may not.
+bool mayWriteStudy(Console& console, const StudyTarget& target,
+                   const std::vector<std::string>& inputs);
 
 /// Cases and, as the last word, the input that is looked for.
 void addCasesAndInput(CLI::App& command, std::vector<std::string>& words, std::string& listFile);

@@ -60,19 +60,20 @@ int runSweep(Console& console, const SweepRequest& request) {
         shown = true;
         console.showProgress(std::to_string(done) + " of " + std::to_string(all) + " rows");
     };
-    const int status =
-        askCases(console, request.inputs, request.target,
-                 [&](const project::ProjectCase& current) -> Result<study::StudyOutput> {
-                     auto outcomes = outcomesOf(request.quantities, current);
-                     if (!outcomes) return outcomes.fault();
-                     asked.outcomes = std::move(*outcomes);
-                     auto made = study::sweep(current, asked, request.options.RoundTELVOSF,
-                                              request.jobs, {}, progress);
-                     if (shown) console.showProgress({});
-                     shown = false;
-                     if (!made) return made.fault();
-                     return study::outputOf(std::move(*made));
-                 });
+    const int status = askCases(
+        console, request.inputs, request.target,
+        [&](const project::ProjectCase& current) -> Result<Answer> {
+            auto outcomes = outcomesOf(request.quantities, current);
+            if (!outcomes) return outcomes.fault();
+            asked.outcomes = std::move(*outcomes);
+            auto made = study::sweep(current, asked, request.options.RoundTELVOSF, request.jobs, {},
+                                     progress);
+            if (shown) console.showProgress({});
+            shown = false;
+            if (!made) return made.fault();
+            return Answer{study::outputOf(std::move(*made)), asked};
+        },
+        request.options.RoundTELVOSF, request.jobs);
     return status;
 }
 

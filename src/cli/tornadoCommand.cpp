@@ -89,27 +89,30 @@ int runTornado(Console& console, const TornadoRequest& request) {
         if (!input) return console.wrongUsage("--vary: " + faultText(input.fault()));
         own.push_back(std::move(*input));
     }
-    return askCases(console, request.inputs, request.target,
-                    [&](const project::ProjectCase& current) -> Result<study::StudyOutput> {
-                        study::TornadoRequest asked{outcome ? *outcome
-                                                            : study::defaultOutcome(current),
-                                                    study::defaultRanges(current)};
-                        for (study::RangedInput& input : asked.inputs) {
-                            if (percent)
-                                input.range = {study::Range::Form::Percent, -*percent, *percent};
-                            for (const study::RangedInput& each : own)
-                                if (each.variable == input.variable) input = each;
-                        }
-                        for (const study::RangedInput& each : own)
-                            if (std::none_of(asked.inputs.begin(), asked.inputs.end(),
-                                             [&](const study::RangedInput& input) {
-                                                 return input.variable == each.variable;
-                                             }))
-                                asked.inputs.push_back(each);
-                        auto made = study::tornado(current, asked);
-                        if (!made) return made.fault();
-                        return study::outputOf(std::move(*made), asked, current.Units);
-                    });
+    return askCases(
+        console, request.inputs, request.target,
+        [&](const project::ProjectCase& current) -> Result<Answer> {
+            study::TornadoRequest asked{outcome ? *outcome : study::defaultOutcome(current),
+                                        study::defaultRanges(current)};
+            for (study::RangedInput& input : asked.inputs) {
+                if (percent) {
+                    input.range = {study::Range::Form::Percent, -*percent, *percent};
+                    input.edited = true;
+                }
+                for (const study::RangedInput& each : own)
+                    if (each.variable == input.variable) input = each;
+            }
+            for (const study::RangedInput& each : own)
+                if (std::none_of(asked.inputs.begin(), asked.inputs.end(),
+                                 [&](const study::RangedInput& input) {
+                                     return input.variable == each.variable;
+                                 }))
+                    asked.inputs.push_back(each);
+            auto made = study::tornado(current, asked);
+            if (!made) return made.fault();
+            return Answer{study::outputOf(std::move(*made), asked, current.Units), asked};
+        },
+        request.options.RoundTELVOSF);
 }
 
 } // namespace telvo::cli

@@ -117,7 +117,7 @@ std::string firstDifference(std::string_view recorded, std::string_view now) {
             if (row == 0) return "the columns differ: \"" + was + "\", now \"" + is + "\"";
             const std::string column =
                 !before.empty() && i < before[0].size() ? before[0][i] : std::to_string(i + 1);
-            return "row " + std::to_string(row) + ", column " + column + ": recorded " +
+            return "row " + std::to_string(row) + ", column " + column + ": there " +
                    (row < before.size() ? "\"" + was + "\"" : "no such row") + ", now " +
                    (row < after.size() ? "\"" + is + "\"" : "no such row");
         }
@@ -297,7 +297,12 @@ Result<Verified> verify(const RunRecord& record, std::string_view exported, unsi
     }
     const ResultTable table = joinedTable(std::move(tables));
     verified.same = digestOf(table) == record.digest;
-    if (verified.same) return verified;
+    if (verified.same && !exported.empty() && sha256Of(exported) != record.digest) {
+        verified.same = false;
+        verified.difference =
+            record.file + " is not what was written: " + firstDifference(exported, csvText(table));
+    }
+    if (verified.same || !verified.difference.empty()) return verified;
     const std::string_view before = record.table.empty() ? exported : record.table;
     if (before.empty())
         verified.difference = "the record keeps only the SHA-256 of its " +

@@ -63,7 +63,7 @@ struct Verified {
     std::string difference; ///< the first cell that differs, in a sentence
     Tally tally;
 };
-/// Given: exported  the table that was exported, where the record does not hold it; else empty
+/// Given: exported  the file that was exported as CSV; empty where there is none
 /// Faults: a study or a case that cannot be read or run any more
 Result<Verified> verify(const RunRecord& record, std::string_view exported, unsigned threads = 1);
 

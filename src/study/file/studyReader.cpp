@@ -225,7 +225,7 @@ class Section {
 };
 
 bool isRelative(std::string_view file) {
-    return !file.empty() && file.front() != '/' && file.find('\\') == std::string_view::npos &&
+    return !file.empty() && file.front() != '/' && file.front() != '\\' &&
            !(file.size() > 1 && file[1] == ':') && file.find('\0') == std::string_view::npos;
 }
 
@@ -439,6 +439,10 @@ Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
                          ", which a newer program wrote; this one reads version " +
                          std::to_string(StudyVersion),
                      where};
+    const auto lines = splitLines(bytes);
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        if (!isValidUtf8(lines[i]))
+            return Fault{"is not text in UTF-8", name + ", line " + std::to_string(i + 1)};
     const toml::parse_result parsed = toml::parse(bytes);
     if (!parsed) {
         const toml::parse_error& fault = parsed.error();
@@ -448,7 +452,6 @@ Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
     Faults faults;
     auto study = StudyReader(parsed.table(), faults).read();
     if (!study) return faults.first(name);
-    const auto lines = splitLines(bytes);
     for (std::size_t i = 1; i < lines.size() && lines[i].starts_with('#'); ++i) {
         std::string_view comment = lines[i].substr(1);
         if (comment.starts_with(' ')) comment.remove_prefix(1);

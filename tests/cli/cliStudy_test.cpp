@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Study files and records of runs, as a user keeps them.
+
+#include "cli/Cli.h"
+
+namespace {
+
+using namespace telvo::test;
+
+class CliStudy : public Cli {};
+
+TEST_F(CliStudy, StudiesOfEveryKindAreMadeCheckedRunAndVerified) {
+    string files;
+    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios", "compare"}) {
+        const string cases = kind == "compare" ? "gobs.TLV metric.TLV" : "gobs.TLV";
+        ASSERT_EQ(run("study new " + cases + " --kind " + kind + " -o " + kind + ".study").status,
+                  0);
+        files += " " + kind + ".study";
+    }
+    const Ran checked = run("study check" + files);
+    EXPECT_EQ(checked.status, 0) << checked.err;
+    EXPECT_EQ(std::count(checked.out.begin(), checked.out.end(), '\n'), 6);
+    const Ran ran = run("study run" + files + " -o out");
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    const Ran verified = run("study verify out/*.study.json");
+    EXPECT_EQ(verified.status, 0) << verified.err << verified.out;
+    EXPECT_EQ(std::count(verified.out.begin(), verified.out.end(), '\n'), 6);
+    // A second run replaces nothing.
+    EXPECT_EQ(run("study run sweep.study -o out").status, 3);
+    EXPECT_EQ(run("study run sweep.study -o out --force --format xlsx").status, 0);
+    EXPECT_TRUE(read("out/sweep.study.xlsx").starts_with("PK"));
+    EXPECT_EQ(run("study run sweep.study -o other --format json").status, 0);
+    EXPECT_EQ(run("study verify other/sweep.study.json").status, 0);
+
+    // An exported table that somebody changed is found out.
+    const string before = read("out/find.study.csv");
+    write("out/find.study.csv", replaced(before, "range", "rangs"));
+    const Ran changed = run("study verify out/find.study.json");
+    EXPECT_EQ(changed.status, 4) << changed.out;
+    EXPECT_NE(changed.out.find("find.study.csv is not what was written: row 1, column"),
+              string::npos)
+        << changed.out;
+}
+
+TEST_F(CliStudy, WhatACommandExportsHasARecordBesideIt) {
+    for (const string call :
+         {"sweep gobs.TLV plain.TLV --vary DepthCover=600:1200:50 -o t.csv",
+          "find gobs.TLV DepthCover --for \"TELVOSF.development>=2\" --step 5 -o f.json",
+          "tornado gobs.TLV --range 5% --vary EntryHeight=6:9 -o o.txt",
+          "chart gobs.TLV XcutSpacing --over DepthCover=600:900:100 --for "
+          "\"TELVOSF.development>=1,2\" -o c.xlsx",
+          "compare gobs.TLV metric.TLV --base metric.TLV -o d.csv --only-differences"}) {
+        const Ran made = run(call);
+        EXPECT_EQ(made.status, 0) << call << "\n" << made.err;
+    }
+    const Ran verified = run("study verify t.study.json f.study.json o.study.json c.study.json "
+                             "d.study.json");
+    EXPECT_EQ(verified.status, 0) << verified.out << verified.err;
+    EXPECT_EQ(run("sweep gobs.TLV --vary DepthCover=600 -o n.csv --no-record").status, 0);
+    EXPECT_FALSE(fs::exists(m_folder / "n.study.json"));
+}
+
+TEST_F(CliStudy, ARecordIsRunWithoutItsFiles) {
+    ASSERT_EQ(run("sweep gobs.TLV --vary DepthCover=600:900:100 -o t.csv").status, 0);
+    fs::remove(m_folder / "gobs.TLV");
+    fs::remove(m_folder / "t.csv");
+    EXPECT_EQ(run("study verify t.study.json").status, 0);
+}
+
+TEST_F(CliStudy, AStudyThatFailsKeepsTheOthersRunning) {
+    ASSERT_EQ(run("study new plain.TLV --kind sweep -o good.study").status, 0);
+    const string good = read("good.study");
+    write("lost.study", replaced(good, "plain.TLV", "lost.TLV"));
+    write("units.study", replaced(good, "english", "metric"));
+    write("key.study", good + "colour = 1\n");
+    write("unused.study", replaced(good, "\"DepthCover\"", "\"BarrierFirstGob\""));
+    const Ran ran = run("study run lost.study units.study key.study unused.study good.study");
+    EXPECT_EQ(ran.status, 3);
+    EXPECT_NE(ran.out.find("TELVOSF.development"), string::npos);
+    for (const char* said :
+         {"lost.study: Requested File not found: lost.TLV",
+          "units.study: plain.TLV: The study is in metric units", "key.study, line ",
+          "unknown key colour in [vary]", "unused.study: BarrierFirstGob: "})
+        EXPECT_NE(ran.err.find(said), string::npos) << said << "\n" << ran.err;
+    EXPECT_EQ(run("study check good.study").out, "OK\n");
+    EXPECT_EQ(run("study check unused.study good.study").status, 1);
+}
+
+} // namespace

@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "study/file/Record.h"
+#include "study/file/sha256.h"
+
+#include "goodCase.h"
+#include "project/CaseFile.h"
+
+#include <gtest/gtest.h>
+
+namespace telvo::study {
+
+namespace {
+
+constexpr const char* Kinds[] = {"tornado", "sweep", "find", "chart", "scenarios", "compare"};
+
+std::string withHead(const std::string& rest) {
+    return "# TELVO study 1\n" + rest;
+}
+
+TEST(StudyFile, EveryKindComesBackAsItWasWritten) {
+    for (const char* kind : Kinds) {
+        auto study = newStudy(kind, tests::goodCase(), "panel.TLV");
+        ASSERT_TRUE(study) << kind;
+        study->comments = {"What the owner asked for", "", "  indented"};
+        study->RoundTELVOSF = 2;
+        const std::string text = studyText(*study);
+        const auto back = readStudyText(text, "a.study");
+        ASSERT_TRUE(back) << faultText(back.fault()) << "\n" << text;
+        EXPECT_EQ(studyText(*back), text);
+        EXPECT_EQ(back->comments, study->comments);
+        EXPECT_EQ(kindName(back->request), kind);
+        std::string dos = text;
+        for (std::size_t at = 0; (at = dos.find('\n', at)) != std::string::npos; at += 2)
+            dos.insert(at, "\r");
+        const auto other = readStudyText("\xEF\xBB\xBF" + dos, "a.study");
+        ASSERT_TRUE(other) << faultText(other.fault());
+        EXPECT_EQ(studyText(*other), text);
+    }
+}
+
+TEST(StudyFile, NumbersAndListsComeBackBitForBit) {
+    Study study;
+    study.caseFile = "deep \"panel\"\t\xC3\xA4.TLV";
+    SweepRequest sweep;
+    sweep.axes.push_back(
+        {project::Field::EntryHeight, {0.1, 0.2, 0.30000000000000004, 1e-7, 1e21}});
+    sweep.axes.push_back({Variable::allDistances(), {}});
+    for (int i = 0; i <= 20; ++i)
+        sweep.axes.back().values.push_back(i * 0.1 + 70);
+    sweep.axes.push_back({project::Field::DepthCover, {900, 850, 800}});
+    sweep.linked = true;
+    sweep.outcomes = {*Outcome::named("TELVOSF.retreat"), *Outcome::named("PillarStrength.2")};
+    study.request = sweep;
+    const auto back = readStudyText(studyText(study), "a.study");
+    ASSERT_TRUE(back) << faultText(back.fault());
+    EXPECT_EQ(back->caseFile, study.caseFile);
+    const auto& read = std::get<SweepRequest>(back->request);
+    ASSERT_EQ(read.axes.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(read.axes[i].variable, sweep.axes[i].variable);
+        EXPECT_EQ(read.axes[i].values, sweep.axes[i].values);
+    }
+    EXPECT_TRUE(read.linked);
+    EXPECT_EQ(read.outcomes[1].name(), "PillarStrength.2");
+
+    study.request =
+        TornadoRequest{Outcome::factor(engine::Development, 0),
+                       {{project::Field::DepthCover, {Range::Form::Absolute, 800, 1000.25}, true},
+                        {project::Field::EntryWidth, {Range::Form::Offset, -0.5, 2}, true},
+                        {Variable::bothBarriers(), {Range::Form::Percent, -5, 7}, true},
+                        {project::Field::EntryHeight, {}, false}}};
+    const auto bars = readStudyText(studyText(study), "a.study");
+    ASSERT_TRUE(bars);
+    const auto& own = std::get<TornadoRequest>(study.request).inputs;
+    EXPECT_EQ(std::get<TornadoRequest>(bars->request).inputs,
+              std::vector<RangedInput>(own.begin(), own.end() - 1));
+
+    study.request = ScenarioSet{
+        {{"one",
+          {{project::FieldId(project::Field::XcutCenters, 2), 82.5}, {project::Field::RowA, 1}}}},
+        {}};
+    const auto set = readStudyText(studyText(study), "a.study");
+    ASSERT_TRUE(set) << faultText(set.fault());
+    EXPECT_EQ(std::get<ScenarioSet>(set->request).list, std::get<ScenarioSet>(study.request).list);
+}
+
+TEST(StudyFile, WhatIsWrongIsNamedWithItsLine) {
+    const std::string find = withHead("kind = \"find\"\ncase = \"a.TLV\"\nunits = \"english\"\n"
+                                      "[find]\ninput = \"DepthCover\"\nin = [50, 300]\nstep = 1\n"
+                                      "output = \"TELVOSF.retreat\"\nat_least = 1.5\n");
+    ASSERT_TRUE(readStudyText(find, "a"));
+    const auto changed = [&](const std::string& what, const std::string& by) {
+        std::string text = find;
+        return text.replace(text.find(what), what.size(), by);
+    };
+    const std::pair<std::string, std::string> wrong[] = {
+        {"", "a, line 1: is no study"},
+        {"kind = \"find\"\n", "a, line 1: is no study"},
+        {"# TELVO study one\n", "a, line 1: is no study"},
+        {"# TELVO study 2\nkind = \"find\"\n",
+         "a, line 1: is a study of version 2, which a newer program wrote"},
+        {changed("step = 1", "steps = 1"), "a, line 5: [find] needs step"},
+        {find + "steps = 1\n", "a, line 11: unknown key steps in [find]"},
+        {changed("units", "color = 1\nunits"), "a, line 4: unknown key color"},
+        {find + "[chart]\n", "a, line 11: unknown key chart"},
+        {changed("kind = \"find\"", "kind = \"seek\""), "a, line 2: kind: \"tornado\""},
+        {changed("\"a.TLV\"", "\"/home/a.TLV\""), "a, line 3: case: a file name relative"},
+        {changed("\"a.TLV\"", "\"C:/a.TLV\""), "a, line 3: case: a file name relative"},
+        {changed("\"a.TLV\"", "\"\""), "a, line 3: case: a file name relative"},
+        {changed("english", "imperial"), "a, line 4: units: \"english\" or \"metric\""},
+        {changed("DepthCover", "Depth"), "a, line 6: input: no input that can be varied"},
+        {changed("[50, 300]", "[50]"), "a, line 7: in: two numbers"},
+        {changed("[50, 300]", "[50, nan]"), "a, line 7: in: two numbers"},
+        {changed("step = 1", "step = \"1\""), "a, line 8: step: a number is wanted"},
+        {changed("TELVOSF.retreat", "TELVOSF"), "a, line 9: output: no quantity"},
+        {changed("at_least = 1.5", "at_least = \"much\""), "a, line 10: at_least: a number or"},
+        {changed("at_least = 1.5", ""), "a, line 5: [find] needs either"},
+        {find + "at_most = 2\n", "a, line 5: [find] needs either"},
+        {changed("in = [", "in = "), "a, line 7: "},
+        {changed("[find]", "[find"), "a, line 5: "},
+        {changed("\"find\"", "\"sweep\""), "a, line "},
+        {withHead("kind = \"\xFF\"\n"), "a, line 2: is not text in UTF-8"},
+    };
+    for (const auto& [text, message] : wrong) {
+        const auto read = readStudyText(text, "a");
+        ASSERT_FALSE(read) << text;
+        EXPECT_TRUE(faultText(read.fault()).starts_with(message)) << faultText(read.fault()) << "\n"
+                                                                  << message;
+    }
+}
+
+std::vector<NamedCase> casesOf(const Study& study) {
+    std::vector<NamedCase> cases;
+    for (const std::string& file : filesOf(study))
+        cases.emplace_back(file, tests::goodCase());
+    return cases;
+}
+
+TEST(StudyFile, ACaseInOtherUnitsIsRefused) {
+    const auto study = newStudy("sweep", tests::goodCase(), "panel.TLV");
+    const NamedCase cases[] = {{"panel.TLV", tests::goodCase(project::Metric)}};
+    const auto made = runStudy(*study, cases);
+    ASSERT_FALSE(made);
+    EXPECT_EQ(faultText(made.fault()),
+              "panel.TLV: The study is in English units, the case in metric");
+}
+
+/// The record of a study of a kind.
+RunRecord recordOf(const char* kind) {
+    const auto study = newStudy(kind, tests::goodCase(), "panel.TLV");
+    const auto cases = casesOf(*study);
+    const auto made = runStudy(*study, cases);
+    EXPECT_TRUE(made);
+    RunRecord record;
+    record.program = "TELVO";
+    record.studies.push_back(*recorded(*study, "a.study", cases));
+    record.tally = made->tally;
+    setTable(record, made->table);
+    return record;
+}
+
+TEST(RunRecord, IsRunAgainWithTheSameDigits) {
+    for (const char* kind : Kinds) {
+        const RunRecord record = recordOf(kind);
+        const auto back = readRecord(recordText(record), "r.json");
+        ASSERT_TRUE(back) << faultText(back.fault());
+        EXPECT_EQ(recordText(*back), recordText(record)) << kind;
+        const auto verified = verify(*back, "", 2);
+        ASSERT_TRUE(verified) << faultText(verified.fault());
+        EXPECT_TRUE(verified->same) << kind << ": " << verified->difference;
+    }
+}
+
+TEST(RunRecord, TheFirstCellThatDiffersIsNamed) {
+    RunRecord record = recordOf("sweep");
+    const std::string good = record.table;
+    // The second row's first number behind the depth, its last digit.
+    std::size_t at = good.find("\r\n2,");
+    at = good.find(',', good.find(',', at) + 1) + 1;
+    const std::size_t digit = good.find(',', at) - 1;
+    record.table[digit] = record.table[digit] == '1' ? '2' : '1';
+    record.digest = sha256Of(record.table);
+    const auto verified = verify(record, "");
+    ASSERT_TRUE(verified);
+    EXPECT_FALSE(verified->same);
+    EXPECT_TRUE(verified->difference.starts_with("row 2, column TELVOSF.development: there \""))
+        << verified->difference;
+
+    const RunRecord other = recordOf("sweep");
+    record = other;
+    record.file = "a.csv";
+    EXPECT_TRUE(verify(record, good)->same);
+    const auto shorter = verify(record, good.substr(0, good.rfind("\r\n", good.size() - 3) + 2));
+    EXPECT_NE(shorter->difference.find("a.csv is not what was written: row "), std::string::npos)
+        << shorter->difference;
+}
+
+TEST(RunRecord, WhatIsNoRecordOrWasChangedIsRefused) {
+    const std::string good = recordText(recordOf("find"));
+    const auto refusal = [](const std::string& text) {
+        const auto read = readRecord(text, "r.json");
+        return read ? std::string("read") : faultText(read.fault());
+    };
+    EXPECT_EQ(refusal(good), "read");
+    EXPECT_EQ(refusal(""), "r.json: is no record of a study");
+    EXPECT_EQ(refusal("[]"), "r.json: is no record of a study");
+    EXPECT_EQ(refusal("{\"record\": 1}"), "r.json: is no record of a study");
+    EXPECT_EQ(refusal("{\"record\": \"TELVO study record 2\"}"),
+              "r.json: is a \"TELVO study record 2\", which this program does not read");
+    EXPECT_EQ(refusal("{\"record\": \"TELVO study record 1\"}"),
+              "r.json: program: is missing or of a wrong kind");
+    EXPECT_EQ(refusal(good.substr(0, good.size() / 2)), "r.json: is no record of a study");
+    std::string changed = good;
+    changed.replace(changed.find("step = 1"), 8, "step = 2");
+    EXPECT_EQ(refusal(changed), "r.json: studies[0].text: was changed, its SHA-256 is another one");
+    EXPECT_EQ(refusal(std::string(100000, '[')), "r.json: is no record of a study");
+}
+
+TEST(Sha256, GivesTheDigestsOfTheStandard) {
+    EXPECT_EQ(sha256Of("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    Sha256 sum;
+    for (int i = 0; i < 1000; ++i)
+        sum.add(std::string(1000, 'a'));
+    EXPECT_EQ(sum.digits(), "cdc76e5c9914fb9281a1c7e284d73e67f1809a48a497200e046d39ccc7112cd0");
+}
+
+} // namespace
+
+} // namespace telvo::study
