@@ -15,7 +15,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # One file per program: the libraries are static.
 set(PKG_CONFIG_ARGN --static)
-set(ENV{PKG_CONFIG_LIBDIR} ${TELVO_WINDOWS_PREFIX}/lib/pkgconfig)
+set(ENV{PKG_CONFIG_LIBDIR} ${TELVO_WINDOWS_PREFIX}/lib/pkgconfig:/usr/x86_64-w64-mingw32/lib/pkgconfig)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static)
 
 find_program(wine NAMES wine64 wine64-stable PATHS /usr/lib/wine NO_CMAKE_FIND_ROOT_PATH)
