@@ -18,7 +18,6 @@ namespace {
 
 constexpr double Infinite = std::numeric_limits<double>::infinity();
 constexpr double EulerGamma = 0.57721566490153286;
-constexpr double Pi = 3.14159265358979324;
 
 /// Normal quantile of a probability that is known from both sides.
 double normalOf(double p, double q) {

@@ -3,6 +3,7 @@
 
 #include "base/elementary.h"
 #include "base/numbers.h"
+#include "sampling/special.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +13,6 @@ namespace telvo::sampling {
 
 namespace {
 
-constexpr double Pi = 3.14159265358979324;
 constexpr double LeastEigenvalue = 1e-8;
 constexpr double MostChange = 0.05;
 

@@ -5,6 +5,8 @@
 /// base/elementary.h alone. They are called some thousand times per study, never per sample.
 namespace telvo::sampling {
 
+inline constexpr double Pi = 3.14159265358979324;
+
 /// Probability that a standard normal variable stays below x; within 1e-13 of its value in either
 /// tail.
 double normalCdf(double x);
