@@ -106,6 +106,11 @@ class Answers:
                 return left[0] + (right[0] - left[0]) * (factor - a) / (b - a)
         raise DocsError(f"{case}: the graph {kind} never has the factor {factor}")
 
+    def study(self, command, case, changes, *arguments):
+        """What a study answers about a case: find, chart, tornado or sweep."""
+        return json.loads(self._of_case(case, changes, command, "CASE", *arguments,
+                                        "--format", "json"))[0]
+
     def version(self):
         return self.call("--version").split()[1]
 

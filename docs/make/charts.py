@@ -7,7 +7,9 @@ returns Markdown, which stands for {{table NAME}}.
 """
 
 import importlib.util
+import json
 import os
+import tempfile
 
 from book import in_help
 
@@ -23,6 +25,14 @@ class Sheet:
 
     def run(self, example, changes):
         return self.program.run(example, changes, self.folder)
+
+    def study(self, command, example, *arguments, changes=None):
+        """What find, chart, tornado or sweep answers about an example with changed inputs."""
+        with tempfile.TemporaryDirectory(dir=self.folder) as place:
+            path = self.program.case(example)
+            if changes:
+                path = self.program.changed(path, changes, place)
+            return json.loads(self.program.call(command, path, *arguments, "--format", "json"))[0]
 
     def converted(self, example, changes):
         """The record of an example with changed inputs, converted to the other units."""

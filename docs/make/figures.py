@@ -6,6 +6,9 @@
     {{CASE: page N [from WORD]}}                 a page of the report, from a line with WORD on
     {{CASE: working QUANTITY [from QUANTITY]}}   how a quantity is worked out, from a step on
     {{CASE: crossing GRAPH COLUMN FACTOR FORMAT}}   where a graph has this factor
+    {{CASE: find INPUT CRITERION LOW:HIGH}}      the sentence with which find answers
+    {{CASE: found WHAT INPUT CRITERION LOW:HIGH FORMAT}}   a number of its answer, such as atAnswer
+    {{CASE: found N.WHAT ...}}                   a number of its interval N, such as 2.practicalFrom
     {{specimen CASE N}}                          page N, each line beside the chapter's explanation of it
     {{CASE: warnings}}                           numbers of the warnings
     {{version}}, {{date}}, {{system}}            of the program; of the making; where it was made
@@ -111,10 +114,18 @@ class Figures:
             return code(from_line(self.program.working(rest[0], case), rest[1:]))
         if word == "crossing":
             return self._crossing(case, changes, *rest)
+        if word == "find":
+            return self._find(case, changes, *rest)["headline"]
+        if word == "found":
+            return shown(found(self._find(case, changes, *rest[1:4]), rest[0]), *rest[4:])
         answer = self.program.results(case, changes)
         if word == "warnings":
             return ", ".join(map(str, answer["warnings"]["flags"])) or "none"
         return shown(quantity(answer, word), *rest)
+
+    def _find(self, case, changes, variable, criterion, within):
+        return self.program.study("find", case, changes, variable, "--for", criterion,
+                                  "--in", within)
 
     def _crossing(self, case, changes, kind, column, factor, form):
         return format(self.program.crossing(case, changes, kind, column, factor), form)
@@ -170,6 +181,15 @@ def quantity(answer, name):
         value = value[int(step) - 1] if step.isdigit() else value[step]
     if value is None or isinstance(value, (dict, list)):
         raise DocsError(f"{name} is not a number")
+    return value
+
+
+def found(answer, what):
+    """A number of what find answers: "answer", or "2.from" of the second interval."""
+    number, _, name = what.rpartition(".")
+    value = (answer["intervals"][int(number) - 1] if number else answer)[name]
+    if value is None or isinstance(value, (dict, list, str)):
+        raise DocsError(f"{what} is not a number")
     return value
 
 

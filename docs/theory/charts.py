@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Charts and tables of the theory manual; every point is a run of the program."""
 
+import re
 from math import sqrt
 
 from charts import (BLUE, GREEN, GREY, OCHRE, RED, markdown_table, quantities, quantity, span)
@@ -171,6 +172,71 @@ def chart_slab_cut(sheet):
     axes.set(xlabel="slab cut in the second barrier, 60 ft wide (ft)", ylabel="stability factor")
     axes.legend()
     return figure
+
+
+# What is looked for in the chapter about searching: what is changed, input, quantity, target, range
+# and how close the curve is drawn.
+SEARCHES = ({}, "XcutCenters", "TELVOSF.development", 2.48, (67, 69), 0.01), \
+    ({"BarrierSecondGob": "150"}, "DepthCover", "TELVOSF.development", 3.24, (940, 1000), 0.25)
+SEARCHED = {"XcutCenters": "center to center distances (ft)", "DepthCover": "depth of cover (ft)"}
+
+
+def searched(sheet, search, within=None):
+    changes, variable, name, target, part, _ = search
+    low, high = within or part
+    return sheet.study("find", CASE, variable, "--for", f"{name}>={target}", "--in",
+                       f"{low}:{high}", changes=changes)
+
+
+def chart_intervals(sheet):
+    figure, both = sheet.figure(columns=2, height=2.8)
+    for axes, search in zip(both, SEARCHES):
+        changes, variable, name, target, (low, high), step = search
+        rows = sheet.study("sweep", CASE, "--vary", f"{variable}={low}:{high}:{step}", "--quantity",
+                           name, changes=changes)["rows"]
+        at = [row.get(variable, row.get(variable + ".1")) for row in rows]
+        axes.plot(at, [row[name] for row in rows], color=BLUE, lw=1.1)
+        axes.axhline(target, color=GREY, lw=0.8, ls=":")
+        for one in searched(sheet, search)["intervals"]:
+            axes.axvspan(one["from"], one["to"], color=GREEN, alpha=0.18, lw=0)
+        axes.set(xlabel=SEARCHED[variable], title=f"target {target}", xlim=(low, high))
+    both[0].set(ylabel="development factor")
+    return figure
+
+
+def table_of_intervals(sheet, search, within):
+    rows = []
+    for one in searched(sheet, search, within)["intervals"]:
+        practical = "\u2013" if one.get("practicalFrom") is None else \
+            f"{one['practicalFrom']:g} to {one['practicalTo']:g}"
+        rows.append([f"{one['from']:.3f}", f"{one['to']:.3f}", f"`{one['fromEnd']}`", f"`{one['toEnd']}`",
+                     practical, one.get("rule") or "\u2013"])
+    return markdown_table(["From (ft)", "To (ft)", "begins at", "ends at", "In whole feet", "Rule"], rows)
+
+
+def table_intervals_centers(sheet):
+    return table_of_intervals(sheet, SEARCHES[0], (60, 120))
+
+
+def table_intervals_depth(sheet):
+    return table_of_intervals(sheet, SEARCHES[1], (800, 1000))
+
+
+def table_jumping(sheet):
+    """Inputs whose jumps come of one rule are one line."""
+    lines = {}
+    for bar in sheet.study("tornado", CASE, "--range", "50%")["bars"]:
+        sizes = {}
+        for jump in bar["jumps"]:
+            rule = re.sub(r"from [\d.]+ to [\d.]+( ft)?(?=, being)", "to another value", jump["rule"])
+            sizes.setdefault(rule, []).append(abs(jump["after"] / jump["before"] - 1))
+        for rule, all_sizes in sizes.items():
+            lines.setdefault((re.sub(r" #\d+$", "", bar["label"]), rule), []).append(all_sizes)
+    rows = []
+    for (label, rule), bars in lines.items():
+        one = ", one of them" if len(bars) > 1 else ""
+        rows.append([label + one, rule, f"{len(bars[0])}", f"{100 * max(map(max, bars)):.1f} %"])
+    return markdown_table(["Varied", "What switches", "Jumps", "Largest"], rows)
 
 
 # Where a result jumps: what is changed and between which values, and what to look at. The pairs are

@@ -144,7 +144,7 @@ QWidget* StartPage::makeCommands() {
         [this] { m_actions.newCase(project::Metric); });
     add("cmdOpenFile", tr("Open a &project file..."), tr("Opens a case that was saved"),
         [this] { m_actions.open(); });
-    add("cmdTutorial", tr("&Tutorial"), tr("Three panels from start to end, in the help"),
+    add("cmdTutorial", tr("&Tutorial"), tr("Four panels from start to end, in the help"),
         [this] { m_actions.tutorial(); });
     layout->insertWidget(0, heading(tr("Start"), first, page));
     layout->addSpacing(fontMetrics().height() / 2);
