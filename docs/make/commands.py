@@ -3,7 +3,7 @@
 
 A command is a line of a fenced block that begins with "telvo-cli " or "$ ", or a code span that begins
 with "telvo-cli ". Each runs in a scratch folder of the document that holds the example cases, once more
-under examples/, and panel.TLV and old.TLV, a reader's own. What a line says behind it counts:
+under examples/, and panel.TLV, old.TLV and wider.TLV, a reader's own. What a line says behind it counts:
 
     telvo-cli check old.TLV     # exit status 1     another status than 0 is expected
     $ telvo-cli check a.TLV                         the lines below, up to the next "$ ", are what it
@@ -33,7 +33,7 @@ STATUS = re.compile(r"\s+# exit status (\d)\s*$")
 TOOLS = re.compile(r"(?:sudo )?(?:(scripts/[\w-]+)|apt|apt-get|git|cd|cmake|ctest|telvo)(?= |$)")
 SHELLS = ("sh", "console", "bash")
 SECONDS = 60
-READERS_CASES = ("panel.TLV", "old.TLV")  # as the help of the commands names them
+READERS_CASES = ("panel.TLV", "old.TLV", "wider.TLV")  # as the help of the commands names them
 A_CASE = "two-side-gobs.TLV"
 
 

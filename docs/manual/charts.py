@@ -181,3 +181,48 @@ def draw_section(axes):
     dimension(axes, (101.6, 0), (101.6, 6), "h", (3.2, 4.6))
     axes.set_xlim(-2, 202)
     axes.set_ylim(-2, 50)
+
+
+# The scatter that a default range is taken from, and where it comes from. A name that ends in "_" stands
+# for all fields that begin so.
+SCATTER = (
+    ("DepthCover", "%", "Depth of Cover", "5 % to either side: topography and boreholes"),
+    ("EntryHeight", "%", "Entry Height", "7 %: seam, and roof that is taken with it"),
+    ("EntryWidth", "", "Entry Width", "0.5 ft less to 2 ft more: overcut and spalling are one-sided"),
+    ("XcutSpacing", "", "Crosscut Spacing", "1.5 ft: survey"),
+    ("XcutCenters.1", "", "Center to Center Distances", "1.5 ft: survey"),
+    ("XcutAngle", "", "Crosscut Angle", "2 degrees"),
+    ("WidthC", "", "Width of rows C and D", "1.5 ft: survey"),
+    ("BarrierFirstGob", "", "Barrier Pillar Width", "3 ft: maps of old workings"),
+    ("SlabcutFirstGob", "", "Depth of Slab Cut", "3 ft less to 5 ft more: cutting too deep is the danger"),
+    ("ExtentFirstGob", "%", "Extents of gobs", "3 %"),
+    ("AbutmentAngleFirstGob", "", "Abutment Angles", "6 degrees less to 6 more; part of the calibration"),
+    ("UnitWeight", "%", "Unit Weight of Overburden", "4 %"),
+    ("CoalStrength", "%", "In Situ Coal Strength", "15 %, lognormal; part of the calibration"),
+    ("BreadthAMZ", "%", "Breadth of AMZ, when entered by hand", "none: 10 % are a way to look at it"),
+    ("ArchFactor", "%", "Pressure Arch Factor, when entered by hand", "the same"),
+)
+BY_HAND = {"XcutAngle": "70", "AMZ": "0", "Arch": "0", "SlabcutFirstGob": "6", "SlabcutSecondGob": "6"}
+ROWS_LEFT = {"RowC": "1", "RowD": "1", "WidthC": "10", "WidthD": "10", "BarrierFirstGob": "15",
+             "BarrierSecondGob": "15"}
+
+
+def table_default_ranges(sheet):
+    """From cases in both units that use every input, away from the limits of the form."""
+    english, metric = ({bar["input"]: bar for bar in sheet.study("tornado", case, changes=changes)["bars"]}
+                       for case, changes in (("bleeder-rows-c-d.TLV", BY_HAND),
+                                             ("metric-two-side-gobs.TLV", {**BY_HAND, **ROWS_LEFT})))
+    known = {re.sub(r"First|Second|Active|\.\d|[CD]$", "", field) for field, *_ in SCATTER}
+    for field in english:
+        if re.sub(r"First|Second|Active|\.\d|[CD]$", "", field) not in known:
+            raise ValueError(f"no reason is given for the default range of {field}")
+
+    def range_of(bar, percent):
+        ends = [100 * (end / bar["own"] - 1) if percent else end - bar["own"] for end in bar["range"]]
+        return "{:+.4g} to {:+.4g}".format(*(round(end, 4) for end in ends)).replace("-", "\u2212") + \
+            (" %" if percent else " " + bar["unit"])
+    rows = []
+    for field, percent, label, why in SCATTER:
+        pair = [range_of(bars[field], percent) for bars in (english, metric)]
+        rows.append([label, pair[0], pair[1] if pair[1] != pair[0] else "the same", why])
+    return markdown_table(["Input", "English", "Metric", "Scatter it is taken from"], rows)
