@@ -7,17 +7,22 @@
 //   parameters TAB       a tab of the parameter form, from 0
 //   graph KIND=FACTOR    a graph, from 0, and where its curves have the factor
 //   working QUANTITY     the working of a quantity
+//   study PAGE;FIELD=TEXT;...  a page of the studies, from 0, and what its fields are set to
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
 #include "base/ui/PrintDialogs.h"
 #include "base/ui/qtText.h"
 #include "explain/ui/frmExplain.h"
 #include "help/ui/frmHelp.h"
+#include "study/ui/studies/frmStudies.h"
 
 #include <cstdio>
 #include <functional>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -241,6 +246,52 @@ void takeWorking(Camera& camera, app::ui::frmMain& window, const QString& name,
     camera.take(*working, name);
 }
 
+/// Sets a field of a page: the entry of a list by the name behind it, a check mark by 0 or 1.
+bool setField(QWidget& page, const QString& name, const QString& text) {
+    if (auto* box = page.findChild<QComboBox*>(name)) {
+        box->setCurrentIndex(box->findData(text));
+        Q_EMIT box->activated(box->currentIndex());
+        return box->currentIndex() >= 0;
+    }
+    if (auto* check = page.findChild<QCheckBox*>(name)) {
+        if (check->isChecked() != (text == "1")) check->click();
+        return true;
+    }
+    auto* line = page.findChild<QLineEdit*>(name);
+    if (!line) return false;
+    line->setText(text);
+    Q_EMIT line->textEdited(text);
+    Q_EMIT line->editingFinished();
+    return true;
+}
+
+void takeStudy(Camera& camera, app::ui::frmMain& window, const QString& name,
+               const QString& value) {
+    const QStringList parts = value.split(';');
+    const int first = static_cast<int>(app::ui::MenuEntry::WhatMatters);
+    choose(window, static_cast<app::ui::MenuEntry>(first + parts.front().toInt()));
+    auto* studies = qobject_cast<study::ui::frmStudies*>(topWindow("frmStudies"));
+    if (!studies) return camera.missed(name);
+    studies->resize(1000, 700);
+    const auto settled = [&] {
+        for (QDeadlineTimer patience(20'000); !patience.hasExpired();) {
+            QApplication::processEvents(QEventLoop::AllEvents, 20);
+            if (studies->currentPage().isCurrent()) return true;
+        }
+        return false;
+    };
+    bool good = settled();
+    for (qsizetype i = 1; i < parts.size(); ++i)
+        good = setField(studies->currentPage(), parts[i].section('=', 0, 0),
+                        parts[i].section('=', 1)) &&
+               good;
+    // What is typed is computed after a short rest of the keyboard.
+    for (QDeadlineTimer rest(1'000); !rest.hasExpired();)
+        QApplication::processEvents(QEventLoop::AllEvents, 20);
+    if (!good || !settled()) return camera.missed(name);
+    camera.take(*studies, name);
+}
+
 int takeCase(const QString& example, const QString& folder, const QString& name,
              const QString& what, const QString& value) {
     Camera camera(folder);
@@ -263,6 +314,8 @@ int takeCase(const QString& example, const QString& folder, const QString& name,
         takeGraph(camera, window, name, value);
     } else if (what == "working") {
         takeWorking(camera, window, name, value);
+    } else if (what == "study") {
+        takeStudy(camera, window, name, value);
     } else {
         camera.missed(name);
     }
