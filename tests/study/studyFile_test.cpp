@@ -119,6 +119,7 @@ TEST(StudyFile, WhatIsWrongIsNamedWithItsLine) {
         {changed("in = [", "in = "), "a, line 7: "},
         {changed("[find]", "[find"), "a, line 5: "},
         {changed("\"find\"", "\"sweep\""), "a, line "},
+        {changed("[find]", "[: find]"), "a, line 5: is no name of a table or a key"},
         {withHead("kind = \"\xFF\"\n"), "a, line 2: is not text in UTF-8"},
     };
     for (const auto& [text, message] : wrong) {

@@ -3,8 +3,17 @@
 #include "base/text.h"
 #include "study/file/Study.h"
 
+// The parser asserts what some files break, such as "[: a]". Whether or not this is an optimized
+// build, such a file is refused (this source is compiled without NDEBUG for that).
+namespace telvo::study {
+struct BrokenToml {};
+[[noreturn]] static void refuseToml() {
+    throw BrokenToml();
+}
+} // namespace telvo::study
+#define TOML_ASSERT(expr) ((expr) ? void(0) : telvo::study::refuseToml())
 #define TOML_HEADER_ONLY 1
-#define TOML_EXCEPTIONS 0
+#define TOML_EXCEPTIONS 1
 #define TOML_UNRELEASED_FEATURES 0
 #include <toml++/toml.h>
 
@@ -419,6 +428,20 @@ std::string_view firstLine(std::string_view bytes) {
     return line;
 }
 
+/// The line of a heading that begins with what is no name.
+std::size_t brokenLine(const std::vector<std::string_view>& lines) {
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        std::string_view line = trimmed(lines[i]);
+        if (!line.starts_with('[')) continue;
+        line.remove_prefix(std::min(line.find_first_not_of("[ \t"), line.size()));
+        const char c = line.empty() ? '\0' : line.front();
+        const bool isName = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+                            (c >= '0' && c <= '9') || c == '_' || c == '-' || c == '"' || c == '\'';
+        if (!isName) return i + 1;
+    }
+    return 1;
+}
+
 } // namespace
 
 Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
@@ -443,14 +466,18 @@ Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
     for (std::size_t i = 0; i < lines.size(); ++i)
         if (!isValidUtf8(lines[i]))
             return Fault{"is not text in UTF-8", name + ", line " + std::to_string(i + 1)};
-    const toml::parse_result parsed = toml::parse(bytes);
-    if (!parsed) {
-        const toml::parse_error& fault = parsed.error();
+    Faults faults;
+    std::optional<Study> study;
+    try {
+        const toml::table root = toml::parse(bytes);
+        study = StudyReader(root, faults).read();
+    } catch (const toml::parse_error& fault) {
         return Fault{excerpt(asUtf8(fault.description()), 160),
                      name + ", line " + std::to_string(fault.source().begin.line)};
+    } catch (const BrokenToml&) {
+        return Fault{"is no name of a table or a key",
+                     name + ", line " + std::to_string(brokenLine(lines))};
     }
-    Faults faults;
-    auto study = StudyReader(parsed.table(), faults).read();
     if (!study) return faults.first(name);
     for (std::size_t i = 1; i < lines.size() && lines[i].starts_with('#'); ++i) {
         std::string_view comment = lines[i].substr(1);
