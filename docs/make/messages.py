@@ -18,7 +18,9 @@ LISTS = {"notes", "lines", "faults", "fallbacks", "stale"}  # to which a text is
 OPENINGS = ("Invalid ", "Cannot ", "The disk ", "The folder ", "The file ", "You may ")
 CONSTANTS = ("message", "question")  # what a text is called that is handed on later
 ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
-FOR_PROGRAMS = ("batch",)  # folders whose faults go to the code that calls them, not to a user
+# Folders and files whose faults go to the code that calls them, not to a user; no window and no command
+# asks for samples yet.
+FOR_PROGRAMS = ("batch", "sampling", os.path.join("study", "questions", "uncertainty"))
 LEAST = 12     # letters of a text that says something by itself
 TERM = re.compile(r"^(.+?) ?\{#msg-[\w-]+[^}]*\}$", re.MULTILINE)
 CHAPTER = os.path.join("manual", "13-messages.md")

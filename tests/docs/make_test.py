@@ -188,7 +188,7 @@ class PrintedCommands(unittest.TestCase):
         self.run_block("telvo-cli results CASE... --format text|json|csv", "telvo-cli report CASE [--page N]")
         self.assert_noticed("nothing of yaml", "telvo-cli results CASE --format text|yaml")
         self.assert_noticed("nothing of --pages", "telvo-cli report CASE [--pages N]")
-        self.assert_noticed("no command", "telvo-cli compare CASE CASE")
+        self.assert_noticed("no command", "telvo-cli contrast CASE CASE")
         self.assert_noticed("no scripts/instal", "scripts/instal     gets the packages")
 
     def test_what_is_marked_is_not_run(self):
