@@ -427,6 +427,15 @@ TEST(Scenarios, AreCasesWithTheWorstNamed) {
                 const double worst = *table->rows[table->worst[o].value()].outcomes[o];
                 EXPECT_TRUE(o < 2 ? worst <= *row.outcomes[o] : worst >= *row.outcomes[o]);
             }
+    // What is entered counts, also where the case has it set automatically.
+    project::ProjectCase automatic = base;
+    automatic.Input.Arch = 1;
+    const auto entered = withScenario(automatic, {"", {{Field::ArchFactor, 0.5}}});
+    EXPECT_EQ(entered.Input.Arch, 0);
+    const auto arch =
+        scenarios(automatic, {{"Arch", {{Field::ArchFactor, 0.5}}}}, {outcome("TELVOSF.retreat")});
+    ASSERT_TRUE(arch);
+    EXPECT_NE(arch->rows[1].outcomes[0], arch->rows[0].outcomes[0]);
     EXPECT_FALSE(scenarios(base, {{"", {}}}, {}));
     EXPECT_FALSE(scenarios(base, {{"a", {}}, {"a", {}}}, {}));
     EXPECT_FALSE(scenarios(base, {{"a", {{Field::DepthCover, std::nan("")}}}}, {}));

@@ -57,7 +57,10 @@ void frmMain::buildMenus() {
     using study::ui::StudyKind;
     addMenu(tr("&Studies"), {{{WhatMatters, "mnuStudyItem_0", tr("&What Matters..."),
                                [&c] { c.studies(StudyKind::WhatMatters); },
-                               tr("Which inputs move a result most, as a tornado")}}});
+                               tr("Which inputs move a result most, as a tornado")},
+                              {Scenarios, "mnuStudyItem_5", tr("&Scenarios..."),
+                               [&c] { c.studies(StudyKind::Scenarios); },
+                               tr("Named sets of changed inputs side by side")}}});
     addMenu(tr("&Utilities"),
             {{{Settings, "mnuUtilItem_0", tr("&Settings..."), [&c] { c.settings(); },
                tr("Preferences of the program")},

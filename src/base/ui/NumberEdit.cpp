@@ -182,6 +182,12 @@ bool NumberEdit::event(QEvent* event) {
     return QLineEdit::event(event);
 }
 
+QColor refusedColor(QPalette::ColorRole role) {
+    const bool dark = QPalette().color(QPalette::Base).lightness() < 128;
+    if (role == QPalette::Base) return dark ? QColor(0x6b, 0x22, 0x22) : QColor(0xff, 0xdc, 0xd6);
+    return dark ? QColor(0xff, 0xee, 0xee) : QColor(0x70, 0x00, 0x00);
+}
+
 void markRefused(QWidget& control, const QString& message) {
     const QVariant kept = control.property(OwnToolTip);
     if (message.isEmpty()) {
@@ -196,9 +202,8 @@ void markRefused(QWidget& control, const QString& message) {
     control.setToolTip(message + '\n' + control.property(OwnToolTip).toString());
     control.setAccessibleDescription(message);
     QPalette palette;
-    const bool dark = palette.color(QPalette::Base).lightness() < 128;
-    palette.setColor(QPalette::Base, dark ? QColor(0x6b, 0x22, 0x22) : QColor(0xff, 0xdc, 0xd6));
-    palette.setColor(QPalette::Text, dark ? QColor(0xff, 0xee, 0xee) : QColor(0x70, 0x00, 0x00));
+    palette.setColor(QPalette::Base, refusedColor(QPalette::Base));
+    palette.setColor(QPalette::Text, refusedColor(QPalette::Text));
     control.setPalette(palette);
 }
 

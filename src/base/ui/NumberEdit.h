@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <QLineEdit>
+#include <QPalette>
 
 namespace telvo::ui {
 
@@ -62,6 +63,9 @@ class NumberEdit : public QLineEdit {
     bool m_focusedByMouse = false;
     QString m_objectedText; ///< told already
 };
+
+/// The color of a text that would be refused, or of its ground.
+QColor refusedColor(QPalette::ColorRole role);
 
 /// Marks a control as one that would be refused, with the message in front of its tool tip, or,
 /// with an empty message, brings back its own look and tool tip.

@@ -5,6 +5,7 @@
 #include "engine/driver.h"
 #include "project/automatic.h"
 #include "run/caseRun.h"
+#include "run/faultWords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -30,7 +31,7 @@ ScenarioRow rowOf(std::string name, const project::ProjectCase& current,
     if (const auto* refusal = std::get_if<Refusal>(&outcome)) {
         row.message = refusal->message;
     } else if (const auto* fault = std::get_if<Fault>(&outcome)) {
-        row.message = faultText(*fault);
+        row.message = faultText(run::inWords(*fault, current.Units));
     } else {
         run::Run& done = std::get<run::Run>(outcome);
         const criteria::Assessment assessment =
@@ -58,6 +59,11 @@ project::ProjectCase withScenario(const project::ProjectCase& base, const Scenar
     project::ProjectCase current = base;
     for (const auto& [id, value] : scenario.set)
         project::set(current.Input, id, value);
+    // What a scenario enters is not computed any more, unless it says so itself.
+    for (const Field field : {Field::BreadthAMZ, Field::ArchFactor})
+        if (const Field flag = project::flagOfAutomatic(field);
+            sets(scenario, field) && !sets(scenario, flag))
+            project::set(current.Input, flag, 0);
     const project::ProjectInput automatic =
         project::withAutomaticValues(current.Input, current.Units);
     for (const Field field : {Field::BreadthAMZ, Field::ArchFactor})

@@ -38,7 +38,8 @@ struct Scenarios {
     std::vector<std::optional<std::size_t>> worst;
 };
 
-/// A case with a scenario set; automatic values follow.
+/// A case with a scenario set; automatic values follow, save those that the scenario enters: their
+/// flags are taken away.
 project::ProjectCase withScenario(const project::ProjectCase& base, const Scenario& scenario);
 
 /// Faults: a name that is empty or comes twice, an input that a scenario cannot set

@@ -57,6 +57,10 @@ struct PageActions {
     std::function<std::string(const project::ProjectInput& values, const std::string& what)> take;
     std::function<void(const QString& title, const std::string& text)> showText;
     std::function<StudySettings&()> settings; ///< of the case on screen
+    /// Makes a case file of each, in a folder that is asked for once.
+    std::function<void(const std::vector<CaseChoice>& cases)> saveAsFiles;
+    /// Asks a question that is answered with yes or no.
+    std::function<bool(const std::string& text)> confirm;
 };
 
 /// A page of the studies: sentence, fields, picture, table and foot line. It computes in a thread

@@ -30,6 +30,8 @@ struct TableRequest {
 struct StudySettings {
     std::vector<RangedInput> ranges; ///< those that the user has changed
     std::vector<Scenario> scenarios;
+    std::vector<project::FieldId> scenarioInputs; ///< columns, beside those that a scenario sets
+    std::vector<std::string> scenarioOutcomes;    ///< columns beside the factors, by name
     // The request of each page; nothing: as it begins.
     std::optional<std::string> tornadoOutcome;
     bool spider = false;

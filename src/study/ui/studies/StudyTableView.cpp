@@ -2,13 +2,17 @@
 #include "study/ui/studies/StudyTableView.h"
 
 #include "base/numbers.h"
+#include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
 
 #include <cmath>
 #include <numeric>
+#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QStyledItemDelegate>
 #include <utility>
 
 namespace telvo::study::ui {
@@ -18,6 +22,19 @@ using telvo::ui::toQt;
 namespace {
 
 constexpr std::size_t SortedAtOnce = 20'000; // rows, without a thread
+
+constexpr std::size_t LongestHeading = 16; // characters, on a line
+
+/// A long heading with a line break at the blank that is nearest to its middle.
+std::string onTwoLines(std::string label) {
+    if (label.size() <= LongestHeading) return label;
+    const std::size_t middle = label.size() / 2;
+    const std::size_t before = label.rfind(' ', middle), after = label.find(' ', middle);
+    const bool first = after == std::string::npos ||
+                       (before != std::string::npos && middle - before <= after - middle);
+    if (const std::size_t at = first ? before : after; at != std::string::npos) label[at] = '\n';
+    return label;
+}
 
 bool sameColumns(const StudyTable& a, const StudyTable& b) {
     if (a.columns.size() != b.columns.size()) return false;
@@ -69,8 +86,13 @@ QVariant StudyTableModel::data(const QModelIndex& index, int role) const {
     const std::size_t row = rowAt(index.row());
     switch (role) {
     case Qt::DisplayRole:
+    case Qt::EditRole:
         return toQt(shownCell(*m_table, row, column));
+    case Qt::BackgroundRole:
+    case Qt::ForegroundRole:
+        return refusedLook(index, role);
     case Qt::ToolTipRole: {
+        if (const QVariant why = refusedLook(index, role); why.isValid()) return why;
         const StudyCell cell = m_table->cell(row, column);
         if (const auto* number = std::get_if<double>(&cell))
             return std::isnan(*number) ? QString() : toQt(generalNumber(*number));
@@ -86,17 +108,90 @@ QVariant StudyTableModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+bool StudyTableModel::mayEdit(const QModelIndex& index) const {
+    return index.isValid() && m_editing.mayEdit &&
+           m_editing.mayEdit(rowAt(index.row()), index.column());
+}
+
+Qt::ItemFlags StudyTableModel::flags(const QModelIndex& index) const {
+    const Qt::ItemFlags all = QAbstractTableModel::flags(index);
+    return mayEdit(index) ? all | Qt::ItemIsEditable : all;
+}
+
+bool StudyTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (role != Qt::EditRole || !mayEdit(index)) return false;
+    if (value.toString() != data(index, Qt::EditRole).toString())
+        m_editing.take(rowAt(index.row()), index.column(), value.toString());
+    return true;
+}
+
+/// Colors and words of a cell whose text is refused; nothing for any other cell.
+QVariant StudyTableModel::refusedLook(const QModelIndex& index, int role) const {
+    if (!m_editing.refusal) return {};
+    const QString why = m_editing.refusal(rowAt(index.row()), index.column());
+    if (why.isEmpty()) return {};
+    if (role == Qt::ToolTipRole) return why;
+    const bool ground = role == Qt::BackgroundRole;
+    return telvo::ui::refusedColor(ground ? QPalette::Base : QPalette::Text);
+}
+
 QVariant StudyTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
     const StudyColumn& column = m_table->columns[static_cast<std::size_t>(section)];
-    if (role == Qt::DisplayRole)
-        return toQt(column.unit.empty() ? column.label : column.label + "\n(" + column.unit + ")");
+    if (role == Qt::DisplayRole) {
+        const std::string label = onTwoLines(column.label);
+        return toQt(column.unit.empty() ? label : label + "\n(" + column.unit + ")");
+    }
     if (role == Qt::ToolTipRole)
-        return QString("<span>" + toQt(column.heading()).toHtmlEscaped() + "<br>" +
-                       tr("Click to sort, once more the other way round, a third time as it was") +
-                       "</span>");
+        return QString(
+            "<span>" + toQt(column.heading()).toHtmlEscaped() +
+            (m_editing.mayEdit ? QString() : "<br>") +
+            (m_editing.mayEdit
+                 ? QString()
+                 : tr("Click to sort, once more the other way round, a third time as it was")) +
+            "</span>");
     return {};
 }
+
+namespace {
+
+/// Editors of cells: a list where there is something to choose from, else a line.
+class CellDelegate : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&,
+                          const QModelIndex& index) const override {
+        const auto& rows = *static_cast<const StudyTableModel*>(index.model());
+        const auto& choices = rows.editing().choices;
+        const QStringList list =
+            choices ? choices(rows.rowAt(index.row()), index.column()) : QStringList();
+        if (list.isEmpty()) {
+            auto* line = new QLineEdit(parent);
+            line->setObjectName("txtCell");
+            line->setFrame(false);
+            return line;
+        }
+        auto* box = new QComboBox(parent);
+        box->setObjectName("cboCell");
+        box->addItems(list);
+        return box;
+    }
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+        const QString text = index.data(Qt::EditRole).toString();
+        if (auto* box = qobject_cast<QComboBox*>(editor))
+            box->setCurrentIndex(std::max(box->findText(text), 0));
+        else if (auto* line = static_cast<QLineEdit*>(editor); !line->isModified())
+            line->setText(text);
+    }
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      const QModelIndex& index) const override {
+        const auto* box = qobject_cast<QComboBox*>(editor);
+        model->setData(index, box ? box->currentText() : static_cast<QLineEdit*>(editor)->text());
+    }
+};
+
+} // namespace
 
 StudyTableView::StudyTableView(const QString& name, QWidget* parent)
     : QTableView(parent), m_model(new StudyTableModel(this)), m_sorting(new Background(this)) {
@@ -127,6 +222,13 @@ QSize StudyTableView::sizeHint() const {
 
 QSize StudyTableView::minimumSizeHint() const {
     return QSize(16, 5) * fontMetrics().height();
+}
+
+void StudyTableView::setEditing(CellEditing editing) {
+    m_model->setEditing(std::move(editing));
+    setItemDelegate(new CellDelegate(this));
+    setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
+    horizontalHeader()->setSectionsClickable(false);
 }
 
 void StudyTableView::setTable(std::shared_ptr<const StudyTable> table) {
@@ -222,7 +324,9 @@ Result<std::string> StudyTableView::copied() const {
 
 void StudyTableView::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && currentIndex().isValid())
+    if (enter && state() != EditingState && m_model->mayEdit(currentIndex()))
+        edit(currentIndex());
+    else if (enter && currentIndex().isValid())
         Q_EMIT openRow(m_model->rowAt(currentIndex().row()), currentIndex().column());
     else
         QTableView::keyPressEvent(event);

@@ -4,12 +4,24 @@
 #include "study/ui/studies/Background.h"
 #include "study/ui/studies/StudyTable.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QAbstractTableModel>
+#include <QStringList>
 #include <QTableView>
 
 namespace telvo::study::ui {
+
+/// Cells that the user edits, by row and column of the table.
+struct CellEditing {
+    std::function<bool(std::size_t row, int column)> mayEdit;
+    /// To choose from; empty where a text is typed.
+    std::function<QStringList(std::size_t row, int column)> choices;
+    std::function<void(std::size_t row, int column, const QString& text)> take;
+    /// Why the text of a cell is refused; empty where it is not.
+    std::function<QString(std::size_t row, int column)> refusal;
+};
 
 /// The rows of a study for a view, in the order by which they are sorted. Rows keep their number
 /// in the table whatever the order.
@@ -20,6 +32,9 @@ class StudyTableModel : public QAbstractTableModel {
 
     void setTable(std::shared_ptr<const StudyTable> table);
     void setOrder(RowOrder order);
+    void setEditing(CellEditing editing) { m_editing = std::move(editing); }
+    const CellEditing& editing() const { return m_editing; }
+    bool mayEdit(const QModelIndex& index) const;
     const std::shared_ptr<const StudyTable>& table() const { return m_table; }
     const RowOrder& order() const { return m_order; }
     /// The row of the table that stands in a place.
@@ -29,8 +44,13 @@ class StudyTableModel : public QAbstractTableModel {
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
   private:
+    QVariant refusedLook(const QModelIndex& index, int role) const;
+
+    CellEditing m_editing;
     std::shared_ptr<const StudyTable> m_table = std::make_shared<StudyTable>();
     RowOrder m_order;
 };
@@ -43,6 +63,8 @@ class StudyTableView : public QTableView {
 
     /// Another table; it keeps the sorting where it has the same columns.
     void setTable(std::shared_ptr<const StudyTable> table);
+    /// Lets cells be edited; rows then stay in the order of the table.
+    void setEditing(CellEditing editing);
     const StudyTableModel& rows() const { return *m_model; }
     /// The row with the focus, of the table.
     std::optional<std::size_t> currentRow() const;

@@ -6,7 +6,10 @@
 #include "base/ui/frmPopUp.h"
 #include "base/ui/qtText.h"
 #include "chart/ui/frmResolution.h"
+#include "project/CaseFile.h"
+#include "study/ui/studies/ScenariosPage.h"
 #include "study/ui/studies/TornadoPage.h"
+#include "table/caseFiles.h"
 
 #include <atomic>
 #include <QApplication>
@@ -63,7 +66,12 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
         telvo::ui::frmPopUp(title, text, Topic, this->services(), this).exec();
     };
     pages.settings = [this]() -> StudySettings& { return m_settings[m_subject.current.FileName]; };
+    pages.saveAsFiles = [this](const std::vector<CaseChoice>& cases) { saveAsFiles(cases); };
+    pages.confirm = [this](const std::string& text) {
+        return ask(text, Buttons::YesNo, Answer::No, titles::Message) == Answer::Yes;
+    };
     addPage(new TornadoPage(pages, m_stack));
+    addPage(new ScenariosPage(pages, m_stack));
 
     auto* middle = new QHBoxLayout;
     middle->addWidget(m_list);
@@ -104,7 +112,12 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
     resize(metrics.averageCharWidth() * 165, metrics.height() * 46);
 }
 
-frmStudies::~frmStudies() = default;
+frmStudies::~frmStudies() {
+    // A cell in use may hand over its text while it goes, and pages ask this window for settings.
+    for (StudyPage* page : m_pages)
+        page->disconnect(this);
+    delete m_stack;
+}
 
 void frmStudies::addPage(StudyPage* page) {
     const auto number = static_cast<int>(m_pages.size());
@@ -175,6 +188,39 @@ void frmStudies::openAsCase(const CaseChoice& choice) {
     const std::string why = m_actions.openAsCase(choice.make(), choice.what);
     m_inherits = false;
     if (!why.empty()) tell(why, titles::Message);
+}
+
+void frmStudies::saveAsFiles(const std::vector<CaseChoice>& cases) {
+    const auto folder = m_actions.files.chooseFolder("Save as Case Files", m_actions.folder());
+    if (!folder) return;
+    const std::string stem = fromQt(QFileInfo(toQt(m_subject.name)).completeBaseName());
+    table::CaseFileNames names;
+    std::vector<std::string> paths;
+    std::string existing;
+    for (const CaseChoice& one : cases) {
+        table::CaseRow row;
+        row.number = static_cast<std::uint32_t>(paths.size() + 1);
+        row.current.Title = stem + " - " + one.what;
+        const std::string name = names.next(row);
+        paths.push_back(*folder + '/' + name);
+        if (QFileInfo::exists(toQt(paths.back()))) existing += "\n" + name;
+    }
+    if (!existing.empty() && ask("These files are there already. Replace them?\n" + existing,
+                                 Buttons::YesNo, Answer::No, titles::Message) != Answer::Yes) {
+        messages().status("No case files written");
+        return;
+    }
+    const Existing policy = existing.empty() ? Existing::Refuse : Existing::Replace;
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        project::ProjectCase made = cases[i].make();
+        if (const Status saved = project::saveCaseFile(made, paths[i], policy); !saved) {
+            messages().status("Save failed");
+            return tell(faultText(saved.fault()), titles::Error);
+        }
+        messages().history("Case file written: " + paths[i]);
+    }
+    messages().status(std::to_string(cases.size()) +
+                      (cases.size() == 1 ? " case file written" : " case files written"));
 }
 
 void frmStudies::copyTable() {

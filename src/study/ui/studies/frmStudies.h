@@ -18,8 +18,8 @@ class QStackedWidget;
 namespace telvo::study::ui {
 
 /// The pages, in the order of menu and list.
-enum class StudyKind { WhatMatters };
-inline constexpr std::size_t StudyKinds = 1;
+enum class StudyKind { WhatMatters, Scenarios };
+inline constexpr std::size_t StudyKinds = 2;
 
 /// What the window of the studies has done for it.
 struct StudyActions {
@@ -57,6 +57,7 @@ class frmStudies : public telvo::ui::Form {
     void addPage(StudyPage* page);
     void showButtons();
     void openAsCase(const CaseChoice& choice);
+    void saveAsFiles(const std::vector<CaseChoice>& cases);
     void copyTable();
     void copyPicture();
     void exportResult();
