@@ -139,7 +139,7 @@ bool misses(const Criterion& criterion, double margin) {
     return !std::isnan(margin) && !criterion.holds(margin);
 }
 
-std::string percent(double share) {
+std::string percentText(double share) {
     return generalNumber(100 * share, share < 0.001 ? 2 : 3);
 }
 
@@ -148,9 +148,9 @@ std::string headlineOf(const Uncertainty& result, const UncertaintyRequest& requ
     const std::string samples =
         std::to_string(result.computed.size()) + " samples miss " + request.criteria.front().text();
     if (first.misses == 0)
-        return "None of " + samples + " (below " + percent(first.missed.high) + " %)";
-    return percent(first.missed.value) + " % of " + samples + " (" + percent(first.missed.low) +
-           " to " + percent(first.missed.high) + " %)";
+        return "None of " + samples + " (below " + percentText(first.missed.high) + " %)";
+    return percentText(first.missed.value) + " % of " + samples + " (" +
+           percentText(first.missed.low) + " to " + percentText(first.missed.high) + " %)";
 }
 
 } // namespace
