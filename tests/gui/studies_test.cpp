@@ -12,10 +12,13 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QElapsedTimer>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 
 using namespace telvo;
 using namespace telvo::study;
@@ -83,6 +86,12 @@ class StudiesTest : public QObject {
     void itFollowsTheCaseOnScreen();
     void everyNumberIsThatOfTheOpenedCase();
     void resultsLeaveTheProgram();
+    void aValueIsFoundAndTaken();
+    void tablesOfValues();
+    void aMillionRows();
+    void designCharts();
+    void badInputIsToldBeforeAnythingRuns_data();
+    void badInputIsToldBeforeAnythingRuns();
 };
 
 void StudiesTest::whatMattersOpensWithAResult() {
@@ -233,6 +242,208 @@ void StudiesTest::resultsLeaveTheProgram() {
     const auto csv = readFile(desk.home.path("out.csv"));
     QVERIFY(csv->starts_with("Input,Range,Unit,"));
     QVERIFY(readFile(desk.home.path("out.svg"))->find("moves it most") != std::string::npos);
+}
+
+void StudiesTest::aValueIsFoundAndTaken() {
+    Desk desk(MenuEntry::FindValue);
+    const auto& page = desk.page();
+    QVERIFY(page.headline().starts_with("From "));
+    QVERIFY(page.result().table->rows >= 1);
+    QVERIFY(!desk.text("lblFindRemark").isEmpty());
+    auto& chart = control<QCustomPlot>(desk.window(), "chtFind");
+    QVERIFY(chart.findChild<QObject*>("holds") && chart.findChild<QObject*>("curve"));
+    // The ends of every interval, and what is at them.
+    for (std::size_t row = 0; row < page.result().table->rows; ++row) {
+        const auto atFrom = page.result().ofRow(row, 0).front().make();
+        QCOMPARE(inRun(atFrom, "BarrierSF.retreat.second"), desk.number(row, 5));
+        QVERIFY(desk.number(row, 5) >= 1.5);
+        const auto atTo = page.result().ofRow(row, 1).front().make();
+        QCOMPARE(inRun(atTo, "BarrierSF.retreat.second"), desk.number(row, 7));
+    }
+    const QString caption = control<QPushButton>(desk.window(), "cmdFindTake").text();
+    QVERIFY(caption.startsWith("Ta&ke ") && caption.endsWith(" ft"));
+    const double wanted = caption.mid(6).chopped(3).toDouble();
+    click(desk.window(), "cmdFindTake");
+    const auto& session = desk.program.session();
+    QCOMPARE(session.project().Input.BarrierSecondGob, wanted);
+    QVERIFY(!session.isSaved());
+    QCOMPARE(session.displayName(), "two-side-gobs.TLV");
+    QVERIFY(inRun(session.project(), "BarrierSF.retreat.second") >= 1.5);
+    desk.wait();
+    QCOMPARE(control<QPushButton>(desk.window(), "cmdFindTake").text(), caption);
+    // While a form edits the case nothing is written below it.
+    desk.home.trigger(MenuEntry::Parameters);
+    desk.wait();
+    const project::ProjectCase kept = session.project();
+    type(desk.window(), "txtFindTarget", "2");
+    control<QPushButton>(desk.window(), "cmdFindTake").click();
+    QVERIFY(session.project() == kept);
+    desk.home.window<QWidget>("frmTELVOParm")->close();
+}
+
+void StudiesTest::tablesOfValues() {
+    Desk desk(MenuEntry::TableOfValues);
+    type(desk.window(), "txtTableFrom_1", "700");
+    type(desk.window(), "txtTableTo_1", "1100");
+    type(desk.window(), "txtTableStep_1", "100");
+    desk.wait();
+    const auto& result = desk.page().result();
+    QCOMPARE(result.table->rows, 5U);
+    QCOMPARE(result.table->columns[1].heading(), "Depth of Cover (ft)");
+    for (std::size_t row = 0; row < 5; ++row) {
+        const auto opened = result.ofRow(row, 0).front().make();
+        QCOMPARE(opened.Input.DepthCover, 700.0 + 100 * static_cast<double>(row));
+        QCOMPARE(desk.number(row, 2), inRun(opened, "TELVOSF.retreat"));
+        QCOMPARE(desk.number(row, 3), inRun(opened, "TELVOSF.development"));
+    }
+    // Sorted, a row keeps its number and its case.
+    auto& table = control<QTableView>(desk.window(), "tblTable");
+    QTest::mouseClick(table.horizontalHeader()->viewport(), Qt::LeftButton, {},
+                      QPoint(table.columnViewportPosition(2) + 10, 5));
+    QCOMPARE(table.model()->index(0, 0).data().toString(), "5"); // the deepest is the weakest
+    table.setCurrentIndex(table.model()->index(0, 0));
+    table.setFocus();
+    QTest::keyClick(&table, Qt::Key_Return);
+    QCOMPARE(desk.program.session().project().Input.DepthCover, 1100.0);
+    desk.wait();
+    QCOMPARE(result.table->rows, 5U); // what was asked stays
+
+    // Two inputs: a map with a line, and an odd list.
+    desk.choose("cboTableInput_2", "EntryHeight");
+    type(desk.window(), "txtTableList_2", "6, 8, 10:20:5");
+    desk.wait();
+    QCOMPARE(result.table->rows, 25U);
+    QCOMPARE(desk.number(4, 2), 20.0);
+    auto& chart = control<QCustomPlot>(desk.window(), "chtTable");
+    QVERIFY(chart.findChild<QObject*>("map"));
+    QVERIFY(!control(desk.window(), "txtTableFrom_2").isEnabled());
+    const auto opened = result.ofSpot(13)->make();
+    QCOMPARE(opened.Input.EntryHeight, 15.0F);
+    QCOMPARE(desk.number(13, 3), inRun(opened, "TELVOSF.retreat"));
+    click(desk.window(), "chkTableLinked");
+    desk.wait();
+    QCOMPARE(result.table->rows, 5U);
+    QCOMPARE(desk.number(4, 2), 20.0);
+}
+
+void StudiesTest::aMillionRows() {
+    Desk desk(MenuEntry::TableOfValues);
+    type(desk.window(), "txtTableFrom_1", "500");
+    type(desk.window(), "txtTableTo_1", "1499");
+    type(desk.window(), "txtTableStep_1", "1");
+    desk.choose("cboTableInput_2", "EntryHeight");
+    type(desk.window(), "txtTableFrom_2", "5.01");
+    type(desk.window(), "txtTableTo_2", "15");
+    type(desk.window(), "txtTableStep_2", "0.01");
+    QTRY_VERIFY_WITH_TIMEOUT(desk.page().isCurrent(), 60000);
+    QCOMPARE(desk.page().result().table->rows, 1'000'000U);
+    auto& table = control<QTableView>(desk.window(), "tblTable");
+    QElapsedTimer clock;
+    clock.start();
+    QTest::mouseClick(table.horizontalHeader()->viewport(), Qt::LeftButton, {},
+                      QPoint(table.columnViewportPosition(3) + 10, 5));
+    QTRY_VERIFY_WITH_TIMEOUT(!desk.page().table().isSorting(), 60000);
+    qInfo("sorted in %lld ms", clock.elapsed());
+    double before = -HUGE_VAL;
+    for (int place = 0; place < 1'000'000; place += 9973) {
+        const double value = desk.number(desk.page().table().rows().rowAt(place), 3);
+        QVERIFY(value >= before);
+        before = value;
+    }
+    desk.home.dialogs.answers = {desk.home.path("million.csv")};
+    desk.home.closer.stop(); // the window that shows how far it is
+    clock.restart();
+    click(desk.window(), "cmdExport");
+    QTRY_VERIFY_WITH_TIMEOUT(control(desk.window(), "cmdExport").isEnabled(), 60000);
+    qInfo("exported in %lld ms", clock.elapsed());
+    desk.home.closer.start(1);
+    const auto csv = readFile(desk.home.path("million.csv"));
+    QVERIFY(csv);
+    QVERIFY(csv->starts_with("id,DepthCover,EntryHeight,TELVOSF.retreat,"));
+    QCOMPARE(std::count(csv->begin(), csv->end(), '\n'), 1'000'001);
+    click(desk.window(), "cmdCopyTable");
+    QVERIFY(desk.home.wasAsked("too many for the clipboard"));
+}
+
+void StudiesTest::designCharts() {
+    Desk desk(MenuEntry::DesignChart);
+    type(desk.window(), "txtDesignOverFrom", "700");
+    type(desk.window(), "txtDesignOverTo", "1100");
+    type(desk.window(), "txtDesignOverStep", "100");
+    control<QLineEdit>(desk.window(), "txtDesignTargets").clear();
+    type(desk.window(), "txtDesignTargets", "1.3, suggested, 9");
+    desk.wait();
+    const auto& result = desk.page().result();
+    QCOMPARE(result.table->rows, 5U);
+    QCOMPARE(result.table->columns.size(), 8U);
+    for (std::size_t row = 0; row < 5; ++row)
+        for (const int column : {1, 3}) {
+            const double width = desk.number(row, static_cast<std::size_t>(column));
+            const auto opened = result.ofRow(row, column).front().make();
+            QCOMPARE(opened.Input.DepthCover, 700.0 + 100 * static_cast<double>(row));
+            QCOMPARE(opened.Input.BarrierSecondGob, width);
+            QVERIFY(inRun(opened, "BarrierSF.retreat.second") >= (column == 1 ? 1.3 : 1.5));
+        }
+    QCOMPARE(desk.words(0, 5), "nothing helps");
+    auto& chart = control<QCustomPlot>(desk.window(), "chtDesign");
+    QVERIFY(chart.findChild<QObject*>("curve:0") && chart.findChild<QObject*>("nothing"));
+}
+
+void StudiesTest::badInputIsToldBeforeAnythingRuns_data() {
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("step of 0") << 2 << "txtFindStep"
+                               << "0"
+                               << "A step has to be above 0";
+    QTest::newRow("empty range") << 2 << "txtFindHigh"
+                                 << "1"
+                                 << "A range goes from a smaller";
+    QTest::newRow("beyond the form") << 2 << "txtFindLow"
+                                     << "-5"
+                                     << "has to be at least";
+    QTest::newRow("no number") << 2 << "txtFindLow"
+                               << "x"
+                               << "'x' is not a character";
+    QTest::newRow("endless table") << 1 << "txtTableStep_1"
+                                   << "1e-9"
+                                   << "more than 10,000,000";
+    QTest::newRow("wrong way") << 1 << "txtTableStep_1"
+                               << "-5"
+                               << "leads away from";
+    QTest::newRow("bad list") << 1 << "txtTableList_1"
+                              << "6;8"
+                              << "Not a number: \"6;8\"";
+    QTest::newRow("bad target") << 3 << "txtDesignTargets"
+                                << "much"
+                                << "A target is a number or";
+    QTest::newRow("long axis") << 3 << "txtDesignOverStep"
+                               << "0.001"
+                               << "at most 2,000 places";
+}
+
+void StudiesTest::badInputIsToldBeforeAnythingRuns() {
+    QFETCH(int, page);
+    QFETCH(QString, box);
+    QFETCH(QString, typed);
+    QFETCH(QString, message);
+    const MenuEntry entries[] = {MenuEntry::WhatMatters, MenuEntry::TableOfValues,
+                                 MenuEntry::FindValue, MenuEntry::DesignChart};
+    Desk desk(entries[page]);
+    const auto asked = desk.home.asked.size();
+    auto& field = control<QLineEdit>(desk.window(), qPrintable(box));
+    const QString before = field.text();
+    typeInto(field, typed);
+    auto* problem = desk.page().findChildren<QLabel*>(QRegularExpression("lbl.*Problem")).first();
+    QTRY_VERIFY(problem->isVisible());
+    QVERIFY2(problem->text().contains(message), qPrintable(problem->text()));
+    QVERIFY(field.toolTip().contains(message)); // marked where it is wrong
+    QVERIFY(!desk.page().isCurrent() && !control(desk.window(), "cmdExport").isEnabled());
+    QCOMPARE(desk.home.asked.size(), asked);
+    typeInto(field, before);
+    desk.wait();
+    QVERIFY(!problem->isVisible());
 }
 
 QTEST_MAIN(StudiesTest)

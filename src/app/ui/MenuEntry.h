@@ -24,6 +24,9 @@ enum class MenuEntry : std::size_t {
     StabilityFactors,
     Graph,       ///< a menu: one entry per graph, frmMain::graphAction()
     WhatMatters, ///< the first of the studies, in the order of their pages
+    TableOfValues,
+    FindValue,
+    DesignChart,
     Scenarios,
     Settings,
     Options,

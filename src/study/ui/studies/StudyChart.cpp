@@ -55,6 +55,25 @@ void setUpChart(QCustomPlot& chart) {
     frameChart(chart);
 }
 
+/// As many entries of the key in a line as there is room for.
+void wrapKey(QCustomPlot& chart, int width) {
+    int widest = 1;
+    std::vector<QCPLayoutElement*> items;
+    for (int i = 0; i < chart.legend->itemCount(); ++i)
+        if (QCPAbstractLegendItem* item =
+                chart.legend->item(i)) { // a last row may have free places
+            widest = std::max(widest, item->minimumOuterSizeHint().width());
+            items.push_back(item);
+        }
+    const int room = width - chart.legend->margins().left() - chart.legend->margins().right() - 12;
+    chart.legend->setWrap(std::max(1, room / (widest + chart.legend->columnSpacing())));
+    for (QCPLayoutElement* item : items) // once more, in rows of that length
+        chart.legend->take(item);
+    chart.legend->simplify();
+    for (QCPLayoutElement* item : items)
+        chart.legend->addElement(item);
+}
+
 void composeChart(QCustomPlot& chart, const Drawing& drawing, const ChartInk& ink) {
     clearChart(chart);
     chart.setBackground(QBrush(ink.palette.color(QPalette::Base)));
@@ -64,6 +83,7 @@ void composeChart(QCustomPlot& chart, const Drawing& drawing, const ChartInk& in
     chart.legend->setBorderPen(Qt::NoPen);
     chart.legend->setBrush(Qt::NoBrush);
     if (drawing.compose) drawing.compose(chart, ink);
+    wrapKey(chart, chart.viewport().width());
 }
 
 } // namespace
@@ -135,6 +155,7 @@ chart::ui::Picture StudyChart::picture(const std::string& name, const QString& t
         QFont font = QApplication::font();
         font.setPixelSize(PaperPixels);
         setUpChart(chart);
+        chart.setViewport({QPoint(), page.size().toSize()});
         const QPalette paper = chart::ui::paperPalette();
         composeChart(chart, drawing, {paper, font, chart::ui::ScreenResolution / 72.0});
         const QFontMetricsF metrics(titleFont(font));
@@ -193,6 +214,11 @@ void StudyChart::changeEvent(QEvent* event) {
     QCustomPlot::changeEvent(event);
     const bool look = event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange;
     if (look && m_mark) draw();
+}
+
+void StudyChart::resizeEvent(QResizeEvent* event) {
+    QCustomPlot::resizeEvent(event);
+    if (m_mark) wrapKey(*this, width());
 }
 
 void StudyChart::paintEvent(QPaintEvent* event) {

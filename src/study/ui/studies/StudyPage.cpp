@@ -35,14 +35,6 @@ constexpr int RestMilliseconds = 80;      // after the last key
 constexpr int PatienceMilliseconds = 300; // until it is said that it takes long
 constexpr auto RefusedField = "telvoRefusedField";
 
-/// A number of many digits as it is read.
-std::string grouped(std::size_t number) {
-    std::string text = std::to_string(number);
-    for (std::size_t at = text.size(); at > 3; at -= 3)
-        text.insert(at - 3, ",");
-    return text;
-}
-
 std::string foundIn(double milliseconds) {
     return milliseconds < 1000 ? generalNumber(std::ceil(milliseconds)) + " ms"
                                : generalNumber(milliseconds / 1000, 3) + " s";
@@ -231,6 +223,7 @@ void StudyPage::showEvent(QShowEvent* event) {
 }
 
 void StudyPage::renewSoon() {
+    m_background->cancel(); // what it makes belongs to other fields
     setCurrent(false);
     m_rest->start();
 }
@@ -244,6 +237,7 @@ void StudyPage::renew() {
     if (!m_subject.refusal.empty()) return refuse({m_subject.refusal, ""});
     Result<Compute> compute = read();
     if (!compute) return refuse(compute.fault());
+    m_progress->store(0);
     m_patience->start();
     m_background->start([this, run = std::move(*compute)](const std::stop_token& stop) {
         const auto begin = std::chrono::steady_clock::now();
@@ -291,7 +285,12 @@ void StudyPage::showFoot(double milliseconds) {
 }
 
 void StudyPage::showBusy() {
-    m_stop->setVisible(m_background->isBusy() || m_table->isSorting());
+    const bool busy = m_background->isBusy();
+    m_stop->setVisible(busy || m_table->isSorting());
+    if (!busy) return;
+    const int percent = m_progress->load();
+    m_foot->setText(percent > 0 ? tr("Computing: %1 %").arg(percent) : tr("Computing..."));
+    m_patience->start();
 }
 
 void StudyPage::refuse(const Fault& fault) {

@@ -8,6 +8,7 @@
 #include "study/ui/studies/StudySettings.h"
 #include "study/ui/studies/StudyTableView.h"
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -121,6 +122,9 @@ class StudyPage : public QWidget {
     /// The number of a box, or why there is none.
     Result<double> numberIn(const telvo::ui::NumberEdit& box) const;
 
+    /// Percent done, for a job that takes long to tell.
+    std::shared_ptr<std::atomic<int>> progress() const { return m_progress; }
+
     /// Computes anew now, or after a short rest of the keyboard.
     void renew();
     void renewSoon();
@@ -141,6 +145,7 @@ class StudyPage : public QWidget {
     PageActions m_actions;
     StudyCase m_subject;
     StudyResult m_result;
+    std::shared_ptr<std::atomic<int>> m_progress = std::make_shared<std::atomic<int>>(0);
     bool m_current = false;
     bool m_due = false; ///< to be computed when it is shown
     Background* m_background;

@@ -249,8 +249,15 @@ void StudyTableView::fitColumns() {
     resizeColumnsToContents();
     const int widest = fontMetrics().averageCharWidth() * 40;
     const int least = fontMetrics().averageCharWidth() * 9;
-    for (int c = 0; c < m_model->columnCount(); ++c)
-        setColumnWidth(c, std::clamp(columnWidth(c) + 6, least, widest));
+    const StudyTable& table = *m_model->table();
+    for (int c = 0; c < m_model->columnCount(); ++c) {
+        int wanted = columnWidth(c) + 6;
+        if (table.rows > 0) // numbers of rows grow towards the end, which is not looked at
+            wanted = std::max(wanted, fontMetrics().horizontalAdvance(toQt(shownCell(
+                                          table, table.rows - 1, static_cast<std::size_t>(c)))) +
+                                          16);
+        setColumnWidth(c, std::clamp(wanted, least, widest));
+    }
 }
 
 void StudyTableView::sortByHeading(int column) {

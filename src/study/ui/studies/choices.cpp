@@ -67,13 +67,14 @@ InputBox::InputBox(const QString& name, const QString& accessibleName, const QSt
     setUpList(*this, name, accessibleName, toolTip);
 }
 
-void InputBox::list(const project::ProjectCase& base) {
+void InputBox::list(const project::ProjectCase& base, bool mayBeNone) {
     std::vector<Entry> used, unused;
     for (const Variable& variable : variables()) {
         const std::string why = whyWithoutEffect(base, variable);
         (why.empty() ? used : unused)
             .push_back({toQt(variable.label()), toQt(variable.name()), toQt(why)});
     }
+    if (mayBeNone) used.insert(used.begin(), {tr("(none)"), {}, {}});
     used.insert(used.end(), unused.begin(), unused.end());
     relist(*this, used);
 }
@@ -125,6 +126,16 @@ std::optional<double> suggestedFor(const project::ProjectCase& base, const Outco
     if (!own.computed) return std::nullopt;
     // 1.5 less a rounding of the difference
     return roundHalfEven2(own.values[0] - own.values[1]);
+}
+
+std::optional<double> ownValueOf(const project::ProjectCase& base, const Outcome& outcome) {
+    const engine::Frame frame = engine::frameOf(base.Input, base.Units, engine::DevelopmentLoad);
+    if (!outcome.isDefined(frame, base.Input)) return std::nullopt;
+    const Runner runner(base, project::Field::DepthCover, {outcome},
+                        engine::lastPass(frame.AnalysisCase, base.Input.ExtentActiveGob));
+    const Sample own = runner.own();
+    if (!own.computed) return std::nullopt;
+    return own.values[0];
 }
 
 } // namespace telvo::study::ui

@@ -18,7 +18,8 @@ class InputBox : public QComboBox {
   public:
     InputBox(const QString& name, const QString& accessibleName, const QString& toolTip,
              QWidget* parent);
-    void list(const project::ProjectCase& base);
+    /// Given: mayBeNone  the first entry chooses no input
+    void list(const project::ProjectCase& base, bool mayBeNone = false);
     Variable variable() const;
     void choose(const Variable& variable);
 };
@@ -41,5 +42,8 @@ std::string spanText(const Variable& variable, const Span& span, std::int16_t un
 /// the case cannot be computed.
 std::optional<double> suggestedFor(const project::ProjectCase& base, const Outcome& outcome,
                                    int RoundTELVOSF);
+
+/// The value of an outcome in a case; nothing where it has none.
+std::optional<double> ownValueOf(const project::ProjectCase& base, const Outcome& outcome);
 
 } // namespace telvo::study::ui

@@ -7,7 +7,10 @@
 #include "base/ui/qtText.h"
 #include "chart/ui/frmResolution.h"
 #include "project/CaseFile.h"
+#include "study/ui/studies/DesignPage.h"
+#include "study/ui/studies/FindPage.h"
 #include "study/ui/studies/ScenariosPage.h"
+#include "study/ui/studies/TablePage.h"
 #include "study/ui/studies/TornadoPage.h"
 #include "table/caseFiles.h"
 
@@ -71,6 +74,9 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
         return ask(text, Buttons::YesNo, Answer::No, titles::Message) == Answer::Yes;
     };
     addPage(new TornadoPage(pages, m_stack));
+    addPage(new TablePage(pages, m_stack));
+    addPage(new FindPage(pages, m_stack));
+    addPage(new DesignPage(pages, m_stack));
     addPage(new ScenariosPage(pages, m_stack));
 
     auto* middle = new QHBoxLayout;

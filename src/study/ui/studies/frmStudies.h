@@ -18,8 +18,8 @@ class QStackedWidget;
 namespace telvo::study::ui {
 
 /// The pages, in the order of menu and list.
-enum class StudyKind { WhatMatters, Scenarios };
-inline constexpr std::size_t StudyKinds = 2;
+enum class StudyKind { WhatMatters, TableOfValues, FindValue, DesignChart, Scenarios };
+inline constexpr std::size_t StudyKinds = 5;
 
 /// What the window of the studies has done for it.
 struct StudyActions {

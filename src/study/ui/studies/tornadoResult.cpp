@@ -8,6 +8,7 @@
 #include "study/ui/studies/TornadoPage.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace telvo::study::ui {
 
