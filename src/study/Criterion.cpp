@@ -37,6 +37,11 @@ Outcome Criterion::margin() const {
     return target ? outcome.marginTo(*target) : outcome.marginToSuggested().value_or(outcome);
 }
 
+std::string Criterion::words() const {
+    return inSentence(outcome.label()) + (sense == Sense::AtLeast ? " >= " : " <= ") +
+           (target ? generalNumber(*target) : "the suggested one");
+}
+
 std::string Criterion::text() const {
     return outcome.name() + (sense == Sense::AtLeast ? ">=" : "<=") +
            (target ? generalNumber(*target) : std::string(SuggestedWord));

@@ -29,6 +29,8 @@ struct Criterion {
     Outcome margin() const;
     /// Whether a margin meets it.
     bool holds(double margin) const { return sense == Sense::AtLeast ? margin >= 0 : margin <= 0; }
+    /// For a sentence: "retreat factor of the panel >= 1.5".
+    std::string words() const;
     /// As parse() takes it: "TELVOSF.retreat>=1.5".
     std::string text() const;
 };

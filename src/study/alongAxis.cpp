@@ -96,6 +96,8 @@ std::string gapText(const Response& response, const std::vector<AxisSample>& sam
     return response.gapAt(samples[i].x);
 }
 
+} // namespace
+
 std::string jumpText(const Response& response, const Sample& before, const Sample& after,
                      std::size_t value) {
     constexpr double boundless = 1000; // on either side of a zero of the load
@@ -104,8 +106,6 @@ std::string jumpText(const Response& response, const Sample& before, const Sampl
         return "The load passes through zero, where the factor has no bound";
     return response.switchText(before, after, value);
 }
-
-} // namespace
 
 CutCurve cutAtJumps(const Response& response, const std::vector<AxisSample>& samples,
                     std::size_t value) {

@@ -51,6 +51,10 @@ struct CutCurve {
 CutCurve cutAtJumps(const Response& response, const std::vector<AxisSample>& samples,
                     std::size_t value);
 
+/// What carries one of the values across between two computed samples of a switch, in words.
+std::string jumpText(const Response& response, const Sample& before, const Sample& after,
+                     std::size_t value);
+
 /// Whether a value really jumps between two samples of a switch, instead of only bending.
 bool isJump(double before, double after);
 

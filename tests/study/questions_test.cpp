@@ -380,7 +380,7 @@ TEST(DesignChart, RequiresWhatFindFinds) {
         EXPECT_LE(*point.practical, point.required);
     }
     EXPECT_TRUE(deepest->headline.starts_with(
-        "For TELVOSF.development>=1.5 Depth of Cover has to be at most "))
+        "For development factor of the panel >= 1.5 Depth of Cover has to be at most "))
         << deepest->headline;
 
     request.targets = {50.0};

@@ -247,7 +247,7 @@ std::string headlineOf(const DesignChart& chart, const DesignChartRequest& reque
         if (!least || *point.practical < *least) least = point.practical;
         if (!most || *point.practical > *most) most = point.practical;
     }
-    const std::string asked = first.criterion.text();
+    const std::string asked = first.criterion.words();
     if (!least) return "For " + asked + " nothing in the range helps over " + over;
     const bool fromOn = chart.direction == Direction::FromOn;
     text = "For " + asked + " " + request.required.label() + " has to be " +

@@ -71,9 +71,9 @@ class Headline {
             return a.to.x - a.from.x < b.to.x - b.from.x;
         });
         const auto place = static_cast<std::size_t>(widest - all.begin());
-        std::string text = "It holds only from " + span(*widest);
+        std::string text = "It holds only " + span(*widest);
         for (std::size_t i = 0; i < all.size() && all.size() <= MostOthersTold; ++i)
-            if (i != place) text += " and from " + span(all[i]);
+            if (i != place) text += " and " + span(all[i]);
         if (all.size() > MostOthersTold)
             text += " and in " + std::to_string(all.size() - 1) + " narrower intervals";
         return text;
@@ -86,7 +86,9 @@ class Headline {
     static double toOf(const Interval& one) { return one.practicalTo.value_or(one.to.x); }
 
     std::string span(const Interval& one) const {
-        std::string text = shown(fromOf(one)) + " to " + value(toOf(one));
+        const bool single = shown(fromOf(one)) == shown(toOf(one));
+        std::string text = single ? "at " + value(fromOf(one))
+                                  : "from " + shown(fromOf(one)) + " to " + value(toOf(one));
         std::vector<std::string> rules;
         for (const IntervalEnd& end : {one.from, one.to})
             if (!end.rule.empty() && std::find(rules.begin(), rules.end(), end.rule) == rules.end())
@@ -101,7 +103,7 @@ class Headline {
             return "; it also holds in " + std::to_string(to - from) + " other intervals";
         std::string text;
         for (std::size_t i = from; i < to; ++i)
-            text.append(i == from ? "; it also holds from " : " and from ")
+            text.append(i == from ? "; it also holds " : " and ")
                 .append(span(m_found.intervals[i]));
         return text;
     }

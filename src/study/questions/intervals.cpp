@@ -54,7 +54,7 @@ class Search {
         const AxisSample& after = rightward ? outside : inside;
         if (m_response.differ(before, after) && isJump(valueOf(before), valueOf(after))) {
             end.kind = EndKind::Jump;
-            end.rule = m_response.switchText(before, after, m_judged.value);
+            end.rule = jumpText(m_response, before, after, m_judged.value);
         } else if (isJump(limitOf(before), limitOf(after))) {
             end.kind = EndKind::Jump;
             end.rule = "The suggested factor switches with the barriers or the panel width";

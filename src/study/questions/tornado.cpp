@@ -14,8 +14,6 @@ namespace telvo::study {
 namespace {
 
 constexpr int PointsInside = 41; // of a range, its ends included
-/// Jumps are marks of a picture here, and need not be found closer than that part of the range.
-constexpr double MarkResolution = 1e-6;
 
 std::vector<double> gridOf(const Span& range, double own) {
     std::vector<double> grid;
@@ -24,7 +22,7 @@ std::vector<double> gridOf(const Span& range, double own) {
                            ? range.high
                            : range.low + (range.high - range.low) * i / (PointsInside - 1));
     if (range.contains(own)) {
-        const double near = (range.high - range.low) * MarkResolution;
+        const double near = (range.high - range.low) * SwitchResolution;
         std::erase_if(grid, [&](double x) {
             return std::abs(x - own) < near && x != range.low && x != range.high;
         });
@@ -53,7 +51,7 @@ TornadoBar barOf(const Runner& runner, const RangedInput& input, const project::
         return bar;
     }
     const auto samples = alongAxis(runner, gridOf(bar.range, bar.own),
-                                   MarkResolution * (bar.range.high - bar.range.low));
+                                   SwitchResolution * (bar.range.high - bar.range.low));
     tally.runs += samples.size();
     for (const AxisSample& sample : samples) {
         if (!sample.computed) {
