@@ -82,6 +82,8 @@ class ProjectSession {
     /// Asks about unsaved changes. What is let go is kept as a discarded copy.
     /// Returned: whether a command that replaces the case may go on.
     bool settleUnsaved();
+    /// Of dialogs that name a case file: "TLV Files (*.TLV)" and all files.
+    std::vector<std::string> fileFilters() const;
 
     /// OK of the parameter form. Returned: whether the values differ from those of the project.
     /// Given: what  changed, in a few words
@@ -133,7 +135,6 @@ class ProjectSession {
     bool changedOnDisk(const std::string& path) const;
     bool saveTo(const std::string& path);
     void changed();
-    std::vector<std::string> fileFilters() const;
 
     SettingsStore& m_settings;
     Messages& m_messages;

@@ -17,6 +17,9 @@ class FileDialogs {
     /// Filters are like "TLV Files (*.TLV)".
     virtual std::optional<std::string> openFile(std::string_view title, std::string_view folder,
                                                 const std::vector<std::string>& filters) = 0;
+    /// Several files; none for Cancel.
+    virtual std::vector<std::string> openFiles(std::string_view title, std::string_view folder,
+                                               const std::vector<std::string>& filters) = 0;
     /// Asks before a file is replaced.
     /// Given: proposal   folder and name to begin with
     ///        extension  added to a name without one; may be empty

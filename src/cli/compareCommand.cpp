@@ -3,11 +3,10 @@
 
 #include "base/escapes.h"
 #include "base/files.h"
-#include "base/text.h"
 #include "cli/arguments.h"
 #include "cli/outputs.h"
 #include "cli/studyRecord.h"
-#include "report/sections.h"
+#include "study/output/reportDiff.h"
 
 #include <CLI/CLI.hpp>
 
@@ -18,47 +17,14 @@ namespace telvo::cli {
 
 namespace {
 
-/// Equal lines that are shown about those that differ.
-constexpr std::size_t ContextLines = 2;
-
-std::string reportText(const run::Run& run, const report::ReportOptions& options) {
-    std::string text;
-    for (const std::string& page : report::makeReport(run, options).pages)
-        text += page;
-    std::erase(text, '\r');
-    return text;
-}
-
-/// Both reports laid over each other: lines that differ, and a few around them.
-std::string reportDiff(const study::Comparison& comparison, const report::ReportOptions& options) {
-    const std::size_t after = comparison.base == 0 ? 1 : 0;
+/// The report of the base and that of the other case laid over each other.
+std::string shownDiff(const study::Comparison& comparison, const report::ReportOptions& options) {
     const study::ComparedCase& one = comparison.cases[comparison.base];
-    const study::ComparedCase& other = comparison.cases[after];
-    const std::string texts[] = {reportText(*one.run, options), reportText(*other.run, options)};
-    const auto before = splitLines(texts[0]), behind = splitLines(texts[1]);
-    const auto lines = study::lineDiff(before, behind);
-    std::string out = "--- " + forTerminal(one.name) + "\n+++ " + forTerminal(other.name) + "\n";
-    std::size_t shownTo = 0; // lines up to here are written or left out for good
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (lines[i].side == study::DiffLine::Side::Both) continue;
-        const std::size_t from = std::max(shownTo, i - std::min(i, ContextLines));
-        if (from > shownTo) out += "...\n";
-        std::size_t to = i; // up to where the next ones come near
-        for (std::size_t k = i; k < lines.size() && k <= to + 2 * ContextLines; ++k)
-            if (lines[k].side != study::DiffLine::Side::Both) to = k;
-        const std::size_t end = std::min(lines.size(), to + ContextLines + 1);
-        for (std::size_t k = from; k < end; ++k) {
-            const auto side = lines[k].side;
-            std::string line = side == study::DiffLine::Side::Both         ? "  "
-                               : side == study::DiffLine::Side::OnlyBefore ? "- "
-                                                                           : "+ ";
-            line += forTerminal(lines[k].text);
-            line.erase(line.find_last_not_of(' ') + 1);
-            out += line + "\n";
-        }
-        shownTo = end;
-        i = end - 1;
-    }
+    const study::ComparedCase& other = comparison.cases[comparison.base == 0 ? 1 : 0];
+    std::string out;
+    for (const std::string& line :
+         study::reportDiff(one.name, *one.run, other.name, *other.run, options))
+        out += forTerminal(line) + "\n";
     return out;
 }
 
@@ -142,7 +108,7 @@ int runCompare(Console& console, const CompareRequest& request) {
     if (request.reports) {
         if (!allRan) return status;
         TextOutput output(console, target, existingFor(request.target.force));
-        output.print(reportDiff(*made, request.options));
+        output.print(shownDiff(*made, request.options));
         raise(status, output.finish());
         return status;
     }

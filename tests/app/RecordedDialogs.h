@@ -16,6 +16,15 @@ struct RecordedDialogs : FileDialogs {
                                         const std::vector<std::string>& filters) override {
         return next(title, folder, filters.empty() ? "" : filters.front());
     }
+    /// Takes answers up to a Cancel or their end.
+    std::vector<std::string> openFiles(std::string_view title, std::string_view folder,
+                                       const std::vector<std::string>& filters) override {
+        std::vector<std::string> paths;
+        for (auto path = openFile(title, folder, filters); path;
+             path = answers.empty() ? std::nullopt : openFile(title, folder, filters))
+            paths.push_back(*path);
+        return paths;
+    }
     std::optional<std::string> saveFile(std::string_view title, std::string_view proposal,
                                         const std::vector<std::string>& filters,
                                         std::string_view) override {

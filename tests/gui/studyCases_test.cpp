@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Pages of the studies that put cases side by side: scenarios.
+// Pages of the studies that put cases side by side: scenarios, comparison.
+#include "plot/ui/PlanView.h"
+#include "project/CaseFile.h"
+#include "project/units.h"
 #include "study/questions/scenarios.h"
+#include "study/ui/studies/ComparePage.h"
 #include "studyDesk.h"
 
-#include <QFileInfo>
+#include <QDropEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTableView>
 
 using namespace telvo;
@@ -72,6 +78,41 @@ struct ScenarioDesk : Desk {
     }
 };
 
+/// The page that compares, with its table by row and column.
+struct CompareDesk : Desk {
+    CompareDesk() : Desk(MenuEntry::Scenarios) {
+        click(window(), "cmdScenariosAdd");
+        wait();
+        home.trigger(MenuEntry::Compare);
+        wait();
+    }
+
+    const study::ui::StudyTable& table() { return *page().result().table; }
+    int row(const std::string& label) {
+        for (std::size_t r = 0; r < table().rows; ++r)
+            if (study::ui::shownCell(table(), r, 0) == label) return static_cast<int>(r);
+        return -1;
+    }
+    std::size_t column(const std::string& label) {
+        for (std::size_t c = 0; c < table().columns.size(); ++c)
+            if (table().columns[c].label == label) return c;
+        return 0;
+    }
+    double value(const std::string& label, const std::string& heading) {
+        const int at = row(label);
+        return at < 0 ? qQNaN() : number(static_cast<std::size_t>(at), column(heading));
+    }
+    void addFiles(const std::vector<std::string>& paths) {
+        home.dialogs.answers.assign(paths.begin(), paths.end());
+        click(window(), "cmdCompareAdd");
+        wait();
+    }
+    QString reports() {
+        return control<QPlainTextEdit>(window(), "txtCompareReports").toPlainText();
+    }
+};
+
+constexpr auto Own = "two-side-gobs.TLV";
 constexpr auto Factor = "Retreat factor of the panel";
 
 } // namespace
@@ -85,6 +126,10 @@ class StudyCasesTest : public QObject {
     void scenariosAreMovedByButtonsAndKeys();
     void scenariosStayWithTheirCase();
     void scenariosBecomeCaseFiles();
+    void casesStandSideBySide();
+    void everyNumberIsThatOfTheComparedCase();
+    void reportsAndPlansOfTwoCases();
+    void filesThatCannotBeComparedAreNamed();
 };
 
 void StudyCasesTest::scenariosAreEditedInTheTable() {
@@ -251,6 +296,19 @@ void StudyCasesTest::scenariosStayWithTheirCase() {
     desk.wait();
     QCOMPARE(desk.page().result().table->rows, std::size_t{3});
     QCOMPARE(desk.cell(1, "Depth of Cover"), "1000");
+    // Also with a case in other units in between.
+    desk.open("metric-two-side-gobs.TLV");
+    desk.wait();
+    desk.addInput("DepthCover");
+    desk.typeCell(1, "Depth of Cover", "310");
+    desk.open("two-side-gobs.TLV");
+    desk.wait();
+    QCOMPARE(desk.cell(1, "Depth of Cover"), "1000");
+    desk.open("metric-two-side-gobs.TLV");
+    desk.wait();
+    QCOMPARE(desk.cell(1, "Depth of Cover"), "310");
+    desk.open("two-side-gobs.TLV");
+    desk.wait();
     // They follow the case while it is edited.
     const auto before = desk.number(1, static_cast<std::size_t>(desk.column(Factor)));
     desk.home.trigger(MenuEntry::Parameters);
@@ -297,6 +355,123 @@ void StudyCasesTest::scenariosBecomeCaseFiles() {
     desk.home.answers = {Answer::Yes};
     click(desk.window(), "cmdScenariosSave");
     QVERIFY(*readFile(first) != *kept);
+}
+
+void StudyCasesTest::casesStandSideBySide() {
+    CompareDesk desk;
+    // The same inputs in metres: nothing differs but what the conversion rounds.
+    auto metric = project::convertedCase(desk.program.session().project());
+    QVERIFY(metric);
+    metric->Input.DepthCover = 300;
+    const std::string path = desk.home.path("metric.TLV");
+    QVERIFY(project::saveCaseFile(*metric, path));
+    desk.addFiles({path, TELVO_EXAMPLES_DIR "/development-mains.TLV"});
+    QVERIFY(desk.page().headline().starts_with("4 cases, which differ in "));
+    QCOMPARE(desk.text("lblCompareFoot").section(", ", 2, 2), "4 runs");
+    // All in the units of the base, with difference and percent.
+    const double depth = desk.value("Depth of Cover", "metric.TLV");
+    QVERIFY(std::abs(depth - 300 * 3.280839895) < 1e-6);
+    QCOMPARE(desk.value("Depth of Cover", Own), 900.0);
+    QCOMPARE(desk.value("Depth of Cover", "metric.TLV: difference"), depth - 900);
+    QCOMPARE(desk.value("Depth of Cover", "metric.TLV: percent"), (depth - 900) / 9);
+    // Another base brings its units along.
+    auto& base = control<QComboBox>(desk.window(), "cboCompareBase");
+    base.setCurrentText("metric.TLV");
+    Q_EMIT base.activated(base.currentIndex());
+    desk.wait();
+    QCOMPARE(desk.value("Depth of Cover", "metric.TLV"), 300.0);
+    QVERIFY(std::abs(desk.value("Depth of Cover", Own) - 274.32) < 1e-9);
+    QVERIFY(desk.row("Row D") < 0);
+    // The same everywhere is left out until it is asked for.
+    QVERIFY(desk.row("Abutment Angle, Active Gob") < 0);
+    click(desk.window(), "chkCompareOnlyDifferences");
+    desk.wait();
+    QCOMPARE(desk.value("Abutment Angle, Active Gob", Own), 21.0);
+    // Scenarios are as their page has them.
+    QVERIFY(desk.column("Scenario 1") > 0);
+    desk.home.trigger(MenuEntry::Scenarios);
+    click(desk.window(), "cmdScenariosAdd");
+    desk.home.trigger(MenuEntry::Compare);
+    desk.wait();
+    QVERIFY(desk.column("Scenario 2") > 0);
+    // Without them, and without a file.
+    click(desk.window(), "chkCompareScenarios");
+    desk.wait();
+    QCOMPARE(desk.column("Scenario 1"), std::size_t{0});
+    control<QComboBox>(desk.window(), "cboCompareFiles").setCurrentIndex(0);
+    click(desk.window(), "cmdCompareRemove");
+    desk.wait();
+    QCOMPARE(desk.column("metric.TLV"), std::size_t{0});
+    QCOMPARE(desk.value("Depth of Cover", Own), 900.0); // the case is the base again
+}
+
+void StudyCasesTest::everyNumberIsThatOfTheComparedCase() {
+    CompareDesk desk;
+    desk.addFiles({TELVO_EXAMPLES_DIR "/development-mains.TLV"});
+    click(desk.window(), "chkCompareOnlyDifferences");
+    desk.wait();
+    const auto comparison =
+        std::static_pointer_cast<const study::ui::ComparedCases>(desk.page().result().made);
+    int looked = 0;
+    for (std::size_t row = 0; row < desk.table().rows; ++row) {
+        const auto& compared = comparison->comparison.rows[comparison->rows[row]];
+        if (compared.kind != study::ComparedRow::Kind::Result) continue;
+        for (std::size_t c = 2; c < 2 + comparison->comparison.cases.size(); ++c) {
+            if (!compared.values[c - 2] || !study::Outcome::named(compared.name)) continue;
+            const auto choices = desk.page().result().ofRow(row, static_cast<int>(c));
+            const double run = inRun(choices.front().make(), compared.name);
+            if (std::isinf(run)) continue; // no such barrier: the results hold 0
+            QCOMPARE(desk.number(row, c), run);
+            ++looked;
+        }
+    }
+    QVERIFY(looked > 100);
+    auto& table = control<QTableView>(desk.window(), "tblCompare");
+    table.setCurrentIndex(table.model()->index(
+        desk.row("Depth of Cover"), static_cast<int>(desk.column("development-mains.TLV"))));
+    QTest::keyClick(&table, Qt::Key_Return);
+    QCOMPARE(desk.program.session().project().Input.Anal, std::int16_t{0});
+    QVERIFY(!desk.program.session().isSaved());
+}
+
+void StudyCasesTest::reportsAndPlansOfTwoCases() {
+    CompareDesk desk;
+    QVERIFY(desk.reports().contains("Both reports are the same."));
+    desk.addFiles({TELVO_EXAMPLES_DIR "/development-mains.TLV"});
+    auto& second = control<QComboBox>(desk.window(), "cboCompareSecond");
+    second.setCurrentText("development-mains.TLV");
+    Q_EMIT second.activated(second.currentIndex());
+    QVERIFY(desk.reports().startsWith("--- two-side-gobs.TLV\n+++ development-mains.TLV\n"));
+    QVERIFY(desk.reports().contains(QRegularExpression("\n- .*Depth of Cover.*900")));
+    const auto& first = control<plot::ui::PlanView>(desk.window(), "planCompareFirst");
+    const auto& other = control<plot::ui::PlanView>(desk.window(), "planCompareSecond");
+    QVERIFY(first.drawing() && other.drawing());
+}
+
+void StudyCasesTest::filesThatCannotBeComparedAreNamed() {
+    CompareDesk desk;
+    desk.home.put(desk.home.path("broken.TLV"), "no case at all");
+    desk.addFiles({desk.home.path("broken.TLV"), desk.home.path("missing.TLV")});
+    const QString remark = desk.text("lblCompareRemark");
+    QVERIFY(remark.contains("broken.TLV") && remark.contains("missing.TLV"));
+    QVERIFY(remark.contains("left out"));
+    // With nothing else to compare with that is what is wrong.
+    click(desk.window(), "chkCompareScenarios");
+    QTRY_VERIFY(desk.isShown("lblCompareProblem"));
+    QVERIFY(desk.text("lblCompareProblem").contains("missing.TLV"));
+    for (int i = 0; i < 2; ++i)
+        click(desk.window(), "cmdCompareRemove");
+    QTRY_VERIFY(desk.text("lblCompareProblem").startsWith("There is nothing yet to compare"));
+    // A dropped file does as well.
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(TELVO_EXAMPLES_DIR "/development-mains.TLV")});
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&desk.page(), &enter);
+    QVERIFY(enter.isAccepted());
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&desk.page(), &drop);
+    desk.wait();
+    QVERIFY(desk.column("development-mains.TLV") > 0);
 }
 
 QTEST_MAIN(StudyCasesTest)

@@ -157,6 +157,18 @@ std::optional<std::string> DesktopFileDialogs::openFile(std::string_view title,
     return dialog.choose();
 }
 
+std::vector<std::string> DesktopFileDialogs::openFiles(std::string_view title,
+                                                       std::string_view folder,
+                                                       const std::vector<std::string>& filters) {
+    WideFileDialog dialog(title, toQt(folder), filters, m_places);
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    std::vector<std::string> paths;
+    if (dialog.choose())
+        for (const QString& path : dialog.selectedFiles())
+            paths.push_back(fromQt(QDir::toNativeSeparators(path)));
+    return paths;
+}
+
 std::optional<std::string> DesktopFileDialogs::saveFile(std::string_view title,
                                                         std::string_view proposal,
                                                         const std::vector<std::string>& filters,

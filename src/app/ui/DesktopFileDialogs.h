@@ -17,6 +17,8 @@ class DesktopFileDialogs : public FileDialogs {
   public:
     std::optional<std::string> openFile(std::string_view title, std::string_view folder,
                                         const std::vector<std::string>& filters) override;
+    std::vector<std::string> openFiles(std::string_view title, std::string_view folder,
+                                       const std::vector<std::string>& filters) override;
     std::optional<std::string> saveFile(std::string_view title, std::string_view proposal,
                                         const std::vector<std::string>& filters,
                                         std::string_view extension) override;

@@ -28,6 +28,7 @@ enum class MenuEntry : std::size_t {
     FindValue,
     DesignChart,
     Scenarios,
+    Compare,
     Settings,
     Options,
     UnitConversion,

@@ -69,7 +69,10 @@ void frmMain::buildMenus() {
                                tr("The required value of one input over another")},
                               {Scenarios, "mnuStudyItem_5", tr("&Scenarios..."),
                                [&c] { c.studies(StudyKind::Scenarios); },
-                               tr("Named sets of changed inputs side by side")}}});
+                               tr("Named sets of changed inputs side by side")},
+                              {Compare, "mnuStudyItem_6", tr("&Compare..."),
+                               [&c] { c.studies(StudyKind::Compare); },
+                               tr("This case, its scenarios and other files side by side")}}});
     addMenu(tr("&Utilities"),
             {{{Settings, "mnuUtilItem_0", tr("&Settings..."), [&c] { c.settings(); },
                tr("Preferences of the program")},

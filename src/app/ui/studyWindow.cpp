@@ -3,7 +3,9 @@
 // The window of the studies, and what it does with the open case.
 #include "app/ui/commands.h"
 #include "app/ui/frmMain.h"
+#include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
+#include "plot/ui/PlanView.h"
 #include "project/ui/frmTELVODesc.h"
 #include "project/ui/frmTELVOParm.h"
 
@@ -20,7 +22,8 @@ constexpr const char* FormIsOpen = "A form is open that edits the case: close it
 study::ui::StudyCase Commands::studyCase() const {
     const ProjectSession& session = m_program.session();
     const ShownCase now = onScreen();
-    study::ui::StudyCase subject{now.current, session.displayName(), now.options.RoundTELVOSF, {}};
+    study::ui::StudyCase subject{
+        now.current, session.displayName(), now.options.RoundTELVOSF, {}, now.options};
     // The form may hold the first values of a new case.
     const bool typed = m_parameters && now.current.Input != session.project().Input;
     if (const auto refused = session.graphRefusal(); refused && !(session.isEmpty() && typed))
@@ -29,13 +32,21 @@ study::ui::StudyCase Commands::studyCase() const {
 }
 
 study::ui::StudyActions Commands::studyActions() {
-    return {pictureActions(), m_program.fileDialogs(),
+    return {pictureActions(),
+            m_program.fileDialogs(),
+            [this] { return m_program.session().fileFilters(); },
             [this] { return m_program.settings().values().DataPath; },
             [this](const project::ProjectCase& current, const std::string& what) {
                 return openStudied(current, what);
             },
             [this](const project::ProjectInput& values, const std::string& what) {
                 return takeStudied(values, what);
+            },
+            [this](const QString& name, QWidget* parent) {
+                auto* view = new plot::ui::PlanView(name, parent);
+                return study::ui::PlanPane{view, [this, view](const project::ProjectCase& current) {
+                                               drawPlan(*view, current, m_program.settings());
+                                           }};
             }};
 }
 

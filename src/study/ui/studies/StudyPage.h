@@ -51,6 +51,12 @@ struct StudyResult {
     std::function<std::optional<CaseChoice>(std::size_t spot)> ofSpot;
 };
 
+/// A widget that shows the plan of a case.
+struct PlanPane {
+    QWidget* widget = nullptr;
+    std::function<void(const project::ProjectCase& current)> show;
+};
+
 /// What the window does for its pages.
 struct PageActions {
     std::function<void(const CaseChoice& choice)> openAsCase;
@@ -60,6 +66,9 @@ struct PageActions {
     std::function<StudySettings&()> settings; ///< of the case on screen
     /// Makes a case file of each, in a folder that is asked for once.
     std::function<void(const std::vector<CaseChoice>& cases)> saveAsFiles;
+    /// Case files, chosen by the user.
+    std::function<std::vector<std::string>()> chooseFiles;
+    std::function<PlanPane(const QString& name, QWidget* parent)> makePlan; ///< may be empty
     /// Asks a question that is answered with yes or no.
     std::function<bool(const std::string& text)> confirm;
 };

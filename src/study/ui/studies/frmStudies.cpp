@@ -7,6 +7,7 @@
 #include "base/ui/qtText.h"
 #include "chart/ui/frmResolution.h"
 #include "project/CaseFile.h"
+#include "study/ui/studies/ComparePage.h"
 #include "study/ui/studies/DesignPage.h"
 #include "study/ui/studies/FindPage.h"
 #include "study/ui/studies/ScenariosPage.h"
@@ -70,6 +71,11 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
     };
     pages.settings = [this]() -> StudySettings& { return m_settings[m_subject.current.FileName]; };
     pages.saveAsFiles = [this](const std::vector<CaseChoice>& cases) { saveAsFiles(cases); };
+    pages.chooseFiles = [this] {
+        return m_actions.files.openFiles("Compare with", m_actions.folder(),
+                                         m_actions.caseFilters());
+    };
+    pages.makePlan = m_actions.makePlan;
     pages.confirm = [this](const std::string& text) {
         return ask(text, Buttons::YesNo, Answer::No, titles::Message) == Answer::Yes;
     };
@@ -78,6 +84,7 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
     addPage(new FindPage(pages, m_stack));
     addPage(new DesignPage(pages, m_stack));
     addPage(new ScenariosPage(pages, m_stack));
+    addPage(new ComparePage(pages, m_stack));
 
     auto* middle = new QHBoxLayout;
     middle->addWidget(m_list);
@@ -164,9 +171,9 @@ QString frmStudies::focusTopic() const {
 }
 
 void frmStudies::setCase(const StudyCase& subject) {
-    const bool same = m_hasCase && subject.current == m_subject.current &&
-                      subject.refusal == m_subject.refusal &&
-                      subject.RoundTELVOSF == m_subject.RoundTELVOSF;
+    const bool same =
+        m_hasCase && subject.current == m_subject.current && subject.refusal == m_subject.refusal &&
+        subject.RoundTELVOSF == m_subject.RoundTELVOSF && subject.options == m_subject.options;
     if (same && subject.name == m_subject.name) return;
     const std::string before = m_subject.current.FileName;
     const std::string& now = subject.current.FileName;
@@ -174,13 +181,17 @@ void frmStudies::setCase(const StudyCase& subject) {
     bool another = !m_hasCase || converted;
     if (m_hasCase && before != now) {
         // Saved under another name, or opened from here: what is asked stays.
-        const bool renamed = subject.current.Input == m_subject.current.Input;
+        const bool renamed = subject.current.Input == m_subject.current.Input &&
+                             !m_settings.contains(now); // a case that is like it has its own
         if ((renamed || m_inherits) && !converted)
             m_settings[now] = m_settings[before];
         else
             another = true;
     }
-    if (converted) m_settings[now] = {}; // its numbers are in other units
+    if (StudySettings& kept = m_settings[now]; kept.units != subject.current.Units) {
+        kept = {}; // numbers in other units
+        kept.units = subject.current.Units;
+    }
     m_inherits = false;
     m_hasCase = true;
     m_subject = subject;

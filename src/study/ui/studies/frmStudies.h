@@ -18,20 +18,22 @@ class QStackedWidget;
 namespace telvo::study::ui {
 
 /// The pages, in the order of menu and list.
-enum class StudyKind { WhatMatters, TableOfValues, FindValue, DesignChart, Scenarios };
-inline constexpr std::size_t StudyKinds = 5;
+enum class StudyKind { WhatMatters, TableOfValues, FindValue, DesignChart, Scenarios, Compare };
+inline constexpr std::size_t StudyKinds = 6;
 
 /// What the window of the studies has done for it.
 struct StudyActions {
     chart::ui::PictureActions picture;
     FileDialogs& files;
-    std::function<std::string()> folder; ///< where exports are proposed to go
+    std::function<std::vector<std::string>()> caseFilters; ///< of a dialog that opens case files
+    std::function<std::string()> folder;                   ///< where exports are proposed to go
     /// Opens a case as a new untitled one, after the question about unsaved changes.
     /// Returned: why it was not opened; empty when it was, and when the user did not want it.
     std::function<std::string(const project::ProjectCase& current, const std::string& what)>
         openAsCase;
     /// Takes values into the open case. Returned: why they were not taken; empty when they were.
     std::function<std::string(const project::ProjectInput& values, const std::string& what)> take;
+    std::function<PlanPane(const QString& name, QWidget* parent)> makePlan;
 };
 
 /// The studies of the case on screen, not modal: a list of pages at the left, the page at the right.

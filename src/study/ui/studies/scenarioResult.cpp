@@ -171,6 +171,14 @@ std::string scenarioHeadline(const ScenarioSheet& sheet) {
                 "\": " + first.text(*sheet.made.rows[*worst].outcomes.front(), units);
     else if (worst && own)
         text += "; no scenario is worse";
+    std::size_t without = 0;
+    for (std::size_t row = 1; row + 1 < sheet.rows(); ++row) {
+        const ScenarioRow* one = sheet.resultAt(row);
+        if (!one || !one->run) ++without;
+    }
+    if (without > 0)
+        text += ". " + std::to_string(without) + " of " + std::to_string(sheet.drafts.size()) +
+                " scenarios could not be computed";
     return text + ".";
 }
 

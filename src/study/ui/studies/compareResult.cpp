@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+//
+// Table and picture of cases side by side.
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/ui/qtText.h"
+#include "engine/driver.h"
+#include "project/CaseFile.h"
+#include "study/output/factors.h"
+#include "study/ui/studies/caseBars.h"
+#include "study/ui/studies/ComparePage.h"
+
+#include <algorithm>
+
+namespace telvo::study::ui {
+
+using telvo::ui::toQt;
+
+namespace {
+
+using CasesPtr = std::shared_ptr<const ComparedCases>;
+
+// Columns: what it is, unit, a column per case, then two per case but the base.
+enum { WhatColumn, UnitColumn, FirstCaseColumn };
+
+struct NamedCase {
+    std::string name;
+    project::ProjectCase current;
+};
+
+/// The file without its folder, with it where two cases would have one name.
+std::string fileName(const std::string& path, const std::vector<std::string>& all) {
+    const std::string name = withoutFolder(path);
+    const auto alike = std::count_if(all.begin(), all.end(), [&](const std::string& other) {
+        return withoutFolder(other) == name;
+    });
+    return alike > 1 ? path : name;
+}
+
+std::vector<NamedCase> casesOf(const CompareOrder& order, std::vector<std::string>& remarks) {
+    std::vector<NamedCase> cases = {{order.ownName, order.own}};
+    for (const Scenario& scenario : order.scenarios)
+        cases.push_back({scenario.name, withScenario(order.own, scenario)});
+    for (const std::string& path : order.files) {
+        NamedCase one{fileName(path, order.files), project::newCase(project::English)};
+        const project::CaseReading reading = project::readCaseFile(path, one.current);
+        for (const std::string& remark : reading.remarks)
+            remarks.push_back(one.name + ": " + remark);
+        if (reading.fault)
+            remarks.push_back("left out: " + faultText(*reading.fault));
+        else
+            cases.push_back(std::move(one));
+    }
+    for (std::size_t i = 1; i < cases.size(); ++i) { // one name is one case
+        const std::string name = cases[i].name;
+        const auto known = [&](const std::string& wanted) {
+            return std::any_of(cases.begin(), cases.begin() + static_cast<std::ptrdiff_t>(i),
+                               [&](const NamedCase& one) { return one.name == wanted; });
+        };
+        for (int again = 2; known(cases[i].name); ++again)
+            cases[i].name = name + " (" + std::to_string(again) + ")";
+    }
+    return cases;
+}
+
+StudyCell compareCell(const ComparedCases& all, std::size_t place, int column) {
+    const ComparedRow& row = all.comparison.rows[all.rows[place]];
+    if (column == WhatColumn) return row.label.empty() ? row.name : row.label;
+    if (column == UnitColumn) return row.unit;
+    const auto number = [](const std::optional<double>& x) {
+        return x ? StudyCell(*x) : StudyCell();
+    };
+    const auto at = static_cast<std::size_t>(column - FirstCaseColumn);
+    const std::size_t cases = all.comparison.cases.size();
+    if (at < cases) return row.values.empty() ? StudyCell(row.texts[at]) : number(row.values[at]);
+    const std::size_t which = all.others[(at - cases) / 2];
+    return (at - cases) % 2 == 0 ? number(all.comparison.difference(row, which))
+                                 : number(all.comparison.percent(row, which));
+}
+
+std::shared_ptr<const StudyTable> compareTable(const CasesPtr& all) {
+    auto table = std::make_shared<StudyTable>();
+    table->columns = {{.label = "Input or Result", .isText = true},
+                      {.label = "Unit", .isText = true}};
+    for (const ComparedCase& one : all->comparison.cases)
+        table->columns.push_back({.label = one.name, .digits = 7});
+    for (const std::size_t which : all->others) {
+        const std::string& name = all->comparison.cases[which].name;
+        table->columns.push_back({.label = name + ": difference"});
+        table->columns.push_back({.label = name + ": percent", .digits = 4});
+    }
+    table->rows = all->rows.size();
+    table->cell = [all](std::size_t row, std::size_t column) {
+        return compareCell(*all, row, static_cast<int>(column));
+    };
+    return table;
+}
+
+CaseChoice choiceOfCompared(const ComparedCase& one) {
+    return {one.name, [current = one.current] { return current; }};
+}
+
+Drawing compareDrawing(const ComparedCases& all) {
+    const auto drawn = drawnOutcomes(all.outcomes);
+    CaseBars bars =
+        barsFor(all.outcomes, drawn, all.comparison.cases[all.comparison.base].current.Units);
+    for (const ComparedCase& one : all.comparison.cases) {
+        CaseBars::Group& group = bars.groups.emplace_back();
+        group.name = one.name;
+        group.note = one.message;
+        if (!one.run) continue;
+        for (const std::size_t which : drawn) {
+            const Outcome& outcome = all.outcomes[which];
+            const bool has = outcome.isDefined(one.run->in, one.current.Input);
+            group.values.push_back(
+                has ? std::optional(outcome.of(one.run->results, one.run->in, one.current.Input))
+                    : std::nullopt);
+        }
+    }
+    return drawingOf(std::move(bars));
+}
+
+std::string compareHeadline(const ComparedCases& all) {
+    const Comparison& comparison = all.comparison;
+    std::size_t inputs = 0;
+    for (const ComparedRow& row : comparison.rows)
+        if (row.differs && row.kind == ComparedRow::Kind::Input) ++inputs;
+    const ComparedCase& base = comparison.cases[comparison.base];
+    std::string text = std::to_string(comparison.cases.size()) + " cases, which differ in " +
+                       (inputs == 0   ? std::string("no input")
+                        : inputs == 1 ? std::string("one input")
+                                      : std::to_string(inputs) + " inputs");
+    const Outcome& outcome = all.outcomes.front();
+    const auto value = [&](const ComparedCase& one) -> std::optional<double> {
+        if (!one.run || !outcome.isDefined(one.run->in, one.current.Input)) return std::nullopt;
+        return outcome.of(one.run->results, one.run->in, one.current.Input);
+    };
+    const ComparedCase *least = nullptr, *most = nullptr;
+    for (const ComparedCase& one : comparison.cases) {
+        if (!value(one)) continue;
+        if (!least || *value(one) < *value(*least)) least = &one;
+        if (!most || *value(one) > *value(*most)) most = &one;
+    }
+    if (!least) return text + ".";
+    const std::int16_t units = base.current.Units;
+    text += ". " + outcome.label() + ": ";
+    if (*value(*least) == *value(*most)) return text + outcome.text(*value(*least), units) + ".";
+    return text + outcome.text(*value(*least), units) + " in \"" + least->name + "\" to " +
+           outcome.text(*value(*most), units) + " in \"" + most->name + "\".";
+}
+
+/// The factors that any of the cases has; what decides in the base comes first.
+std::vector<Outcome> comparedOutcomes(const Comparison& comparison) {
+    std::vector<Outcome> all = {defaultOutcome(comparison.cases[comparison.base].current)};
+    for (const ComparedCase& one : comparison.cases)
+        for (const Outcome& outcome : factorsOf(one.current))
+            if (std::none_of(all.begin(), all.end(),
+                             [&](const Outcome& known) { return known.name() == outcome.name(); }))
+                all.push_back(outcome);
+    return all;
+}
+
+} // namespace
+
+std::optional<std::size_t> ComparedCases::caseAt(int column) const {
+    if (column < FirstCaseColumn) return std::nullopt;
+    const auto at = static_cast<std::size_t>(column - FirstCaseColumn);
+    const std::size_t cases = comparison.cases.size();
+    if (at < cases) return at;
+    const std::size_t pair = (at - cases) / 2;
+    return pair < others.size() ? std::optional(others[pair]) : std::nullopt;
+}
+
+Result<StudyResult> compareResult(const CompareOrder& order) {
+    ComparedCases made;
+    std::vector<std::pair<std::string, project::ProjectCase>> cases;
+    std::size_t base = 0;
+    for (NamedCase& one : casesOf(order, made.remarks)) {
+        if (one.name == order.base) base = cases.size();
+        cases.emplace_back(std::move(one.name), std::move(one.current));
+    }
+    std::string remark;
+    for (const std::string& one : made.remarks)
+        remark += (remark.empty() ? "" : "; ") + one;
+    if (cases.size() < 2)
+        return Fault{remark.empty()
+                         ? "There is nothing yet to compare the case with: add files, or "
+                           "scenarios on their page"
+                         : remark,
+                     ""};
+    auto comparison = compare(std::move(cases), base, order.RoundTELVOSF);
+    if (!comparison) return comparison.fault();
+    made.comparison = std::move(*comparison);
+    for (std::size_t i = 0; i < made.comparison.rows.size(); ++i)
+        if (!order.onlyDifferences || made.comparison.rows[i].differs) made.rows.push_back(i);
+    for (std::size_t i = 0; i < made.comparison.cases.size(); ++i)
+        if (i != made.comparison.base) made.others.push_back(i);
+    made.outcomes = comparedOutcomes(made.comparison);
+    const auto all = std::make_shared<const ComparedCases>(std::move(made));
+
+    StudyResult result;
+    result.headline = compareHeadline(*all);
+    result.remark = remark;
+    result.tally.runs = all->comparison.cases.size();
+    for (const ComparedCase& one : all->comparison.cases)
+        if (!one.run) result.tally.leaveOut(one.name + ": " + one.message);
+    result.made = all;
+    result.table = compareTable(all);
+    result.drawing = compareDrawing(*all);
+    result.drawing.summary = toQt(result.headline);
+    result.ofRow = [all](std::size_t, int column) {
+        std::vector<CaseChoice> choices;
+        const auto first = all->caseAt(column);
+        if (first) choices.push_back(choiceOfCompared(all->comparison.cases[*first]));
+        for (std::size_t i = 0; i < all->comparison.cases.size(); ++i)
+            if (i != first) choices.push_back(choiceOfCompared(all->comparison.cases[i]));
+        return choices;
+    };
+    result.ofSpot = [all](std::size_t id) -> std::optional<CaseChoice> {
+        return choiceOfCompared(all->comparison.cases[id / MostBars]);
+    };
+    return result;
+}
+
+} // namespace telvo::study::ui
