@@ -53,6 +53,10 @@ struct NoFiles : FileDialogs {
                                         std::string_view) override {
         return std::nullopt;
     }
+    std::vector<std::string> openFiles(std::string_view, std::string_view,
+                                       const std::vector<std::string>&) override {
+        return {};
+    }
     std::optional<std::string> chooseFolder(std::string_view, std::string_view) override {
         return std::nullopt;
     }
