@@ -112,7 +112,7 @@ void DesignPage::makeFields() {
     telvo::ui::describe(*m_targets, named("txt", "Targets"), tr("Targets"),
                         tr("One to six numbers with commas; \"suggested\" is the factor of the "
                            "warnings"));
-    m_targets->setMinimumWidth(fontMetrics().averageCharWidth() * 24);
+    m_targets->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
     auto* row2 = new QHBoxLayout;
     auto* label = new QLabel(tr("so t&hat:"), this);
     label->setBuddy(m_outcome);

@@ -52,7 +52,7 @@ void TablePage::makeFields() {
                             tr("Values with commas, such as 6, 8, 10:20:5; they take the place of "
                                "from, to and step"));
         axis.list->setPlaceholderText(tr("or a list: 6, 8, 10"));
-        axis.list->setMinimumWidth(fontMetrics().averageCharWidth() * 14);
+        axis.list->setMinimumWidth(fontMetrics().averageCharWidth() * 9);
         const auto row = static_cast<int>(a);
         int column = 0;
         const auto add = [&](const QString& caption, QWidget* field) {
@@ -63,7 +63,7 @@ void TablePage::makeFields() {
             axis.all.push_back(label);
             axis.all.push_back(field);
         };
-        axis.input->setMinimumContentsLength(22);
+        axis.input->setMinimumContentsLength(14);
         add(tr("Input &%1:").arg(a + 1), axis.input);
         add(tr("from"), axis.from);
         add(tr("to"), axis.to);
@@ -89,7 +89,7 @@ void TablePage::makeFields() {
                         tr("The results of the table; the picture shows the first one"));
     m_outcomes->setMaximumHeight(fontMetrics().height() * 8);
     m_outcomes->setMinimumHeight(fontMetrics().height() * 4);
-    m_outcomes->setMinimumWidth(fontMetrics().averageCharWidth() * 24);
+    m_outcomes->setMinimumWidth(fontMetrics().averageCharWidth() * 18);
     connect(m_outcomes, &QListWidget::itemChanged, this, [this] { renewSoon(); });
 
     m_level = makeNumber("Level", tr("Line at"),
