@@ -80,7 +80,7 @@ void ComparePage::makeFields() {
     auto* row = new QHBoxLayout;
     const auto narrow = [](QComboBox& box) {
         box.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        box.setMinimumContentsLength(14);
+        box.setMinimumContentsLength(11);
         box.setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     };
     m_add = new QPushButton(tr("&Add Files..."), this);
@@ -153,7 +153,7 @@ void ComparePage::makeTabs() {
                         tr("The case whose lines are marked +"));
     for (QComboBox* box : {m_first, m_second}) {
         box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        box->setMinimumContentsLength(14);
+        box->setMinimumContentsLength(11);
         connect(box, &QComboBox::activated, this, &ComparePage::showPair);
         row->addWidget(box, 1);
     }

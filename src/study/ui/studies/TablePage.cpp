@@ -52,7 +52,7 @@ void TablePage::makeFields() {
                             tr("Values with commas, such as 6, 8, 10:20:5; they take the place of "
                                "from, to and step"));
         axis.list->setPlaceholderText(tr("or a list: 6, 8, 10"));
-        axis.list->setMinimumWidth(fontMetrics().averageCharWidth() * 9);
+        axis.list->setMinimumWidth(fontMetrics().averageCharWidth() * 8);
         const auto row = static_cast<int>(a);
         int column = 0;
         const auto add = [&](const QString& caption, QWidget* field) {
@@ -63,7 +63,7 @@ void TablePage::makeFields() {
             axis.all.push_back(label);
             axis.all.push_back(field);
         };
-        axis.input->setMinimumContentsLength(14);
+        axis.input->setMinimumContentsLength(12);
         add(tr("Input &%1:").arg(a + 1), axis.input);
         add(tr("from"), axis.from);
         add(tr("to"), axis.to);
