@@ -216,7 +216,7 @@ class Chart {
         double usual = 0;
         int count = 0;
         for (const std::size_t k : {i - 1, i + 1}) // before 0 is beyond the last
-            if (k + 1 < points.size()) {
+            if (k < points.size() && k + 1 < points.size()) {
                 usual += rise(k);
                 ++count;
             }
