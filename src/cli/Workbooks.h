@@ -19,8 +19,7 @@ struct Workbooks {
     Result<table::CaseTable> (*read)(std::string_view bytes, const std::string& file) = nullptr;
     Result<std::string> (*write)(std::span<const project::ProjectCase> cases) = nullptr;
     Result<std::string> (*makeTemplate)() = nullptr;
-    Result<std::string> (*writeSheets)(std::span<const table::Sheet> sheets,
-                                       std::size_t exact) = nullptr;
+    Result<std::string> (*writeSheets)(std::span<const table::Sheet> sheets) = nullptr;
 };
 
 inline constexpr std::string_view WorkbookEnding = ".xlsx"; ///< of a file name

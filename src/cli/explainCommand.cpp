@@ -36,8 +36,7 @@ int checkTarget(Console& console, const ExplainRequest& request) {
 int writeWorkbook(Console& console, const ExplainRequest& request, const CaseOutcome& outcome) {
     const explain::WorkingSheets working =
         explain::workingSheets(*outcome.run, request.options, "TELVO " TELVO_VERSION);
-    const auto bytes =
-        console.workbooks().writeSheets(working.sheets, explain::WorkingSheets::Exact);
+    const auto bytes = console.workbooks().writeSheets(working.sheets);
     if (bytes) return writeOrComplain(console, request.target, *bytes, existingFor(request.force));
     console.complain(faultText(bytes.fault()));
     return FileTrouble;

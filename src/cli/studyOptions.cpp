@@ -74,7 +74,7 @@ ExitStatus writeWorkbook(Console& console, const StudyTarget& target,
             parts.size() == 1 ? part.output->headline : part.file + ": " + part.output->headline;
         sheets.push_back(study::sheetOf(part.output->table, name, withEscapedBytes(title)));
     }
-    const auto bytes = console.workbooks().writeSheets(sheets, sheets.size());
+    const auto bytes = console.workbooks().writeSheets(sheets);
     if (bytes) return writeOrComplain(console, target.target, *bytes, existingFor(target.force));
     console.complain(faultText(bytes.fault()));
     return FileTrouble;

@@ -13,7 +13,7 @@ namespace telvo::explain {
 /// The working as a workbook that computes: a guide, and a sheet with a row for every quantity,
 /// whose value is a formula on the cells of its inputs, with all branches.
 struct WorkingSheets {
-    static constexpr std::size_t Exact = 1; ///< the sheet with the numbers
+    static constexpr std::size_t Numbers = 1; ///< the sheet with the numbers
     std::vector<table::Sheet> sheets;
 };
 

@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "table/exactNumbers.h"
 
-#include "table/columns.h"
-
 #include <algorithm>
 #include <memory>
+#include <vector>
 #include <zip.h>
 
 namespace telvo::table {
 
 namespace {
 
-constexpr std::string_view CellStart = "<c r=\"";
-constexpr std::string_view TextStart = "\" t=\"inlineStr\"><is><t>#";
+constexpr std::string_view TextStart = "\" t=\"inlineStr\"><is><t>";
 constexpr std::string_view TextEnd = "</t></is></c>";
 constexpr std::size_t DigitsOfLibrary = 16;
 constexpr zip_uint32_t QuickPacking = 2; // of 9: the slowest step of a large table
@@ -26,29 +24,20 @@ bool looksEscaped(std::string_view text) {
            std::all_of(text.begin() + 2, text.begin() + 6, isHex);
 }
 
-/// Whether a cell, named like "D2", lies in a column of texts: A and B, and the units in C.
-bool isTextColumn(std::string_view cell) {
-    return cell.size() >= 2 && cell[1] <= '9' &&
-           static_cast<std::size_t>(cell[0] - 'A') < FirstFieldColumn;
-}
-
 std::string marksReplaced(std::string_view sheet) {
+    const std::string start = std::string(TextStart) + std::string(ExactNumberMark);
     std::string out;
     out.reserve(sheet.size());
     std::size_t done = 0;
-    for (auto mark = sheet.find(TextStart); mark != std::string_view::npos;
-         mark = sheet.find(TextStart, mark + 1)) {
-        const auto start = sheet.rfind(CellStart, mark);
-        const auto end = sheet.find(TextEnd, mark);
-        if (start == std::string_view::npos || start < done || end == std::string_view::npos)
-            continue;
-        if (isTextColumn(sheet.substr(start + CellStart.size(), 2))) continue;
-        const auto digits = mark + TextStart.size();
+    for (auto mark = sheet.find(start); mark != std::string_view::npos;
+         mark = sheet.find(start, done)) {
+        const auto digits = mark + start.size();
+        const auto end = std::min(sheet.find(TextEnd, digits), sheet.size());
         out += sheet.substr(done, mark - done);
         out += "\"><v>";
         out += sheet.substr(digits, end - digits);
         out += "</v></c>";
-        done = end + TextEnd.size();
+        done = std::min(end + TextEnd.size(), sheet.size());
     }
     return out += sheet.substr(done);
 }
@@ -82,8 +71,7 @@ std::string escapedText(std::string_view text) {
     return out;
 }
 
-Result<std::string> withExactNumbers(std::string_view workbook, std::size_t sheetNumber) {
-    const std::string part = "xl/worksheets/sheet" + std::to_string(sheetNumber + 1) + ".xml";
+Result<std::string> withExactNumbers(std::string_view workbook, std::size_t sheets) {
     zip_error_t error;
     zip_error_init(&error);
     const std::unique_ptr<zip_error_t, void (*)(zip_error_t*)> errorEnd(&error, zip_error_fini);
@@ -99,25 +87,31 @@ Result<std::string> withExactNumbers(std::string_view workbook, std::size_t shee
     std::unique_ptr<zip_t, void (*)(zip_t*)> archive(opened, zip_discard);
 
     zip_stat_t stat;
-    zip_stat_init(&stat);
-    if (zip_stat(opened, part.c_str(), 0, &stat) != 0) return zipFault(zip_get_error(opened));
-    std::string sheet(static_cast<std::size_t>(stat.size), '\0');
-    {
-        const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> file(
-            zip_fopen_index(opened, stat.index, 0), zip_fclose);
-        if (!file) return zipFault(zip_get_error(opened));
-        if (zip_fread(file.get(), sheet.data(), sheet.size()) !=
-            static_cast<zip_int64_t>(sheet.size()))
-            return zipFault(zip_file_get_error(file.get()));
+    std::vector<std::string> contents(sheets); // held until the archive is closed
+    for (std::size_t n = 0; n < sheets; ++n) {
+        const std::string part = "xl/worksheets/sheet" + std::to_string(n + 1) + ".xml";
+        std::string& sheet = contents[n];
+        zip_stat_init(&stat);
+        if (zip_stat(opened, part.c_str(), 0, &stat) != 0) return zipFault(zip_get_error(opened));
+        sheet.resize(static_cast<std::size_t>(stat.size));
+        {
+            const std::unique_ptr<zip_file_t, int (*)(zip_file_t*)> file(
+                zip_fopen_index(opened, stat.index, 0), zip_fclose);
+            if (!file) return zipFault(zip_get_error(opened));
+            if (zip_fread(file.get(), sheet.data(), sheet.size()) !=
+                static_cast<zip_int64_t>(sheet.size()))
+                return zipFault(zip_file_get_error(file.get()));
+        }
+        if (sheet.find(ExactNumberMark) == std::string::npos) continue;
+        sheet = marksReplaced(sheet);
+        zip_source_t* content = zip_source_buffer(opened, sheet.data(), sheet.size(), 0);
+        if (!content || zip_file_replace(opened, stat.index, content, 0) != 0) {
+            zip_source_free(content);
+            return zipFault(zip_get_error(opened));
+        }
+        if (zip_set_file_compression(opened, stat.index, ZIP_CM_DEFLATE, QuickPacking) != 0)
+            return zipFault(zip_get_error(opened));
     }
-    sheet = marksReplaced(sheet);
-    zip_source_t* content = zip_source_buffer(opened, sheet.data(), sheet.size(), 0);
-    if (!content || zip_file_replace(opened, stat.index, content, 0) != 0) {
-        zip_source_free(content);
-        return zipFault(zip_get_error(opened));
-    }
-    if (zip_set_file_compression(opened, stat.index, ZIP_CM_DEFLATE, QuickPacking) != 0)
-        return zipFault(zip_get_error(opened));
     if (zip_close(opened) != 0) return zipFault(zip_get_error(opened)); // and is discarded
     (void)archive.release();
 

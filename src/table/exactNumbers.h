@@ -11,8 +11,9 @@
 /// marked becomes a number with all of its digits before the workbook is handed out.
 namespace telvo::table {
 
-/// What a marked text begins with. No heading does, and the columns of texts are left alone.
-inline constexpr char ExactNumberMark = '#';
+/// What a marked text begins with: U+FFFE, which XML does not have and escapedText() keeps away from
+/// all other texts.
+inline constexpr std::string_view ExactNumberMark = "\xEF\xBF\xBE";
 
 /// Whether 16 digits do not read back to the same value.
 /// Given: shortest  the number in its shortest form
@@ -21,7 +22,7 @@ bool needsExactNumber(std::string_view shortest);
 /// A text as a workbook holds it: _x0041_ would be read as the character of that number.
 std::string escapedText(std::string_view text);
 
-/// The workbook with numbers in the place of the marked texts of one of its sheets, from 0.
-Result<std::string> withExactNumbers(std::string_view workbook, std::size_t sheetNumber = 0);
+/// The workbook with numbers in the place of the marked texts of its first sheets.
+Result<std::string> withExactNumbers(std::string_view workbook, std::size_t sheets = 1);
 
 } // namespace telvo::table

@@ -53,7 +53,7 @@ double linesOf(const Sheet& sheet, std::size_t row) {
 
 /// Returned: whether the number is marked, for exactNumbers() to put it in.
 bool writeCell(Book& book, lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column,
-               const SheetCell& cell, lxw_format* format, bool exact) {
+               const SheetCell& cell, lxw_format* format) {
     if (cell.isBlank()) {
         book.check(worksheet_write_blank(sheet, row, column, format), "");
     } else if (!cell.formula.empty()) {
@@ -65,10 +65,9 @@ bool writeCell(Book& book, lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column
                    formula);
     } else if (cell.number) {
         const std::string text = generalNumber(*cell.number);
-        if (exact && needsExactNumber(text)) {
-            book.check(worksheet_write_string(sheet, row, column, (ExactNumberMark + text).c_str(),
-                                              format),
-                       text);
+        if (needsExactNumber(text)) {
+            const std::string marked = std::string(ExactNumberMark) + text;
+            book.check(worksheet_write_string(sheet, row, column, marked.c_str(), format), text);
             return true;
         }
         book.check(worksheet_write_number(sheet, row, column, *cell.number, format), text);
@@ -82,7 +81,7 @@ bool writeCell(Book& book, lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column
 
 } // namespace
 
-Result<std::string> writeSheets(std::span<const Sheet> sheets, std::size_t exact) {
+Result<std::string> writeSheets(std::span<const Sheet> sheets) {
     bool marked = false;
     auto bytes = bookBytes([&](Book& book) {
         const auto formats = formatsOf(book);
@@ -103,16 +102,16 @@ Result<std::string> writeSheets(std::span<const Sheet> sheets, std::size_t exact
                                       lines * LXW_DEF_ROW_HEIGHT, nullptr);
                 for (std::size_t column = 0; column < of.rows[row].size(); ++column) {
                     const SheetCell& cell = of.rows[row][column];
-                    const bool mark = writeCell(
-                        book, sheet, static_cast<lxw_row_t>(row), static_cast<lxw_col_t>(column),
-                        cell, formats[static_cast<std::size_t>(cell.look)], n == exact);
+                    const bool mark = writeCell(book, sheet, static_cast<lxw_row_t>(row),
+                                                static_cast<lxw_col_t>(column), cell,
+                                                formats[static_cast<std::size_t>(cell.look)]);
                     marked = marked || mark;
                 }
             }
         }
     });
     if (!bytes || !marked) return bytes;
-    return withExactNumbers(*bytes, exact);
+    return withExactNumbers(*bytes, sheets.size());
 }
 
 } // namespace telvo::table

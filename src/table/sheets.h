@@ -41,9 +41,7 @@ struct Sheet {
 
 /// Writes sheets as a workbook (XLSX). Numbers keep every digit, texts are texts whatever they begin
 /// with. Formulas carry what they came to, so that a program that does not compute shows it.
-/// Given: exact  number from 0 of the one sheet with numbers of 17 digits, which stand from its
-///               fourth column on
 /// Faults: a text or a formula that is too long for a cell.
-Result<std::string> writeSheets(std::span<const Sheet> sheets, std::size_t exact);
+Result<std::string> writeSheets(std::span<const Sheet> sheets);
 
 } // namespace telvo::table

@@ -60,7 +60,7 @@ bool writeCases(Book& book, lxw_worksheet* sheet, std::span<const project::Proje
             }
             inexact = inexact || cell.isNumber;
             const std::string text =
-                cell.isNumber ? ExactNumberMark + cell.text : escapedText(cell.text);
+                cell.isNumber ? std::string(ExactNumberMark) + cell.text : escapedText(cell.text);
             const auto error = worksheet_write_string(sheet, row, column, text.c_str(), nullptr);
             if (error != LXW_NO_ERROR)
                 book.check(error, current.FileName + ", " + columns()[i].name);

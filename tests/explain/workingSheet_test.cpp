@@ -58,7 +58,7 @@ std::map<std::string, double> workedOut(const run::Run& run) {
 
 /// What a spreadsheet program makes of the sheets: the texts of the values, by name.
 std::map<std::string, std::string> recalculated(const WorkingSheets& working) {
-    const auto bytes = table::writeSheets(working.sheets, WorkingSheets::Exact);
+    const auto bytes = table::writeSheets(working.sheets);
     if (!bytes) {
         ADD_FAILURE() << bytes.fault().message << " " << bytes.fault().where;
         return {};
@@ -138,7 +138,7 @@ TEST(WorkingSheet, ASpreadsheetComputesTheExamples) {
         if (!run) continue;
         SCOPED_TRACE(current.FileName);
         WorkingSheets working = workingSheets(*run, {}, "TELVO");
-        makeStale(working.sheets[WorkingSheets::Exact]);
+        makeStale(working.sheets[WorkingSheets::Numbers]);
         expectSame(*run, working);
         ++count;
     }
@@ -184,7 +184,7 @@ TEST(WorkingSheet, ThePageFollowsItsInputs) {
             if ((&change - changes + turn) % 2 != 0) continue;
             SCOPED_TRACE(current.FileName + " change " + std::to_string(&change - changes));
             WorkingSheets working = workingSheets(*run, {}, "TELVO");
-            table::Sheet& sheet = working.sheets[WorkingSheets::Exact];
+            table::Sheet& sheet = working.sheets[WorkingSheets::Numbers];
             makeStale(sheet);
             ProjectCase changed = current;
             change(changed.Input);
@@ -205,7 +205,7 @@ TEST(WorkingSheet, FormulasAreShownInTheSymbolsOfTheWorking) {
     ASSERT_TRUE(run);
     const WorkingSheets working = workingSheets(*run, {}, "TELVO");
     std::map<std::string, std::string> formulas;
-    for (const auto& cells : working.sheets[WorkingSheets::Exact].rows)
+    for (const auto& cells : working.sheets[WorkingSheets::Numbers].rows)
         if (cells.size() > Formula) formulas[cells[0].text] = cells[Formula].text;
     for (const auto& [key, formula] :
          {std::pair{"BarrierCapacity.second", "Wb*sb*B"},
@@ -226,7 +226,7 @@ TEST(WorkingSheet, OnlyInputsThatCountMayBeChanged) {
     const auto run = computed(current);
     ASSERT_TRUE(run);
     const WorkingSheets working = workingSheets(*run, {}, "TELVO 1");
-    const table::Sheet& sheet = working.sheets[WorkingSheets::Exact];
+    const table::Sheet& sheet = working.sheets[WorkingSheets::Numbers];
     EXPECT_TRUE(sheet.locked);
     std::map<std::string, table::CellLook> looks;
     for (const auto& cells : sheet.rows)

@@ -60,7 +60,7 @@ class LooksTest : public QObject {
 
   private:
     void look(QWidget& window);
-    void lookAtTabs(QWidget& window, const QString& size);
+    void lookAtPages(QWidget& window, const QString& size);
     void openDoors(QWidget& window);
     void lookAtNewWindows();
 
@@ -102,23 +102,36 @@ QStringList unknownControls(const QSet<QString>& controls) {
     return unknown;
 }
 
-void LooksTest::lookAtTabs(QWidget& window, const QString& size) {
-    auto* tabs = window.findChild<QTabWidget*>();
-    const int shown = tabs ? tabs->currentIndex() : 0;
-    for (int tab = 0; tab < (tabs ? tabs->count() : 1); ++tab) {
-        if (tabs) tabs->setCurrentIndex(tab);
+/// Looks at every page of a window, be they tabs or the rows of a list beside them.
+void LooksTest::lookAtPages(QWidget& window, const QString& size) {
+    auto* list = window.findChild<QListWidget*>("lstStudies");
+    auto* tabs = list ? nullptr : window.findChild<QTabWidget*>();
+    const int pages = list ? list->count() : tabs ? tabs->count() : 1;
+    const auto show = [&](int page) {
+        if (list) list->setCurrentRow(page);
+        if (tabs) tabs->setCurrentIndex(page);
+    };
+    const int shown = list ? list->currentRow() : tabs ? tabs->currentIndex() : 0;
+    for (int page = 0; page < pages; ++page) {
+        show(page);
+        if (auto* studies = qobject_cast<study::ui::frmStudies*>(&window)) {
+            // A page with nothing to show has no result.
+            const bool shows = QTest::qWaitFor([&] { return studies->currentPage().isCurrent(); },
+                                               page + 1 < pages ? 5000 : 300);
+            if (!shows && page + 1 < pages) m_faults << QString("page %1 shows nothing").arg(page);
+        }
         for (int i = 0; i < 5; ++i) // layouts within layouts
             QApplication::processEvents();
         m_faults += textFaults(window) + letterFaults(window);
         constexpr int lightlyPacked = 80; // packing hundreds of pictures well takes minutes
         window.grab().save(m_folder + QString("/%1-%2-%3-%4x%5.png")
                                           .arg(window.objectName())
-                                          .arg(tab)
+                                          .arg(page)
                                           .arg(m_palette, size)
                                           .arg(window.devicePixelRatio()),
                            "PNG", lightlyPacked);
     }
-    if (tabs) tabs->setCurrentIndex(shown);
+    show(shown);
 }
 
 void LooksTest::look(QWidget& window) {
@@ -138,11 +151,11 @@ void LooksTest::look(QWidget& window) {
     };
     fits(opened, "opened at");
     fits(least, "shrinks to");
-    lookAtTabs(window, "opened");
+    lookAtPages(window, "opened");
     window.resize(least);
-    lookAtTabs(window, "least");
+    lookAtPages(window, "least");
     window.resize(room);
-    lookAtTabs(window, "screen");
+    lookAtPages(window, "screen");
     window.resize(opened);
 }
 
@@ -261,11 +274,11 @@ void LooksTest::everyWindowIsReadable() {
     look(*results);
 
     for (const char* name :
-         {"frmTELVODesc", "frmTELVOParm", "frmResTxtPlt",         "frmPlots",
-          "frmExplain",   "frmGraph",     "frmGraphOpts",         "frmSet",
-          "frmTELVOOpts", "frmUnits",     "frmConvert",           "frmPreview",
-          "frmTextBrow",  "frmResource",  "frmCaseTable",         "frmDisclaimer",
-          "frmUpdate",    "frmAbout",     "frmPrintPlotReminder", "frmPopUp"})
+         {"frmTELVODesc", "frmTELVOParm",  "frmResTxtPlt", "frmPlots",    "frmExplain",
+          "frmStudies",   "frmGraph",      "frmGraphOpts", "frmSet",      "frmTELVOOpts",
+          "frmUnits",     "frmConvert",    "frmPreview",   "frmTextBrow", "frmResource",
+          "frmCaseTable", "frmDisclaimer", "frmUpdate",    "frmAbout",    "frmPrintPlotReminder",
+          "frmPopUp"})
         if (!m_seen.contains(name)) m_faults << QString("%1 was not seen").arg(name);
     user.stop();
     home.closer.start(1);

@@ -38,6 +38,32 @@ TEST(StudyFile, EveryKindComesBackAsItWasWritten) {
     }
 }
 
+TEST(StudyFile, LettersBeyondAsciiAreTextInDoubleQuotes) {
+    auto study = newStudy("scenarios", tests::goodCase(), "a.TLV");
+    ASSERT_TRUE(study);
+    study->comments = {"f\xC3\xBCr \xE2\x82\xAC"};
+    study->caseFile = "Fl\xC3\xB6z \xF0\x9F\x98\x80.TLV";
+    const std::string text = studyText(*study);
+    const auto back = readStudyText(text, "a.study");
+    ASSERT_TRUE(back) << faultText(back.fault());
+    EXPECT_EQ(back->caseFile, study->caseFile);
+    EXPECT_EQ(back->comments, study->comments);
+
+    const auto caseOf = [&](const std::string& value) {
+        std::string other = text;
+        const std::size_t at = other.find("case = "), end = other.find('\n', at);
+        other.replace(at, end - at, "case = " + value);
+        const auto read = readStudyText(other, "a.study");
+        return read ? read->caseFile : faultText(read.fault());
+    };
+    EXPECT_EQ(caseOf("\"\"\"\nd\xC3\xA9 \"x\"\xC3\xA9.TLV\"\"\""), "d\xC3\xA9 \"x\"\xC3\xA9.TLV");
+    EXPECT_EQ(caseOf("\"a\\\\\xC3\xA9\" # \xC3\xA9"), "a\\\xC3\xA9");
+    EXPECT_EQ(caseOf("'a\"b.TLV' # \xC3\xA9 \"\xC3\xA9"), "a\"b.TLV");
+    const std::string refused = "has a letter beyond ASCII that is not in double quotes";
+    for (const char* value : {"'\xC3\xA9.TLV'", "\"\\\xC3\xA9\"", "\xC3\xA9", "\"a.TLV\" \xC3\xA9"})
+        EXPECT_NE(caseOf(value).find(refused), std::string::npos) << value;
+}
+
 TEST(StudyFile, NumbersAndListsComeBackBitForBit) {
     Study study;
     study.caseFile = "deep \"panel\"\t\xC3\xA4.TLV";

@@ -4,6 +4,7 @@
 
 #include "project/checks.h"
 #include "table/cases.h"
+#include "table/sheets.h"
 
 #include <algorithm>
 #include <clocale>
@@ -113,6 +114,40 @@ TEST(Workbook, EveryCaseComesBackToTheLastDigit) {
     EXPECT_EQ(sample->rows[0].current.Input.BreadthAMZ, 112);
     EXPECT_EQ(sample->rows[0].current.Input.ArchFactor, 0.88F);
     EXPECT_EQ(remarks(*sample).size(), 1U);
+}
+
+TEST(Workbook, NumbersOfEverySheetAndColumnKeepTheirDigitsAndTextsStayTexts) {
+    const double exact = 900.12345678901234; // 17 digits
+    for (const string& title : {string("#12 Left"), string("#12"), string("12"),
+                                string("\xEF\xBF\xBE"
+                                       "12"),
+                                string("_xFFFE_12")}) {
+        Sheet first, second;
+        first.name = "Notes";
+        second.name = "Cases";
+        const auto text = [](const string& words) {
+            SheetCell cell;
+            cell.text = words;
+            return cell;
+        };
+        const auto number = [](double value) {
+            SheetCell cell;
+            cell.number = value;
+            return cell;
+        };
+        first.rows = {{text(title), number(exact)}};
+        second.rows = {{text("DepthCover"), text("Title"), text("EntryHeight")},
+                       {number(exact), text(title), number(0.1 + 0.2)}};
+        const std::vector<Sheet> sheets = {first, second};
+        const auto bytes = writeSheets(sheets);
+        ASSERT_TRUE(bytes) << faultText(bytes.fault());
+        const auto table = readWorkbook(*bytes, "a.xlsx");
+        ASSERT_TRUE(table) << faultText(table.fault());
+        ASSERT_EQ(table->rows.size(), 1U);
+        EXPECT_EQ(table->rows[0].current.Title, title);
+        EXPECT_EQ(table->rows[0].current.Input.DepthCover, exact);
+        EXPECT_EQ(table->rows[0].current.Input.EntryHeight, 0.1 + 0.2);
+    }
 }
 
 TEST(Workbook, ATextThatNoCellHoldsIsRefused) {

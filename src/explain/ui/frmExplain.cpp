@@ -365,7 +365,7 @@ void frmExplain::saveWorkbook() {
     if (!path) return messages().status("Saving cancelled");
     const WorkingSheets working = workingSheets(
         *m_shown.run, m_shown.options, "TELVO " + fromQt(QApplication::applicationVersion()));
-    const auto bytes = table::writeSheets(working.sheets, WorkingSheets::Exact);
+    const auto bytes = table::writeSheets(working.sheets);
     std::vector<std::string> remarks;
     const Status written =
         bytes ? writeFile(*path, *bytes, Existing::Replace, &remarks) : Status(bytes.fault());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/numbers.h"
 #include "base/text.h"
+#include "study/file/asciiToml.h"
 #include "study/file/Study.h"
 
 // The parser asserts what some files break, such as "[: a]". Whether or not this is an optimized
@@ -466,10 +467,14 @@ Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
     for (std::size_t i = 0; i < lines.size(); ++i)
         if (!isValidUtf8(lines[i]))
             return Fault{"is not text in UTF-8", name + ", line " + std::to_string(i + 1)};
+    const AsciiToml ascii = asciiToml(bytes);
+    if (ascii.brokenLine > 0)
+        return Fault{"has a letter beyond ASCII that is not in double quotes",
+                     name + ", line " + std::to_string(ascii.brokenLine)};
     Faults faults;
     std::optional<Study> study;
     try {
-        const toml::table root = toml::parse(bytes);
+        const toml::table root = toml::parse(ascii.text);
         study = StudyReader(root, faults).read();
     } catch (const toml::parse_error& fault) {
         return Fault{excerpt(asUtf8(fault.description()), 160),

@@ -140,7 +140,8 @@ std::string alignedText(const ResultTable& table) {
         columns[i].cells.push_back(heading(table.columns[i]));
         columns[i].width = characterCount(columns[i].cells.back());
     }
-    for (std::size_t row = 0; row < table.rows; ++row) {
+    const std::size_t rows = std::min(table.rows, MostAlignedRows);
+    for (std::size_t row = 0; row < rows; ++row) {
         cells.assign(columns.size(), {});
         table.read(row, cells);
         for (std::size_t i = 0; i < columns.size(); ++i) {
@@ -150,7 +151,7 @@ std::string alignedText(const ResultTable& table) {
         }
     }
     std::string text;
-    for (std::size_t row = 0; row <= table.rows; ++row) {
+    for (std::size_t row = 0; row <= rows; ++row) {
         std::string line;
         for (const Column& column : columns) {
             const std::string& cell = column.cells[row];
@@ -160,6 +161,8 @@ std::string alignedText(const ResultTable& table) {
         line.erase(line.find_last_not_of(' ') + 1);
         text.append(line).append("\n");
     }
+    if (rows < table.rows)
+        text += "  and " + std::to_string(table.rows - rows) + " more rows, which CSV has\n";
     return text;
 }
 

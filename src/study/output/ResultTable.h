@@ -46,7 +46,11 @@ void writeCsv(const ResultTable& table, const TextSink& sink);
 std::string csvText(const ResultTable& table);
 /// Separated by tabs, with units in the heading: for the clipboard.
 std::string tabText(const ResultTable& table);
-/// Columns below each other for the eye; numbers to six digits.
+/// More rows than anybody reads, for which the widths of columns have to be known at once.
+inline constexpr std::size_t MostAlignedRows = 50'000;
+
+/// Columns below each other for the eye; numbers to six digits. Beyond MostAlignedRows it says how
+/// many are missing.
 std::string alignedText(const ResultTable& table);
 /// As a sheet of a workbook.
 /// Given: title  a line above the table; may be empty

@@ -114,7 +114,7 @@ void DesignPage::makeFields() {
                            "warnings"));
     m_targets->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
     auto* row2 = new QHBoxLayout;
-    auto* label = new QLabel(tr("so t&hat:"), this);
+    auto* label = new QLabel(tr("s&o that:"), this);
     label->setBuddy(m_outcome);
     row2->addWidget(label);
     row2->addWidget(m_outcome);

@@ -264,7 +264,7 @@ void FindPage::makeFields() {
                         tr("Writes the safe answer into the case"));
     m_take->setAutoDefault(false);
     auto* second = new QHBoxLayout;
-    add(*second, tr("so t&hat:"), m_outcome);
+    add(*second, tr("s&o that:"), m_outcome);
     second->addWidget(m_sense);
     second->addWidget(m_target);
     second->addWidget(m_suggested);

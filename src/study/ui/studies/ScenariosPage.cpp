@@ -112,7 +112,7 @@ void ScenariosPage::makeFields() {
                                tr("A result that the table is to show beside the factors"), this);
     for (QComboBox* box : {m_input, static_cast<QComboBox*>(m_outcome)}) {
         box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        box->setMinimumContentsLength(12);
+        box->setMinimumContentsLength(box == m_outcome ? 18 : 12);
         box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         box->setMaxVisibleItems(25);
     }

@@ -140,7 +140,7 @@ Status writeWorkbookTable(const StudyTable& table, const RowOrder& order, const 
         }
         sheet.rows.push_back(std::move(cells));
     }
-    const auto bytes = table::writeSheets({&sheet, 1}, 0);
+    const auto bytes = table::writeSheets({&sheet, 1});
     if (!bytes) return bytes.fault();
     return writeFile(path, *bytes);
 }

@@ -51,8 +51,8 @@ void TablePage::makeFields() {
         telvo::ui::describe(*axis.list, named("txt", name("List").c_str()), tr("List of values"),
                             tr("Values with commas, such as 6, 8, 10:20:5; they take the place of "
                                "from, to and step"));
-        axis.list->setPlaceholderText(tr("or a list: 6, 8, 10"));
-        axis.list->setMinimumWidth(fontMetrics().averageCharWidth() * 8);
+        axis.list->setPlaceholderText(tr("or a list"));
+        axis.list->setMinimumWidth(fontMetrics().averageCharWidth() * 10);
         const auto row = static_cast<int>(a);
         int column = 0;
         const auto add = [&](const QString& caption, QWidget* field) {
@@ -102,7 +102,7 @@ void TablePage::makeFields() {
         renew();
     });
     auto* level = new QHBoxLayout;
-    auto* label = new QLabel(tr("&Line at:"), this);
+    auto* label = new QLabel(tr("Li&ne at:"), this);
     label->setBuddy(m_level);
     level->addWidget(m_linked);
     level->addSpacing(12);

@@ -27,7 +27,7 @@ void setUpList(QComboBox& box, const QString& name, const QString& accessibleNam
     telvo::ui::describe(box, name, accessibleName, toolTip);
     box.setMaxVisibleItems(25);
     box.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box.setMinimumContentsLength(18);
+    box.setMinimumContentsLength(24);
 }
 
 /// Another list in a box that keeps what is chosen.
