@@ -117,7 +117,7 @@ void LooksTest::lookAtPages(QWidget& window, const QString& size) {
         if (auto* studies = qobject_cast<study::ui::frmStudies*>(&window)) {
             // A page with nothing to show has no result.
             const bool shows = QTest::qWaitFor([&] { return studies->currentPage().isCurrent(); },
-                                               page + 1 < pages ? 5000 : 300);
+                                               page + 1 < pages ? 60000 : 300);
             if (!shows && page + 1 < pages) m_faults << QString("page %1 shows nothing").arg(page);
         }
         for (int i = 0; i < 5; ++i) // layouts within layouts

@@ -101,13 +101,14 @@ void StudiesTest::rangesAreTheUsersOwn() {
 void StudiesTest::badRangesAreToldBesideTheField() {
     Desk desk(MenuEntry::WhatMatters);
     type(desk.window(), "txtTornadoHigh", "-90");
-    QTRY_VERIFY(desk.isShown("lblTornadoProblem"));
+    QTRY_VERIFY_WITH_TIMEOUT(desk.isShown("lblTornadoProblem"), Patience);
     QVERIFY(desk.text("lblTornadoProblem").startsWith("A range goes from a smaller to a greater"));
     QVERIFY(!desk.page().isCurrent());
     QVERIFY(!control(desk.window(), "cmdExport").isEnabled());
     QVERIFY(desk.home.asked.size() <= 1); // no box but that of the start
     type(desk.window(), "txtTornadoHigh", "5x");
-    QTRY_VERIFY(desk.text("lblTornadoProblem").contains("'x' is not a character of a number"));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        desk.text("lblTornadoProblem").contains("'x' is not a character of a number"), Patience);
     type(desk.window(), "txtTornadoHigh", "5");
     desk.wait();
     QVERIFY(!desk.isShown("lblTornadoProblem"));
@@ -124,14 +125,14 @@ void StudiesTest::itFollowsTheCaseOnScreen() {
     desk.wait();
     QVERIFY(desk.page().headline() != before);
     type(*form, "txtDepthCover", "0"); // no such panel
-    QTRY_VERIFY(desk.isShown("lblTornadoProblem"));
+    QTRY_VERIFY_WITH_TIMEOUT(desk.isShown("lblTornadoProblem"), Patience);
     QVERIFY(!desk.page().isCurrent());
     desk.home.answers = {Answer::Yes}; // what was typed goes
     click(*form, "cmdCancel");
     desk.wait();
     QCOMPARE(desk.page().headline(), before);
     desk.home.trigger(MenuEntry::New);
-    QTRY_VERIFY(desk.isShown("lblTornadoProblem"));
+    QTRY_VERIFY_WITH_TIMEOUT(desk.isShown("lblTornadoProblem"), Patience);
     QVERIFY(desk.text("lblTornadoProblem").contains("empty"));
 }
 
@@ -182,10 +183,10 @@ void StudiesTest::resultsLeaveTheProgram() {
     for (const char* name : {"out.csv", "out.xlsx", "out.svg", "out.pdf"}) {
         desk.home.dialogs.answers = {desk.home.path(name)};
         click(desk.window(), "cmdExport");
-        QTRY_VERIFY(control(desk.window(), "cmdExport").isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(control(desk.window(), "cmdExport").isEnabled(), Patience);
         QVERIFY(readFile(desk.home.path(name)));
     }
-    QTRY_COMPARE(desk.home.status(), "Study exported");
+    QTRY_COMPARE_WITH_TIMEOUT(desk.home.status(), "Study exported", Patience);
     const auto csv = readFile(desk.home.path("out.csv"));
     QVERIFY(csv->starts_with("Input,Range,Unit,"));
     QVERIFY(readFile(desk.home.path("out.svg"))->find("moves it most") != std::string::npos);
@@ -282,14 +283,14 @@ void StudiesTest::aMillionRows() {
     type(desk.window(), "txtTableFrom_2", "5.01");
     type(desk.window(), "txtTableTo_2", "15");
     type(desk.window(), "txtTableStep_2", "0.01");
-    QTRY_VERIFY_WITH_TIMEOUT(desk.page().isCurrent(), 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(desk.page().isCurrent(), Patience);
     QCOMPARE(desk.page().result().table->rows, 1'000'000U);
     auto& table = control<QTableView>(desk.window(), "tblTable");
     QElapsedTimer clock;
     clock.start();
     QTest::mouseClick(table.horizontalHeader()->viewport(), Qt::LeftButton, {},
                       QPoint(table.columnViewportPosition(3) + 10, 5));
-    QTRY_VERIFY_WITH_TIMEOUT(!desk.page().table().isSorting(), 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(!desk.page().table().isSorting(), Patience);
     qInfo("sorted in %lld ms", clock.elapsed());
     double before = -HUGE_VAL;
     for (int place = 0; place < 1'000'000; place += 9973) {
@@ -301,7 +302,7 @@ void StudiesTest::aMillionRows() {
     desk.home.closer.stop(); // the window that shows how far it is
     clock.restart();
     click(desk.window(), "cmdExport");
-    QTRY_VERIFY_WITH_TIMEOUT(control(desk.window(), "cmdExport").isEnabled(), 60000);
+    QTRY_VERIFY_WITH_TIMEOUT(control(desk.window(), "cmdExport").isEnabled(), Patience);
     qInfo("exported in %lld ms", clock.elapsed());
     desk.home.closer.start(1);
     const auto csv = readFile(desk.home.path("million.csv"));
@@ -383,7 +384,7 @@ void StudiesTest::badInputIsToldBeforeAnythingRuns() {
     const QString before = field.text();
     typeInto(field, typed);
     auto* problem = desk.page().findChildren<QLabel*>(QRegularExpression("lbl.*Problem")).first();
-    QTRY_VERIFY(problem->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(problem->isVisible(), Patience);
     QVERIFY2(problem->text().contains(message), qPrintable(problem->text()));
     QVERIFY(field.toolTip().contains(message)); // marked where it is wrong
     QVERIFY(!desk.page().isCurrent() && !control(desk.window(), "cmdExport").isEnabled());

@@ -52,7 +52,8 @@ struct ScenarioDesk : Desk {
         QVERIFY(line);
         typeInto(*line, text);
         QTest::keyClick(line, Qt::Key_Return);
-        QTRY_VERIFY(!editor<QWidget>("txtCell")); // its text is taken a little later
+        QTRY_VERIFY_WITH_TIMEOUT(!editor<QWidget>("txtCell"),
+                                 Patience); // its text is taken a little later
         wait();
     }
     void chooseCell(int row, const std::string& label, const QString& text) {
@@ -63,7 +64,7 @@ struct ScenarioDesk : Desk {
         QVERIFY(box);
         box->setCurrentText(text);
         QTest::keyClick(box, Qt::Key_Return);
-        QTRY_VERIFY(!editor<QComboBox>("cboCell"));
+        QTRY_VERIFY_WITH_TIMEOUT(!editor<QComboBox>("cboCell"), Patience);
         wait();
     }
     void addInput(const char* name) {
@@ -282,7 +283,7 @@ void StudyCasesTest::scenariosAreMovedByButtonsAndKeys() {
     QVERIFY(editor);
     typeInto(*editor, "High");
     QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_COMPARE(desk.cell(2, "Scenario"), "High");
+    QTRY_COMPARE_WITH_TIMEOUT(desk.cell(2, "Scenario"), "High", Patience);
 }
 
 void StudyCasesTest::scenariosStayWithTheirCase() {
@@ -457,11 +458,12 @@ void StudyCasesTest::filesThatCannotBeComparedAreNamed() {
     QVERIFY(remark.contains("left out"));
     // With nothing else to compare with that is what is wrong.
     click(desk.window(), "chkCompareScenarios");
-    QTRY_VERIFY(desk.isShown("lblCompareProblem"));
+    QTRY_VERIFY_WITH_TIMEOUT(desk.isShown("lblCompareProblem"), Patience);
     QVERIFY(desk.text("lblCompareProblem").contains("missing.TLV"));
     for (int i = 0; i < 2; ++i)
         click(desk.window(), "cmdCompareRemove");
-    QTRY_VERIFY(desk.text("lblCompareProblem").startsWith("There is nothing yet to compare"));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        desk.text("lblCompareProblem").startsWith("There is nothing yet to compare"), Patience);
     // A dropped file does as well.
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(TELVO_EXAMPLES_DIR "/development-mains.TLV")});

@@ -18,6 +18,9 @@ using study::ui::frmStudies;
 using study::ui::StudyCell;
 using study::ui::StudyPage;
 
+/// Milliseconds that a result may take under sanitizers on a loaded machine.
+constexpr int Patience = 60000;
+
 /// The program with an example open and the studies on a page.
 struct Desk {
     Home home;
@@ -37,7 +40,7 @@ struct Desk {
     }
     frmStudies& window() { return *home.window<frmStudies>("frmStudies"); }
     StudyPage& page() { return window().currentPage(); }
-    void wait() { QTRY_VERIFY(page().isCurrent()); }
+    void wait() { QTRY_VERIFY_WITH_TIMEOUT(page().isCurrent(), Patience); }
     QString text(const char* label) { return control<QLabel>(window(), label).text(); }
     bool isShown(const char* name) { return control(window(), name).isVisible(); }
     void choose(const char* box, const QString& data) {
