@@ -121,7 +121,6 @@ TEST(Transfer, FactorsAtTheirLimits) {
 }
 
 TEST(Boundary, OfOneInput) {
-    using P = ProjectInput;
     using Q = const AnalysisResults&;
     const auto SideLoad = [](Q r) { return r.SideAbutmentLoad[3]; };
     const auto OverRemnant = [](Q r) { return r.FrontOnRemnant[Retreat][3]; };
@@ -130,25 +129,28 @@ TEST(Boundary, OfOneInput) {
     const auto Capacity = [](Q r) { return r.BarrierCapacity[3]; };
     const struct {
         const char* label;
-        double P::*input;
+        double ProjectInput::*input;
         double value;
         double (*quantity)(Q);
         double expected;
     } rows[] = {
-        {"E/2 = HT, 150 x 400^2 / 2", &P::ExtentFirstGob, 800, SideLoad, 12000000},
-        {"above, not 11999925", &P::ExtentFirstGob, 802, SideLoad, 12000000},
+        {"E/2 = HT, 150 x 400^2 / 2", &ProjectInput::ExtentFirstGob, 800, SideLoad, 12000000},
+        {"above, not 11999925", &ProjectInput::ExtentFirstGob, 802, SideLoad, 12000000},
         // 400 x 150 x (80000 - 20000) x 0.875 / 2 = 1575000000; front with a = 200:
         // 2 (200 x 200 x 100 + 200^3/3) x 150 x 0.875 = 1750000000, half of it goes off
-        {"E = Wl", &P::ExtentActiveGob, 400, OverRemnant, 700000000},
-        {"E above Wl: half of the front", &P::ExtentActiveGob, 401, OverRemnant, 875000000},
+        {"E = Wl", &ProjectInput::ExtentActiveGob, 400, OverRemnant, 700000000},
+        {"E above Wl: half of the front", &ProjectInput::ExtentActiveGob, 401, OverRemnant,
+         875000000},
         // 400 x 5250000 x 0.875 / 2 - 1600000000 x 0.875 / 2; no LTRANSBAR
-        {"no barrier: the whole front", &P::BarrierFirstGob, 0, LTRANS, 218750000},
-        {"barrier narrower than h", &P::BarrierFirstGob, 7.5, Capacity, 0},
-        {"barrier of h: 8 x 43200 x 1.18 x 93", &P::BarrierFirstGob, 8, Capacity, 37926144},
-        {"B > D", &P::BreadthAMZ, 200, [](Q r) { return r.RFactorFront; }, 1},
+        {"no barrier: the whole front", &ProjectInput::BarrierFirstGob, 0, LTRANS, 218750000},
+        {"barrier narrower than h", &ProjectInput::BarrierFirstGob, 7.5, Capacity, 0},
+        {"barrier of h: 8 x 43200 x 1.18 x 93", &ProjectInput::BarrierFirstGob, 8, Capacity,
+         37926144},
+        {"B > D", &ProjectInput::BreadthAMZ, 200, [](Q r) { return r.RFactorFront; }, 1},
         // 176 with half an entry is 186 = D
-        {"R = 1 is stored", &P::BarrierFirstGob, 176, [](Q r) { return r.RFactorSide[3]; }, 0.999},
-        {"but counts as 1", &P::BarrierFirstGob, 176, SideOnAMZ, 0},
+        {"R = 1 is stored", &ProjectInput::BarrierFirstGob, 176,
+         [](Q r) { return r.RFactorSide[3]; }, 0.999},
+        {"but counts as 1", &ProjectInput::BarrierFirstGob, 176, SideOnAMZ, 0},
     };
     for (const auto& row : rows) {
         auto input = panel400(2);

@@ -3,25 +3,15 @@
 
 #include "engine/testCases.h"
 #include "project/CaseFile.h"
+#include "study/named.h"
 
 namespace telvo::study {
 namespace {
 
 using namespace engine;
 using project::Field;
-
-project::ProjectCase caseOf(const ProjectInput& in, std::int16_t units = English) {
-    project::ProjectCase current = project::newCase(units);
-    current.Input = in;
-    return current;
-}
-
-Outcome outcome(std::string_view name) {
-    const auto found = Outcome::named(name);
-    if (found) return *found;
-    ADD_FAILURE() << name;
-    return Outcome::factor(Development, 0);
-}
+using tests::caseOf;
+using tests::outcome;
 
 TEST(Outcome, IsANumberOfTheResultsByItsName) {
     const ProjectInput in = panel400(3);

@@ -4,6 +4,7 @@
 
 #include "drawnCases.h"
 #include "goodCase.h"
+#include "study/named.h"
 #include "study/questions/ranges.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,8 @@ namespace telvo::study {
 namespace {
 
 using project::Field;
+using tests::criterion;
+using tests::variable;
 using Sense = Criterion::Sense;
 
 /// A function whose rule is a step of its own; where it has no value there is a gap.
@@ -144,19 +147,6 @@ TEST(CutCurve, TellsAPoleFromAJump) {
     EXPECT_EQ(ruleOf([](double x) { return std::optional(x > 0.5 ? -1001.0 : 1001.0); }), pole);
     EXPECT_EQ(ruleOf([](double x) { return std::optional(x > 0.5 ? -999.0 : 9999.0); }), "0 to 1");
     EXPECT_EQ(ruleOf([](double x) { return std::optional(x > 0.5 ? 2000.0 : 9000.0); }), "0 to 1");
-}
-
-Variable variable(std::string_view name) {
-    const auto known = variableNamed(name);
-    EXPECT_TRUE(known) << name;
-    return known.value_or(Field::DepthCover);
-}
-
-Criterion criterion(std::string_view text) {
-    auto read = Criterion::parse(text);
-    if (read) return *read;
-    ADD_FAILURE() << faultText(read.fault());
-    return {Outcome::factor(1, 0), Sense::AtLeast, 0.0};
 }
 
 /// What the road of one case says of a value.

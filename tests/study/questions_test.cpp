@@ -11,6 +11,7 @@
 #include "goodCase.h"
 #include "project/automatic.h"
 #include "run/caseRun.h"
+#include "study/named.h"
 
 #include <gtest/gtest.h>
 
@@ -23,18 +24,8 @@ namespace {
 
 using project::Field;
 using Values = std::vector<double>;
-
-Variable variable(std::string_view name) {
-    const auto known = variableNamed(name);
-    EXPECT_TRUE(known) << name;
-    return known.value_or(Field::DepthCover);
-}
-
-Outcome outcome(std::string_view name) {
-    const auto known = Outcome::named(name);
-    EXPECT_TRUE(known) << name;
-    return known.value_or(Outcome::factor(1, 0));
-}
+using tests::outcome;
+using tests::variable;
 
 /// A panel between two side gobs.
 project::ProjectCase deepPanel() {

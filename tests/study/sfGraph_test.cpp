@@ -8,6 +8,7 @@
 #include "engine/testCases.h"
 #include "project/CaseFile.h"
 #include "project/units.h"
+#include "study/named.h"
 
 #include <algorithm>
 #include <cmath>
@@ -18,12 +19,7 @@ namespace {
 
 using namespace engine;
 using project::ProjectCase;
-
-ProjectCase caseOf(const ProjectInput& in, std::int16_t units = English) {
-    ProjectCase current = project::newCase(units);
-    current.Input = in;
-    return current;
-}
+using tests::caseOf;
 
 /// The panel of the engine's tests with an entered breadth, so that depth varies alone.
 ProjectCase panel(std::int16_t anal) {

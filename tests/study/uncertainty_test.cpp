@@ -4,6 +4,7 @@
 
 #include "goodCase.h"
 #include "run/caseRun.h"
+#include "study/named.h"
 
 #include <gtest/gtest.h>
 
@@ -15,6 +16,7 @@ namespace {
 
 using project::Field;
 using sampling::Distribution, sampling::Method;
+using tests::criterion;
 
 project::ProjectCase panel() {
     project::ProjectCase base = tests::goodCase();
@@ -24,12 +26,6 @@ project::ProjectCase panel() {
     in.BarrierFirstGob = 150;
     in.BarrierSecondGob = 120;
     return base;
-}
-
-Criterion criterion(std::string_view text) {
-    auto read = Criterion::parse(text);
-    EXPECT_TRUE(read) << text;
-    return *read;
 }
 
 UncertaintyRequest request(int bits = 8, Method method = Method::Sobol) {

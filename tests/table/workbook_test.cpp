@@ -90,7 +90,7 @@ string zipped(const PartTexts& texts, bool locked = false) {
     return out;
 }
 
-string faultOf(const string& bytes) {
+string faultOfWorkbook(const string& bytes) {
     const auto read = readWorkbook(bytes, "t.xlsx");
     return read ? "" : faultText(read.fault());
 }
@@ -291,7 +291,7 @@ TEST(Workbook, TheFirstSheetInSightWithCasesIsReadAndTheOthersAreNamed) {
 
 TEST(Workbook, NoFileEatsTheProgram) {
     const auto told = [](const string& inside) {
-        return faultOf(zipped(workbookOf(Headings + inside)));
+        return faultOfWorkbook(zipped(workbookOf(Headings + inside)));
     };
     const auto many = [](int count, const std::function<string(int)>& each) {
         string out;
@@ -323,7 +323,7 @@ TEST(Workbook, NoFileEatsTheProgram) {
     PartTexts crowd = workbookOf(Headings);
     for (int i = 0; i < 10'001; ++i)
         crowd["p" + std::to_string(i)];
-    EXPECT_EQ(faultOf(zipped(crowd)), "t.xlsx: has too many parts for a workbook");
+    EXPECT_EQ(faultOfWorkbook(zipped(crowd)), "t.xlsx: has too many parts for a workbook");
 
     std::stop_source stop;
     std::size_t rows = 0;
@@ -339,9 +339,9 @@ TEST(Workbook, NoFileEatsTheProgram) {
 }
 
 TEST(Workbook, OtherFilesOfSpreadsheetsAreCalledWhatTheyAre) {
-    EXPECT_EQ(faultOf(zipped({{"mimetype", "x"}, {"content.xml", "<a/>"}})),
+    EXPECT_EQ(faultOfWorkbook(zipped({{"mimetype", "x"}, {"content.xml", "<a/>"}})),
               "t.xlsx: is an OpenDocument file (.ods); save it as .xlsx or CSV");
-    EXPECT_EQ(faultOf(zipped({{"xl/workbook.bin", "x"}})),
+    EXPECT_EQ(faultOfWorkbook(zipped({{"xl/workbook.bin", "x"}})),
               "t.xlsx: is a binary workbook (.xlsb); save it as .xlsx or CSV");
 }
 
@@ -360,19 +360,21 @@ TEST(Workbook, DamageIsTold) {
 }
 
 TEST(Workbook, HostileFilesAreRefused) {
-    EXPECT_NE(faultOf("PK\x03\x04 and so on").find("damaged"), string::npos);
-    EXPECT_NE(faultOf("\xD0\xCF\x11\xE0").find("password"), string::npos);
-    EXPECT_NE(faultOf(zipped({{"mimetype", "x"}})).find("is not an XLSX workbook"), string::npos);
+    EXPECT_NE(faultOfWorkbook("PK\x03\x04 and so on").find("damaged"), string::npos);
+    EXPECT_NE(faultOfWorkbook("\xD0\xCF\x11\xE0").find("password"), string::npos);
+    EXPECT_NE(faultOfWorkbook(zipped({{"mimetype", "x"}})).find("is not an XLSX workbook"),
+              string::npos);
     if (zip_encryption_method_supported(ZIP_EM_AES_256, 1)) {
-        EXPECT_NE(faultOf(zipped(workbookOf(Headings), true)).find("encrypted"), string::npos);
+        EXPECT_NE(faultOfWorkbook(zipped(workbookOf(Headings), true)).find("encrypted"),
+                  string::npos);
     }
-    EXPECT_EQ(faultOf(zipped(workbookOf(Headings))), "");
+    EXPECT_EQ(faultOfWorkbook(zipped(workbookOf(Headings))), "");
     const string bomb = zipped(workbookOf(Headings + string(20'000'000, ' ')));
     EXPECT_LT(bomb.size(), 40'000U);
-    EXPECT_NE(faultOf(bomb).find("unpacks to more than 300 times"), string::npos);
+    EXPECT_NE(faultOfWorkbook(bomb).find("unpacks to more than 300 times"), string::npos);
     PartTexts cut = workbookOf(Headings);
     cut["xl/strings.xml"] = "<sst><si/>";
-    EXPECT_NE(faultOf(zipped(cut)).find("is damaged"), string::npos);
+    EXPECT_NE(faultOfWorkbook(zipped(cut)).find("is damaged"), string::npos);
     string broken = zipped(workbookOf(Headings));
     for (std::size_t at = 40; at < broken.size(); at += 7) { // never a crash
         string other = broken;
