@@ -6,6 +6,8 @@
 #include "engine/driver.h"
 
 #include <algorithm>
+#include <cassert>
+#include <cmath>
 
 namespace telvo::study {
 
@@ -13,11 +15,21 @@ using project::Field;
 
 namespace {
 
-constexpr Range percent(double size) {
-    return {Range::Form::Percent, -size, size};
+/// To two significant digits, or to a tenth of a percent.
+double asGiven(double value, Range::Form form) {
+    if (form == Range::Form::Percent) return std::round(value * 10) / 10;
+    return *numberOf(generalNumber(value, 2));
 }
-constexpr Range offset(double low, double high) {
-    return {Range::Form::Offset, low, high};
+
+/// Whether a distribution has nothing but ends and values: it is taken whole.
+bool isBounded(Scatter::Shape shape) {
+    return shape == Scatter::Shape::Uniform || shape == Scatter::Shape::Discrete ||
+           shape == Scatter::Shape::Measured;
+}
+
+Span endsOf(const sampling::Distribution& distribution, Scatter::Shape shape) {
+    if (isBounded(shape)) return {distribution.at(0x1p-53), distribution.at(1 - 0x1p-53)};
+    return {distribution.at(0.05), distribution.at(0.95)};
 }
 
 } // namespace
@@ -32,49 +44,43 @@ Span Range::of(const project::ProjectInput& in, const Variable& variable) const 
             std::clamp(span.high, valid.low, valid.high)};
 }
 
-// The 5 % and 95 % points: 1.645 standard deviations of a normal, and those of a triangular
-// distribution.
-Range defaultRange(const Variable& variable, std::int16_t units) {
-    const bool english = units == project::English;
-    const auto lengths = [english](double feetLow, double feetHigh, double metersLow,
-                                   double metersHigh) {
-        return english ? offset(feetLow, feetHigh) : offset(metersLow, metersHigh);
-    };
-    switch (variable.field()) {
-    case Field::DepthCover: // topography and boreholes: 5 %
-        return percent(8.2);
-    case Field::EntryHeight: // seam and roof that is taken: 7 %
-        return percent(11.5);
-    case Field::EntryWidth: // overcut and spalling, one-sided: -0.5, 0, 2 ft
-        return lengths(-0.25, 1.5, -0.075, 0.45);
-    case Field::XcutSpacing: // survey: 1.5 ft
-    case Field::XcutCenters:
-    case Field::WidthC:
-    case Field::WidthD:
-        return lengths(-2.5, 2.5, -0.75, 0.75);
-    case Field::XcutAngle: // 2 degrees
-        return offset(-3.3, 3.3);
-    case Field::BarrierFirstGob: // maps of old workings: 3 ft
-    case Field::BarrierSecondGob:
-        return lengths(-5, 5, -1.5, 1.5);
-    case Field::SlabcutFirstGob: // cut too deep is the danger: -3, 0, 5 ft
-    case Field::SlabcutSecondGob:
-        return lengths(-1.9, 3.6, -0.6, 1.1);
-    case Field::ExtentActiveGob: // 3 %
-    case Field::ExtentFirstGob:
-    case Field::ExtentSecondGob:
-        return percent(5);
-    case Field::AbutmentAngleActiveGob: // -6, 0, 6 degrees
-    case Field::AbutmentAngleFirstGob:
-    case Field::AbutmentAngleSecondGob:
-        return offset(-4.1, 4.1);
-    case Field::UnitWeight: // 4 %
-        return percent(6.6);
-    case Field::CoalStrength: // lognormal, 15 %
-        return {Range::Form::Percent, -22.6, 26.4};
-    default:
-        return percent(10);
+std::optional<Range> rangeOf(const Scatter& scatter, const Variable& variable,
+                             const project::ProjectInput& in) {
+    using Form = Range::Form;
+    const bool about = !scatter.mean && !scatter.low && !scatter.high && !scatter.scale &&
+                       (scatter.points.empty() ? scatter.sd || scatter.cov
+                                               : scatter.pointsAre != Scatter::Points::Values);
+    if (about && scatter.shape != Scatter::Shape::Beta) {
+        const bool percent =
+            scatter.points.empty() ? !!scatter.cov : scatter.pointsAre == Scatter::Points::Percent;
+        const double own = percent ? 100 : 1000;
+        const auto made = distributionAbout(scatter, own);
+        if (!made) return std::nullopt;
+        const Span ends = endsOf(*made, scatter.shape);
+        const Form form = percent ? Form::Percent : Form::Offset;
+        return Range{form, asGiven(ends.low - own, form), asGiven(ends.high - own, form)};
     }
+    const auto made = distributionOf(scatter, variable, in);
+    if (!made) return std::nullopt;
+    const Span ends = endsOf(*made, scatter.shape);
+    return Range{Form::Absolute, *numberOf(generalNumber(ends.low, 4)),
+                 *numberOf(generalNumber(ends.high, 4))};
+}
+
+Scatter scatterOf(const Range& range) {
+    Scatter even;
+    even.shape = Scatter::Shape::Uniform;
+    even.pointsAre = range.form == Range::Form::Percent  ? Scatter::Points::Percent
+                     : range.form == Range::Form::Offset ? Scatter::Points::Offsets
+                                                         : Scatter::Points::Values;
+    even.points = {range.low, range.high};
+    return even;
+}
+
+Range defaultRange(const Variable& variable, std::int16_t units) {
+    const auto range = rangeOf(usualScatter(variable, units), variable, {});
+    assert(range); // all that is usual is about the case's own value
+    return *range;
 }
 
 std::vector<RangedInput> defaultRanges(const project::ProjectCase& base) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "study/questions/scatter.h"
 #include "study/Variable.h"
 
 #include <optional>
@@ -36,8 +37,15 @@ struct RangedInput {
     bool operator==(const RangedInput&) const = default;
 };
 
-/// What an input of a coal panel is usually uncertain by: the 5 % and 95 % points of the
-/// distributions that the manual lists.
+/// What a distribution means where only ends are wanted: its 5 % and 95 % points, or the ends of one
+/// that has no more than ends; about the case's own value where it is, too, to the digits that people
+/// give. Nothing for one that is none (distributionOf()).
+std::optional<Range> rangeOf(const Scatter& scatter, const Variable& variable,
+                             const project::ProjectInput& in);
+/// What ends mean where a distribution is wanted: every value between them alike.
+Scatter scatterOf(const Range& range);
+
+/// What an input of a coal panel is usually uncertain by: rangeOf() its usualScatter().
 Range defaultRange(const Variable& variable, std::int16_t units);
 
 /// Every numeric input of a case with its default range; distances beyond its number of entries are
