@@ -80,9 +80,11 @@ class SheetMaker {
             for (const Step& step : chapter.steps)
                 m_rows[step.key] = row++;
         }
-        for (const auto& [key, step] : m_written.expressions)
+        for (const auto& written : m_written.expressions) {
+            const TracedStep& step = written.second;
             visitSheetSymbols(step.tree,
                               [&](const Node& node) { m_used.insert(keyOf(node, step)); });
+        }
     }
 
     /// The pass of a symbol that belongs to both is that of the step.

@@ -77,8 +77,9 @@ std::string commandLineFile() {
 Surroundings Surroundings::ofDesktop(FileDialogs& files, telvo::ui::PrintDialogs& print) {
     const auto today = [] {
         const QDate date = QDate::currentDate();
-        return std::chrono::year{date.year()} / static_cast<unsigned>(date.month()) /
-               static_cast<unsigned>(date.day());
+        return std::chrono::year{date.year()} /
+               std::chrono::month{static_cast<unsigned>(date.month())} /
+               std::chrono::day{static_cast<unsigned>(date.day())};
     };
     return {{fromQt(QDir::toNativeSeparators(
                  toQt(installFolder(fromQt(QCoreApplication::applicationDirPath()))))),

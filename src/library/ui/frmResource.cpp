@@ -36,7 +36,7 @@ frmResource::frmResource(const std::string& folder, ResourceActions actions,
     m_open = addButton(*buttons, "cmdOpen", tr("&Open"), QDialogButtonBox::ActionRole);
     m_open->setToolTip(tr("Opens the document with the desktop's program for it (Enter)"));
     m_open->setDefault(true);
-    connect(m_open, &QPushButton::clicked, this, &frmResource::open);
+    connect(m_open, &QPushButton::clicked, this, &frmResource::openChosen);
     auto* import =
         addButton(*buttons, "cmdImport", tr("&Import Case..."), QDialogButtonBox::ActionRole);
     import->setToolTip(tr("Loads a case from a row of a table, .csv or .xlsx"));
@@ -49,7 +49,7 @@ frmResource::frmResource(const std::string& folder, ResourceActions actions,
     layout->addWidget(buttons);
 
     // Enter in the list presses the default button.
-    connect(m_list, &QListWidget::itemDoubleClicked, this, &frmResource::open);
+    connect(m_list, &QListWidget::itemDoubleClicked, this, &frmResource::openChosen);
     fill();
     m_list->setFocus();
 }
@@ -77,7 +77,7 @@ int frmResource::exec() {
     return Form::exec();
 }
 
-void frmResource::open() {
+void frmResource::openChosen() {
     const QListWidgetItem* item = m_list->currentItem();
     if (!item) return;
     const std::string file = fromQt(item->data(Qt::UserRole).toString());

@@ -33,7 +33,7 @@ class frmResource : public telvo::ui::Form {
 
   private:
     void fill();
-    void open();
+    void openChosen();
 
     std::string m_folder;
     ResourceActions m_actions;
