@@ -18,12 +18,8 @@ LISTS = {"notes", "lines", "faults", "fallbacks", "stale"}  # to which a text is
 OPENINGS = ("Invalid ", "Cannot ", "The disk ", "The folder ", "The file ", "You may ")
 CONSTANTS = ("message", "question")  # what a text is called that is handed on later
 ESCAPES = {r"\"": '"', r"\n": "\n", r"\\": "\\"}
-# Folders and files whose faults go to the code that calls them, not to a user; no window and no command
-# asks for samples yet.
-FOR_PROGRAMS = ("batch", "sampling", os.path.join("study", "questions", "uncertainty"),
-                os.path.join("study", "questions", "scatter"), os.path.join("study", "questions", "sampleBlock"),
-                os.path.join("study", "questions", "assess"), os.path.join("study", "questions", "importance"),
-                os.path.join("study", "questions", "shareCurve"))
+# Folders whose faults go to the code that calls them, not to a user.
+FOR_PROGRAMS = ("batch",)
 LEAST = 12     # letters of a text that says something by itself
 TERM = re.compile(r"^(.+?) ?\{#msg-[\w-]+[^}]*\}$", re.MULTILINE)
 CHAPTER = os.path.join("manual", "13-messages.md")

@@ -20,6 +20,7 @@
 #include "cli/tableImport.h"
 #include "cli/tableTemplate.h"
 #include "cli/tornadoCommand.h"
+#include "cli/uncertaintyCommand.h"
 #include "run/Run.h"
 
 #include <CLI/CLI.hpp>
@@ -84,7 +85,7 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     m_app->footer(
         "Exit status: 0 all good, 1 a case was refused or could not be computed,\n"
         "2 wrong usage, 3 a file could not be read or written, 4 a study ran but found nothing\n"
-        "that meets its criterion.\n\n"
+        "that meets its criterion, or not as surely as was asked for.\n\n"
         "telvo-cli COMMAND --help explains a command.");
     // In the order in which --help lists them.
     add<ReportRequest>(*m_app, addReport, runReport);
@@ -104,11 +105,13 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     add<SweepRequest>(*m_app, addSweep, runSweep);
     add<TornadoRequest>(*m_app, addTornado, runTornado);
     add<ChartRequest>(*m_app, addChart, runChart);
+    add<UncertaintyCall>(*m_app, addUncertainty, runUncertainty);
     add<CompareRequest>(*m_app, addCompare, runCompare);
     CLI::App& studies = *addStudy(*m_app);
     add<StudyNewRequest>(studies, addStudyNew, runStudyNew);
     add<StudyCheckRequest>(studies, addStudyCheck, runStudyCheck);
     add<StudyRunRequest>(studies, addStudyRun, runStudyRun);
+    add<StudyMergeRequest>(studies, addStudyMerge, runStudyMerge);
     add<StudyVerifyRequest>(studies, addStudyVerify, runStudyVerify);
     CLI::App& table = *addTable(*m_app);
     add<TableExportRequest>(table, addTableExport, runTableExport);

@@ -49,7 +49,8 @@ CLI::App* addStudyNew(CLI::App& studies, StudyNewRequest& request) {
                                 "case file, or TABLE#ROW; for a comparison several"))
         ->required();
     command->add_option("--kind", request.kind, "what the study asks")
-        ->check(CLI::IsMember({"tornado", "sweep", "find", "chart", "compare", "scenarios"}))
+        ->check(CLI::IsMember({"tornado", "sweep", "find", "chart", "compare", "scenarios",
+                               "uncertainty", "fragility"}))
         ->capture_default_str();
     literal(command->add_option("-o,--output", request.target,
                                 "file to write: .study; - is standard output"))

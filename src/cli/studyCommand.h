@@ -3,6 +3,8 @@
 
 #include "cli/inputs.h"
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -37,12 +39,27 @@ struct StudyRunRequest {
     std::string folder; ///< empty: text to standard output
     std::string format; ///< empty: csv into a folder, else text
     bool force = false;
+    std::optional<std::uint64_t> seed; ///< instead of that of the study
+    std::string part;                  ///< "2/5": only these samples
+    std::string samplesFile;
     unsigned jobs = defaultJobs();
 };
 CLI::App* addStudyRun(CLI::App& studies, StudyRunRequest& request);
 /// Runs every study. Into a folder go the result, NAME.study.csv, and the record of the run,
 /// NAME.study.json.
 int runStudyRun(Console& console, const StudyRunRequest& request);
+
+struct StudyMergeRequest {
+    std::vector<std::string> parts;
+    std::string folder; ///< empty: text to standard output
+    std::string format;
+    bool force = false;
+    std::string samplesFile;
+    unsigned jobs = defaultJobs();
+};
+CLI::App* addStudyMerge(CLI::App& studies, StudyMergeRequest& request);
+/// Joins the parts of a study: the same files as from one run.
+int runStudyMerge(Console& console, const StudyMergeRequest& request);
 
 struct StudyVerifyRequest {
     std::vector<std::string> records;

@@ -103,6 +103,15 @@ void addStudyTarget(CLI::App& command, StudyTarget& target) {
                      "do not write the record of the run, NAME.study.json, beside the file");
 }
 
+void addStudyThreads(CLI::App& command, unsigned& threads) {
+    command
+        .add_option("--threads,--jobs", threads,
+                    "threads of a study; as many as there are cores if not given. The digits are "
+                    "the same with any number")
+        ->check(CLI::Range(1U, MostJobs))
+        ->option_text("N");
+}
+
 study::ResultTable tableOf(const std::vector<StudyPart>& parts) {
     std::vector<std::pair<std::string, study::ResultTable>> tables;
     for (const StudyPart& part : parts)

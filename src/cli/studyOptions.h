@@ -31,6 +31,9 @@ struct StudyTarget {
 /// Adds --format, --output, --force and --no-record.
 void addStudyTarget(CLI::App& command, StudyTarget& target);
 
+/// Adds --threads, also called --jobs: how many a study takes.
+void addStudyThreads(CLI::App& command, unsigned& threads);
+
 enum class StudyForm { Text, Csv, Json, Workbook };
 /// Nothing, after a complaint, for an ending that names no form or a workbook without a file.
 std::optional<StudyForm> formOf(Console& console, const StudyTarget& target);

@@ -6,6 +6,9 @@
 #include "cli/studyFiles.h"
 #include "cli/studyOptions.h"
 #include "cli/studyRecord.h"
+#include "cli/uncertaintyCommand.h"
+#include "run/Run.h"
+#include "study/file/SamplePart.h"
 
 #include <CLI/CLI.hpp>
 
@@ -17,12 +20,18 @@ namespace telvo::cli {
 
 namespace {
 
+/// Name of a study without folder and ending.
+std::filesystem::path bareName(const std::string& study) {
+    auto name = pathFromUtf8(withoutFolder(study));
+    if (name.extension() == ".study") name.replace_extension();
+    return name;
+}
+
 /// The result of a study in a folder: "NAME.study.csv". Only JSON needs another name, since the
 /// record of the run has that ending.
 std::string resultFile(const std::string& study, const std::string& folder,
                        const std::string& format) {
-    auto name = pathFromUtf8(withoutFolder(study));
-    if (name.extension() == ".study") name.replace_extension();
+    auto name = bareName(study);
     const std::string ending = format == "json"   ? ".result.json"
                                : format == "text" ? ".study.txt"
                                                   : ".study." + format;
@@ -36,14 +45,22 @@ std::string recordBeside(const std::string& result, const std::string& format) {
            ".study.json";
 }
 
-ExitStatus runInto(Console& console, const StudyRunRequest& request, const std::string& file,
+/// Where results of studies go.
+struct StudyFolder {
+    const std::string& folder;
+    const std::string& format;
+    bool force;
+    unsigned threads;
+};
+
+ExitStatus runInto(Console& console, const StudyFolder& into, const std::string& file,
                    const LoadedStudy& loaded, StudyPart part, Recorder& recorder) {
-    const std::string format = request.format.empty() ? "csv" : request.format;
-    const std::string result = resultFile(file, request.folder, format);
+    const std::string format = into.format.empty() ? "csv" : into.format;
+    const std::string result = resultFile(file, into.folder, format);
     const std::string record = recordBeside(result, format);
     for (const std::string& target : {result, record})
-        if (!mayWriteMade(console, target, request.force, {file})) return FileTrouble;
-    const StudyTarget target{format, result, request.force, false};
+        if (!mayWriteMade(console, target, into.force, {file})) return FileTrouble;
+    const StudyTarget target{format, result, into.force, false};
     const auto form = formOf(console, target);
     if (!form) return WrongUsage;
     const study::StudyOutput output = *part.output;
@@ -51,13 +68,75 @@ ExitStatus runInto(Console& console, const StudyRunRequest& request, const std::
         written != AllGood)
         return written;
     recorder.add(loaded.study, withEscapedBytes(withoutFolder(file)), loaded.cases, output.tally);
-    const ExitStatus recorded =
-        recorder.write(console, record, result, output.table, *form == StudyForm::Csv, request.jobs,
-                       request.force);
+    const ExitStatus recorded = recorder.write(console, record, result, output.table,
+                                               *form == StudyForm::Csv, into.threads, into.force);
     if (recorded == AllGood)
         console.print(forTerminal(file + " -> " + result) +
                       (output.headline.empty() ? "" : ": " + output.headline) + "\n");
     return recorded;
+}
+
+/// Writes the samples of one part of a study into the folder.
+ExitStatus runPart(Console& console, const StudyRunRequest& request, const std::string& file,
+                   const LoadedStudy& loaded, const study::Part& part) {
+    const project::ProjectCase& base = loaded.cases.front().second;
+    auto samples = study::samplesOfPart(loaded.study, base, part, request.jobs);
+    auto recorded =
+        study::recorded(loaded.study, withEscapedBytes(withoutFolder(file)), loaded.cases);
+    if (!samples || !recorded) {
+        console.complain(file + ": " + faultText(!samples ? samples.fault() : recorded.fault()));
+        return Refused;
+    }
+    auto name = bareName(file);
+    name += ".part-" + std::to_string(part.k) + "-of-" + std::to_string(part.n) + ".json";
+    const std::string target = utf8FromPath(pathFromUtf8(request.folder) / name);
+    if (!mayWriteMade(console, target, request.force, {file})) return FileTrouble;
+    const study::SamplePart own{"TELVO " TELVO_VERSION, std::string(run::ModuleBuild),
+                                std::move(*recorded), part, std::move(*samples)};
+    const ExitStatus written =
+        writeOrComplain(console, target, study::partText(own), existingFor(request.force));
+    if (written == AllGood)
+        console.print(forTerminal(file + " -> " + target) + ": " +
+                      study::groupedText(own.samples.size()) + " samples\n");
+    return written;
+}
+
+/// What has to fit together before anything runs; a complaint, or nothing.
+std::string wrongUseOf(const StudyRunRequest& request) {
+    if (request.folder.empty() && request.format == "xlsx")
+        return "--format xlsx: workbooks need --output FOLDER";
+    if (!request.part.empty() && request.folder.empty())
+        return "--part: a part of the samples needs --output FOLDER";
+    if (!request.part.empty() && !request.samplesFile.empty())
+        return "--samples-out: the samples of a part are in its file";
+    if (!request.samplesFile.empty() && request.files.size() > 1)
+        return "--samples-out: takes the samples of one study";
+    return {};
+}
+
+/// The study as it is to be run. Returned: why not; empty where it can.
+std::string withSeed(study::Study& study, const std::optional<std::uint64_t>& seed) {
+    if (!seed) return {};
+    study::AskedUncertainty* sampling = study::samplingOf(study);
+    if (!sampling) return "--seed: the study has no samples";
+    sampling->plan.seed = *seed;
+    return {};
+}
+
+/// Writes the samples where they are asked for.
+ExitStatus writeSamplesOf(Console& console, const study::StudyOutput& output,
+                          const std::string& file, const std::string& target, bool force) {
+    if (target.empty()) return AllGood;
+    if (output.samples.columns.empty()) {
+        console.complain(file + ": has no samples that could be written");
+        return Refused;
+    }
+    return writeSamples(console, target, output.samples, force);
+}
+
+void makeFolder(const std::string& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(pathFromUtf8(folder), error);
 }
 
 } // namespace
@@ -75,7 +154,17 @@ CLI::App* addStudyRun(CLI::App& studies, StudyRunRequest& request) {
                      "given")
         ->check(CLI::IsMember({"text", "csv", "json", "xlsx"}));
     command->add_flag("--force", request.force, "overwrite existing files");
-    addJobs(*command, request.jobs);
+    command->add_option("--seed", request.seed, "seed of the samples instead of that of the study")
+        ->option_text("N");
+    command
+        ->add_option("--part", request.part,
+                     "compute only the K-th of N parts of the samples and write them into the "
+                     "folder, NAME.part-K-of-N.json; study merge joins them")
+        ->option_text("K/N");
+    literal(command->add_option("--samples-out", request.samplesFile,
+                                "write the samples of the one study to this file, .csv"))
+        ->option_text("FILE");
+    addStudyThreads(*command, request.jobs);
     command->footer("A study that fails does not keep the others from running.\n\n"
                     "Example:\n  telvo-cli study run *.study -o results");
     return command;
@@ -83,41 +172,59 @@ CLI::App* addStudyRun(CLI::App& studies, StudyRunRequest& request) {
 
 int runStudyRun(Console& console, const StudyRunRequest& request) {
     const bool intoFolder = !request.folder.empty();
-    if (!intoFolder && request.format == "xlsx")
-        return console.wrongUsage("--format xlsx: workbooks need --output FOLDER");
+    if (const std::string wrong = wrongUseOf(request); !wrong.empty())
+        return console.wrongUsage(wrong);
+    std::optional<study::Part> part;
+    if (!request.part.empty()) {
+        const auto named = study::partNamed(request.part);
+        if (!named) return console.wrongUsage("--part: " + faultText(named.fault()));
+        part = *named;
+    }
+    if (!request.samplesFile.empty() &&
+        !mayWriteMade(console, request.samplesFile, request.force, request.files))
+        return FileTrouble;
     if (intoFolder) {
         std::set<std::string> names;
         for (const std::string& file : request.files)
             if (!names.insert(withoutFolder(file)).second)
                 return console.wrongUsage(withoutFolder(file) +
                                           ": two studies of this name would go into one file");
-        std::error_code error;
-        std::filesystem::create_directories(pathFromUtf8(request.folder), error);
+        makeFolder(request.folder);
     }
     ExitStatus status = AllGood;
     std::vector<StudyPart> parts;
     for (const std::string& file : request.files) {
-        StudyPart part{file, {}, {}};
+        StudyPart own{file, {}, {}};
         Recorder recorder;
-        if (const auto loaded = loadStudy(console, file, status)) {
+        if (auto loaded = loadStudy(console, file, status)) {
+            if (const std::string wrong = withSeed(loaded->study, request.seed); !wrong.empty())
+                return console.wrongUsage(file + ": " + wrong);
+            if (part) {
+                raise(status, runPart(console, request, file, *loaded, *part));
+                continue;
+            }
             auto made = study::runStudy(loaded->study, loaded->cases, request.jobs);
             if (made) {
                 raise(status, statusOf(console, file, *made));
-                part.output = std::move(*made);
+                raise(status,
+                      writeSamplesOf(console, *made, file, request.samplesFile, request.force));
+                own.output = std::move(*made);
                 if (intoFolder) {
                     raise(status,
-                          runInto(console, request, file, *loaded, std::move(part), recorder));
+                          runInto(console,
+                                  {request.folder, request.format, request.force, request.jobs},
+                                  file, *loaded, std::move(own), recorder));
                     continue;
                 }
             } else {
-                part.message = faultText(made.fault());
-                console.complain(file + ": " + part.message);
+                own.message = faultText(made.fault());
+                console.complain(file + ": " + own.message);
                 raise(status, Refused);
             }
         } else {
-            part.message = "could not be read";
+            own.message = "could not be read";
         }
-        parts.push_back(std::move(part));
+        parts.push_back(std::move(own));
     }
     if (intoFolder) {
         raise(status, console.finish());
@@ -130,11 +237,83 @@ int runStudyRun(Console& console, const StudyRunRequest& request) {
     return status;
 }
 
+CLI::App* addStudyMerge(CLI::App& studies, StudyMergeRequest& request) {
+    CLI::App* command = studies.add_subcommand(
+        "merge", "join the parts of a study to the result of one run, byte for byte");
+    literal(command->add_option("PART", request.parts, "all parts: NAME.part-K-of-N.json"))
+        ->required();
+    literal(command->add_option("-o,--output", request.folder,
+                                "folder for the result, NAME.study.csv, and the record of the run, "
+                                "NAME.study.json; made where it is missing"))
+        ->option_text("FOLDER");
+    command
+        ->add_option("--format", request.format,
+                     "text, csv, json or xlsx; csv into a folder, text on the terminal if not "
+                     "given")
+        ->check(CLI::IsMember({"text", "csv", "json", "xlsx"}));
+    command->add_flag("--force", request.force, "overwrite existing files");
+    literal(command->add_option("--samples-out", request.samplesFile,
+                                "write all samples to this file, .csv"))
+        ->option_text("FILE");
+    addStudyThreads(*command, request.jobs);
+    command->footer("Example:\n  telvo-cli study merge results/panel.part-*.json -o results");
+    return command;
+}
+
+int runStudyMerge(Console& console, const StudyMergeRequest& request) {
+    if (request.folder.empty() && request.format == "xlsx")
+        return console.wrongUsage("--format xlsx: workbooks need --output FOLDER");
+    if (!request.samplesFile.empty() &&
+        !mayWriteMade(console, request.samplesFile, request.force, request.parts))
+        return FileTrouble;
+    std::vector<study::SamplePart> parts;
+    for (const std::string& file : request.parts) {
+        const auto bytes = readFile(file);
+        auto part =
+            bytes ? study::readPart(*bytes, file) : Result<study::SamplePart>(bytes.fault());
+        if (!part) {
+            console.complain(faultText(part.fault()));
+            return FileTrouble;
+        }
+        parts.push_back(std::move(*part));
+    }
+    const study::RecordedStudy recorded = parts.front().study;
+    auto restored = study::restored(recorded);
+    auto samples = restored ? study::mergedSamples(std::move(parts))
+                            : Result<study::Samples>(restored.fault());
+    auto made = samples ? study::outputOfSamples(restored->first, restored->second.front().second,
+                                                 std::move(*samples), request.jobs)
+                        : Result<study::StudyOutput>(samples.fault());
+    if (!made) {
+        console.complain(faultText(made.fault()));
+        return Refused;
+    }
+    ExitStatus status = statusOf(console, recorded.name, *made);
+    raise(status,
+          writeSamplesOf(console, *made, recorded.name, request.samplesFile, request.force));
+    StudyPart whole{recorded.name, {}, std::move(*made)};
+    if (request.folder.empty()) {
+        const StudyTarget target{
+            request.format.empty() ? "text" : request.format, {}, false, false};
+        const auto form = formOf(console, target);
+        if (!form) return WrongUsage;
+        raise(status, writeParts(console, target, *form, {std::move(whole)}));
+        return status;
+    }
+    makeFolder(request.folder);
+    Recorder recorder;
+    const LoadedStudy loaded{std::move(restored->first), std::move(restored->second)};
+    raise(status, runInto(console, {request.folder, request.format, request.force, request.jobs},
+                          recorded.name, loaded, std::move(whole), recorder));
+    raise(status, console.finish());
+    return status;
+}
+
 CLI::App* addStudyVerify(CLI::App& studies, StudyVerifyRequest& request) {
     CLI::App* command = studies.add_subcommand(
         "verify", "run records again and tell whether the digits are the same");
     literal(command->add_option("RECORD", request.records, "records: NAME.study.json"))->required();
-    addJobs(*command, request.jobs);
+    addStudyThreads(*command, request.jobs);
     command->footer("Where they are not the first cell that differs is named. Exit status 4: the "
                     "digits of a record\nare not the same.\n\n"
                     "Example:\n  telvo-cli study verify results/*.study.json");

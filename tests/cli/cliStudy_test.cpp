@@ -11,20 +11,26 @@ class CliStudy : public Cli {};
 
 TEST_F(CliStudy, StudiesOfEveryKindAreMadeCheckedRunAndVerified) {
     string files;
-    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios", "compare"}) {
+    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios", "compare",
+                              "uncertainty", "fragility"}) {
         const string cases = kind == "compare" ? "gobs.TLV metric.TLV" : "gobs.TLV";
         ASSERT_EQ(run("study new " + cases + " --kind " + kind + " -o " + kind + ".study").status,
                   0);
+        if (string text = read(kind + ".study"); text.find("per_replicate") != string::npos) {
+            const auto at = text.find("per_replicate");
+            text.replace(at, text.find('\n', at) - at, "per_replicate = 32");
+            write(kind + ".study", text);
+        }
         files += " " + kind + ".study";
     }
     const Ran checked = run("study check" + files);
     EXPECT_EQ(checked.status, 0) << checked.err;
-    EXPECT_EQ(std::count(checked.out.begin(), checked.out.end(), '\n'), 6);
+    EXPECT_EQ(std::count(checked.out.begin(), checked.out.end(), '\n'), 8);
     const Ran ran = run("study run" + files + " -o out");
     EXPECT_EQ(ran.status, 0) << ran.err;
     const Ran verified = run("study verify out/*.study.json");
     EXPECT_EQ(verified.status, 0) << verified.err << verified.out;
-    EXPECT_EQ(std::count(verified.out.begin(), verified.out.end(), '\n'), 6);
+    EXPECT_EQ(std::count(verified.out.begin(), verified.out.end(), '\n'), 8);
     // A second run replaces nothing.
     EXPECT_EQ(run("study run sweep.study -o out").status, 3);
     EXPECT_EQ(run("study run sweep.study -o out --force --format xlsx").status, 0);
@@ -42,6 +48,48 @@ TEST_F(CliStudy, StudiesOfEveryKindAreMadeCheckedRunAndVerified) {
         << changed.out;
 }
 
+TEST_F(CliStudy, PartsOfSamplesJoinToOneRunByteForByte) {
+    ASSERT_EQ(run("study new gobs.TLV --kind uncertainty -o u.study").status, 0);
+    const string text = read("u.study");
+    write("u.study", replaced(text, "per_replicate = 8192", "per_replicate = 64"));
+    const Ran whole = run("study run u.study -o whole --threads 1 --samples-out whole.csv");
+    EXPECT_EQ(whole.status, 0) << whole.err;
+    EXPECT_NE(whole.out.find("1,024 samples miss TELVOSF.development>=suggested"), string::npos)
+        << whole.out;
+    for (const string k : {"1", "2", "3"}) {
+        const Ran part = run("study run u.study --part " + k + "/3 -o parts --threads 2");
+        EXPECT_EQ(part.status, 0) << part.err;
+    }
+    const Ran merged = run("study merge parts/u.part-2-of-3.json parts/u.part-1-of-3.json "
+                           "parts/u.part-3-of-3.json -o merged --samples-out merged.csv");
+    EXPECT_EQ(merged.status, 0) << merged.err;
+    EXPECT_EQ(read("merged/u.study.csv"), read("whole/u.study.csv"));
+    EXPECT_EQ(read("merged.csv"), read("whole.csv"));
+    EXPECT_TRUE(read("whole.csv").starts_with("id,DepthCover,EntryHeight,EntryWidth,"))
+        << read("whole.csv").substr(0, 200);
+    const string samples = read("whole.csv");
+    EXPECT_EQ(std::count(samples.begin(), samples.end(), '\n'), 1025);
+    const Ran verified = run("study verify whole/u.study.json merged/u.study.json --threads 3");
+    EXPECT_EQ(verified.status, 0) << verified.out << verified.err;
+
+    const Ran missing = run("study merge parts/u.part-1-of-3.json parts/u.part-3-of-3.json");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("A part is missing"), string::npos) << missing.err;
+    EXPECT_EQ(run("study merge u.study").status, 3);
+    EXPECT_EQ(run("study run u.study --part 4/3 -o parts").status, 2);
+    EXPECT_EQ(run("study run u.study --part 1/2").status, 2);
+    EXPECT_EQ(run("study run u.study --part 1/17 -o parts").status, 1);
+    // Another seed is another study; one that is to be surer than its samples make it tells so.
+    EXPECT_EQ(run("study run u.study -o seed --seed 2").status, 0);
+    EXPECT_NE(read("seed/u.study.csv"), read("whole/u.study.csv"));
+    EXPECT_EQ(run("study verify seed/u.study.json").status, 0);
+    write("sure.study",
+          replaced(read("u.study"), "seed = 1", "seed = 1\nstop_at_half_width = 1e-6"));
+    const Ran sure = run("study run sure.study");
+    EXPECT_EQ(sure.status, 4);
+    EXPECT_NE(sure.out.find("was not reached"), string::npos) << sure.out;
+}
+
 TEST_F(CliStudy, WhatACommandExportsHasARecordBesideIt) {
     for (const string call :
          {"sweep gobs.TLV plain.TLV --vary DepthCover=600:1200:50 -o t.csv",
@@ -49,12 +97,13 @@ TEST_F(CliStudy, WhatACommandExportsHasARecordBesideIt) {
           "tornado gobs.TLV --range 5% --vary EntryHeight=6:9 -o o.txt",
           "chart gobs.TLV XcutSpacing --over DepthCover=600:900:100 --for "
           "\"TELVOSF.development>=1,2\" -o c.xlsx",
-          "compare gobs.TLV metric.TLV --base metric.TLV -o d.csv --only-differences"}) {
+          "compare gobs.TLV metric.TLV --base metric.TLV -o d.csv --only-differences",
+          "uncertainty gobs.TLV --samples 512 --indices --for \"TELVOSF.retreat>=1\" -o u.csv"}) {
         const Ran made = run(call);
         EXPECT_EQ(made.status, 0) << call << "\n" << made.err;
     }
     const Ran verified = run("study verify t.study.json f.study.json o.study.json c.study.json "
-                             "d.study.json");
+                             "d.study.json u.study.json");
     EXPECT_EQ(verified.status, 0) << verified.out << verified.err;
     EXPECT_EQ(run("sweep gobs.TLV --vary DepthCover=600 -o n.csv --no-record").status, 0);
     EXPECT_FALSE(fs::exists(m_folder / "n.study.json"));

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Feeds arbitrary bytes to the readers of studies and of records of their runs. Aborts where a promise
+// Feeds arbitrary bytes to the readers of studies, of records of their runs and of parts of them. Aborts where a promise
 // is broken.
 
 #include "require.h"
 #include "study/file/Record.h"
+#include "study/file/SamplePart.h"
 
 #include <cstdint>
 
@@ -22,6 +23,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (const auto record = study::readRecord(bytes, "fuzz")) {
         const std::string text = study::recordText(*record);
         require(static_cast<bool>(study::readRecord(text, "fuzz")), "a record can be read again");
+    }
+    if (const auto part = study::readPart(bytes, "fuzz")) {
+        const std::string text = study::partText(*part);
+        require(static_cast<bool>(study::readPart(text, "fuzz")), "a part can be read again");
     }
     return 0;
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/file/Record.h"
+#include "study/file/SamplePart.h"
 #include "study/file/sha256.h"
 
 #include "goodCase.h"
@@ -7,11 +8,14 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace telvo::study {
 
 namespace {
 
-constexpr const char* Kinds[] = {"tornado", "sweep", "find", "chart", "scenarios", "compare"};
+constexpr const char* Kinds[] = {"tornado",   "sweep",   "find",        "chart",
+                                 "scenarios", "compare", "uncertainty", "fragility"};
 
 std::string withHead(const std::string& rest) {
     return "# TELVO study 1\n" + rest;
@@ -36,6 +40,151 @@ TEST(StudyFile, EveryKindComesBackAsItWasWritten) {
         ASSERT_TRUE(other) << faultText(other.fault());
         EXPECT_EQ(studyText(*other), text);
     }
+}
+
+constexpr const char* Chances = R"(
+kind = "fragility"
+case = "a.TLV"
+units = "english"
+
+[fragility]
+over = "BarrierSecondGob"
+values = "60:120:20"
+weights = [1, 2, 3, 4]
+share = 0.05
+
+[[vary]]
+input = "DepthCover"
+
+[[vary]]
+input = ["XcutCenters.1", "XcutCenters.2"]
+shared = true
+shape = "normal"
+mean = 80
+sd = 1.5
+low = 76
+high = 84
+cut_sd = 2.5
+
+[[vary]]
+input = "EntryWidth"
+shape = "triangular"
+relative = [-0.5, 0, 2]
+
+[[vary]]
+input = "EntryHeight"
+shape = "discrete"
+percent = [-10, 0, 10]
+weights = [1, 3, 1]
+
+[[vary]]
+input = "XcutSpacing"
+shape = "weibull"
+shapes = [8]
+scale = 90
+
+[[vary]]
+input = "ExtentFirstGob"
+shape = "gumbel-largest"
+cov = 0.1
+
+[[correlate]]
+inputs = ["DepthCover", "EntryHeight"]
+rank = -0.3
+
+[[limit]]
+output = "TELVOSF.retreat"
+at_least = "suggested"
+
+[[limit]]
+output = "AMZLoad.retreat.front"
+at_most = 1000000000
+
+[sampling]
+method = "latin-hypercube"
+replicates = 4
+per_replicate = 256
+stop_at_half_width = 0.1
+indices = true
+seed = 7
+)";
+
+TEST(StudyFile, WhatScattersComesBackAsItWasWritten) {
+    const std::string text = withHead(Chances);
+    const auto study = readStudyText(text, "a.study");
+    ASSERT_TRUE(study) << faultText(study.fault());
+    EXPECT_EQ(studyText(*study), text);
+    const auto& asked = std::get<AskedFragility>(study->request);
+    EXPECT_EQ(asked.values, (std::vector<double>{60, 80, 100, 120}));
+    EXPECT_FALSE(asked.scatter.vary[0].scatter) << "what is usual";
+    EXPECT_EQ(asked.scatter.vary[1].variables.size(), 2U);
+    EXPECT_EQ(asked.scatter.plan.samples(), 1024U);
+    EXPECT_EQ(asked.scatter.limits[0].target, std::nullopt);
+}
+
+TEST(StudyFile, WhatCannotScatterIsRefusedWithItsLine) {
+    const std::pair<const char*, std::pair<const char*, const char*>> changes[] = {
+        {"shape = \"triangular\"",
+         {"shape = \"triangle\"", "a.study, line 28: shape: one of normal"}},
+        {"[-0.5, 0, 2]", {"[-0.5, 0, \"2\"]", "line 29: relative: a list of numbers"}},
+        {"[-0.5, 0, 2]", {"[]", "line 29: relative: a list of numbers"}},
+        {"[-0.5, 0, 2]",
+         {"[1, 2, 3]\nvalues = [4, 5, 6]", "only one of values, relative and percent"}},
+        {"shape = \"triangular\"\n", {"", "line 27: input: a shape for its numbers"}},
+        {"\"XcutCenters.2\"", {"\"Roof\"", "line 17: input: no input that can be varied"}},
+        {"\"XcutCenters.1\", \"XcutCenters.2\"", {"", "line 17: input: at least one input"}},
+        {"per_replicate = 256", {"per_replicate = 250", "per_replicate: a power of 2"}},
+        {"replicates = 4", {"replicates = 0", "replicates: a whole number from 1 to 1024"}},
+        {"seed = 7", {"seed = -7", "seed: a whole number from 0"}},
+        {"rank = -0.3", {"rank = nan", "rank: a number is wanted"}},
+        {"\"DepthCover\", \"EntryHeight\"", {"\"DepthCover\"", "inputs: two inputs is wanted"}},
+        {"latin-hypercube", {"halton", "method: \"sobol\""}},
+        {"cut_sd", {"cut_sds", "line 24: unknown key cut_sds in [vary]"}}};
+    for (const auto& [what, by] : changes) {
+        std::string text = withHead(Chances);
+        text.replace(text.find(what), std::strlen(what), by.first);
+        const auto study = readStudyText(text, "a.study");
+        ASSERT_FALSE(study) << by.second;
+        EXPECT_NE(faultText(study.fault()).find(by.second), std::string::npos)
+            << faultText(study.fault());
+    }
+}
+
+TEST(SamplePart, ComesBackBitForBit) {
+    project::ProjectCase base = tests::goodCase();
+    auto study = newStudy("uncertainty", base, "panel.TLV");
+    ASSERT_TRUE(study);
+    samplingOf(*study)->plan = {sampling::Method::Sobol, 3, 6, 5};
+    const std::vector<NamedCase> cases = {{"panel.TLV", base}};
+    std::vector<SamplePart> parts;
+    for (const std::size_t k : {2, 1}) {
+        auto samples = samplesOfPart(*study, base, {k, 2});
+        ASSERT_TRUE(samples) << faultText(samples.fault());
+        const SamplePart part{
+            "TELVO", "1", *recorded(*study, "a.study", cases), {k, 2}, std::move(*samples)};
+        const std::string text = partText(part);
+        auto back = readPart(text, "part.json");
+        ASSERT_TRUE(back) << faultText(back.fault());
+        EXPECT_EQ(partText(*back), text);
+        EXPECT_EQ(back->samples.missed, part.samples.missed);
+        EXPECT_EQ(back->samples.firstReplicate, part.samples.firstReplicate);
+        std::string changed = text;
+        changed.replace(changed.find("\\n0,"), 4, "\\n1,");
+        EXPECT_EQ(readPart(changed, "part.json").fault().message,
+                  "samples.text: was changed, its SHA-256 is another one");
+        EXPECT_FALSE(readPart(text.substr(0, text.size() / 2), "part.json"));
+        parts.push_back(std::move(*back));
+    }
+    const auto merged = mergedSamples(parts);
+    ASSERT_TRUE(merged) << faultText(merged.fault());
+    const auto joined = outputOfSamples(*study, base, *merged);
+    const auto whole = runStudy(*study, cases, 3);
+    ASSERT_TRUE(joined && whole);
+    EXPECT_EQ(csvText(joined->table), csvText(whole->table));
+    EXPECT_EQ(csvText(joined->samples), csvText(whole->samples));
+    EXPECT_EQ(shownText(*joined), shownText(*whole));
+    parts.pop_back();
+    EXPECT_EQ(mergedSamples(parts).fault().message, "A part is missing");
 }
 
 TEST(StudyFile, LettersBeyondAsciiAreTextInDoubleQuotes) {

@@ -3,9 +3,8 @@
 
 #include "base/text.h"
 #include "project/CaseFile.h"
+#include "study/file/recordedJson.h"
 #include "study/file/sha256.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <optional>
@@ -15,71 +14,10 @@ namespace telvo::study {
 
 namespace {
 
-using Json = nlohmann::json;
-
 constexpr std::string_view RecordTag = "TELVO study record";
 constexpr int RecordVersion = 1;
 /// Larger tables are not kept in the record.
 constexpr std::size_t MostTableBytes = std::size_t{1} << 20;
-
-void writeText(JsonWriter& json, std::string_view name, const std::string& text) {
-    json.member("name", name);
-    json.member("sha256", sha256Of(text));
-    json.member("text", text);
-}
-
-/// Reads members of an object, each of the type that it has to have.
-class Members {
-  public:
-    Members(const Json& object, std::string path, std::optional<Fault>& fault)
-        : m_object(object), m_path(std::move(path)), m_fault(fault) {
-        if (!object.is_object()) wrong("");
-    }
-
-    std::string text(const char* key) const {
-        const Json* found = member(key, &Json::is_string);
-        return found ? found->get<std::string>() : std::string();
-    }
-    std::size_t count(const char* key) const {
-        const Json* found = member(key, &Json::is_number_unsigned);
-        return found ? found->get<std::size_t>() : 0;
-    }
-    /// Calls visit(members) for every object of a list.
-    template <typename Visit>
-    void each(const char* key, Visit&& visit) const {
-        const Json* found = member(key, &Json::is_array);
-        if (!found) return;
-        for (std::size_t i = 0; i < found->size(); ++i)
-            visit(Members((*found)[i], m_path + key + "[" + std::to_string(i) + "].", m_fault));
-    }
-    Members below(const char* key) const {
-        static const Json nothing;
-        const Json* found = member(key, &Json::is_object);
-        return {found ? *found : nothing, m_path + key + ".", m_fault};
-    }
-    /// A text whose digits have to be those that stand beside it.
-    std::string checkedText() const {
-        std::string own = text("text");
-        if (!m_fault && sha256Of(own) != text("sha256"))
-            m_fault = Fault{m_path + "text: was changed, its SHA-256 is another one", ""};
-        return own;
-    }
-
-  private:
-    const Json* member(const char* key, bool (Json::*is)() const noexcept) const {
-        const auto found = m_object.is_object() ? m_object.find(key) : m_object.end();
-        if (m_object.is_object() && found != m_object.end() && ((*found).*is)()) return &*found;
-        wrong(key);
-        return nullptr;
-    }
-    void wrong(const char* key) const {
-        if (!m_fault) m_fault = Fault{m_path + key + ": is missing or of a wrong kind", ""};
-    }
-
-    const Json& m_object;
-    std::string m_path;
-    std::optional<Fault>& m_fault;
-};
 
 /// A table in CSV as cells.
 std::vector<std::vector<std::string>> cellsOf(std::string_view csv) {
@@ -154,6 +92,22 @@ Result<RecordedStudy> recorded(const Study& study, std::string name,
     return own;
 }
 
+Result<std::pair<Study, std::vector<NamedCase>>> restored(const RecordedStudy& recorded) {
+    auto study = readStudyText(recorded.text, recorded.name);
+    if (!study) return study.fault();
+    std::vector<NamedCase> cases;
+    for (const RecordedCase& of : recorded.cases) {
+        project::ProjectCase current = project::newCase(project::English);
+        const project::CaseReading reading = project::readCaseText(of.text, of.name, current);
+        if (reading.fault) return *reading.fault;
+        current.FileName = of.name;
+        cases.emplace_back(of.name, std::move(current));
+    }
+    if (cases.size() != filesOf(*study).size())
+        return Fault{"the record does not have all cases of the study", recorded.name};
+    return std::pair(std::move(*study), std::move(cases));
+}
+
 void setTable(RunRecord& record, const ResultTable& table) {
     Sha256 sum;
     record.table.clear();
@@ -178,19 +132,8 @@ std::string recordText(const RunRecord& record) {
     json.member("moduleBuild", record.moduleBuild);
     json.key("studies");
     json.beginArray();
-    for (const RecordedStudy& study : record.studies) {
-        json.beginObject();
-        writeText(json, study.name, study.text);
-        json.key("cases");
-        json.beginArray();
-        for (const RecordedCase& one : study.cases) {
-            json.beginObject();
-            writeText(json, one.name, one.text);
-            json.endObject();
-        }
-        json.endArray();
-        json.endObject();
-    }
+    for (const RecordedStudy& study : record.studies)
+        writeStudy(json, study);
     json.endArray();
     json.key("counts");
     json.beginObject();
@@ -242,22 +185,17 @@ Result<RunRecord> readRecord(std::string_view bytes, const std::string& name) {
                      name};
     std::optional<Fault> fault;
     RunRecord record;
-    const Members members(root, "", fault);
+    const JsonMembers members(root, "", fault);
     record.program = members.text("program");
     record.moduleBuild = members.text("moduleBuild");
-    members.each("studies", [&](const Members& one) {
-        RecordedStudy study{one.text("name"), one.checkedText(), {}};
-        one.each("cases", [&](const Members& of) {
-            study.cases.push_back({of.text("name"), of.checkedText()});
-        });
-        record.studies.push_back(std::move(study));
-    });
-    const Members counts = members.below("counts");
+    members.each("studies",
+                 [&](const JsonMembers& one) { record.studies.push_back(one.recordedStudy()); });
+    const JsonMembers counts = members.below("counts");
     record.tally.runs = counts.count("runs");
-    counts.each("messages", [&](const Members& one) {
+    counts.each("messages", [&](const JsonMembers& one) {
         record.tally.left.push_back({one.text("message"), one.count("runs")});
     });
-    const Members result = members.below("result");
+    const JsonMembers result = members.below("result");
     record.rows = result.count("rows");
     record.digest = result.text("sha256");
     record.file = result.text("file");
@@ -278,19 +216,9 @@ Result<Verified> verify(const RunRecord& record, std::string_view exported, unsi
     Verified verified;
     std::vector<std::pair<std::string, ResultTable>> tables;
     for (const RecordedStudy& one : record.studies) {
-        const auto study = readStudyText(one.text, one.name);
-        if (!study) return study.fault();
-        std::vector<NamedCase> cases;
-        for (const RecordedCase& of : one.cases) {
-            project::ProjectCase current = project::newCase(project::English);
-            const project::CaseReading reading = project::readCaseText(of.text, of.name, current);
-            if (reading.fault) return *reading.fault;
-            current.FileName = of.name;
-            cases.emplace_back(of.name, std::move(current));
-        }
-        if (cases.size() != filesOf(*study).size())
-            return Fault{"the record does not have all cases of the study", one.name};
-        auto output = runStudy(*study, cases, threads);
+        const auto read = restored(one);
+        if (!read) return read.fault();
+        auto output = runStudy(read->first, read->second, threads);
         if (!output) return Fault{faultText(output.fault()), one.name};
         addTally(verified.tally, output->tally);
         tables.emplace_back(one.name, std::move(output->table));

@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 /// The record of a run: what was asked of which cases, in full, and the digits of what came of it.
@@ -46,6 +47,10 @@ struct RunRecord {
 /// Faults: a case that cannot be written
 Result<RecordedStudy> recorded(const Study& study, std::string name,
                                std::span<const NamedCase> cases);
+
+/// The study with its cases again.
+/// Faults: texts that cannot be read, a case that is missing
+Result<std::pair<Study, std::vector<NamedCase>>> restored(const RecordedStudy& recorded);
 
 /// Fills table, rows and digest.
 void setTable(RunRecord& record, const ResultTable& table);

@@ -6,11 +6,14 @@
 #include "study/questions/designChart.h"
 #include "study/questions/find.h"
 #include "study/questions/scenarios.h"
+#include "study/questions/shareCurve.h"
 #include "study/questions/sweep.h"
 #include "study/questions/tornado.h"
+#include "study/questions/uncertainty.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -33,7 +36,7 @@ struct Study {
     /// What is asked. Of a tornado only the ranges that the user gave; all other inputs have their
     /// usual ones. A table of values without outcomes has the factors of the case.
     using Request = std::variant<SweepRequest, TornadoRequest, FindRequest, DesignChartRequest,
-                                 ScenarioSet, CompareSet>;
+                                 ScenarioSet, CompareSet, AskedUncertainty, AskedFragility>;
 
     std::vector<std::string> comments;     ///< lines at the top, without "#"
     std::string caseFile;                  ///< relative to the study, with "/"
@@ -42,8 +45,10 @@ struct Study {
     Request request;
 };
 
-/// "sweep", "tornado", "find", "chart", "scenarios", "compare".
+/// "sweep", "tornado", "find", "chart", "scenarios", "compare", "uncertainty", "fragility".
 std::string_view kindName(const Study::Request& request);
+/// All of them.
+std::span<const std::string_view> kindNames();
 
 inline constexpr int StudyVersion = 1;
 /// Largest study file that is read.

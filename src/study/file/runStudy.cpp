@@ -69,6 +69,20 @@ struct Running {
         if (!made) return made.fault();
         return outputOf(std::move(*made), set.onlyDifferences);
     }
+    Result<StudyOutput> operator()(const AskedUncertainty& asked) const {
+        const auto request = requestOf(asked, base());
+        if (!request) return request.fault();
+        auto samples = drawSamples(base(), *request, {}, study.RoundTELVOSF, threads);
+        if (!samples) return samples.fault();
+        return outputOfSamples(study, base(), std::move(*samples), threads);
+    }
+    Result<StudyOutput> operator()(const AskedFragility& asked) const {
+        const auto request = requestOf(asked.scatter, base(), asked.over);
+        if (!request) return request.fault();
+        auto made = shareCurve(base(), *request, asked, study.RoundTELVOSF, threads);
+        if (!made) return made.fault();
+        return outputOf(std::move(*made), *request, asked, base().Units);
+    }
 };
 
 /// What a beginner would look for: the barrier beside a gob, else the height of the entries.
@@ -84,7 +98,65 @@ Outcome judgedOf(const engine::Frame& frame, const project::ProjectCase& current
     return defaultOutcome(current);
 }
 
+/// All that is usual, written down so that it can be changed.
+AskedUncertainty usualScatterOf(const project::ProjectCase& current) {
+    AskedUncertainty asked;
+    asked.vary = usualInputs(current);
+    for (ScatteredInput& input : asked.vary)
+        input.scatter = usualScatter(input.variables.front(), current.Units);
+    asked.limits = usualLimits(current);
+    return asked;
+}
+
+AskedFragility usualFragility(const project::ProjectCase& current, const Variable& over,
+                              const Span& range) {
+    constexpr int values = 21;
+    constexpr double share = 0.05;
+    AskedFragility asked{usualScatterOf(current), over, {}, {}, share};
+    std::erase_if(asked.scatter.vary,
+                  [&](const ScatteredInput& input) { return input.variables.front() == over; });
+    asked.scatter.limits = {
+        {judgedOf(engine::frameOf(current.Input, current.Units, engine::DevelopmentLoad), current),
+         Criterion::Sense::AtLeast, criteria::SuggestedSF}};
+    // A tenth of the samples: they are run at each value.
+    asked.scatter.plan.bits = 10;
+    for (int i = 0; i < values; ++i)
+        asked.values.push_back(range.low + (range.high - range.low) * i / (values - 1));
+    return asked;
+}
+
 } // namespace
+
+const AskedUncertainty* samplingOf(const Study& study) {
+    if (const auto* fragility = std::get_if<AskedFragility>(&study.request))
+        return &fragility->scatter;
+    return std::get_if<AskedUncertainty>(&study.request);
+}
+
+AskedUncertainty* samplingOf(Study& study) {
+    return const_cast<AskedUncertainty*>(samplingOf(std::as_const(study)));
+}
+
+Result<StudyOutput> outputOfSamples(const Study& study, const project::ProjectCase& base,
+                                    Samples samples, unsigned threads) {
+    constexpr int mostBitsOfIndices = 10;
+    const AskedUncertainty& asked = std::get<AskedUncertainty>(study.request);
+    const auto request = requestOf(asked, base);
+    if (!request) return request.fault();
+    auto assessed = assess(base, *request, std::move(samples), study.RoundTELVOSF);
+    if (!assessed) return assessed.fault();
+    UncertaintyResult result{std::move(*assessed), {}, {}};
+    for (std::size_t c = 0; c < request->criteria.size(); ++c) {
+        result.importance.push_back(importance(result.uncertainty, c, *request));
+        if (!asked.indices) continue;
+        UncertaintyRequest fewer = *request;
+        fewer.plan.bits = std::min(fewer.plan.bits, mostBitsOfIndices);
+        auto indices = sobolStudy(base, fewer, c, study.RoundTELVOSF, threads);
+        if (!indices) return indices.fault();
+        result.indices.push_back(std::move(*indices));
+    }
+    return outputOf(std::move(result), *request, base.Units);
+}
 
 std::vector<std::string> filesOf(const Study& study) {
     std::vector<std::string> files{study.caseFile};
@@ -144,8 +216,13 @@ Result<Study> newStudy(std::string_view kind, const project::ProjectCase& curren
         study.request = ScenarioSet{{{"deeper", {{project::Field::DepthCover, own * 1.25}}}}, {}};
     else if (kind == "compare")
         study.request = CompareSet{{study.caseFile}, false};
+    else if (kind == "uncertainty")
+        study.request = usualScatterOf(current);
+    else if (kind == "fragility")
+        study.request = usualFragility(current, sought, range);
     else
-        return Fault{"kind: tornado, sweep, find, chart, scenarios or compare is wanted",
+        return Fault{"kind: tornado, sweep, find, chart, scenarios, compare, uncertainty or "
+                     "fragility is wanted",
                      std::string(kind)};
     return study;
 }

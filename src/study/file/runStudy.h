@@ -25,6 +25,16 @@ std::vector<std::string> filesOf(const Study& study);
 Result<StudyOutput> runStudy(const Study& study, std::span<const NamedCase> cases,
                              unsigned threads = 1, const Progress& progress = {});
 
+/// How inputs scatter in a study that has it; nullptr for one that has not.
+const AskedUncertainty* samplingOf(const Study& study);
+AskedUncertainty* samplingOf(Study& study);
+
+/// What a study of uncertainty makes of its samples, drawn at once or in parts.
+/// Given: study  one of AskedUncertainty
+/// Faults: what assess() finds
+Result<StudyOutput> outputOfSamples(const Study& study, const project::ProjectCase& base,
+                                    Samples samples, unsigned threads = 1);
+
 /// A study of a kind to begin with, for a case: with values from the case itself.
 /// Given: kind  as kindName() has it   caseFile  relative to the study
 /// Faults: an unknown kind

@@ -3,25 +3,12 @@
 #include "base/text.h"
 #include "study/file/asciiToml.h"
 #include "study/file/Study.h"
-
-// The parser asserts what some files break, such as "[: a]". Whether or not this is an optimized
-// build, such a file is refused (this source is compiled without NDEBUG for that).
-namespace telvo::study {
-struct BrokenToml {};
-[[noreturn]] static void refuseToml() {
-    throw BrokenToml();
-}
-} // namespace telvo::study
-#define TOML_ASSERT(expr) ((expr) ? void(0) : telvo::study::refuseToml())
-#define TOML_HEADER_ONLY 1
-#define TOML_EXCEPTIONS 1
-#define TOML_UNRELEASED_FEATURES 0
-#include <toml++/toml.h>
+#include "study/file/tomlSection.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
-#include <cmath>
-#include <set>
+#include <limits>
 
 namespace telvo::study {
 
@@ -29,210 +16,6 @@ namespace {
 
 constexpr std::string_view StudyTag = "# TELVO study ";
 constexpr std::size_t MostScenarios = 10'000;
-
-/// The first fault of a file, by line.
-class Faults {
-  public:
-    void add(std::size_t line, std::string message) {
-        line = std::max(line, std::size_t{1});
-        if (!m_message.empty() && line >= m_line) return;
-        m_line = line;
-        m_message = std::move(message);
-    }
-    bool any() const { return !m_message.empty(); }
-    Fault first(const std::string& name) const {
-        return {m_message, name + ", line " + std::to_string(m_line)};
-    }
-
-  private:
-    std::size_t m_line = 0;
-    std::string m_message;
-};
-
-std::size_t lineOf(const toml::node& node) {
-    return node.source().begin.line;
-}
-
-/// One table of the file. What is asked for is known; the rest is unknown.
-class Section {
-  public:
-    /// Given: name  of the table in messages; empty for the top of the file
-    Section(const toml::table& table, std::string name, Faults& faults)
-        : m_table(table), m_name(std::move(name)), m_faults(faults) {}
-
-    const toml::node* node(std::string_view key, bool required = true) {
-        m_known.emplace(key);
-        const toml::node* found = m_table.get(key);
-        if (!found && required)
-            m_faults.add(lineOf(m_table),
-                         (m_name.empty() ? "" : "[" + m_name + "] ") + "needs " + std::string(key));
-        return found;
-    }
-
-    std::string text(std::string_view key, bool required = true) {
-        const toml::node* found = node(key, required);
-        if (!found) return {};
-        if (const auto value = found->value_exact<std::string>()) return *value;
-        wrong(*found, key, "a text in quotes");
-        return {};
-    }
-    bool flag(std::string_view key) {
-        const toml::node* found = node(key, false);
-        if (!found) return false;
-        if (const auto value = found->value_exact<bool>()) return *value;
-        wrong(*found, key, "true or false");
-        return false;
-    }
-    double number(std::string_view key) {
-        const toml::node* found = node(key);
-        if (!found) return 0;
-        if (const auto value = numberIn(*found)) return *value;
-        wrong(*found, key, "a number");
-        return 0;
-    }
-    Span pair(std::string_view key) {
-        const toml::node* found = node(key);
-        if (!found) return {};
-        if (const toml::array* list = found->as_array(); list && list->size() == 2) {
-            const auto low = numberIn((*list)[0]), high = numberIn((*list)[1]);
-            if (low && high) return {*low, *high};
-        }
-        wrong(*found, key, "two numbers such as [50, 300]");
-        return {};
-    }
-    std::vector<std::string> texts(std::string_view key, bool required) {
-        std::vector<std::string> all;
-        const toml::node* found = node(key, required);
-        if (!found) return all;
-        const toml::array* list = found->as_array();
-        if (!list) {
-            wrong(*found, key, "a list of texts");
-            return all;
-        }
-        for (const toml::node& each : *list) {
-            if (const auto value = each.value_exact<std::string>())
-                all.push_back(*value);
-            else
-                wrong(each, key, "a list of texts");
-        }
-        return all;
-    }
-    Outcome outcome(std::string_view key) {
-        const std::string name = text(key);
-        if (auto known = Outcome::named(name)) return std::move(*known);
-        if (const toml::node* found = m_table.get(key); found && !name.empty())
-            m_faults.add(lineOf(*found), std::string(key) + ": no quantity is called \"" +
-                                             excerpt(asUtf8(name)) + "\"");
-        else if (found)
-            wrong(*found, key, "the name of a quantity");
-        return Outcome::factor(engine::Development, 0);
-    }
-    std::vector<Outcome> outcomes() {
-        std::vector<Outcome> all;
-        const std::vector<std::string> names = texts("outputs", false);
-        for (const std::string& name : names) {
-            if (auto known = Outcome::named(name))
-                all.push_back(std::move(*known));
-            else
-                m_faults.add(lineOf(*m_table.get("outputs")),
-                             "outputs: no quantity is called \"" + excerpt(asUtf8(name)) + "\"");
-        }
-        return all;
-    }
-    Variable variable(std::string_view key) {
-        const std::string name = text(key);
-        if (const auto known = variableNamed(name)) return *known;
-        if (const toml::node* found = m_table.get(key))
-            m_faults.add(lineOf(*found), std::string(key) +
-                                             ": no input that can be varied is called \"" +
-                                             excerpt(asUtf8(name)) + "\"");
-        return project::Field::DepthCover;
-    }
-    /// "600:1200:50" or a list of numbers.
-    std::vector<double> values() {
-        const toml::node* found = node("values");
-        if (!found) return {};
-        if (const auto text = found->value_exact<std::string>()) {
-            auto read = parseValues(*text);
-            if (read) return std::move(*read);
-            m_faults.add(lineOf(*found), "values: " + excerpt(asUtf8(read.fault().message), 80));
-            return {};
-        }
-        std::vector<double> all;
-        if (const toml::array* list = found->as_array())
-            for (const toml::node& each : *list) {
-                const auto value = numberIn(each);
-                if (!value) break;
-                all.push_back(*value);
-            }
-        if (!found->as_array() || all.empty() || all.size() != found->as_array()->size())
-            wrong(*found, "values", "numbers such as [6, 8, 10] or steps such as \"600:1200:50\"");
-        return all;
-    }
-    /// at_least or at_most, a number or "suggested"; a list of them where `several`.
-    struct Targets {
-        Criterion::Sense sense = Criterion::Sense::AtLeast;
-        std::vector<std::optional<double>> values;
-    };
-    Targets targets(const Outcome& outcome, bool several) {
-        Targets targets;
-        const toml::node* least = node("at_least", false);
-        const toml::node* most = node("at_most", false);
-        if (!least == !most) {
-            m_faults.add(lineOf(m_table), "[" + m_name + "] needs either at_least or at_most");
-            return targets;
-        }
-        const std::string_view key = least ? "at_least" : "at_most";
-        if (most) targets.sense = Criterion::Sense::AtMost;
-        const toml::node& found = least ? *least : *most;
-        const auto add = [&](const toml::node& one) {
-            if (const auto number = numberIn(one))
-                targets.values.emplace_back(*number);
-            else if (one.value_exact<std::string>() == "suggested" && outcome.marginToSuggested())
-                targets.values.emplace_back();
-            else
-                wrong(one, key,
-                      outcome.marginToSuggested() ? "a number or \"suggested\"" : "a number");
-        };
-        const toml::array* list = found.as_array();
-        if (list && several)
-            for (const toml::node& one : *list)
-                add(one);
-        else
-            add(found);
-        if (targets.values.empty()) wrong(found, key, "at least one number");
-        return targets;
-    }
-
-    void wrong(const toml::node& found, std::string_view key, const std::string& wanted) {
-        m_faults.add(lineOf(found), std::string(key) + ": " + wanted + " is wanted");
-    }
-
-    /// Refuses every key that nothing asked for.
-    void finish() {
-        for (const auto& [key, value] : m_table)
-            if (!m_known.contains(key.str()))
-                m_faults.add(key.source().begin.line,
-                             "unknown key " + excerpt(asUtf8(key.str())) +
-                                 (m_name.empty() ? "" : " in [" + m_name + "]"));
-    }
-
-    static std::optional<double> numberIn(const toml::node& found) {
-        std::optional<double> value;
-        if (const auto whole = found.value_exact<std::int64_t>())
-            value = static_cast<double>(*whole);
-        else
-            value = found.value_exact<double>();
-        if (value && !std::isfinite(*value)) return std::nullopt;
-        return value;
-    }
-
-  private:
-    const toml::table& m_table;
-    std::string m_name;
-    Faults& m_faults;
-    std::set<std::string, std::less<>> m_known;
-};
 
 bool isRelative(std::string_view file) {
     return !file.empty() && file.front() != '/' && file.front() != '\\' &&
@@ -267,6 +50,10 @@ class StudyReader {
             study.request = sweep();
         else if (kind == "find")
             study.request = find();
+        else if (kind == "uncertainty")
+            study.request = uncertainty();
+        else if (kind == "fragility")
+            study.request = fragility();
         else if (kind == "chart")
             study.request = chart();
         else if (kind == "scenarios")
@@ -275,8 +62,8 @@ class StudyReader {
             study.request = compare();
         else if (const toml::node* found = m_root.node("kind", false))
             m_root.wrong(*found, "kind",
-                         "\"tornado\", \"sweep\", \"find\", \"chart\", \"scenarios\" or "
-                         "\"compare\"");
+                         "\"tornado\", \"sweep\", \"find\", \"chart\", \"scenarios\", \"compare\", "
+                         "\"uncertainty\" or \"fragility\"");
         m_root.finish();
         if (m_faults.any()) return std::nullopt;
         return study;
@@ -417,6 +204,98 @@ class StudyReader {
         set.onlyDifferences = own.flag("only_differences");
         own.finish();
         return set;
+    }
+
+    /// How the inputs of a table scatter; nothing where it says no more than which.
+    std::optional<Scatter> scatter(Section& vary) {
+        Scatter scatter;
+        const std::string shape = vary.text("shape", false);
+        if (const auto known = shapeNamed(shape))
+            scatter.shape = *known;
+        else if (const toml::node* found = vary.node("shape", false)) {
+            std::string names;
+            for (const std::string_view name : shapeNames())
+                names.append(names.empty() ? "" : ", ").append(name);
+            vary.wrong(*found, "shape", "one of " + names);
+        }
+        scatter.mean = vary.numberIfAny("mean");
+        scatter.sd = vary.numberIfAny("sd");
+        scatter.cov = vary.numberIfAny("cov");
+        for (const auto& [key, form] : {std::pair("values", Scatter::Points::Values),
+                                        std::pair("relative", Scatter::Points::Offsets),
+                                        std::pair("percent", Scatter::Points::Percent)}) {
+            std::vector<double> points = vary.numbersIfAny(key);
+            if (points.empty()) continue;
+            if (!scatter.points.empty())
+                vary.wrong(*vary.node(key), key, "only one of values, relative and percent");
+            scatter.points = std::move(points);
+            scatter.pointsAre = form;
+        }
+        scatter.weights = vary.numbersIfAny("weights");
+        scatter.shapes = vary.numbersIfAny("shapes");
+        scatter.scale = vary.numberIfAny("scale");
+        scatter.low = vary.numberIfAny("low");
+        scatter.high = vary.numberIfAny("high");
+        scatter.cutSd = vary.numberIfAny("cut_sd");
+        if (!shape.empty()) return scatter;
+        if (const toml::node* found = vary.node("input", false); found && scatter != Scatter())
+            vary.wrong(*found, "input", "a shape for its numbers");
+        return std::nullopt;
+    }
+    AskedUncertainty uncertainty() {
+        AskedUncertainty asked;
+        each("vary", false, [&](Section& vary) {
+            ScatteredInput input{vary.variables("input"), {}, vary.flag("shared")};
+            input.scatter = scatter(vary);
+            asked.vary.push_back(std::move(input));
+        });
+        each("correlate", false, [&](Section& pair) {
+            const std::vector<std::string> names = pair.texts("inputs", true);
+            const double rank = pair.number("rank");
+            if (names.size() == 2)
+                asked.correlated.push_back({pair.variableOf("inputs", names[0]),
+                                            pair.variableOf("inputs", names[1]), rank});
+            else if (const toml::node* found = pair.node("inputs", false))
+                pair.wrong(*found, "inputs", "two inputs");
+        });
+        each("limit", false, [&](Section& limit) {
+            const Outcome outcome = limit.outcome("output");
+            const auto targets = limit.targets(outcome, false);
+            if (!targets.values.empty())
+                asked.limits.push_back({outcome, targets.sense, targets.values.front()});
+        });
+        if (!m_root.node("sampling", false)) return asked;
+        Section sampling = section("sampling");
+        const std::string method = sampling.text("method", false);
+        const toml::node* named = sampling.node("method", false);
+        if (method == "latin-hypercube")
+            asked.plan.method = sampling::Method::LatinHypercube;
+        else if (method == "monte-carlo")
+            asked.plan.method = sampling::Method::MonteCarlo;
+        else if (named && method != "sobol")
+            sampling.wrong(*named, "method", "\"sobol\", \"latin-hypercube\" or \"monte-carlo\"");
+        asked.plan.replicates = sampling.whole("replicates", asked.plan.replicates, 1, 1024);
+        const std::uint64_t per = sampling.whole("per_replicate", asked.plan.perReplicate(), 1,
+                                                 std::uint64_t{1} << sampling::MostSobolBits);
+        asked.plan.bits = std::countr_zero(per);
+        if (!std::has_single_bit(per))
+            sampling.wrong(*sampling.node("per_replicate"), "per_replicate",
+                           "a power of 2 such as 8192");
+        asked.halfWidth = sampling.numberIfAny("stop_at_half_width");
+        asked.indices = sampling.flag("indices");
+        asked.plan.seed =
+            sampling.whole("seed", asked.plan.seed, 0, std::numeric_limits<std::int64_t>::max());
+        sampling.finish();
+        return asked;
+    }
+    AskedFragility fragility() {
+        Section own = section("fragility");
+        AskedFragility asked{{}, own.variable("over"), own.values(), {}, {}};
+        asked.weights = own.numbersIfAny("weights");
+        asked.share = own.numberIfAny("share");
+        own.finish();
+        asked.scatter = uncertainty();
+        return asked;
     }
 
     Section m_root;

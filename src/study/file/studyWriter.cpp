@@ -3,6 +3,7 @@
 #include "study/file/Study.h"
 
 #include <algorithm>
+#include <array>
 
 namespace telvo::study {
 
@@ -28,6 +29,18 @@ std::string quotedToml(std::string_view text) {
         }
     }
     return out + '"';
+}
+
+std::string_view methodName(sampling::Method method) {
+    switch (method) {
+    case sampling::Method::LatinHypercube:
+        return "latin-hypercube";
+    case sampling::Method::MonteCarlo:
+        return "monte-carlo";
+    case sampling::Method::Sobol:
+        break;
+    }
+    return "sobol";
 }
 
 /// Writes one study.
@@ -156,16 +169,85 @@ class StudyWriter {
         if (set.onlyDifferences) line("only_differences", "true");
     }
 
+    void numbers(std::string_view key, const std::vector<double>& all) {
+        if (!all.empty()) list(key, all, [](double value) { return generalNumber(value); });
+    }
+    void numberIfAny(std::string_view key, const std::optional<double>& value) {
+        if (value) number(key, *value);
+    }
+    void write(const Scatter& scatter) {
+        text("shape", shapeName(scatter.shape));
+        numberIfAny("mean", scatter.mean);
+        numberIfAny("sd", scatter.sd);
+        numberIfAny("cov", scatter.cov);
+        numbers(scatter.pointsAre == Scatter::Points::Values    ? "values"
+                : scatter.pointsAre == Scatter::Points::Offsets ? "relative"
+                                                                : "percent",
+                scatter.points);
+        numbers("weights", scatter.weights);
+        numbers("shapes", scatter.shapes);
+        numberIfAny("scale", scatter.scale);
+        numberIfAny("low", scatter.low);
+        numberIfAny("high", scatter.high);
+        numberIfAny("cut_sd", scatter.cutSd);
+    }
+    /// Each of its parts begins with a blank line, but for the first one of a study.
+    void write(const AskedUncertainty& asked, bool first = true) {
+        const auto begin = [&](std::string_view heading) {
+            m_text.append(first ? "" : "\n").append(heading).append("\n");
+            first = false;
+        };
+        const auto names = [](const Variable& variable) { return quotedToml(variable.name()); };
+        for (const ScatteredInput& input : asked.vary) {
+            begin("[[vary]]");
+            if (input.variables.size() == 1)
+                text("input", input.variables.front().name());
+            else
+                list("input", input.variables, names);
+            if (input.shared) line("shared", "true");
+            if (input.scatter) write(*input.scatter);
+        }
+        for (const AskedUncertainty::Together& pair : asked.correlated) {
+            begin("[[correlate]]");
+            list("inputs", std::array{pair.first, pair.second}, names);
+            number("rank", pair.rank);
+        }
+        for (const Criterion& limit : asked.limits) {
+            begin("[[limit]]");
+            text("output", limit.outcome.name());
+            line(senseKey(limit.sense), targetOf(limit.target));
+        }
+        begin("[sampling]");
+        text("method", methodName(asked.plan.method));
+        number("replicates", static_cast<double>(asked.plan.replicates));
+        number("per_replicate", static_cast<double>(asked.plan.perReplicate()));
+        numberIfAny("stop_at_half_width", asked.halfWidth);
+        if (asked.indices) line("indices", "true");
+        line("seed", std::to_string(asked.plan.seed));
+    }
+    void write(const AskedFragility& asked) {
+        m_text += "[fragility]\n";
+        text("over", asked.over.name());
+        values(asked.values);
+        numbers("weights", asked.weights);
+        numberIfAny("share", asked.share);
+        write(asked.scatter, false);
+    }
+
     std::string m_text;
 };
 
 } // namespace
 
 std::string_view kindName(const Study::Request& request) {
-    constexpr std::string_view names[] = {"sweep", "tornado",   "find",
-                                          "chart", "scenarios", "compare"};
+    return kindNames()[request.index()];
+}
+
+std::span<const std::string_view> kindNames() {
+    static constexpr std::string_view names[] = {
+        "sweep", "tornado", "find", "chart", "scenarios", "compare", "uncertainty", "fragility"};
     static_assert(std::size(names) == std::variant_size_v<Study::Request>);
-    return names[request.index()];
+    return names;
 }
 
 std::string studyText(const Study& study) {

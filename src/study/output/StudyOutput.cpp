@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/output/StudyOutput.h"
 
+#include "study/output/jsonParts.h"
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -12,16 +14,6 @@ namespace {
 
 std::string_view unitOf(const Outcome& outcome, std::int16_t units) {
     return engine::unitName(outcome.kind(), units);
-}
-
-void jsonNumber(JsonWriter& json, std::string_view name, double value) {
-    json.key(name);
-    std::isfinite(value) ? json.number(value) : json.null();
-}
-
-void jsonNumber(JsonWriter& json, std::string_view name, const std::optional<double>& value) {
-    json.key(name);
-    value ? json.number(*value) : json.null();
 }
 
 void jsonPoint(JsonWriter& json, std::string_view name, const std::optional<GraphPoint>& point) {
@@ -41,23 +33,6 @@ void jsonSpan(JsonWriter& json, std::string_view name, const Span& span) {
     json.endArray();
 }
 
-void jsonTally(JsonWriter& json, const Tally& tally) {
-    json.key("evaluated");
-    json.number(tally.runs);
-    json.key("uncomputable");
-    json.number(tally.notComputed());
-    json.key("messages");
-    json.beginArray();
-    for (const Tally::Left& left : tally.left) {
-        json.beginObject();
-        json.member("message", left.message);
-        json.key("runs");
-        json.number(left.runs);
-        json.endObject();
-    }
-    json.endArray();
-}
-
 void jsonJumps(JsonWriter& json, const std::vector<Jump>& jumps) {
     json.key("jumps");
     json.beginArray();
@@ -72,38 +47,8 @@ void jsonJumps(JsonWriter& json, const std::vector<Jump>& jumps) {
     json.endArray();
 }
 
-/// Rows as objects with the names of the columns.
-void jsonRows(JsonWriter& json, const ResultTable& table) {
-    json.key("rows");
-    json.beginArray();
-    std::vector<TableCell> cells;
-    for (std::size_t row = 0; row < table.rows; ++row) {
-        cells.assign(table.columns.size(), {});
-        table.read(row, cells);
-        json.beginObject();
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            json.key(table.columns[i].name);
-            if (const double* number = std::get_if<double>(&cells[i]))
-                json.number(*number);
-            else if (const auto* text = std::get_if<std::string>(&cells[i]))
-                json.text(*text);
-            else
-                json.null();
-        }
-        json.endObject();
-    }
-    json.endArray();
-}
-
 TableCell cellOf(const std::optional<double>& value) {
     return value ? numberCell(*value) : TableCell();
-}
-
-std::string countText(std::size_t count) {
-    std::string text = std::to_string(count);
-    for (std::size_t at = text.size(); at > 3; at -= 3)
-        text.insert(at - 3, 1, ',');
-    return text;
 }
 
 /// The rule of an interval: of the end that is a jump.
@@ -135,11 +80,12 @@ std::string targetText(const Criterion& criterion) {
 } // namespace
 
 std::string tallyText(const Tally& tally) {
-    std::string text = countText(tally.runs) + (tally.runs == 1 ? " run" : " runs");
+    std::string text = groupedText(tally.runs) + (tally.runs == 1 ? " run" : " runs");
     if (tally.left.empty()) return text;
-    text += ", " + countText(tally.notComputed()) + " of them not computed: ";
+    text += ", " + groupedText(tally.notComputed()) + " of them not computed: ";
     for (std::size_t i = 0; i < tally.left.size(); ++i)
-        text += (i > 0 ? "; " : "") + countText(tally.left[i].runs) + " x " + tally.left[i].message;
+        text +=
+            (i > 0 ? "; " : "") + groupedText(tally.left[i].runs) + " x " + tally.left[i].message;
     return text;
 }
 
@@ -153,7 +99,9 @@ std::string flagText(std::uint16_t flags) {
 std::string shownText(const StudyOutput& output) {
     std::string text;
     if (!output.headline.empty()) text += output.headline + "\n\n";
-    if (output.table.rows > 0) text += alignedText(output.table) + "\n";
+    if (output.shown.empty() && output.table.rows > 0) text += alignedText(output.table) + "\n";
+    for (const auto& [title, table] : output.shown)
+        text += title + "\n" + alignedText(table) + "\n";
     for (const std::string& remark : output.remarks)
         text += remark + "\n";
     if (output.tally.runs > 0) text += tallyText(output.tally) + "\n";
@@ -462,8 +410,8 @@ StudyOutput outputOf(Comparison result, bool onlyDifferences) {
         std::count_if(kept->rows.begin(), kept->rows.end(), [](const ComparedRow& row) {
             return row.kind == ComparedRow::Kind::Result && row.differs;
         }));
-    output.headline = countText(inputs) + (inputs == 1 ? " input and " : " inputs and ") +
-                      countText(results) + (results == 1 ? " result differ" : " results differ") +
+    output.headline = groupedText(inputs) + (inputs == 1 ? " input and " : " inputs and ") +
+                      groupedText(results) + (results == 1 ? " result differ" : " results differ") +
                       " from " + base;
     output.table.rows = shown.size();
     output.table.read = [kept, shown](std::size_t line, std::vector<TableCell>& cells) {

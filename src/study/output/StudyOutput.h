@@ -7,13 +7,16 @@
 #include "study/questions/compare.h"
 #include "study/questions/designChart.h"
 #include "study/questions/find.h"
+#include "study/questions/importance.h"
 #include "study/questions/scenarios.h"
+#include "study/questions/shareCurve.h"
 #include "study/questions/sweep.h"
 #include "study/questions/tornado.h"
 
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Results of studies in forms for people, scripts and spreadsheets.
@@ -21,13 +24,17 @@ namespace telvo::study {
 
 /// What came of a study, ready to be written in any form. It holds the result that it is made of.
 struct StudyOutput {
-    std::string headline;             ///< the answer in a sentence
-    ResultTable table;                ///< numbers exact, in the units of the case
+    std::string headline; ///< the answer in a sentence
+    ResultTable table;    ///< numbers exact, in the units of the case
+    /// As text instead of `table`, where that is one for scripts: tables with their titles.
+    std::vector<std::pair<std::string, ResultTable>> shown = {};
     std::vector<std::string> remarks; ///< below the table, a sentence each
     Tally tally;
     bool computed = true;                  ///< at least one of its runs
     bool aimMet = true;                    ///< something was found that meets the criterion
     std::function<void(JsonWriter&)> json; ///< the members of a JSON object
+    /// Samples behind it, a row each, with columns named as those of a sweep; may have none.
+    ResultTable samples = {};
 };
 
 /// Given: units  of the case
@@ -44,6 +51,20 @@ StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std
 /// against the base.
 /// Given: onlyDifferences  rows that are the same in all cases are left out
 StudyOutput outputOf(Comparison result, bool onlyDifferences);
+
+/// What the samples say with what it is made of: importance of the inputs, and for independent inputs
+/// on demand the indices of Sobol'.
+struct UncertaintyResult {
+    Uncertainty uncertainty;
+    std::vector<std::vector<Importance>> importance; ///< [criterion]
+    std::vector<SobolStudy> indices;                 ///< [criterion]; may be none
+};
+/// The table has a row per statistic: its name, the criterion, what it is of, value and interval.
+StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request,
+                     std::int16_t units);
+/// The table has a row per criterion and value of the other input.
+StudyOutput outputOf(ShareCurve result, const UncertaintyRequest& request,
+                     const AskedFragility& asked, std::int16_t units);
 
 /// "1,203 runs, 2 of them not computed: 2 x Invalid depth of cover"
 std::string tallyText(const Tally& tally);

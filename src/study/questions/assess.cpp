@@ -25,10 +25,15 @@ std::string headlineOf(const Uncertainty& result, const UncertaintyRequest& requ
     const CriterionShare& first = result.criteria.front();
     const std::string samples =
         groupedText(result.samples.size()) + " samples miss " + request.criteria.front().text();
-    if (first.misses == 0)
-        return "None of " + samples + " (below " + percentText(first.missed.high) + " %)";
-    return percentText(first.missed.value) + " % of " + samples + " (" +
-           percentText(first.missed.low) + " to " + percentText(first.missed.high) + " %)";
+    std::string text =
+        first.misses == 0
+            ? "None of " + samples + " (below " + percentText(first.missed.high) + " %)"
+            : percentText(first.missed.value) + " % of " + samples + " (" +
+                  percentText(first.missed.low) + " to " + percentText(first.missed.high) + " %)";
+    if (result.criteria.size() > 1 && result.any.value > 0)
+        text += "; " + percentText(result.any.value) + " % miss one of the " +
+                std::to_string(result.criteria.size());
+    return text;
 }
 
 /// The values of an outcome that are numbers, rising; of all samples and of each replicate.
@@ -215,6 +220,8 @@ Result<Uncertainty> assess(const project::ProjectCase& base, const UncertaintyRe
         one.missed =
             shareOfReplicates(countsOf(result.samples, mask, per, per), per, &one.fewMisses);
         setSpread(one, result.samples, c, request.criteria[c]);
+        if (one.cumulative.empty())
+            return Fault{"No sample has this result", request.criteria[c].outcome.name()};
         if (request.halfWidth && !isNarrow(one.missed, *request.halfWidth))
             result.halfWidthMet = false;
         result.criteria.push_back(std::move(one));

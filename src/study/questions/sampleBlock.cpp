@@ -183,11 +183,4 @@ std::string percentText(double share) {
     return generalNumber(100 * share, share < 0.001 ? 2 : 3);
 }
 
-std::string groupedText(std::uint64_t count) {
-    std::string text = std::to_string(count);
-    for (std::size_t at = text.size(); at > 3; at -= 3)
-        text.insert(at - 3, 1, ',');
-    return text;
-}
-
 } // namespace telvo::study

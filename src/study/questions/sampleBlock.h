@@ -99,7 +99,5 @@ std::vector<ReplicateCount> countsOf(const Samples& samples, std::uint16_t mask,
 
 /// "12.3", "0.0042": a share in percent.
 std::string percentText(double share);
-/// "131,072"
-std::string groupedText(std::uint64_t count);
 
 } // namespace telvo::study

@@ -31,6 +31,93 @@ std::optional<Fault> refusedCurve(const project::ProjectCase& base, const AskedF
     return std::nullopt;
 }
 
+/// Counts at some values of the design variable.
+struct CurveCounts {
+    std::vector<std::vector<std::vector<ReplicateCount>>>
+        byCriterion;                               ///< [criterion][value][replicate]
+    std::vector<std::vector<std::size_t>> leftOut; ///< the first sample that was not computed
+};
+
+/// Nothing where it was stopped.
+std::optional<CurveCounts> countsAt(const ReadyToDraw& ready, const UncertaintyRequest& request,
+                                    const std::vector<double>& values, unsigned threads,
+                                    const std::stop_token& stop) {
+    const auto per = static_cast<std::size_t>(request.plan.perReplicate());
+    const std::size_t replicates = request.plan.replicates, criteria = request.criteria.size();
+    const std::vector<std::vector<ReplicateCount>> none(values.size(),
+                                                        std::vector<ReplicateCount>(replicates));
+    CurveCounts counts{
+        std::vector(criteria, none),
+        std::vector(values.size(), std::vector<std::size_t>(replicates, ~std::size_t{0}))};
+    const bool whole = inParallel(replicates, threads, stop, [&](std::size_t r) {
+        SampleBlock block(ready, request.criteria);
+        for (std::size_t from = 0; from < per; from += SamplesPerBlock) {
+            const std::size_t count = std::min(SamplesPerBlock, per - from);
+            block.draw(r, from, count);
+            for (std::size_t v = 0; v < values.size(); ++v) {
+                std::fill(block.other(0).begin(), block.other(0).end(), values[v]);
+                block.compute(count);
+                for (std::size_t i = 0; i < count; ++i) {
+                    if (!block.isComputed(i)) {
+                        counts.leftOut[v][r] = std::min(counts.leftOut[v][r], from + i);
+                        continue;
+                    }
+                    for (std::size_t c = 0; c < criteria; ++c) {
+                        ++counts.byCriterion[c][v][r].computed;
+                        counts.byCriterion[c][v][r].misses += block.misses(c, i);
+                    }
+                }
+            }
+        }
+    });
+    if (!whole) return std::nullopt;
+    return counts;
+}
+
+std::vector<ShareCurvePoint> pointsOf(const CurveCounts& counts, std::size_t c,
+                                      const std::vector<double>& values, std::size_t per) {
+    std::vector<ShareCurvePoint> points;
+    for (std::size_t v = 0; v < values.size(); ++v) {
+        const std::vector<ReplicateCount>& own = counts.byCriterion[c][v];
+        ShareCurvePoint point;
+        point.x = values[v];
+        for (const ReplicateCount& one : own)
+            point.computed += one.computed;
+        point.notComputed = own.size() * per - point.computed;
+        point.missed = shareOfReplicates(own, per);
+        points.push_back(point);
+    }
+    return points;
+}
+
+/// Adds points where the curve, or an end of its band, passes a share, until straight lines between
+/// them do no harm. Returned: it was not stopped.
+bool refine(std::vector<ShareCurvePoint>& points, std::size_t c, const ReadyToDraw& ready,
+            const UncertaintyRequest& request, double share, unsigned threads,
+            const std::stop_token& stop) {
+    constexpr double finest = 1.0 / 4096; // of the range
+    const double width = (points.back().x - points.front().x) * finest;
+    const auto side = [&](const ShareCurvePoint& point) {
+        if (point.computed == 0) return -1;
+        return (point.missed.value <= share ? 1 : 0) + (point.missed.low <= share ? 2 : 0) +
+               (point.missed.high <= share ? 4 : 0);
+    };
+    for (;;) {
+        std::vector<double> between;
+        for (std::size_t v = 1; v < points.size(); ++v)
+            if (side(points[v - 1]) != side(points[v]) && points[v].x - points[v - 1].x > width)
+                between.push_back(points[v - 1].x + (points[v].x - points[v - 1].x) / 2);
+        if (between.empty()) return true;
+        const auto counts = countsAt(ready, request, between, threads, stop);
+        if (!counts) return false;
+        const auto more =
+            pointsOf(*counts, c, between, static_cast<std::size_t>(request.plan.perReplicate()));
+        points.insert(points.end(), more.begin(), more.end());
+        std::sort(points.begin(), points.end(),
+                  [](const ShareCurvePoint& a, const ShareCurvePoint& b) { return a.x < b.x; });
+    }
+}
+
 /// Stretches in which a curve is at most a share, on straight lines between its points.
 std::vector<Span> stretchesUpTo(const std::vector<ShareCurvePoint>& points, double Estimate::*bound,
                                 double share) {
@@ -155,62 +242,31 @@ Result<ShareCurve> shareCurve(const project::ProjectCase& base, const Uncertaint
     if (!ready) return ready.fault();
     const auto per = static_cast<std::size_t>(request.plan.perReplicate());
     const std::size_t replicates = request.plan.replicates, criteria = request.criteria.size();
-    // [criterion][value][replicate]
-    std::vector<std::vector<std::vector<ReplicateCount>>> counts(
-        criteria, std::vector<std::vector<ReplicateCount>>(
-                      asked.values.size(), std::vector<ReplicateCount>(replicates)));
-    constexpr std::size_t none = ~std::size_t{0};
-    std::vector<std::vector<std::size_t>> leftOut( // the first sample that was not computed
-        asked.values.size(), std::vector<std::size_t>(replicates, none));
-    const bool whole = inParallel(replicates, threads, stop, [&](std::size_t r) {
-        SampleBlock block(*ready, request.criteria);
-        for (std::size_t from = 0; from < per; from += SamplesPerBlock) {
-            const std::size_t count = std::min(SamplesPerBlock, per - from);
-            block.draw(r, from, count);
-            for (std::size_t v = 0; v < asked.values.size(); ++v) {
-                std::fill(block.other(0).begin(), block.other(0).end(), asked.values[v]);
-                block.compute(count);
-                for (std::size_t i = 0; i < count; ++i) {
-                    if (!block.isComputed(i)) {
-                        leftOut[v][r] = std::min(leftOut[v][r], from + i);
-                        continue;
-                    }
-                    for (std::size_t c = 0; c < criteria; ++c) {
-                        ++counts[c][v][r].computed;
-                        counts[c][v][r].misses += block.misses(c, i);
-                    }
-                }
-            }
-        }
-    });
-    if (!whole) return Fault{"Stopped before anything was computed", ""};
+    const auto counts = countsAt(*ready, request, asked.values, threads, stop);
+    if (!counts) return Fault{"Stopped before anything was computed", ""};
     ShareCurve curve;
     curve.average.resize(criteria);
+    curve.meets.resize(criteria);
     for (std::size_t c = 0; c < criteria; ++c) {
-        auto& points = curve.points.emplace_back();
-        for (std::size_t v = 0; v < asked.values.size(); ++v) {
-            ShareCurvePoint point;
-            point.x = asked.values[v];
-            for (const ReplicateCount& one : counts[c][v])
-                point.computed += one.computed;
-            point.notComputed = replicates * per - point.computed;
-            point.missed = shareOfReplicates(counts[c][v], per);
-            points.push_back(point);
-        }
-        if (!asked.weights.empty()) curve.average[c] = averageOf(points, counts[c], asked.weights);
-        curve.meets.push_back(asked.share ? intervalsUpTo(points, *asked.share)
-                                          : std::vector<ShareInterval>());
+        curve.points.push_back(pointsOf(*counts, c, asked.values, per));
+        if (!asked.weights.empty())
+            curve.average[c] = averageOf(curve.points[c], counts->byCriterion[c], asked.weights);
+        if (!asked.share) continue;
+        std::vector<ShareCurvePoint> fine = curve.points[c];
+        if (!refine(fine, c, *ready, request, *asked.share, threads, stop))
+            return Fault{"Stopped before anything was computed", ""};
+        curve.meets[c] = intervalsUpTo(fine, *asked.share);
     }
     // By the message of the first sample of each value and replicate.
     for (std::size_t v = 0; v < asked.values.size(); ++v)
         for (std::size_t r = 0; r < replicates; ++r) {
-            const std::uint64_t lost = per - counts.front()[v][r].computed;
+            const std::uint64_t lost = per - counts->byCriterion.front()[v][r].computed;
             if (lost == 0) continue;
             std::vector<double> drawn(request.inputs.size()), values;
             std::vector<double*> out;
             for (double& value : drawn)
                 out.push_back(&value);
-            ready->sampler->block(r, leftOut[v][r], 1, out);
+            ready->sampler->block(r, counts->leftOut[v][r], 1, out);
             for (const DrawnColumn& column : ready->columns)
                 values.push_back(column.of(drawn[column.input]));
             values.push_back(asked.values[v]);

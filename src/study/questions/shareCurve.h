@@ -26,8 +26,8 @@ struct ShareCurvePoint {
     std::size_t computed = 0, notComputed = 0;
 };
 
-/// Values of the design variable with at most the share asked for, between neighbors on a straight
-/// line.
+/// Values of the design variable with at most the share asked for; ends are located by halving, to a
+/// four-thousandth of the range.
 struct ShareInterval {
     double from = 0, to = 0;
     /// Where the ends may be, by the band of the curve; missing where it does not get there.

@@ -73,6 +73,10 @@ std::vector<Criterion> usualLimits(const project::ProjectCase& base) {
         if (outcome.marginToSuggested() && outcome.isDefined(frame, base.Input))
             limits.push_back(criterion);
     }
+    // Retreat before development: it decides, and headlines speak of the first.
+    std::stable_sort(limits.begin(), limits.end(), [](const Criterion& a, const Criterion& b) {
+        return a.outcome.pass() > b.outcome.pass();
+    });
     return limits;
 }
 

@@ -29,7 +29,7 @@ namespace telvo::study {
 inline constexpr std::string_view ShareNote =
     "The limits are empirical and were found with default coal strength and abutment angles: the "
     "share "
-    "shows how robust the case is, it is no probability of failure.";
+    "shows how robust the case is and is no probability of failure.";
 
 // ---- what is asked ------------------------------------------------------------------------------
 
@@ -47,6 +47,7 @@ struct AskedUncertainty {
     /// Stop as soon as the half width of every share's interval is at most this part of the share (of
     /// a share below 1 %: of 1 %). `plan` then has the most samples.
     std::optional<double> halfWidth;
+    bool indices = false; ///< of Sobol', where inputs are independent; takes more runs
 };
 
 /// Stability factors of panel and barriers against the factors that the warnings suggest.
@@ -154,7 +155,8 @@ struct Convergence {
 };
 
 struct Uncertainty {
-    std::string headline; ///< "3.8 % of 131,072 samples miss TELVOSF.retreat>=1.5 (3.7 to 3.9 %)"
+    /// "3.8 % of 131,072 samples miss TELVOSF.retreat>=1.5 (3.7 to 3.9 %); 5.1 % miss one of the 4"
+    std::string headline;
     std::vector<CriterionShare> criteria;
     sampling::Estimate any; ///< share that misses one or more of them
     /// Samples by which criteria they miss, bit i for criterion i: [mask] samples.
