@@ -2,13 +2,15 @@
 //
 // The parametric graphs and the studies of a panel between two side gobs. Painted, a graph has to
 // take less than 20 ms, what matters 10 ms, a map of 200 x 200 50 ms; find() over 401 points 5 ms, a
-// design chart of 60 x 3 points 100 ms.
+// design chart of 60 x 3 points 100 ms. A million samples of ten correlated inputs with all shares,
+// quantiles and curves 300 ms of one core.
 #include "project/CaseFile.h"
 #include "study/graph/sfGraph.h"
 #include "study/questions/designChart.h"
 #include "study/questions/find.h"
 #include "study/questions/sweep.h"
 #include "study/questions/tornado.h"
+#include "study/questions/uncertainty.h"
 
 #include <benchmark/benchmark.h>
 
@@ -52,6 +54,60 @@ void whatMatters(benchmark::State& state) {
         benchmark::DoNotOptimize(study::tornado(current, request));
 }
 BENCHMARK(whatMatters)->Unit(benchmark::kMillisecond);
+
+/// Ten inputs, each correlated with its neighbor.
+study::UncertaintyRequest tenInputs(const project::ProjectCase& current, int bits) {
+    study::AskedUncertainty asked;
+    for (const char* name : {"DepthCover", "EntryHeight", "EntryWidth", "XcutSpacing",
+                             "XcutCenters", "ExtentActiveGob", "ExtentFirstGob", "ExtentSecondGob",
+                             "BarrierFirstGob", "BarrierSecondGob"})
+        asked.vary.push_back({{*study::variableNamed(name)}, {}, false});
+    for (std::size_t i = 1; i < asked.vary.size(); ++i)
+        asked.correlated.push_back(
+            {asked.vary[i - 1].variables[0], asked.vary[i].variables[0], 0.3});
+    for (const char* text : {"TELVOSF.retreat>=1.5", "BarrierSF.retreat.second>=1.2"})
+        asked.limits.push_back(*study::Criterion::parse(text));
+    asked.plan.bits = bits;
+    return *study::requestOf(asked, current);
+}
+
+void drawInputs(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    const study::UncertaintyRequest request = tenInputs(current, 16);
+    const auto drawn = *study::uncertainty(current, tenInputs(current, 4));
+    std::vector<std::vector<double>> columns(10, std::vector<double>(1024));
+    std::vector<double*> out;
+    for (auto& column : columns)
+        out.push_back(column.data());
+    std::vector<sampling::Scattered> inputs = drawn.sampler->inputs();
+    sampling::Matrix ranks = sampling::Matrix::identity(inputs.size());
+    for (const study::RankPair& pair : request.correlated)
+        ranks.at(pair.first, pair.second) = ranks.at(pair.second, pair.first) = pair.rank;
+    const auto sampler = *sampling::Sampler::prepare(inputs, ranks, request.plan);
+    for (auto _ : state)
+        for (std::size_t r = 0; r < 16; ++r)
+            for (std::uint64_t from = 0; from < 65536; from += 1024)
+                sampler.block(r, from, 1024, out);
+}
+BENCHMARK(drawInputs)->Unit(benchmark::kMillisecond);
+
+/// Given: argument  log2 of the samples per replicate
+void uncertaintyOfSamples(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    const study::UncertaintyRequest request = tenInputs(current, static_cast<int>(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(study::uncertainty(current, request));
+}
+BENCHMARK(uncertaintyOfSamples)->Arg(9)->Arg(13)->Arg(16)->Unit(benchmark::kMillisecond);
+
+void assessSamples(benchmark::State& state) {
+    const project::ProjectCase current = betweenTwoGobs();
+    const study::UncertaintyRequest request = tenInputs(current, 16);
+    const study::Samples samples = *study::drawSamples(current, request);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(study::assess(current, request, samples));
+}
+BENCHMARK(assessSamples)->Unit(benchmark::kMillisecond);
 
 void findAValue(benchmark::State& state) {
     const project::ProjectCase current = betweenTwoGobs();

@@ -24,7 +24,7 @@ constexpr std::array<std::string_view, 13> ShapeNames = {
 constexpr double LeastDrawn = 0x1p-53;
 
 /// What a shape is made of.
-enum Part : unsigned {
+enum Ingredient : unsigned {
     Mean = 1,
     Deviation = 2,
     PointList = 4,
@@ -70,7 +70,7 @@ Makeup makeupOf(const Scatter& scatter) {
 std::string wrongParts(const Scatter& s) {
     const Makeup makeup = makeupOf(s);
     const std::string shape(shapeName(s.shape));
-    const auto takes = [&](Part part) { return (makeup.takes & part) != 0; };
+    const auto takes = [&](Ingredient part) { return (makeup.takes & part) != 0; };
     if (takes(Deviation)) {
         if (!s.sd == !s.cov) return shape + " needs either sd or cov";
     } else if (s.sd || s.cov) {
