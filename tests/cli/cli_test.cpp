@@ -111,7 +111,7 @@ TEST_F(Cli, TablesAreKnownByTheirContentAndPassThroughPipes) {
     EXPECT_EQ(run("check -- - -#2", read("two.csv")).status, 2);
 }
 
-#if !defined(__SANITIZE_ADDRESS__) // whose own memory is more than the limit
+#if !defined(TELVO_SANITIZED) // whose own memory is more than the limit
 TEST_F(Cli, AFileThatNeedsTooMuchMemoryLeavesTheOthersAlone) {
     string large = "DepthCover,Title\n";
     for (int i = 0; i < 200'000; ++i)
