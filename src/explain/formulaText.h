@@ -65,7 +65,7 @@ class FormulaText {
     std::string printedSymbol(const Node& node) const;
     void keep(const Piece& piece);
 
-    const TracedStep& m_step;
+    TracedStep m_step;
     std::int16_t m_units;
     int m_digits;
     Shown m_shown;
