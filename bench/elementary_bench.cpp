@@ -2,7 +2,7 @@
 //
 // Time per value of the elementary functions: one by one, in packs, and those of the C library.
 
-#include "batch/Pack.h"
+#include "base/Pack.h"
 #include "elementaryLoops.h"
 
 #include <benchmark/benchmark.h>
@@ -71,7 +71,7 @@ int main(int argc, char** argv) {
         });
         add(row, "baseline", [](benchmark::State& state, const Row& r) {
             perValue(state, r, [&](const double* in, double* out) {
-                bench::elementaryLoop<batch::Pack<batch::Baseline>>(r.function, in, out, Count);
+                bench::elementaryLoop<Pack<Baseline>>(r.function, in, out, Count);
             });
         });
 #ifdef TELVO_BENCH_AVX2

@@ -11,7 +11,7 @@
 #define TELVO_INLINE [[gnu::always_inline]] inline
 
 /// What a rule may ask of its number type besides + - * / and comparisons, here for `double`. The
-/// same functions stand for several cases at once in batch/Pack.h.
+/// same functions stand for several cases at once in base/Pack.h.
 namespace telvo {
 
 /// `a` where `yes`, else `b`. Both are computed; the one that is not taken must be harmless.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The only source compiled with -mavx2.
+// Compiled with -mavx2.
 #include "batch/kernel.h"
 
 namespace telvo::batch {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "batch/columns.h"
-#include "batch/Pack.h"
+#include "base/Pack.h"
 #include "criteria/assess.h"
 #include "engine/InputsOf.h"
 #include "engine/quantities.h"

@@ -242,7 +242,8 @@ CLI::App* addUncertainty(CLI::App& app, UncertaintyCall& request) {
         ->option_text("N");
     command->add_flag(
         "--indices", request.indices,
-        "also first-order and total indices of Sobol'; inputs have to be independent");
+        "also first-order and total indices of Sobol', or Shapley effects where inputs "
+        "are correlated");
     literal(command->add_option("--samples-out", request.samplesFile,
                                 "write the samples of the one case to this file, .csv"))
         ->option_text("FILE");

@@ -3,6 +3,7 @@
 
 #include "base/elementary.h"
 #include "base/numbers.h"
+#include "sampling/columns.h"
 #include "sampling/special.h"
 
 #include <algorithm>
@@ -354,6 +355,31 @@ double Distribution::of(double p, double q) const {
     const double below = m_belowLow + p * (m_belowHigh - m_belowLow);
     const double above = m_aboveHigh + q * (m_aboveLow - m_aboveHigh);
     return std::clamp(quantile(below, above), m_low, m_high) + m_offset;
+}
+
+bool Distribution::takesScores() const {
+    if (m_cut) return false;
+    return m_shape == Shape::Normal || m_shape == Shape::Lognormal || m_shape == Shape::Beta ||
+           m_shape == Shape::Gamma;
+}
+
+void Distribution::ofScores(double* values, std::size_t count) const {
+    // Each as in quantile(), and the offset added as in of().
+    const auto each = [&](auto&& number) {
+        for (std::size_t i = 0; i < count; ++i)
+            values[i] = number(values[i]) + m_offset;
+    };
+    switch (m_shape) {
+    case Shape::Lognormal:
+        toExponentials(values, count, m_a, m_b);
+        return each([](double x) { return x; });
+    case Shape::Beta:
+        return each([this](double z) { return m_c + (m_d - m_c) * m_knots->at(z); });
+    case Shape::Gamma:
+        return each([this](double z) { return m_b * m_knots->at(z); });
+    default:
+        return each([this](double z) { return m_a + m_b * z; });
+    }
 }
 
 double Distribution::quantile(double p, double q) const {

@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -51,6 +52,10 @@ class Distribution {
     /// The same from both sides, without loss in either tail.
     /// Given: p, q  probability below and above
     double of(double p, double q) const;
+    /// Whether it is a plain function of a normal score: ofScores() then needs no probability.
+    bool takesScores() const;
+    /// Normal scores become numbers; for one that takesScores().
+    void ofScores(double* values, std::size_t count) const;
     /// Probability that the number is at most x.
     double below(double x) const;
 

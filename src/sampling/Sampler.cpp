@@ -2,6 +2,7 @@
 #include "sampling/Sampler.h"
 
 #include "base/elementary.h"
+#include "sampling/columns.h"
 #include "sampling/special.h"
 
 #include <algorithm>
@@ -78,8 +79,9 @@ Result<Sampler> Sampler::prepare(std::vector<Scattered> inputs, const std::optio
         if (correlation->used.order() != inputs.size())
             return Fault{"Correlations have to be of all inputs that scatter", ""};
         sampler.m_correlation = std::move(*correlation);
-        sampler.m_phi = std::make_shared<const Phi>();
     }
+    static const std::shared_ptr<const Phi> phi = std::make_shared<const Phi>();
+    sampler.m_phi = phi;
     for (std::size_t r = 0; r < plan.replicates; ++r)
         for (const Scattered& input : inputs) {
             const Stream stream{plan.seed, numberOfName(input.name), r};
@@ -106,16 +108,16 @@ void Sampler::orderCells() {
     }
     if (!m_correlation) return;
     for (std::size_t r = 0; r < m_plan.replicates; ++r) {
-        std::vector<std::vector<double>> scores(m_inputs.size(), std::vector<double>(n));
+        std::vector<std::vector<double>> drawn(m_inputs.size(), std::vector<double>(n));
         std::vector<double*> out;
-        for (auto& column : scores)
+        for (auto& column : drawn)
             out.push_back(column.data());
-        score(r, 0, n, out);
+        scores(r, 0, n, out);
         for (std::size_t j = 0; j < m_inputs.size(); ++j) {
             std::vector<std::uint32_t> byScore(n);
             std::iota(byScore.begin(), byScore.end(), std::uint32_t{0});
             std::stable_sort(byScore.begin(), byScore.end(), [&](std::uint32_t a, std::uint32_t b) {
-                return scores[j][a] < scores[j][b];
+                return drawn[j][a] < drawn[j][b];
             });
             std::vector<std::uint32_t>& order = m_places[r * m_inputs.size() + j].order;
             for (std::size_t rank = 0; rank < n; ++rank)
@@ -154,36 +156,25 @@ void Sampler::uniform(const Place& place, std::uint64_t from, std::size_t count,
     }
 }
 
-/// Normal scores with the correlations asked for.
-void Sampler::score(std::size_t replicate, std::uint64_t from, std::size_t count,
-                    std::span<double* const> out) const {
+void Sampler::scores(std::size_t replicate, std::uint64_t from, std::size_t count,
+                     std::span<double* const> out) const {
     const std::size_t n = m_inputs.size();
     for (std::size_t j = 0; j < n; ++j) {
         uniform(place(replicate, j), from, count, out[j]);
-        for (std::size_t i = 0; i < count; ++i)
-            out[j][i] = inverseNormal(out[j][i]);
+        toScores(out[j], count);
     }
+    if (!m_correlation) return;
     const Matrix& lower = m_correlation->lower;
     for (std::size_t j = n; j-- > 0;) // from the last: each needs those before it as they are
-        for (std::size_t i = 0; i < count; ++i) {
-            double sum = 0;
-            for (std::size_t k = 0; k <= j; ++k)
-                sum += lower.at(j, k) * out[k][i];
-            out[j][i] = sum;
-        }
+        toSum(out.first(j + 1), count, lower.row(j));
 }
 
-void Sampler::block(std::size_t replicate, std::uint64_t from, std::size_t count,
-                    std::span<double* const> out) const {
-    const bool scored = m_correlation && m_plan.method != Method::LatinHypercube;
-    if (scored) score(replicate, from, count, out);
+void Sampler::ofScores(std::size_t count, std::span<double* const> columns) const {
     for (std::size_t j = 0; j < m_inputs.size(); ++j) {
-        double* const column = out[j];
+        double* const column = columns[j];
         const Distribution& distribution = m_inputs[j].distribution;
-        if (!scored) {
-            uniform(place(replicate, j), from, count, column);
-            for (std::size_t i = 0; i < count; ++i)
-                column[i] = distribution.at(column[i]);
+        if (distribution.takesScores()) {
+            distribution.ofScores(column, count);
             continue;
         }
         for (std::size_t i = 0; i < count; ++i) {
@@ -192,6 +183,26 @@ void Sampler::block(std::size_t replicate, std::uint64_t from, std::size_t count
             column[i] =
                 z <= 0 ? distribution.of(below, 1 - below) : distribution.of(1 - below, below);
         }
+    }
+}
+
+void Sampler::block(std::size_t replicate, std::uint64_t from, std::size_t count,
+                    std::span<double* const> out) const {
+    if (m_correlation && m_plan.method != Method::LatinHypercube) {
+        scores(replicate, from, count, out);
+        return ofScores(count, out);
+    }
+    for (std::size_t j = 0; j < m_inputs.size(); ++j) {
+        double* const column = out[j];
+        const Distribution& distribution = m_inputs[j].distribution;
+        uniform(place(replicate, j), from, count, column);
+        if (distribution.takesScores()) {
+            toScores(column, count);
+            distribution.ofScores(column, count);
+            continue;
+        }
+        for (std::size_t i = 0; i < count; ++i)
+            column[i] = distribution.at(column[i]);
     }
 }
 

@@ -50,6 +50,12 @@ class Sampler {
     void block(std::size_t replicate, std::uint64_t from, std::size_t count,
                std::span<double* const> out) const;
 
+    /// Normal scores of samples with their correlations, and the values that scores mean: what block()
+    /// is made of, but for a Latin hypercube.
+    void scores(std::size_t replicate, std::uint64_t from, std::size_t count,
+                std::span<double* const> out) const;
+    void ofScores(std::size_t count, std::span<double* const> columns) const;
+
     const std::vector<Scattered>& inputs() const { return m_inputs; }
     const Plan& plan() const { return m_plan; }
     /// Nothing where inputs are independent.
@@ -69,14 +75,11 @@ class Sampler {
     }
     void uniform(const Place& place, std::uint64_t from, std::size_t count, double* out) const;
     void orderCells();
-    void score(std::size_t replicate, std::uint64_t from, std::size_t count,
-               std::span<double* const> out) const;
-
     std::vector<Scattered> m_inputs;
     Plan m_plan;
     std::optional<Correlation> m_correlation;
     std::vector<Place> m_places;
-    std::shared_ptr<const Phi> m_phi;
+    std::shared_ptr<const Phi> m_phi; ///< of all that asks for scores
 };
 
 } // namespace telvo::sampling

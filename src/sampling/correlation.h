@@ -20,6 +20,7 @@ class Matrix {
     std::size_t order() const { return m_order; }
     double& at(std::size_t i, std::size_t j) { return m_numbers[i * m_order + j]; }
     double at(std::size_t i, std::size_t j) const { return m_numbers[i * m_order + j]; }
+    const double* row(std::size_t i) const { return m_numbers.data() + i * m_order; }
     bool operator==(const Matrix&) const = default;
 
   private:

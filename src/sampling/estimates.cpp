@@ -85,6 +85,74 @@ double quantileOf(std::span<const double> sorted, double p) {
     return sorted[k] + (place - static_cast<double>(k)) * (sorted[next] - sorted[k]);
 }
 
+std::vector<double> orderStatistics(std::span<const double> values,
+                                    std::span<const std::size_t> places) {
+    constexpr std::size_t fewest = 512, most = 4096, perBucket = 256;
+    std::vector<double> found;
+    if (values.empty()) return found;
+    const auto [least, greatest] = std::minmax_element(values.begin(), values.end());
+    const double low = *least, high = *greatest;
+    const std::size_t buckets = std::clamp(values.size() / perBucket, std::size_t{1}, most);
+    const double scale = static_cast<double>(buckets) / (high - low);
+    if (values.size() < fewest || !std::isfinite(scale)) {
+        std::vector<double> sorted(values.begin(), values.end());
+        std::sort(sorted.begin(), sorted.end());
+        for (const std::size_t place : places)
+            found.push_back(sorted[place]);
+        return found;
+    }
+    // A rising function of the number: all of a bucket stand before all of the next.
+    const auto bucketOf = [&](double value) {
+        return std::min(static_cast<std::size_t>((value - low) * scale), buckets - 1);
+    };
+    std::vector<std::size_t> before(buckets + 1);
+    for (const double value : values)
+        ++before[bucketOf(value) + 1];
+    std::partial_sum(before.begin(), before.end(), before.begin());
+    constexpr std::size_t none = ~std::size_t{0};
+    std::vector<std::size_t> wanted(buckets, none); // where its numbers are gathered
+    std::vector<std::vector<double>> gathered;
+    const auto bucketAt = [&](std::size_t place) {
+        return static_cast<std::size_t>(std::upper_bound(before.begin(), before.end(), place) -
+                                        before.begin()) -
+               1;
+    };
+    for (const std::size_t place : places)
+        if (std::size_t& where = wanted[bucketAt(place)]; where == none) {
+            where = gathered.size();
+            gathered.emplace_back().reserve(before[bucketAt(place) + 1] - before[bucketAt(place)]);
+        }
+    for (const double value : values)
+        if (const std::size_t where = wanted[bucketOf(value)]; where != none)
+            gathered[where].push_back(value);
+    for (auto& bucket : gathered)
+        std::sort(bucket.begin(), bucket.end());
+    for (const std::size_t place : places) {
+        const std::size_t bucket = bucketAt(place);
+        found.push_back(gathered[wanted[bucket]][place - before[bucket]]);
+    }
+    return found;
+}
+
+std::vector<double> quantilesOf(std::span<const double> values, std::span<const double> ps) {
+    std::vector<double> found;
+    if (values.empty()) return found;
+    const auto last = static_cast<double>(values.size() - 1);
+    std::vector<std::size_t> places;
+    for (const double p : ps) {
+        const auto k = static_cast<std::size_t>(p * last);
+        places.push_back(k);
+        places.push_back(std::min(k + 1, values.size() - 1));
+    }
+    const std::vector<double> at = orderStatistics(values, places);
+    for (std::size_t i = 0; i < ps.size(); ++i) {
+        const double place = ps[i] * last;
+        found.push_back(at[2 * i] +
+                        (place - static_cast<double>(places[2 * i])) * (at[2 * i + 1] - at[2 * i]));
+    }
+    return found;
+}
+
 Moments Moments::of(std::span<const double> values) {
     Moments moments;
     moments.count = values.size();

@@ -35,6 +35,13 @@ Estimate shareOf(std::span<const std::uint64_t> counts, std::uint64_t perReplica
 /// J. Hyndman and Y. Fan).
 double quantileOf(std::span<const double> sorted, double p);
 
+/// The numbers that would stand at some places, from 0, if all were sorted; faster than sorting them.
+/// Given: places  in any order
+std::vector<double> orderStatistics(std::span<const double> values,
+                                    std::span<const std::size_t> places);
+/// quantileOf() for some probabilities, of numbers in any order.
+std::vector<double> quantilesOf(std::span<const double> values, std::span<const double> ps);
+
 /// Mean and variance of blocks, joined in the order of the blocks (T. F. Chan et al. 1983), so that
 /// any number of threads gives the same bits.
 struct Moments {

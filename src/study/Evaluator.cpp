@@ -48,7 +48,7 @@ Result<Evaluator> Evaluator::prepare(const project::ProjectCase& base,
     for (const Outcome& outcome : outcomes) {
         for (std::string& name : outcome.quantities())
             quantities.push_back(std::move(name));
-        asksForSuggested = asksForSuggested || outcome.asksForSuggested();
+        asksForSuggested = asksForSuggested || outcome.asksForSuggestedOfPanel();
     }
     const std::size_t count = quantities.size();
     if (asksForSuggested)
@@ -129,13 +129,23 @@ void Evaluator::block(std::size_t from, std::size_t cases, std::span<const doubl
     m_batch.compute(cases, inputs, quantities, flags ? flags + from : nullptr, status);
 
     const bool spacingVaries = std::any_of(m_variables.begin(), m_variables.end(), isSpacing);
+    const auto columnOf = [&](project::Field field) {
+        const auto at = std::find(m_batch.inputs().begin(), m_batch.inputs().end(), FieldId(field));
+        return at == m_batch.inputs().end()
+                   ? nullptr
+                   : inputs[static_cast<std::size_t>(at - m_batch.inputs().begin())];
+    };
+    const double* const spacing = columnOf(project::Field::XcutSpacing);
+    const double* const width = columnOf(project::Field::EntryWidth);
     std::vector<double> values(m_variables.size()), own(columns);
     project::ProjectInput record = m_base.Input;
     for (std::size_t i = 0; i < cases; ++i) {
         for (std::size_t v = 0; v < values.size(); ++v)
             values[v] = in[v][from + i];
         std::uint8_t& isComputed = computed[from + i];
-        if (isComputed && spacingVaries && leftOut(values)) {
+        const bool narrow = spacingVaries && (spacing ? spacing[i] : m_base.Input.XcutSpacing) <=
+                                                 (width ? width[i] : m_base.Input.EntryWidth);
+        if (isComputed && narrow && leftOut(values)) {
             isComputed = 0;
             if (flags) flags[from + i] = 0;
         }

@@ -33,6 +33,8 @@ class Outcome {
     /// surroundings of the case, of a barrier 1.5. Nothing for what is neither.
     std::optional<Outcome> marginToSuggested() const;
     bool asksForSuggested() const { return m_suggested != Suggested::No; }
+    /// Likewise of the panel, which follows the depth; that of a barrier does not.
+    bool asksForSuggestedOfPanel() const { return m_suggested == Suggested::OfPanel; }
 
     /// As named() takes it; with a limit "BarrierSF.retreat.first - 1.5".
     std::string name() const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "batch/Pack.h"
+#include "base/Pack.h"
 #include "batch/packOperations.h"
 
 namespace telvo::batch {

@@ -1,11 +1,11 @@
 # What the source for AVX2 could give to other sources has the name of that instruction set in it; anything
 # else might be linked into the road of a machine that lacks it.
-#   NM, OBJECTS (of the library, with commas)
+#   NM, OBJECTS (of the library, with commas), SOURCE (its name without ending)
 string(REPLACE "," ";" OBJECTS "${OBJECTS}")
-list(FILTER OBJECTS INCLUDE REGEX "batch_avx2")
+list(FILTER OBJECTS INCLUDE REGEX "${SOURCE}")
 list(LENGTH OBJECTS count)
 if(NOT count EQUAL 1)
-    message(FATAL_ERROR "expected one object of batch_avx2.cpp, not ${count}")
+    message(FATAL_ERROR "expected one object of ${SOURCE}.cpp, not ${count}")
 endif()
 execute_process(COMMAND ${NM} ${OBJECTS} OUTPUT_VARIABLE symbols RESULT_VARIABLE result)
 if(NOT result EQUAL 0)

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Random bits against the published answers, Sobol' points against the published sequence.
+#include "base/elementary.h"
+#include "sampling/columnKernel.h"
+#include "sampling/columns.h"
 #include "sampling/sobol.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +13,30 @@
 
 namespace telvo::sampling {
 namespace {
+
+TEST(Columns, AreTheNumbersOneByOneWithEveryInstructionSet) {
+    std::vector<double> uniform;
+    for (std::uint64_t i = 0; i < 1003; ++i) // no whole number of packs
+        uniform.push_back(between0and1(Stream{9, 1, 0}.word(Purpose::Samples, i)));
+    uniform[5] = 0x1p-53;
+    uniform[6] = 1 - 0x1p-53;
+    std::vector<double> scores = uniform, narrow = uniform;
+    toScores(scores.data(), scores.size());
+    baselineColumns().scores(narrow.data(), narrow.size());
+    for (std::size_t i = 0; i < uniform.size(); ++i) {
+        EXPECT_EQ(scores[i], inverseNormal(uniform[i]));
+        EXPECT_EQ(scores[i], narrow[i]);
+    }
+    std::vector<double> powers = scores, sums = scores;
+    toExponentials(powers.data(), powers.size(), 0.5, 0.25);
+    double* const columns[] = {powers.data(), uniform.data(), sums.data()};
+    const double factors[] = {0.3, -0.1, 0.9};
+    toSum(columns, sums.size(), factors);
+    for (std::size_t i = 0; i < uniform.size(); ++i) {
+        EXPECT_EQ(powers[i], exponential(0.5 + 0.25 * scores[i]));
+        EXPECT_EQ(sums[i], 0.3 * powers[i] + -0.1 * uniform[i] + 0.9 * scores[i]);
+    }
+}
 
 TEST(Philox, GivesThePublishedAnswers) {
     EXPECT_EQ(philox({0, 0, 0, 0}, {0, 0}), (Words{0x16554d9eca36314cU, 0xdb20fe9d672d0fdcU,

@@ -2,10 +2,15 @@
 // Correlations and estimates against published values and against values computed by other programs.
 #include "sampling/correlation.h"
 #include "sampling/estimates.h"
+
+#include "base/elementary.h"
+#include "sampling/Philox.h"
+#include "sampling/shapley.h"
 #include "sampling/sobol.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -18,6 +23,59 @@ Matrix symmetric(double ab, double ac, double bc) {
     m.at(0, 2) = m.at(2, 0) = ac;
     m.at(1, 2) = m.at(2, 1) = bc;
     return m;
+}
+
+TEST(Shapley, SharesOutTheVarianceOfALinearSum) {
+    // x1 + x2 with standard deviations 1 and 2 and a correlation r of 0.5, V = 1 + 4 + 2 = 7. Given the
+    // other one, x1 leaves 0.75 and x2 leaves 3: (0.75 + 7 - 3) / 2 / 7 and (3 + 7 - 0.75) / 2 / 7.
+    Matrix correlation = Matrix::identity(2);
+    correlation.at(0, 1) = correlation.at(1, 0) = 0.5;
+    const auto drawn = [](std::uint64_t input, std::size_t count) {
+        std::vector<double> scores;
+        for (std::size_t i = 0; i < count; ++i)
+            scores.push_back(
+                inverseNormal(between0and1(Stream{1, input, 0}.word(Purpose::Samples, i))));
+        return scores;
+    };
+    constexpr std::size_t count = 40'000;
+    std::vector<std::vector<double>> base = {drawn(1, count), drawn(2, count)},
+                                     fresh = {drawn(3, count), drawn(4, count)};
+    for (std::size_t i = 0; i < count; ++i)
+        base[1][i] = 0.5 * base[0][i] + std::sqrt(0.75) * base[1][i];
+    const OutcomesOf sum = [](const auto& scores, std::vector<double>& to) {
+        for (std::size_t i = 0; i < to.size(); ++i)
+            to[i] = scores[0][i] + 2 * scores[1][i];
+    };
+    std::vector<double> own(count);
+    sum(base, own);
+    const auto effects = shapleyEffects({correlation, base, fresh, own}, sum, {1, 0, 0});
+    ASSERT_TRUE(effects);
+    EXPECT_NEAR((*effects)[0], 0.339285714286, 0.01);
+    EXPECT_NEAR((*effects)[1], 0.660714285714, 0.01);
+    EXPECT_NEAR((*effects)[0] + (*effects)[1], 1, 1e-12);
+}
+
+TEST(OrderStatistics, AreThoseOfSortedNumbers) {
+    for (const std::size_t count : {1U, 7U, 512U, 5000U, 40'000U})
+        for (const bool atoms : {false, true}) {
+            std::vector<double> values;
+            const Stream stream{3, count, 0};
+            for (std::size_t i = 0; i < count; ++i) {
+                const double u = between0and1(stream.word(Purpose::Samples, i));
+                values.push_back(atoms ? std::floor(4 * u) : 1 / u - 3); // ties; a long tail
+            }
+            std::vector<double> sorted = values;
+            std::sort(sorted.begin(), sorted.end());
+            const std::vector<std::size_t> places = {0, count / 3, count / 2, count / 3, count - 1};
+            const std::vector<double> found = orderStatistics(values, places);
+            for (std::size_t i = 0; i < places.size(); ++i)
+                EXPECT_EQ(found[i], sorted[places[i]]) << count;
+            const double ps[] = {0, 0.05, 0.5, 0.999, 1};
+            const std::vector<double> quantiles = quantilesOf(values, ps);
+            for (std::size_t i = 0; i < std::size(ps); ++i)
+                EXPECT_EQ(quantiles[i], quantileOf(sorted, ps[i])) << count << " " << ps[i];
+        }
+    EXPECT_TRUE(quantilesOf({}, {}).empty());
 }
 
 TEST(Correlation, OfRanksBecomesOneOfNormalScores) {

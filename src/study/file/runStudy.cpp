@@ -145,10 +145,16 @@ Result<StudyOutput> outputOfSamples(const Study& study, const project::ProjectCa
     if (!request) return request.fault();
     auto assessed = assess(base, *request, std::move(samples), study.RoundTELVOSF);
     if (!assessed) return assessed.fault();
-    UncertaintyResult result{std::move(*assessed), {}, {}};
+    UncertaintyResult result{std::move(*assessed), {}, {}, {}};
     for (std::size_t c = 0; c < request->criteria.size(); ++c) {
         result.importance.push_back(importance(result.uncertainty, c, *request));
         if (!asked.indices) continue;
+        if (!request->correlated.empty()) {
+            auto effects = shapleyStudy(base, *request, c, study.RoundTELVOSF, threads);
+            if (!effects) return effects.fault();
+            result.shapley.push_back(std::move(*effects));
+            continue;
+        }
         UncertaintyRequest fewer = *request;
         fewer.plan.bits = std::min(fewer.plan.bits, mostBitsOfIndices);
         auto indices = sobolStudy(base, fewer, c, study.RoundTELVOSF, threads);

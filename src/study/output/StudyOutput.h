@@ -52,12 +52,13 @@ StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std
 /// Given: onlyDifferences  rows that are the same in all cases are left out
 StudyOutput outputOf(Comparison result, bool onlyDifferences);
 
-/// What the samples say with what it is made of: importance of the inputs, and for independent inputs
-/// on demand the indices of Sobol'.
+/// What the samples say with what it is made of: importance of the inputs, and on demand the indices
+/// of Sobol' of independent inputs, or the Shapley effects of correlated ones.
 struct UncertaintyResult {
     Uncertainty uncertainty;
     std::vector<std::vector<Importance>> importance; ///< [criterion]
     std::vector<SobolStudy> indices;                 ///< [criterion]; may be none
+    std::vector<ShapleyStudy> shapley;               ///< likewise
 };
 /// The table has a row per statistic: its name, the criterion, what it is of, value and interval.
 StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request,

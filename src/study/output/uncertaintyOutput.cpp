@@ -139,6 +139,12 @@ ResultTable statisticsOf(const UncertaintyResult& result, const UncertaintyReque
                 table.add("first order of misses", criterion, input, indices.misses[j].first);
                 table.add("total of misses", criterion, input, indices.misses[j].total);
             }
+        if (c < result.shapley.size())
+            for (std::size_t j = 0; j < request.inputs.size(); ++j) {
+                const std::string input = request.inputs[j].shownName();
+                table.add("Shapley", criterion, input, result.shapley[c].outcome[j]);
+                table.add("Shapley of misses", criterion, input, result.shapley[c].misses[j]);
+            }
         converging(criterion, all.convergence[c]);
         const Histogram& histogram = share.histogram;
         if (histogram.below > 0) table.count("bin", criterion, "below", histogram.below);
@@ -212,10 +218,12 @@ void showInputs(StudyOutput& output, const UncertaintyResult& result,
         columns.push_back({"first order", ""});
         columns.push_back({"total", ""});
     }
-    KeptTable inputs(columns);
+    const bool shapley = !result.shapley.empty();
+    if (shapley) columns.push_back({"Shapley", ""});
     std::vector<std::size_t> order(request.inputs.size());
     for (std::size_t j = 0; j < order.size(); ++j)
         order[j] = j;
+    KeptTable inputs(columns);
     const std::vector<Importance>& importance = result.importance.front();
     std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
         return importance[a].betweenBins > importance[b].betweenBins;
@@ -236,6 +244,8 @@ void showInputs(StudyOutput& output, const UncertaintyResult& result,
             cells.push_back(shownNumber(std::max(pair.first.value, 0.0)));
             cells.push_back(shownNumber(std::max(pair.total.value, 0.0)));
         }
+        if (shapley)
+            cells.push_back(shownNumber(std::max(result.shapley.front().outcome[j].value, 0.0)));
         inputs.row(std::move(cells));
     }
     output.shown.emplace_back("What drives " + request.criteria.front().outcome.name() +
@@ -439,6 +449,10 @@ void jsonCriterion(JsonWriter& json, const UncertaintyResult& result,
             jsonEstimate(json, "total", result.indices[c].outcome[j].total);
             jsonEstimate(json, "firstOrderOfMisses", result.indices[c].misses[j].first);
             jsonEstimate(json, "totalOfMisses", result.indices[c].misses[j].total);
+        }
+        if (c < result.shapley.size()) {
+            jsonEstimate(json, "shapley", result.shapley[c].outcome[j]);
+            jsonEstimate(json, "shapleyOfMisses", result.shapley[c].misses[j]);
         }
         json.endObject();
     }

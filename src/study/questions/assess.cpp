@@ -6,7 +6,9 @@
 #include "study/questions/uncertainty.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <span>
 #include <utility>
 
 namespace telvo::study {
@@ -36,30 +38,24 @@ std::string headlineOf(const Uncertainty& result, const UncertaintyRequest& requ
     return text;
 }
 
-/// The values of an outcome that are numbers, rising; of all samples and of each replicate.
-struct SortedValues {
+/// The values of an outcome that are numbers.
+struct KnownValues {
     std::vector<double> all;
-    std::vector<std::array<double, ShownQuantiles.size()>> quantiles; ///< of each replicate
-    std::vector<sampling::Moments> moments;                           ///< likewise
+    std::vector<std::vector<double>> quantiles; ///< of each replicate
+    std::vector<sampling::Moments> moments;     ///< likewise
 
-    SortedValues(const Samples& samples, std::size_t criterion) {
+    KnownValues(const Samples& samples, std::size_t criterion) {
         const std::size_t per = samples.perReplicate;
         all.reserve(samples.size());
-        std::vector<double> values;
         for (std::size_t r = 0; r < samples.replicates; ++r) {
-            values.clear();
+            const std::size_t from = all.size();
             for (std::size_t s = r * per; s < (r + 1) * per; ++s)
                 if (const double value = samples.outcomes[criterion][s]; !std::isnan(value))
-                    values.push_back(value);
-            if (values.empty()) continue;
-            moments.push_back(sampling::Moments::of(values));
-            const auto old = static_cast<std::ptrdiff_t>(all.size());
-            std::sort(values.begin(), values.end());
-            all.insert(all.end(), values.begin(), values.end());
-            std::inplace_merge(all.begin(), all.begin() + old, all.end());
-            auto& own = quantiles.emplace_back();
-            for (std::size_t q = 0; q < own.size(); ++q)
-                own[q] = sampling::quantileOf(values, ShownQuantiles[q]);
+                    all.push_back(value);
+            const std::span<const double> own = std::span(all).subspan(from);
+            if (own.empty()) continue;
+            moments.push_back(sampling::Moments::of(own));
+            quantiles.push_back(sampling::quantilesOf(own, ShownQuantiles));
         }
     }
 };
@@ -71,19 +67,65 @@ Estimate aboutAll(double value, const std::vector<double>& byReplicate, double h
     return {value, value - half, value + half};
 }
 
-void setQuantiles(CriterionShare& share, const SortedValues& sorted) {
-    const auto n = static_cast<double>(sorted.all.size());
+/// What is read off all values in one go: order is costly.
+class Ordered {
+  public:
+    explicit Ordered(const std::vector<double>& values) : m_count(values.size()) {
+        const std::size_t points = std::min(MostCurvePoints, m_count);
+        for (std::size_t k = 0; k < points; ++k)
+            m_places.push_back(points > 1 ? k * (m_count - 1) / (points - 1) : 0);
+        m_points = points;
+        for (const auto& list : {std::span<const double>(ShownQuantiles), histogramQuantiles()})
+            for (const double p : list) {
+                m_places.push_back(static_cast<std::size_t>(p * last()));
+                m_places.push_back(std::min(m_places.back() + 1, m_count - 1));
+            }
+        m_at = sampling::orderStatistics(values, m_places);
+    }
+
+    /// The probabilities that a histogram asks for.
+    static std::span<const double> histogramQuantiles() {
+        static constexpr double list[] = {0.001, 0.25, 0.75, 0.999};
+        return list;
+    }
+    /// Of the q-th of ShownQuantiles and, behind them, of histogramQuantiles().
+    double quantile(std::size_t q) const {
+        const double p = q < ShownQuantiles.size()
+                             ? ShownQuantiles[q]
+                             : histogramQuantiles()[q - ShownQuantiles.size()];
+        const std::size_t i = m_points + 2 * q;
+        return m_at[i] + (p * last() - static_cast<double>(m_places[i])) * (m_at[i + 1] - m_at[i]);
+    }
+    std::vector<std::pair<double, double>> cumulative() const {
+        std::vector<std::pair<double, double>> curve;
+        for (std::size_t k = 0; k < m_points; ++k)
+            curve.emplace_back(m_at[k],
+                               static_cast<double>(m_places[k] + 1) / static_cast<double>(m_count));
+        return curve;
+    }
+
+  private:
+    double last() const { return static_cast<double>(m_count - 1); }
+
+    std::size_t m_count, m_points = 0;
+    std::vector<std::size_t> m_places;
+    std::vector<double> m_at;
+};
+
+void setQuantiles(CriterionShare& share, const KnownValues& known, const Ordered& ordered) {
+    const auto n = static_cast<double>(known.all.size());
     for (std::size_t q = 0; q < ShownQuantiles.size(); ++q) {
         const double p = ShownQuantiles[q];
-        const double value = sampling::quantileOf(sorted.all, p);
         std::vector<double> byReplicate;
-        for (const auto& own : sorted.quantiles)
+        for (const auto& own : known.quantiles)
             byReplicate.push_back(own[q]);
-        share.quantiles[q] = aboutAll(value, byReplicate, 0);
+        share.quantiles[q] = aboutAll(ordered.quantile(q), byReplicate, 0);
         if (byReplicate.size() > 1) continue;
         const double ranks = TwoSidedNormal * std::sqrt(p * (1 - p) / n);
-        share.quantiles[q].low = sampling::quantileOf(sorted.all, std::max(p - ranks, 0.0));
-        share.quantiles[q].high = sampling::quantileOf(sorted.all, std::min(p + ranks, 1.0));
+        const double ends[] = {std::max(p - ranks, 0.0), std::min(p + ranks, 1.0)};
+        const std::vector<double> at = sampling::quantilesOf(known.all, ends);
+        share.quantiles[q].low = at[0];
+        share.quantiles[q].high = at[1];
     }
 }
 
@@ -100,21 +142,22 @@ double roundStep(double x) {
 }
 
 /// Width after D. Freedman and P. Diaconis: 2 IQR n^(-1/3), held to 20 to 80 bins.
-Histogram histogramOf(const std::vector<double>& sorted, const Criterion& criterion) {
+Histogram histogramOf(const std::vector<double>& values, const Ordered& ordered,
+                      const Criterion& criterion) {
     Histogram histogram;
-    const double low = sampling::quantileOf(sorted, 0.001),
-                 high = sampling::quantileOf(sorted, 0.999);
+    constexpr std::size_t behind = ShownQuantiles.size();
+    const double low = ordered.quantile(behind), high = ordered.quantile(behind + 3);
     histogram.first = low;
     if (!(low < high)) {
-        for (const double value : sorted)
+        for (const double value : values)
             ++(value < low ? histogram.below : histogram.above);
         histogram.counts = {histogram.above};
         histogram.above = 0;
         return histogram;
     }
     const double range = high - low;
-    const double middle = sampling::quantileOf(sorted, 0.75) - sampling::quantileOf(sorted, 0.25);
-    const double wanted = 2 * middle * exponential(-ln(static_cast<double>(sorted.size())) / 3);
+    const double middle = ordered.quantile(behind + 2) - ordered.quantile(behind + 1);
+    const double wanted = 2 * middle * exponential(-ln(static_cast<double>(values.size())) / 3);
     double width = roundStep(std::clamp(wanted, range / (MostBins - 2), range / FewestBins));
     if (range / width < FewestBins && range / (width / 2.5) <= MostBins - 2)
         width = roundStep(range / (MostBins - 2));
@@ -128,7 +171,7 @@ Histogram histogramOf(const std::vector<double>& sorted, const Criterion& criter
     histogram.width = width;
     histogram.first = origin + firstBin * width;
     histogram.counts.resize(static_cast<std::size_t>(lastBin - firstBin) + 1);
-    for (const double value : sorted) {
+    for (const double value : values) {
         const double bin = binOf(value);
         if (bin < firstBin)
             ++histogram.below;
@@ -140,33 +183,23 @@ Histogram histogramOf(const std::vector<double>& sorted, const Criterion& criter
     return histogram;
 }
 
-std::vector<std::pair<double, double>> cumulativeOf(const std::vector<double>& sorted) {
-    std::vector<std::pair<double, double>> curve;
-    const std::size_t points = std::min(MostCurvePoints, sorted.size());
-    for (std::size_t k = 0; k < points; ++k) {
-        const std::size_t i = points > 1 ? k * (sorted.size() - 1) / (points - 1) : 0;
-        curve.emplace_back(sorted[i],
-                           static_cast<double>(i + 1) / static_cast<double>(sorted.size()));
-    }
-    return curve;
-}
-
 void setSpread(CriterionShare& share, const Samples& samples, std::size_t criterion,
                const Criterion& asked) {
-    const SortedValues sorted(samples, criterion);
-    if (sorted.all.empty()) return;
+    const KnownValues known(samples, criterion);
+    if (known.all.empty()) return;
     std::vector<double> means;
     sampling::Moments all;
-    for (const sampling::Moments& moments : sorted.moments) {
+    for (const sampling::Moments& moments : known.moments) {
         means.push_back(moments.mean);
         all.join(moments);
     }
     share.sd = std::sqrt(all.variance());
     share.mean = aboutAll(all.mean, means,
                           TwoSidedNormal * share.sd / std::sqrt(static_cast<double>(all.count)));
-    setQuantiles(share, sorted);
-    share.histogram = histogramOf(sorted.all, asked);
-    share.cumulative = cumulativeOf(sorted.all);
+    const Ordered ordered(known.all);
+    setQuantiles(share, known, ordered);
+    share.histogram = histogramOf(known.all, ordered, asked);
+    share.cumulative = ordered.cumulative();
 }
 
 void setTally(Uncertainty& result, std::size_t criteria) {
@@ -183,6 +216,41 @@ void setTally(Uncertainty& result, std::size_t criteria) {
     }
     result.tally.runs = result.samples.size();
 }
+
+/// How many of the first samples of each replicate miss, at every doubling.
+struct Counted {
+    std::vector<std::size_t> sizes; ///< of a replicate
+    /// [size][criterion][replicate]; behind the criteria any of them.
+    std::vector<std::vector<std::vector<ReplicateCount>>> counts;
+
+    Counted(const Samples& samples, std::size_t criteria, sampling::Method method) {
+        const std::size_t per = samples.perReplicate;
+        const bool whole = method == sampling::Method::LatinHypercube; // its first points are none
+        for (std::size_t size = whole ? per : std::min(std::size_t{1} << CoarsestConvergence, per);
+             size <= per; size *= 2)
+            sizes.push_back(size);
+        counts.assign(sizes.size(),
+                      std::vector(criteria + 1, std::vector<ReplicateCount>(samples.replicates)));
+        std::vector<std::uint64_t> misses;
+        for (std::size_t r = 0; r < samples.replicates; ++r) {
+            misses.assign(criteria + 1, 0);
+            std::uint64_t computed = 0;
+            std::size_t i = 0;
+            for (std::size_t l = 0; l < sizes.size(); ++l) {
+                for (; i < sizes[l]; ++i) {
+                    unsigned missed = samples.missed[r * per + i];
+                    if (missed == Samples::NotComputed) continue;
+                    ++computed;
+                    misses[criteria] += missed != 0;
+                    for (; missed != 0; missed &= missed - 1)
+                        ++misses[static_cast<std::size_t>(std::countr_zero(missed))];
+                }
+                for (std::size_t c = 0; c <= criteria; ++c)
+                    counts[l][c][r] = {computed, misses[c]};
+            }
+        }
+    }
+};
 
 } // namespace
 
@@ -201,35 +269,29 @@ Result<Uncertainty> assess(const project::ProjectCase& base, const UncertaintyRe
         return Fault{"None of the samples can be computed: " + result.tally.left.front().message,
                      base.FileName};
 
-    const auto sizeOfAll = [&](std::size_t points) { return result.samples.replicates * points; };
-    const auto converging = [&](std::uint16_t mask) {
+    const Counted counted(result.samples, criteria, request.plan.method);
+    const auto converging = [&](std::size_t c) {
         std::vector<Convergence> steps;
-        const bool whole = request.plan.method == sampling::Method::LatinHypercube;
-        std::size_t points = whole ? per : std::min(std::size_t{1} << CoarsestConvergence, per);
-        for (; points <= per; points *= 2)
-            steps.push_back(
-                {sizeOfAll(points),
-                 shareOfReplicates(countsOf(result.samples, mask, points, per), points)});
+        for (std::size_t l = 0; l < counted.sizes.size(); ++l)
+            steps.push_back({result.samples.replicates * counted.sizes[l],
+                             shareOfReplicates(counted.counts[l][c], counted.sizes[l])});
         return steps;
     };
     for (std::size_t c = 0; c < criteria; ++c) {
         CriterionShare one;
-        const auto mask = static_cast<std::uint16_t>(1U << c);
         for (std::size_t m = 0; m < result.byMask.size(); ++m)
-            if ((m & mask) != 0) one.misses += result.byMask[m];
-        one.missed =
-            shareOfReplicates(countsOf(result.samples, mask, per, per), per, &one.fewMisses);
+            if ((m >> c & 1) != 0) one.misses += result.byMask[m];
+        one.missed = shareOfReplicates(counted.counts.back()[c], per, &one.fewMisses);
         setSpread(one, result.samples, c, request.criteria[c]);
         if (one.cumulative.empty())
             return Fault{"No sample has this result", request.criteria[c].outcome.name()};
         if (request.halfWidth && !isNarrow(one.missed, *request.halfWidth))
             result.halfWidthMet = false;
         result.criteria.push_back(std::move(one));
-        result.convergence.push_back(converging(mask));
+        result.convergence.push_back(converging(c));
     }
-    const auto every = static_cast<std::uint16_t>((1U << criteria) - 1);
-    result.any = shareOfReplicates(countsOf(result.samples, every, per, per), per);
-    result.convergenceOfAny = converging(every);
+    result.any = shareOfReplicates(counted.counts.back()[criteria], per);
+    result.convergenceOfAny = converging(criteria);
     result.headline = headlineOf(result, request);
     return result;
 }

@@ -2,9 +2,11 @@
 #include "study/questions/importance.h"
 
 #include "base/numbers.h"
+#include "sampling/shapley.h"
 #include "study/questions/sampleBlock.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <numeric>
 #include <utility>
@@ -50,6 +52,16 @@ LookedAt lookedAt(const Uncertainty& result, std::size_t criterion) {
             }
         }
     return looked;
+}
+
+/// A second sample of the same inputs, independent ones, with dimensions and names of its own.
+Result<Sampler> secondSampler(const ReadyToDraw& first, const sampling::Plan& plan) {
+    std::vector<sampling::Scattered> others = first.sampler->inputs();
+    for (sampling::Scattered& input : others) {
+        input.dimension += sampling::SobolDimensions / 2;
+        input.name += " (second sample)";
+    }
+    return Sampler::prepare(std::move(others), {}, plan);
 }
 
 void setBins(Importance& one, const std::vector<double>& ranks, const std::vector<double>& values,
@@ -141,6 +153,82 @@ std::string whereMissesLie(const std::vector<Importance>& importance,
     return text;
 }
 
+Result<ShapleyStudy> shapleyStudy(const project::ProjectCase& base,
+                                  const UncertaintyRequest& request, std::size_t criterion,
+                                  int RoundTELVOSF, unsigned threads) {
+    UncertaintyRequest asked = request;
+    asked.criteria = {request.criteria.at(criterion)};
+    const std::size_t subsets = sampling::shapleySubsets(asked.inputs.size());
+    // Some four million runs in all; a sample of a replicate fits one block.
+    constexpr std::size_t runsOfReplicate = std::size_t{1} << 18;
+    const std::size_t most =
+        std::clamp(runsOfReplicate / subsets, std::size_t{16}, SamplesPerBlock);
+    asked.plan.bits = std::min(asked.plan.bits, static_cast<int>(std::bit_width(most)) - 1);
+    if (asked.plan.method == sampling::Method::LatinHypercube)
+        asked.plan.method = sampling::Method::Sobol;
+    auto first = readyToDraw(base, asked, RoundTELVOSF);
+    if (!first) return first.fault();
+    auto second = secondSampler(*first, asked.plan);
+    if (!second) return second.fault();
+    const auto per = static_cast<std::size_t>(asked.plan.perReplicate());
+    const std::size_t inputs = asked.inputs.size(), replicates = asked.plan.replicates;
+    const sampling::Matrix correlation = first->sampler->correlation()
+                                             ? first->sampler->correlation()->used
+                                             : sampling::Matrix::identity(inputs);
+    std::vector<std::vector<double>> outcome(replicates), misses(replicates);
+    std::vector<std::uint8_t> failed(replicates);
+    inParallel(replicates, threads, {}, [&](std::size_t r) {
+        SampleBlock block(*first, asked.criteria);
+        const auto scoresOf = [&](const Sampler& sampler) {
+            std::vector<std::vector<double>> scores(inputs, std::vector<double>(per));
+            std::vector<double*> out;
+            for (auto& column : scores)
+                out.push_back(column.data());
+            sampler.scores(r, 0, per, out);
+            return scores;
+        };
+        const auto drawn = scoresOf(*first->sampler), fresh = scoresOf(*second);
+        for (const bool ofMisses : {false, true}) {
+            const sampling::OutcomesOf outcomesOf = [&](const auto& scores, auto& to) {
+                std::vector<double*> columns;
+                for (std::size_t j = 0; j < inputs; ++j) {
+                    std::copy(scores[j].begin(), scores[j].end(), block.drawn(j).begin());
+                    columns.push_back(block.drawn(j).data());
+                }
+                first->sampler->ofScores(per, columns);
+                block.compute(per);
+                for (std::size_t i = 0; i < per; ++i)
+                    to[i] = !block.isComputed(i) ? std::nan("")
+                            : ofMisses           ? (block.misses(0, i) ? 1 : 0)
+                                                 : block.margin(0, i);
+            };
+            std::vector<double> own(per);
+            outcomesOf(drawn, own);
+            const auto effects = sampling::shapleyEffects({correlation, drawn, fresh, own},
+                                                          outcomesOf, {asked.plan.seed, 0, r});
+            if (effects)
+                (ofMisses ? misses : outcome)[r] = *effects;
+            else
+                failed[r] = 1;
+        }
+    });
+    if (std::find(failed.begin(), failed.end(), 1) != failed.end())
+        return Fault{"These correlations contradict each other", ""};
+    ShapleyStudy study;
+    study.runs = 2 * replicates * per * (subsets + 1);
+    for (std::size_t j = 0; j < inputs; ++j) {
+        const auto over = [&](const std::vector<std::vector<double>>& effects) {
+            std::vector<double> values;
+            for (const auto& own : effects)
+                values.push_back(own[j]);
+            return sampling::overReplicates(values);
+        };
+        study.outcome.push_back(over(outcome));
+        study.misses.push_back(over(misses));
+    }
+    return study;
+}
+
 Result<SobolStudy> sobolStudy(const project::ProjectCase& base, const UncertaintyRequest& request,
                               std::size_t criterion, int RoundTELVOSF, unsigned threads) {
     if (!request.correlated.empty())
@@ -149,13 +237,7 @@ Result<SobolStudy> sobolStudy(const project::ProjectCase& base, const Uncertaint
     asked.criteria = {request.criteria.at(criterion)};
     auto first = readyToDraw(base, asked, RoundTELVOSF);
     if (!first) return first.fault();
-    // The second sample has dimensions and names of its own.
-    std::vector<sampling::Scattered> others = first->sampler->inputs();
-    for (sampling::Scattered& input : others) {
-        input.dimension += sampling::SobolDimensions / 2;
-        input.name += " (second sample)";
-    }
-    auto second = Sampler::prepare(std::move(others), {}, asked.plan);
+    auto second = secondSampler(*first, asked.plan);
     if (!second) return second.fault();
 
     const auto per = static_cast<std::size_t>(asked.plan.perReplicate());

@@ -43,4 +43,17 @@ struct SobolStudy {
 Result<SobolStudy> sobolStudy(const project::ProjectCase& base, const UncertaintyRequest& request,
                               std::size_t criterion, int RoundTELVOSF = 0, unsigned threads = 1);
 
+/// Shapley effects: the part of the variance that each input stands for, also where inputs hang
+/// together; the parts add up to 1.
+struct ShapleyStudy {
+    std::vector<sampling::Estimate> outcome, misses; ///< [input]
+    std::uint64_t runs = 0;
+};
+/// Notes:  of up to ten inputs all subsets, of more those of random orders; runs as many samples as
+///         that leaves time for, drawn by Sobol' points or plain.
+/// Faults: what drawSamples() finds
+Result<ShapleyStudy> shapleyStudy(const project::ProjectCase& base,
+                                  const UncertaintyRequest& request, std::size_t criterion,
+                                  int RoundTELVOSF = 0, unsigned threads = 1);
+
 } // namespace telvo::study

@@ -9,13 +9,13 @@
 #include <immintrin.h>
 #endif
 
-/// Several cases in one register: the number type of a batch.
+/// Several numbers in one register: the number type of batches and of columns of samples.
 ///
 /// A Pack names the instruction set that it is computed with, and everything on it is forced inline:
 /// with one name for two sets, an inline function from a source compiled with -mavx2 could be linked
 /// into the road of a machine that has no AVX2. A source for a set instantiates rules on the Pack of
 /// that set alone, and uses no containers or algorithms of the standard library.
-namespace telvo::batch {
+namespace telvo {
 
 // The words of a register: numbers, bit patterns, and truths (all bits set, or none).
 template <class Isa>
@@ -201,4 +201,4 @@ struct Pack {
     }
 };
 
-} // namespace telvo::batch
+} // namespace telvo
