@@ -11,6 +11,7 @@ void CaseDocument::open(CaseState state, bool saved, std::optional<std::string> 
     m_entries.clear();
     m_entries.push_back({std::move(state), {}, saved});
     m_position = 0;
+    ++m_number;
 }
 
 bool CaseDocument::change(CaseState next, std::string_view what) {

@@ -28,6 +28,9 @@ class CaseDocument {
 
     explicit CaseDocument(CaseState state) : m_entries{{std::move(state), {}, true}} {}
 
+    /// Another one of every case that was opened.
+    std::size_t number() const { return m_number; }
+
     const CaseState& state() const { return m_entries[m_position].state; }
     /// Whether nothing of the case would be lost without a save.
     bool isSaved() const { return m_entries[m_position].saved; }
@@ -61,6 +64,7 @@ class CaseDocument {
     };
     std::vector<Entry> m_entries; ///< never empty
     std::size_t m_position = 0;
+    std::size_t m_number = 0;
     std::map<std::string, std::string, std::less<>> m_onDisk; ///< by file name
 };
 

@@ -38,6 +38,10 @@ class ProjectSession {
     const project::KeptItems& kept() const { return state().Kept; }
     bool isSaved() const { return m_document.isSaved(); }
     bool isEmpty() const { return state().empty; }
+    /// Whether the case has the name of a file that a save may replace.
+    bool hasFile() const { return state().named; }
+    /// Another one of every case that was opened since the program started.
+    std::size_t caseNumber() const { return m_document.number(); }
     /// Nothing at all was entered yet: the start page has the place of the case.
     bool isUntouched() const;
     /// The case is that of a damaged file and was not accepted in the parameter form since. It

@@ -115,22 +115,25 @@ int runCompare(Console& console, const CompareRequest& request) {
     std::vector<StudyPart> parts(1);
     parts.front().file = cases.front().first;
     parts.front().output = study::outputOf(std::move(*made), request.onlyDifferences);
-    const ExitStatus written = writeParts(console, request.target, *form, parts);
+    study::TableDigits digits;
+    const ExitStatus written = writeParts(console, request.target, *form, parts, {}, &digits);
     raise(status, written);
     if (!toFile || request.target.noRecord || written != AllGood) return status;
-    study::CompareSet set{{}, request.onlyDifferences};
+    study::CompareSet set;
+    set.onlyDifferences = request.onlyDifferences;
     for (std::size_t i = 1; i < cases.size(); ++i)
         set.with.push_back(withoutFolder(cases[i].first));
     const study::StudyOutput& output = *parts.front().output;
-    Recorder recorder;
+    study::Recorder recorder;
     recorder.add({{},
                   withoutFolder(cases.front().first),
                   cases.front().second.Units,
                   request.options.RoundTELVOSF,
                   std::move(set)},
                  parts.front().file, cases, output.tally);
-    raise(status, recorder.write(console, recordFileOf(target), target, output.table,
-                                 *form == StudyForm::Csv, 1, request.target.force));
+    raise(status, writeRecord(console, recorder, study::recordFileOf(target),
+                              {target, &output.table, *form == StudyForm::Csv ? &digits : nullptr,
+                               1, request.target.force}));
     return status;
 }
 

@@ -111,16 +111,16 @@ CLI::App* addStudyCheck(CLI::App& studies, StudyCheckRequest& request) {
 
 int runStudyCheck(Console& console, const StudyCheckRequest& request) {
     ExitStatus status = AllGood;
-    for (const std::string& file : request.files) {
-        const auto loaded = loadStudy(console, file, status);
-        if (!loaded) continue;
-        if (const auto fault = checkStudy(*loaded)) {
-            console.complain(file + ": " + faultText(*fault));
-            raise(status, Refused);
-            continue;
+    for (const std::string& file : request.files)
+        for (const LoadedStudy& loaded : loadStudies(console, file, status)) {
+            if (const auto fault = checkStudy(loaded)) {
+                console.complain(loaded.name + ": " + faultText(*fault));
+                raise(status, Refused);
+                continue;
+            }
+            const bool named = request.files.size() > 1 || loaded.name != file;
+            console.print((named ? forTerminal(loaded.name) + ": " : "") + "OK\n");
         }
-        console.print((request.files.size() > 1 ? forTerminal(file) + ": " : "") + "OK\n");
-    }
     raise(status, console.finish());
     return status;
 }

@@ -29,32 +29,40 @@ study::SweepRequest endsOf(const study::SweepRequest& request) {
 
 } // namespace
 
-std::optional<LoadedStudy> loadStudy(Console& console, const std::string& file,
+std::vector<LoadedStudy> loadStudies(Console& console, const std::string& file,
                                      ExitStatus& status) {
+    std::vector<LoadedStudy> all;
     const auto bytes = readFile(file, study::MaxStudyBytes);
-    if (!bytes) {
-        console.complain(faultText(bytes.fault()));
+    auto studies =
+        bytes ? study::readStudies(*bytes, file) : Result<std::vector<study::Study>>(bytes.fault());
+    if (!studies) {
+        console.complain(faultText(studies.fault()));
         raise(status, FileTrouble);
-        return std::nullopt;
+        return all;
     }
-    auto study = study::readStudyText(*bytes, file);
-    if (!study) {
-        console.complain(faultText(study.fault()));
-        raise(status, FileTrouble);
-        return std::nullopt;
-    }
-    LoadedStudy loaded{std::move(*study), {}};
     const auto folder = pathFromUtf8(file).parent_path();
-    for (const std::string& name : study::filesOf(loaded.study)) {
-        CaseOutcome outcome = readCase(console, utf8FromPath(folder / pathFromUtf8(name)));
-        if (!outcome.current) {
-            console.complain(file + ": " + outcome.message);
-            raise(status, outcome.status);
-            return std::nullopt;
+    for (study::Study& one : *studies) {
+        LoadedStudy loaded{file, std::move(one), {}};
+        if (studies->size() > 1) {
+            auto path = pathFromUtf8(file);
+            if (path.extension() == ".study") path.replace_extension();
+            loaded.name = utf8FromPath(path) + "." +
+                          std::string(study::kindName(loaded.study.request)) + ".study";
         }
-        loaded.cases.emplace_back(withEscapedBytes(name), std::move(*outcome.current));
+        bool whole = true;
+        for (const std::string& name : study::filesOf(loaded.study)) {
+            CaseOutcome outcome = readCase(console, utf8FromPath(folder / pathFromUtf8(name)));
+            if (!outcome.current) {
+                console.complain(loaded.name + ": " + outcome.message);
+                raise(status, outcome.status);
+                whole = false;
+                break;
+            }
+            loaded.cases.emplace_back(withEscapedBytes(name), std::move(*outcome.current));
+        }
+        if (whole) all.push_back(std::move(loaded));
     }
-    return loaded;
+    return all;
 }
 
 std::optional<Fault> checkStudy(const LoadedStudy& loaded) {

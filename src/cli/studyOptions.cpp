@@ -146,7 +146,8 @@ std::optional<StudyForm> formOf(Console& console, const StudyTarget& target) {
 
 ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm form,
                       const std::vector<StudyPart>& parts,
-                      const std::function<void(JsonWriter&)>& emptyJson) {
+                      const std::function<void(JsonWriter&)>& emptyJson,
+                      study::TableDigits* digits) {
     const bool any = std::any_of(parts.begin(), parts.end(),
                                  [](const StudyPart& part) { return part.output.has_value(); });
     const bool toFile = !target.target.empty() && !isStandardOutput(target.target);
@@ -157,6 +158,7 @@ ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm for
     case StudyForm::Csv:
         study::writeCsv(tableOf(parts), [&](std::string_view piece) {
             output.print(piece);
+            if (digits) digits->add(piece);
             return true;
         });
         break;
@@ -174,7 +176,7 @@ bool mayWriteStudy(Console& console, const StudyTarget& target,
     if (target.target.empty() || isStandardOutput(target.target)) return true;
     return mayWriteMade(console, target.target, target.force, inputs) &&
            (target.noRecord ||
-            mayWriteMade(console, recordFileOf(target.target), target.force, inputs));
+            mayWriteMade(console, study::recordFileOf(target.target), target.force, inputs));
 }
 
 int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
@@ -188,7 +190,8 @@ int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
     if (!mayWriteStudy(console, target, *names)) return FileTrouble;
     const bool toFile = !target.target.empty() && !isStandardOutput(target.target);
     std::vector<StudyPart> parts;
-    Recorder recorder;
+    study::Recorder recorder;
+    study::TableDigits digits;
     visitAll(console, *names, [&](CaseOutcome& outcome) {
         StudyPart part;
         part.file = outcome.file;
@@ -213,12 +216,16 @@ int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
         }
         parts.push_back(std::move(part));
     });
-    const ExitStatus written = writeParts(console, target, *form, parts, emptyJson);
+    const bool records = toFile && !target.noRecord;
+    const ExitStatus written =
+        writeParts(console, target, *form, parts, emptyJson, records ? &digits : nullptr);
     raise(status, written);
     const study::ResultTable table = tableOf(parts);
-    if (toFile && !target.noRecord && written == AllGood && !table.columns.empty())
-        raise(status, recorder.write(console, recordFileOf(target.target), target.target, table,
-                                     *form == StudyForm::Csv, threads, target.force));
+    if (records && written == AllGood && !table.columns.empty())
+        raise(status,
+              writeRecord(console, recorder, study::recordFileOf(target.target),
+                          {target.target, &table, *form == StudyForm::Csv ? &digits : nullptr,
+                           threads, target.force}));
     return status;
 }
 

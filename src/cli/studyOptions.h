@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "cli/inputs.h"
+#include "study/file/Record.h"
 #include "study/file/Study.h"
 #include "study/output/factors.h"
 #include "study/output/StudyOutput.h"
@@ -48,9 +49,11 @@ struct StudyPart {
 /// Writes the parts in the form that was asked for. JSON is an array with an object per part; of
 /// several tables a column "file" comes first.
 /// Given: emptyJson  members of the object of a part without output; may be none
+///        digits     takes the table as it is written as CSV; may be null
 ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm form,
                       const std::vector<StudyPart>& parts,
-                      const std::function<void(JsonWriter&)>& emptyJson = {});
+                      const std::function<void(JsonWriter&)>& emptyJson = {},
+                      study::TableDigits* digits = nullptr);
 
 /// The parts as one table.
 study::ResultTable tableOf(const std::vector<StudyPart>& parts);

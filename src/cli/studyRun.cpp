@@ -40,7 +40,7 @@ std::string resultFile(const std::string& study, const std::string& folder,
 
 /// The record's file for a result of resultFile().
 std::string recordBeside(const std::string& result, const std::string& format) {
-    if (format != "json") return recordFileOf(result);
+    if (format != "json") return study::recordFileOf(result);
     return result.substr(0, result.size() - std::string_view(".result.json").size()) +
            ".study.json";
 }
@@ -53,8 +53,9 @@ struct StudyFolder {
     unsigned threads;
 };
 
-ExitStatus runInto(Console& console, const StudyFolder& into, const std::string& file,
-                   const LoadedStudy& loaded, StudyPart part, Recorder& recorder) {
+ExitStatus runInto(Console& console, const StudyFolder& into, const LoadedStudy& loaded,
+                   StudyPart part, study::Recorder& recorder) {
+    const std::string& file = loaded.name;
     const std::string format = into.format.empty() ? "csv" : into.format;
     const std::string result = resultFile(file, into.folder, format);
     const std::string record = recordBeside(result, format);
@@ -64,12 +65,16 @@ ExitStatus runInto(Console& console, const StudyFolder& into, const std::string&
     const auto form = formOf(console, target);
     if (!form) return WrongUsage;
     const study::StudyOutput output = *part.output;
-    if (const ExitStatus written = writeParts(console, target, *form, {std::move(part)});
+    study::TableDigits digits;
+    if (const ExitStatus written =
+            writeParts(console, target, *form, {std::move(part)}, {}, &digits);
         written != AllGood)
         return written;
     recorder.add(loaded.study, withEscapedBytes(withoutFolder(file)), loaded.cases, output.tally);
-    const ExitStatus recorded = recorder.write(console, record, result, output.table,
-                                               *form == StudyForm::Csv, into.threads, into.force);
+    const ExitStatus recorded =
+        writeRecord(console, recorder, record,
+                    {result, &output.table, *form == StudyForm::Csv ? &digits : nullptr,
+                     into.threads, into.force});
     if (recorded == AllGood)
         console.print(forTerminal(file + " -> " + result) +
                       (output.headline.empty() ? "" : ": " + output.headline) + "\n");
@@ -77,8 +82,9 @@ ExitStatus runInto(Console& console, const StudyFolder& into, const std::string&
 }
 
 /// Writes the samples of one part of a study into the folder.
-ExitStatus runPart(Console& console, const StudyRunRequest& request, const std::string& file,
-                   const LoadedStudy& loaded, const study::Part& part) {
+ExitStatus runPart(Console& console, const StudyRunRequest& request, const LoadedStudy& loaded,
+                   const study::Part& part) {
+    const std::string& file = loaded.name;
     const project::ProjectCase& base = loaded.cases.front().second;
     auto samples = study::samplesOfPart(loaded.study, base, part, request.jobs);
     auto recorded =
@@ -194,37 +200,37 @@ int runStudyRun(Console& console, const StudyRunRequest& request) {
     ExitStatus status = AllGood;
     std::vector<StudyPart> parts;
     for (const std::string& file : request.files) {
-        StudyPart own{file, {}, {}};
-        Recorder recorder;
-        if (auto loaded = loadStudy(console, file, status)) {
-            if (const std::string wrong = withSeed(loaded->study, request.seed); !wrong.empty())
-                return console.wrongUsage(file + ": " + wrong);
+        std::vector<LoadedStudy> all = loadStudies(console, file, status);
+        if (all.empty()) parts.push_back({file, "could not be read", {}});
+        for (LoadedStudy& loaded : all) {
+            StudyPart own{loaded.name, {}, {}};
+            study::Recorder recorder;
+            if (const std::string wrong = withSeed(loaded.study, request.seed); !wrong.empty())
+                return console.wrongUsage(loaded.name + ": " + wrong);
             if (part) {
-                raise(status, runPart(console, request, file, *loaded, *part));
+                raise(status, runPart(console, request, loaded, *part));
                 continue;
             }
-            auto made = study::runStudy(loaded->study, loaded->cases, request.jobs);
+            auto made = study::runStudy(loaded.study, loaded.cases, request.jobs);
             if (made) {
-                raise(status, statusOf(console, file, *made));
-                raise(status,
-                      writeSamplesOf(console, *made, file, request.samplesFile, request.force));
+                raise(status, statusOf(console, loaded.name, *made));
+                raise(status, writeSamplesOf(console, *made, loaded.name, request.samplesFile,
+                                             request.force));
                 own.output = std::move(*made);
                 if (intoFolder) {
                     raise(status,
                           runInto(console,
                                   {request.folder, request.format, request.force, request.jobs},
-                                  file, *loaded, std::move(own), recorder));
+                                  loaded, std::move(own), recorder));
                     continue;
                 }
             } else {
                 own.message = faultText(made.fault());
-                console.complain(file + ": " + own.message);
+                console.complain(loaded.name + ": " + own.message);
                 raise(status, Refused);
             }
-        } else {
-            own.message = "could not be read";
+            parts.push_back(std::move(own));
         }
-        parts.push_back(std::move(own));
     }
     if (intoFolder) {
         raise(status, console.finish());
@@ -301,10 +307,11 @@ int runStudyMerge(Console& console, const StudyMergeRequest& request) {
         return status;
     }
     makeFolder(request.folder);
-    Recorder recorder;
-    const LoadedStudy loaded{std::move(restored->first), std::move(restored->second)};
+    study::Recorder recorder;
+    const LoadedStudy loaded{recorded.name, std::move(restored->first),
+                             std::move(restored->second)};
     raise(status, runInto(console, {request.folder, request.format, request.force, request.jobs},
-                          recorded.name, loaded, std::move(whole), recorder));
+                          loaded, std::move(whole), recorder));
     raise(status, console.finish());
     return status;
 }

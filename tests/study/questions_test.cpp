@@ -2,6 +2,7 @@
 // Tables of values, what matters, design charts and scenarios give what single cases give.
 #include "study/questions/designChart.h"
 #include "study/questions/find.h"
+#include "study/questions/rangeText.h"
 #include "study/questions/scenarios.h"
 #include "study/questions/sweep.h"
 #include "study/questions/tornado.h"
@@ -44,6 +45,40 @@ project::ProjectCase deepPanel() {
 bool sameNumber(double a, double b) {
     return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b) ||
            (std::isnan(a) && std::isnan(b));
+}
+
+TEST(Ranges, AreReadAsPeopleWriteThem) {
+    using project::Field;
+    const auto read = [](std::string_view text, Field field = Field::DepthCover) {
+        const auto range = parseRange(text, field, project::English);
+        return range ? *range : std::optional<Range>({Range::Form::Percent, 0, 0});
+    };
+    using Form = Range::Form;
+    const std::pair<std::string_view, Range> right[] = {
+        {"+-10 %", {Form::Percent, -10, 10}},
+        {"10%", {Form::Percent, -10, 10}},
+        {"\xC2\xB1 2.5%", {Form::Percent, -2.5, 2.5}},
+        {" -5 .. +10 % (own)", {Form::Percent, -5, 10}},
+        {"-5 to 10%", {Form::Percent, -5, 10}},
+        {"+-2", {Form::Offset, -2, 2}},
+        {"+/-2 ft", {Form::Offset, -2, 2}},
+        {"-0.5 .. +2 ft", {Form::Offset, -0.5, 2}},
+        {"+1 .. +2", {Form::Offset, 1, 2}},
+        {"800 .. 1000 ft", {Form::Absolute, 800, 1000}},
+        {"800..1e3", {Form::Absolute, 800, 1000}},
+        {"300 .. 600 m", {Form::Absolute, 984.252, 1968.504}},
+        {"+-30 cm", {Form::Offset, -0.984252, 0.984252}},
+    };
+    for (const auto& [text, range] : right)
+        EXPECT_EQ(read(text), range) << text;
+    EXPECT_EQ(read("  "), std::nullopt);
+    for (const char* text : {"x", "10", "+-", "+-x", "5 ..", ".. 5", "+-3 psi", "1 .. 2 .. 3",
+                             "10 % .. 20 ft", "nan .. 5"})
+        EXPECT_FALSE(parseRange(text, Field::DepthCover, project::English)) << text;
+    EXPECT_EQ(parseRange("900 .. 800", Field::DepthCover, project::English).fault().message,
+              "A range goes from a smaller to a greater number, not from 900 to 800");
+    EXPECT_FALSE(parseRange("+-0 %", Field::DepthCover, project::English));
+    EXPECT_EQ(read("0.3 .. 0.5", Field::ArchFactor), (Range{Form::Absolute, 0.3, 0.5}));
 }
 
 TEST(Evaluator, GivesWhatOneCaseAloneGives) {

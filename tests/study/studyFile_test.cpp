@@ -2,6 +2,7 @@
 #include "study/file/Record.h"
 #include "study/file/SamplePart.h"
 #include "study/file/sha256.h"
+#include "study/file/StudySettings.h"
 
 #include "goodCase.h"
 #include "project/CaseFile.h"
@@ -259,6 +260,123 @@ TEST(StudyFile, NumbersAndListsComeBackBitForBit) {
     EXPECT_EQ(std::get<ScenarioSet>(set->request).list, std::get<ScenarioSet>(study.request).list);
 }
 
+TEST(StudyFile, SeveralStudiesShareAFile) {
+    Study head;
+    head.comments = {"of the panel"};
+    head.caseFile = "a.TLV";
+    const std::vector<Scenario> list = {{"deep", {{project::Field::DepthCover, 1200}}}};
+    std::vector<Study> all(6, head);
+    all[0].request = CompareSet{{"b.TLV"}, true, "deep", true, list};
+    all[1].request = ScenarioSet{list, {}};
+    all[1].view.columns = {project::FieldId(project::Field::XcutCenters, 2)};
+    all[2].request =
+        FindRequest{project::Field::DepthCover,
+                    {Outcome::factor(engine::Development, 0), Criterion::Sense::AtMost, 2.5},
+                    {500, 900},
+                    1};
+    all[3].request = newStudy("chart", tests::goodCase(), "a.TLV")->request;
+    all[4].request = SweepRequest{{{project::Field::EntryWidth, {18, 20}}}, false, {}};
+    all[4].view.suggested = true;
+    all[5].request =
+        TornadoRequest{Outcome::factor(engine::Development, 0),
+                       {{project::Field::EntryWidth, {Range::Form::Percent, -5, 7}, true}}};
+    all[5].view.spider = true;
+    const std::string text = studiesText(all);
+    EXPECT_NE(text.find("kind = [\"tornado\", \"sweep\", \"find\", \"chart\", \"scenarios\", "
+                        "\"compare\"]"),
+              std::string::npos)
+        << text;
+    const auto back = readStudies(text, "a.study");
+    ASSERT_TRUE(back) << faultText(back.fault()) << text;
+    ASSERT_EQ(back->size(), 6U);
+    EXPECT_EQ(studiesText(*back), text);
+    for (const Study& one : *back) { // each of them is a study of its own, too
+        const auto alone = readStudyText(studyText(one), "b.study");
+        ASSERT_TRUE(alone) << faultText(alone.fault());
+        EXPECT_EQ(studyText(*alone), studyText(one));
+        EXPECT_EQ(alone->comments, head.comments);
+    }
+    EXPECT_TRUE(back->front().view.spider);
+    EXPECT_EQ((*back)[4].view.columns, all[1].view.columns);
+    EXPECT_EQ(std::get<CompareSet>(back->back().request).list, list);
+    EXPECT_NE(faultText(readStudyText(text, "a").fault()).find("a: has 6 studies"),
+              std::string::npos);
+
+    const auto faultOf = [](const std::string& rest) {
+        const auto read =
+            readStudies("# TELVO study 1\ncase = \"a.TLV\"\nunits = \"english\"\n" + rest, "a");
+        return read ? std::string() : faultText(read.fault());
+    };
+    const std::string compare = "[compare]\nwith = [\"b.TLV\"]\n";
+    const std::string tornado = "[tornado]\noutput = \"TELVOSF.retreat\"\n";
+    const std::string both = "kind = [\"tornado\", \"compare\"]\n" + compare + tornado;
+    EXPECT_EQ(faultOf(both), "");
+    EXPECT_EQ(faultOf("kind = []\n").substr(0, 17), "a, line 4: kind: ");
+    EXPECT_EQ(faultOf("kind = [\"compare\", \"compare\"]\n" + compare),
+              "a, line 4: kind: \"compare\" comes twice");
+    EXPECT_EQ(faultOf(both + "[[vary]]\ninput = \"DepthCover\"\npercent = [-1, 1]\n"),
+              "a, line 9: unknown key vary");
+    EXPECT_EQ(faultOf(both + "picture = \"pie\"\n"),
+              "a, line 9: picture: \"tornado\" or \"spider\" is wanted");
+    EXPECT_EQ(faultOf(both + "[[scenario]]\nname = \"x\"\nset = { }\n"),
+              "a, line 9: [compare] needs scenarios = true to take them");
+}
+
+TEST(StudySettings, AreWhatTheirStudiesAsk) {
+    const project::ProjectCase base = tests::goodCase();
+    const StudyPlace place{base, "panel.TLV", "/somewhere/mine", 1};
+    StudySettings settings;
+    EXPECT_TRUE(studiesOf(settings, place).empty());
+    settings.ranges = {{project::Field::DepthCover, {Range::Form::Absolute, 800, 1000}, true},
+                       {project::Field::EntryWidth, {Range::Form::Offset, -0.01, 0.01}, true},
+                       {project::Field::EntryHeight, {Range::Form::Percent, -5, 5}, true}};
+    settings.table = TableRequest{
+        {{project::Field::DepthCover, "600:1200:50"}, {project::Field::EntryHeight, "6,7, 8.25"}},
+        false,
+        {"AMZLoad.retreat.front"},
+        1e6,
+        false};
+    settings.find =
+        FindRequest{project::Field::BarrierSecondGob,
+                    {*Outcome::named("BarrierSF.retreat.second"), Criterion::Sense::AtLeast, 1.5},
+                    {50, 200},
+                    0.1};
+    settings.chart = std::get<DesignChartRequest>(newStudy("chart", base, "panel.TLV")->request);
+    settings.scenarios = {{"deep", {{project::Field::DepthCover, 1200}}}};
+    settings.scenarioOutcomes = {"AMZLoad.retreat.front"};
+    settings.compareFiles = {"/somewhere/other/a.TLV", "/somewhere/mine/b.TLV"};
+    settings.compareAll = true;
+    const auto studies = studiesOf(settings, place);
+    ASSERT_EQ(studies.size(), 6U);
+    EXPECT_EQ(std::get<CompareSet>(studies.back().request).with,
+              (std::vector<std::string>{"../other/a.TLV", "b.TLV"}));
+    const std::string text = studiesText(studies);
+    const auto read = readStudies(text, "panel.study");
+    ASSERT_TRUE(read) << faultText(read.fault());
+    StudySettings back;
+    for (const Study& one : *read)
+        takeStudy(back, one, place.folder);
+    EXPECT_EQ(back.compareFiles, settings.compareFiles);
+    EXPECT_EQ(studiesText(studiesOf(back, place)), text);
+
+    // To metric units and back: what two decimals keep.
+    const StudySettings metric = convertedSettings(settings, project::English);
+    EXPECT_EQ(metric.ranges[0].range, (Range{Range::Form::Absolute, 243.84, 304.8}));
+    EXPECT_EQ(metric.ranges[1].range.low, -0.003048); // two decimals would leave no range
+    EXPECT_EQ(metric.ranges[2].range, settings.ranges[2].range);
+    EXPECT_EQ(metric.scenarios[0].set[0].second, 365.76);
+    EXPECT_EQ(metric.find->in.high, 60.96);
+    EXPECT_EQ(metric.find->step, 0.03);
+    EXPECT_EQ(metric.find->criterion.target, 1.5);
+    EXPECT_EQ(metric.table->axes[0].values, "182.88:365.76:15.24");
+    EXPECT_EQ(metric.table->axes[1].values, "1.83, 2.13, 2.51");
+    EXPECT_EQ(*metric.table->level, 4448.2216); // kN for 1e6 lbs
+    EXPECT_EQ(metric.chart->targets, settings.chart->targets);
+    const StudySettings again = convertedSettings(metric, project::Metric);
+    EXPECT_EQ(again.scenarios[0].set[0].second, 1200);
+    EXPECT_EQ(again.table->axes[0].values, "600:1200:50");
+}
+
 TEST(StudyFile, WhatIsWrongIsNamedWithItsLine) {
     const std::string find = withHead("kind = \"find\"\ncase = \"a.TLV\"\nunits = \"english\"\n"
                                       "[find]\ninput = \"DepthCover\"\nin = [50, 300]\nstep = 1\n"
@@ -331,7 +449,8 @@ RunRecord recordOf(const char* kind) {
     record.program = "TELVO";
     record.studies.push_back(*recorded(*study, "a.study", cases));
     record.tally = made->tally;
-    setTable(record, made->table);
+    TableDigits::of(made->table).into(record, made->table.rows);
+    record.fileDigest = record.digest;
     return record;
 }
 

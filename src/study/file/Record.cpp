@@ -108,19 +108,25 @@ Result<std::pair<Study, std::vector<NamedCase>>> restored(const RecordedStudy& r
     return std::pair(std::move(*study), std::move(cases));
 }
 
-void setTable(RunRecord& record, const ResultTable& table) {
-    Sha256 sum;
-    record.table.clear();
-    bool kept = true;
+TableDigits TableDigits::of(const ResultTable& table) {
+    TableDigits digits;
     writeCsv(table, [&](std::string_view piece) {
-        sum.add(piece);
-        kept = kept && record.table.size() + piece.size() <= MostTableBytes;
-        if (kept) record.table += piece;
+        digits.add(piece);
         return true;
     });
-    if (!kept) record.table.clear();
-    record.rows = table.rows;
-    record.digest = sum.digits();
+    return digits;
+}
+
+void TableDigits::add(std::string_view piece) {
+    m_sum.add(piece);
+    m_kept = m_kept && m_text.size() + piece.size() <= MostTableBytes;
+    if (m_kept) m_text += piece;
+}
+
+void TableDigits::into(RunRecord& record, std::size_t rows) {
+    record.table = m_kept ? std::move(m_text) : std::string();
+    record.rows = rows;
+    record.digest = m_sum.digits();
 }
 
 std::string recordText(const RunRecord& record) {
@@ -158,6 +164,7 @@ std::string recordText(const RunRecord& record) {
     json.number(record.rows);
     json.member("sha256", record.digest);
     json.member("file", record.file);
+    json.member("fileSha256", record.fileDigest);
     json.member("table", record.table);
     json.endObject();
     json.key("made");
@@ -199,6 +206,7 @@ Result<RunRecord> readRecord(std::string_view bytes, const std::string& name) {
     record.rows = result.count("rows");
     record.digest = result.text("sha256");
     record.file = result.text("file");
+    record.fileDigest = result.text("fileSha256");
     record.table = result.text("table");
     if (fault) return Fault{fault->message, name};
     if (record.studies.empty()) return Fault{"the record has no study", name};
@@ -225,13 +233,16 @@ Result<Verified> verify(const RunRecord& record, std::string_view exported, unsi
     }
     const ResultTable table = joinedTable(std::move(tables));
     verified.same = digestOf(table) == record.digest;
-    if (verified.same && !exported.empty() && sha256Of(exported) != record.digest) {
+    const bool isTable = record.fileDigest == record.digest;
+    if (verified.same && !exported.empty() && sha256Of(exported) != record.fileDigest) {
         verified.same = false;
         verified.difference =
-            record.file + " is not what was written: " + firstDifference(exported, csvText(table));
+            record.file + " is not what was written: " +
+            (isTable ? firstDifference(exported, csvText(table)) : "its SHA-256 is another one");
     }
     if (verified.same || !verified.difference.empty()) return verified;
-    const std::string_view before = record.table.empty() ? exported : record.table;
+    const std::string_view before =
+        record.table.empty() && isTable ? exported : std::string_view(record.table);
     if (before.empty())
         verified.difference = "the record keeps only the SHA-256 of its " +
                               std::to_string(record.rows) + " rows; now there are " +

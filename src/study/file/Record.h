@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "study/file/runStudy.h"
+#include "study/file/sha256.h"
 #include "study/file/Study.h"
 
 #include <string>
@@ -34,7 +35,8 @@ struct RunRecord {
     std::size_t rows = 0;
     std::string digest; ///< SHA-256 of the table as CSV
     std::string table;  ///< the table as CSV; empty where it is too large to be kept here
-    std::string file;   ///< beside the record: the table, where it was exported as CSV
+    std::string file;   ///< beside the record: what was exported; empty: nothing that is checked
+    std::string fileDigest; ///< SHA-256 of that file; that of the table where it is just this
 
     // Not compared.
     std::string time; ///< "2024-05-01T12:00:00Z"
@@ -52,8 +54,21 @@ Result<RecordedStudy> recorded(const Study& study, std::string name,
 /// Faults: texts that cannot be read, a case that is missing
 Result<std::pair<Study, std::vector<NamedCase>>> restored(const RecordedStudy& recorded);
 
-/// Fills table, rows and digest.
-void setTable(RunRecord& record, const ResultTable& table);
+/// What a record keeps of a table, taken while it is written as CSV.
+class TableDigits {
+  public:
+    /// Of a table that is not written.
+    static TableDigits of(const ResultTable& table);
+
+    void add(std::string_view piece);
+    /// Fills table, rows and digest. Nothing can be added afterwards.
+    void into(RunRecord& record, std::size_t rows);
+
+  private:
+    Sha256 m_sum;
+    std::string m_text;
+    bool m_kept = true; ///< the text, being small
+};
 
 std::string recordText(const RunRecord& record);
 /// Faults: text that is no such record, or whose texts do not have the digits that it tells
@@ -68,7 +83,7 @@ struct Verified {
     std::string difference; ///< the first cell that differs, in a sentence
     Tally tally;
 };
-/// Given: exported  the file that was exported as CSV; empty where there is none
+/// Given: exported  the bytes of the file that was exported; empty where there is none
 /// Faults: a study or a case that cannot be read or run any more
 Result<Verified> verify(const RunRecord& record, std::string_view exported, unsigned threads = 1);
 

@@ -65,7 +65,11 @@ struct Running {
         return outputOf(std::move(*made), outcomes, base().Units);
     }
     Result<StudyOutput> operator()(const CompareSet& set) const {
-        auto made = compare({cases.begin(), cases.end()}, 0, study.RoundTELVOSF);
+        std::vector<NamedCase> all = comparedCases(set, cases);
+        const auto base = std::find_if(all.begin(), all.end(),
+                                       [&](const NamedCase& one) { return one.first == set.base; });
+        const auto which = base == all.end() ? 0 : base - all.begin();
+        auto made = compare(std::move(all), static_cast<std::size_t>(which), study.RoundTELVOSF);
         if (!made) return made.fault();
         return outputOf(std::move(*made), set.onlyDifferences);
     }
@@ -171,6 +175,14 @@ std::vector<std::string> filesOf(const Study& study) {
     return files;
 }
 
+std::vector<NamedCase> comparedCases(const CompareSet& set, std::span<const NamedCase> cases) {
+    std::vector<NamedCase> all{cases.front()};
+    for (const Scenario& scenario : set.list)
+        all.emplace_back(scenario.name, withScenario(cases.front().second, scenario));
+    all.insert(all.end(), cases.begin() + 1, cases.end());
+    return all;
+}
+
 Result<StudyOutput> runStudy(const Study& study, std::span<const NamedCase> cases, unsigned threads,
                              const Progress& progress) {
     const std::int16_t units =
@@ -221,7 +233,7 @@ Result<Study> newStudy(std::string_view kind, const project::ProjectCase& curren
     else if (kind == "scenarios")
         study.request = ScenarioSet{{{"deeper", {{project::Field::DepthCover, own * 1.25}}}}, {}};
     else if (kind == "compare")
-        study.request = CompareSet{{study.caseFile}, false};
+        study.request = CompareSet{{study.caseFile}};
     else if (kind == "uncertainty")
         study.request = usualScatterOf(current);
     else if (kind == "fragility")

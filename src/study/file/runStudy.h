@@ -19,6 +19,10 @@ using NamedCase = std::pair<std::string, project::ProjectCase>;
 /// The files that a study needs: its case first, then those that it is compared with.
 std::vector<std::string> filesOf(const Study& study);
 
+/// What a comparison puts side by side: the case, its scenarios, the files.
+/// Given: cases  those of filesOf(), in the same order
+std::vector<NamedCase> comparedCases(const CompareSet& set, std::span<const NamedCase> cases);
+
 /// Given: cases    those of filesOf(), in the same order
 ///        threads  of a table of values
 /// Faults: a case in other units than the study, and what the study itself would find

@@ -33,8 +33,10 @@ Sha256::Sha256() : m_state(std::make_unique<State>()) {
     if (gcry_md_open(&m_state->handle, GCRY_MD_SHA256, 0) != 0) throw std::bad_alloc();
 }
 
+Sha256::Sha256(Sha256&& other) noexcept = default;
+
 Sha256::~Sha256() {
-    gcry_md_close(m_state->handle);
+    if (m_state) gcry_md_close(m_state->handle);
 }
 
 void Sha256::add(std::string_view bytes) {

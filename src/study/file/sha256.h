@@ -11,6 +11,7 @@ namespace telvo::study {
 class Sha256 {
   public:
     Sha256();
+    Sha256(Sha256&& other) noexcept;
     ~Sha256();
     void add(std::string_view bytes);
     /// In 64 hexadecimal digits. Nothing can be added afterwards.

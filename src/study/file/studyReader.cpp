@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::string_view StudyTag = "# TELVO study ";
 constexpr std::size_t MostScenarios = 10'000;
+constexpr auto KindsWanted = "\"tornado\", \"sweep\", \"find\", \"chart\", \"scenarios\", "
+                             "\"compare\", \"uncertainty\" or \"fragility\"";
 
 bool isRelative(std::string_view file) {
     return !file.empty() && file.front() != '/' && file.front() != '\\' &&
@@ -28,9 +30,9 @@ class StudyReader {
     StudyReader(const toml::table& root, Faults& faults)
         : m_root(root, "", faults), m_faults(faults) {}
 
-    std::optional<Study> read() {
+    std::optional<std::vector<Study>> read() {
         Study study;
-        const std::string kind = m_root.text("kind");
+        const std::vector<std::string> kinds = readKinds();
         study.caseFile = file(m_root, "case", m_root.text("case"));
         const std::string units = m_root.text("units");
         if (units == "metric")
@@ -44,10 +46,63 @@ class StudyReader {
             else
                 m_root.wrong(*found, "round_sf", "0, 1 or 2");
         }
+        std::vector<Study> studies;
+        for (const std::string& kind : kinds) {
+            study.view = {};
+            if (!readRequest(kind, study)) continue;
+            studies.push_back(study);
+        }
+        const std::vector<Scenario> list = scenarioList(kinds);
+        bool used = list.empty();
+        for (Study& one : studies) {
+            auto* own = std::get_if<ScenarioSet>(&one.request);
+            auto* compared = std::get_if<CompareSet>(&one.request);
+            if (own) own->list = list;
+            if (compared && compared->scenarios) compared->list = list;
+            used = used || own || (compared && compared->scenarios);
+        }
+        if (const toml::node* found = used ? nullptr : m_root.node("scenario", false))
+            m_faults.add(lineOf(*found), "[compare] needs scenarios = true to take them");
+        m_root.finish();
+        if (m_faults.any()) return std::nullopt;
+        return studies;
+    }
+
+  private:
+    /// One kind, or a list of them.
+    std::vector<std::string> readKinds() {
+        std::vector<std::string> kinds;
+        const toml::node* found = m_root.node("kind");
+        if (!found) return kinds;
+        const auto add = [&](const toml::node& one) {
+            const auto kind = one.value_exact<std::string>();
+            if (!kind)
+                m_root.wrong(one, "kind", KindsWanted);
+            else if (std::find(kinds.begin(), kinds.end(), *kind) != kinds.end())
+                m_faults.add(lineOf(one), "kind: \"" + excerpt(asUtf8(*kind)) + "\" comes twice");
+            else
+                kinds.push_back(*kind);
+        };
+        if (const toml::array* list = found->as_array()) {
+            m_several = list->size() > 1;
+            for (const toml::node& one : *list)
+                add(one);
+            for (const std::string_view alone : {"uncertainty", "fragility"})
+                if (m_several && std::find(kinds.begin(), kinds.end(), alone) != kinds.end())
+                    m_faults.add(lineOf(*found),
+                                 "kind: \"" + std::string(alone) + "\" has a file of its own");
+            if (list->empty()) m_root.wrong(*found, "kind", KindsWanted);
+        } else {
+            add(*found);
+        }
+        return kinds;
+    }
+    /// Fills request and view. Returned: whether there is such a kind.
+    bool readRequest(const std::string& kind, Study& study) {
         if (kind == "tornado")
-            study.request = tornado();
+            study.request = tornado(study.view);
         else if (kind == "sweep")
-            study.request = sweep();
+            study.request = sweep(study.view);
         else if (kind == "find")
             study.request = find();
         else if (kind == "uncertainty")
@@ -57,19 +112,16 @@ class StudyReader {
         else if (kind == "chart")
             study.request = chart();
         else if (kind == "scenarios")
-            study.request = scenarios();
+            study.request = scenarios(study.view);
         else if (kind == "compare")
             study.request = compare();
-        else if (const toml::node* found = m_root.node("kind", false))
-            m_root.wrong(*found, "kind",
-                         "\"tornado\", \"sweep\", \"find\", \"chart\", \"scenarios\", \"compare\", "
-                         "\"uncertainty\" or \"fragility\"");
-        m_root.finish();
-        if (m_faults.any()) return std::nullopt;
-        return study;
+        else {
+            if (const toml::node* found = m_root.node("kind", false))
+                m_root.wrong(*found, "kind", KindsWanted);
+            return false;
+        }
+        return true;
     }
-
-  private:
     std::string file(Section& section, std::string_view key, std::string name) {
         if (const toml::node* found = section.node(key, false); found && !isRelative(name))
             section.wrong(*found, key, "a file name relative to the study, with \"/\",");
@@ -86,12 +138,12 @@ class StudyReader {
 
     /// Calls visit(section) for every table of a list of them.
     template <typename Visit>
-    void each(const char* name, bool required, Visit&& visit) {
-        const toml::node* found = m_root.node(name, required);
+    void each(Section& in, const char* name, bool required, Visit&& visit) {
+        const toml::node* found = in.node(name, required);
         if (!found) return;
         const toml::array* list = found->as_array();
         if (!list || !list->is_array_of_tables())
-            return m_root.wrong(*found, name, std::string("[[") + name + "]]");
+            return in.wrong(*found, name, "[[" + in.below() + name + "]]");
         for (const toml::node& one : *list) {
             Section section(*one.as_table(), name, m_faults);
             visit(section);
@@ -99,11 +151,18 @@ class StudyReader {
         }
     }
 
-    TornadoRequest tornado() {
+    /// What varies stands below the kind in a file of several, else at its top.
+    Section& varying(Section& own) { return m_several ? own : m_root; }
+
+    TornadoRequest tornado(StudyView& view) {
         Section own = section("tornado");
         TornadoRequest request{own.outcome("output"), {}};
-        own.finish();
-        each("vary", false, [&](Section& vary) {
+        const std::string picture = own.text("picture", false);
+        view.spider = picture == "spider";
+        if (const toml::node* found = own.node("picture", false);
+            found && !view.spider && picture != "tornado")
+            own.wrong(*found, "picture", "\"tornado\" or \"spider\"");
+        each(varying(own), "vary", false, [&](Section& vary) {
             RangedInput input{vary.variable("input"), {}, true};
             int forms = 0;
             for (const auto& [key, form] : {std::pair("percent", Range::Form::Percent),
@@ -123,18 +182,25 @@ class StudyReader {
             }
             request.inputs.push_back(input);
         });
+        own.finish();
         return request;
     }
-    SweepRequest sweep() {
+    SweepRequest sweep(StudyView& view) {
         Section own = section("sweep");
         SweepRequest request;
         request.outcomes = own.outcomes();
         request.linked = own.flag("linked");
-        own.finish();
-        each("vary", true, [&](Section& vary) {
+        if (const toml::node* found = own.node("line_at", false)) {
+            view.level = Section::numberIn(*found);
+            view.suggested = found->value_exact<std::string>() == "suggested";
+            if (!view.level && !view.suggested)
+                own.wrong(*found, "line_at", "a number or \"suggested\"");
+        }
+        each(varying(own), "vary", true, [&](Section& vary) {
             const Variable variable = vary.variable("input");
             request.axes.push_back({variable, vary.values()});
         });
+        own.finish();
         return request;
     }
     FindRequest find() {
@@ -161,12 +227,27 @@ class StudyReader {
         return {required,          in,      step,          over,
                 std::move(values), outcome, targets.sense, std::move(targets.values)};
     }
-    ScenarioSet scenarios() {
+    ScenarioSet scenarios(StudyView& view) {
         Section own = section("scenarios");
         ScenarioSet set;
         set.outcomes = own.outcomes();
+        for (const std::string& name : own.texts("columns", false)) {
+            const auto id = project::fieldNamed(name);
+            if (id && project::nameOf(*id) == name)
+                view.columns.push_back(*id);
+            else
+                own.wrong(*own.node("columns", false), "columns", "names of inputs");
+        }
         own.finish();
-        each("scenario", true, [&](Section& one) {
+        return set;
+    }
+    std::vector<Scenario> scenarioList(const std::vector<std::string>& kinds) {
+        const auto has = [&](std::string_view kind) {
+            return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
+        };
+        std::vector<Scenario> all;
+        if (!has("scenarios") && !has("compare")) return all;
+        each(m_root, "scenario", !has("compare"), [&](Section& one) {
             Scenario scenario;
             scenario.name = one.text("name");
             const toml::node* inputs = one.node("set");
@@ -188,12 +269,12 @@ class StudyReader {
             std::sort(scenario.set.begin(), scenario.set.end(), [](const auto& a, const auto& b) {
                 return project::placeOf(a.first) < project::placeOf(b.first);
             });
-            if (set.list.size() < MostScenarios)
-                set.list.push_back(std::move(scenario));
+            if (all.size() < MostScenarios)
+                all.push_back(std::move(scenario));
             else if (const toml::node* found = m_root.node("scenario", false))
                 m_root.wrong(*found, "scenario", "no more than 10,000 of them");
         });
-        return set;
+        return all;
     }
     CompareSet compare() {
         Section own = section("compare");
@@ -202,6 +283,8 @@ class StudyReader {
         for (const std::string& name : set.with)
             file(own, "with", name);
         set.onlyDifferences = own.flag("only_differences");
+        set.base = own.text("base", false);
+        set.scenarios = own.flag("scenarios");
         own.finish();
         return set;
     }
@@ -244,12 +327,12 @@ class StudyReader {
     }
     AskedUncertainty uncertainty() {
         AskedUncertainty asked;
-        each("vary", false, [&](Section& vary) {
+        each(m_root, "vary", false, [&](Section& vary) {
             ScatteredInput input{vary.variables("input"), {}, vary.flag("shared")};
             input.scatter = scatter(vary);
             asked.vary.push_back(std::move(input));
         });
-        each("correlate", false, [&](Section& pair) {
+        each(m_root, "correlate", false, [&](Section& pair) {
             const std::vector<std::string> names = pair.texts("inputs", true);
             const double rank = pair.number("rank");
             if (names.size() == 2)
@@ -258,7 +341,7 @@ class StudyReader {
             else if (const toml::node* found = pair.node("inputs", false))
                 pair.wrong(*found, "inputs", "two inputs");
         });
-        each("limit", false, [&](Section& limit) {
+        each(m_root, "limit", false, [&](Section& limit) {
             const Outcome outcome = limit.outcome("output");
             const auto targets = limit.targets(outcome, false);
             if (!targets.values.empty())
@@ -300,6 +383,7 @@ class StudyReader {
 
     Section m_root;
     Faults& m_faults;
+    bool m_several = false;
 };
 
 std::string_view firstLine(std::string_view bytes) {
@@ -324,7 +408,7 @@ std::size_t brokenLine(const std::vector<std::string_view>& lines) {
 
 } // namespace
 
-Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
+Result<std::vector<Study>> readStudies(std::string_view bytes, const std::string& name) {
     if (bytes.size() > MaxStudyBytes)
         return Fault{"is larger than " + std::to_string(MaxStudyBytes >> 20) + " MB", name};
     if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
@@ -351,10 +435,10 @@ Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
         return Fault{"has a letter beyond ASCII that is not in double quotes",
                      name + ", line " + std::to_string(ascii.brokenLine)};
     Faults faults;
-    std::optional<Study> study;
+    std::optional<std::vector<Study>> studies;
     try {
         const toml::table root = toml::parse(ascii.text);
-        study = StudyReader(root, faults).read();
+        studies = StudyReader(root, faults).read();
     } catch (const toml::parse_error& fault) {
         return Fault{excerpt(asUtf8(fault.description()), 160),
                      name + ", line " + std::to_string(fault.source().begin.line)};
@@ -362,15 +446,27 @@ Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
         return Fault{"is no name of a table or a key",
                      name + ", line " + std::to_string(brokenLine(lines))};
     }
-    if (!study) return faults.first(name);
+    if (!studies) return faults.first(name);
+    std::vector<std::string> comments;
     for (std::size_t i = 1; i < lines.size() && lines[i].starts_with('#'); ++i) {
         std::string_view comment = lines[i].substr(1);
         if (comment.starts_with(' ')) comment.remove_prefix(1);
         while (comment.ends_with(' ') || comment.ends_with('\t'))
             comment.remove_suffix(1);
-        study->comments.emplace_back(comment);
+        comments.emplace_back(comment);
     }
-    return std::move(*study);
+    for (Study& study : *studies)
+        study.comments = comments;
+    return std::move(*studies);
+}
+
+Result<Study> readStudyText(std::string_view bytes, const std::string& name) {
+    auto studies = readStudies(bytes, name);
+    if (!studies) return studies.fault();
+    if (studies->size() > 1)
+        return Fault{"has " + std::to_string(studies->size()) + " studies; one is wanted here",
+                     name};
+    return std::move(studies->front());
 }
 
 } // namespace telvo::study

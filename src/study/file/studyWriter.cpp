@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace telvo::study {
 
@@ -43,20 +44,37 @@ std::string_view methodName(sampling::Method method) {
     return "sobol";
 }
 
-/// Writes one study.
+/// The kinds that may share a file, in their order there.
+constexpr std::string_view KindOrder[] = {"tornado", "sweep",     "find",
+                                          "chart",   "scenarios", "compare"};
+
+/// Writes the studies of a file.
 class StudyWriter {
   public:
-    std::string take(const Study& study) {
+    std::string take(const std::vector<Study>& all) {
+        const Study& study = all.front();
+        m_several = all.size() > 1;
+        std::vector<const Study*> studies;
+        for (const std::string_view kind : KindOrder)
+            for (const Study& one : all)
+                if (kindName(one.request) == kind) studies.push_back(&one);
+        if (studies.empty()) studies.push_back(&study); // of a kind that stands alone
         m_text = "# TELVO study " + std::to_string(StudyVersion) + "\n";
         for (const std::string& comment : study.comments)
             m_text += comment.empty() ? "#\n" : "# " + comment + "\n";
         m_text += "\n";
-        text("kind", kindName(study.request));
+        if (m_several)
+            list("kind", studies,
+                 [](const Study* one) { return quotedToml(kindName(one->request)); });
+        else
+            text("kind", kindName(study.request));
         text("case", study.caseFile);
         text("units", study.units == project::English ? "english" : "metric");
         if (study.RoundTELVOSF != 0) number("round_sf", study.RoundTELVOSF);
-        m_text += "\n";
-        std::visit([this](const auto& request) { write(request); }, study.request);
+        for (const Study* one : studies) {
+            m_text += "\n";
+            std::visit([&](const auto& request) { write(request, one->view); }, one->request);
+        }
         return std::move(m_text);
     }
 
@@ -82,19 +100,12 @@ class StudyWriter {
         if (!all.empty())
             list("outputs", all, [](const Outcome& one) { return quotedToml(one.name()); });
     }
-    /// "600:1200:50" where that means the very same values.
     void values(const std::vector<double>& all) {
-        if (all.size() >= FewestInSteps) {
-            // The step as it was given is among the differences of neighbors or a short text of them.
-            const double step = (all.back() - all.front()) / static_cast<double>(all.size() - 1);
-            for (const double each : {step, all[1] - all[0], *numberOf(generalNumber(step, 12))}) {
-                const std::string steps = generalNumber(all.front()) + ":" +
-                                          generalNumber(all.back()) + ":" + generalNumber(each);
-                if (const auto read = parseValues(steps); read && *read == all)
-                    return text("values", steps);
-            }
-        }
+        if (const auto steps = stepsText(all)) return text("values", *steps);
         list("values", all, [](double value) { return generalNumber(value); });
+    }
+    void vary(std::string_view kind) {
+        m_text.append("\n[[").append(m_several ? std::string(kind) + "." : "").append("vary]]\n");
     }
     static std::string targetOf(const std::optional<double>& target) {
         return target ? generalNumber(*target) : quotedToml("suggested");
@@ -103,12 +114,13 @@ class StudyWriter {
         return sense == Criterion::Sense::AtLeast ? "at_least" : "at_most";
     }
 
-    void write(const TornadoRequest& request) {
+    void write(const TornadoRequest& request, const StudyView& view) {
         m_text += "[tornado]\n";
         text("output", request.outcome.name());
+        if (view.spider) text("picture", "spider");
         for (const RangedInput& input : request.inputs) {
             if (!input.edited) continue;
-            m_text += "\n[[vary]]\n";
+            vary("tornado");
             text("input", input.variable.name());
             const char* form = input.range.form == Range::Form::Percent  ? "percent"
                                : input.range.form == Range::Form::Offset ? "offset"
@@ -116,17 +128,19 @@ class StudyWriter {
             pair(form, input.range.low, input.range.high);
         }
     }
-    void write(const SweepRequest& request) {
+    void write(const SweepRequest& request, const StudyView& view) {
         m_text += "[sweep]\n";
         outcomes(request.outcomes);
         if (request.linked) line("linked", "true");
+        if (view.suggested || view.level)
+            line("line_at", targetOf(view.suggested ? std::nullopt : view.level));
         for (const SweepAxis& axis : request.axes) {
-            m_text += "\n[[vary]]\n";
+            vary("sweep");
             text("input", axis.variable.name());
             values(axis.values);
         }
     }
-    void write(const FindRequest& request) {
+    void write(const FindRequest& request, const StudyView&) {
         m_text += "[find]\n";
         text("input", request.variable.name());
         pair("in", request.in.low, request.in.high);
@@ -134,7 +148,7 @@ class StudyWriter {
         text("output", request.criterion.outcome.name());
         line(senseKey(request.criterion.sense), targetOf(request.criterion.target));
     }
-    void write(const DesignChartRequest& request) {
+    void write(const DesignChartRequest& request, const StudyView&) {
         m_text += "[chart]\n";
         text("input", request.required.name());
         pair("in", request.in.low, request.in.high);
@@ -144,10 +158,26 @@ class StudyWriter {
         text("output", request.outcome.name());
         list(senseKey(request.sense), request.targets, targetOf);
     }
-    void write(const ScenarioSet& set) {
+    void write(const ScenarioSet& set, const StudyView& view) {
         m_text += "[scenarios]\n";
         outcomes(set.outcomes);
-        for (const Scenario& scenario : set.list) {
+        if (!view.columns.empty())
+            list("columns", view.columns,
+                 [](project::FieldId id) { return quotedToml(project::nameOf(id)); });
+        writeScenarios(set.list);
+    }
+    void write(const CompareSet& set, const StudyView&) {
+        m_text += "[compare]\n";
+        list("with", set.with, [](const std::string& file) { return quotedToml(file); });
+        if (!set.base.empty()) text("base", set.base);
+        if (set.scenarios) line("scenarios", "true");
+        if (set.onlyDifferences) line("only_differences", "true");
+        writeScenarios(set.list);
+    }
+    /// Scenarios stand once in a file, whoever uses them.
+    void writeScenarios(const std::vector<Scenario>& all) {
+        if (std::exchange(m_hasScenarios, true)) return;
+        for (const Scenario& scenario : all) {
             m_text += "\n[[scenario]]\n";
             text("name", scenario.name);
             std::string inputs;
@@ -162,11 +192,6 @@ class StudyWriter {
             }
             line("set", "{" + inputs + " }");
         }
-    }
-    void write(const CompareSet& set) {
-        m_text += "[compare]\n";
-        list("with", set.with, [](const std::string& file) { return quotedToml(file); });
-        if (set.onlyDifferences) line("only_differences", "true");
     }
 
     void numbers(std::string_view key, const std::vector<double>& all) {
@@ -192,7 +217,8 @@ class StudyWriter {
         numberIfAny("cut_sd", scatter.cutSd);
     }
     /// Each of its parts begins with a blank line, but for the first one of a study.
-    void write(const AskedUncertainty& asked, bool first = true) {
+    void write(const AskedUncertainty& asked, const StudyView&) { writeScatter(asked, true); }
+    void writeScatter(const AskedUncertainty& asked, bool first) {
         const auto begin = [&](std::string_view heading) {
             m_text.append(first ? "" : "\n").append(heading).append("\n");
             first = false;
@@ -225,15 +251,17 @@ class StudyWriter {
         if (asked.indices) line("indices", "true");
         line("seed", std::to_string(asked.plan.seed));
     }
-    void write(const AskedFragility& asked) {
+    void write(const AskedFragility& asked, const StudyView&) {
         m_text += "[fragility]\n";
         text("over", asked.over.name());
         values(asked.values);
         numbers("weights", asked.weights);
         numberIfAny("share", asked.share);
-        write(asked.scatter, false);
+        writeScatter(asked.scatter, false);
     }
 
+    bool m_several = false;
+    bool m_hasScenarios = false;
     std::string m_text;
 };
 
@@ -250,8 +278,24 @@ std::span<const std::string_view> kindNames() {
     return names;
 }
 
+std::optional<std::string> stepsText(const std::vector<double>& all) {
+    if (all.size() < FewestInSteps) return std::nullopt;
+    // The step as it was given is among the differences of neighbors or a short text of them.
+    const double step = (all.back() - all.front()) / static_cast<double>(all.size() - 1);
+    for (const double each : {step, all[1] - all[0], *numberOf(generalNumber(step, 12))}) {
+        std::string steps = generalNumber(all.front()) + ":" + generalNumber(all.back()) + ":" +
+                            generalNumber(each);
+        if (const auto read = parseValues(steps); read && *read == all) return steps;
+    }
+    return std::nullopt;
+}
+
 std::string studyText(const Study& study) {
-    return StudyWriter().take(study);
+    return StudyWriter().take({study});
+}
+
+std::string studiesText(const std::vector<Study>& studies) {
+    return StudyWriter().take(studies);
 }
 
 bool sameStudy(const Study& a, const Study& b) {

@@ -263,6 +263,9 @@ class Section {
                                  (m_name.empty() ? "" : " in [" + m_name + "]"));
     }
 
+    /// What stands before the name of a table that lies in it.
+    std::string below() const { return m_name.empty() ? "" : m_name + "."; }
+
     static std::optional<double> numberIn(const toml::node& found) {
         std::optional<double> value;
         if (const auto whole = found.value_exact<std::int64_t>())

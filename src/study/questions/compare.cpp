@@ -24,7 +24,8 @@ constexpr double ConversionError = 1e-9;
 constexpr double PoundsPerKilonewton = 224.80894309971047;
 constexpr double PsfPerKilopascal = 20.885434233150126;
 
-/// English value of one metric unit.
+} // namespace
+
 double englishOf(project::FieldKind kind) {
     switch (kind) {
     case project::FieldKind::Length:
@@ -54,6 +55,8 @@ double englishOf(engine::Kind kind) {
         return 1;
     }
 }
+
+namespace {
 
 bool isEnglish(const project::ProjectCase& current) {
     return current.Units == project::English;

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "base/Result.h"
+#include "engine/quantities.h"
+#include "project/inputFields.h"
 #include "project/ProjectInput.h"
 #include "run/Run.h"
 
@@ -16,6 +18,10 @@
 
 /// Cases side by side.
 namespace telvo::study {
+
+/// English value of one metric unit; 1 where both systems have the same.
+double englishOf(project::FieldKind kind);
+double englishOf(engine::Kind kind);
 
 struct ComparedCase {
     std::string name;

@@ -16,7 +16,6 @@ namespace telvo::study {
 
 namespace {
 
-constexpr std::size_t MostCurves = 8;
 constexpr std::size_t MostOver = 2000;
 constexpr std::size_t Split = 16; // parts into which a stretch is cut at once
 
@@ -278,7 +277,7 @@ Result<DesignChart> designChart(const project::ProjectCase& base, const DesignCh
     if (auto fault =
             refusedRange(base, request.over, {request.values.front(), request.values.back()}))
         return std::move(*fault);
-    if (request.targets.empty() || request.targets.size() > MostCurves)
+    if (request.targets.empty() || request.targets.size() > MostTargets)
         return Fault{"A design chart has one to eight targets", request.outcome.name()};
 
     std::vector<Outcome> outcomes{request.outcome};
