@@ -6,6 +6,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QPushButton>
 #include <QRadioButton>
 
 namespace telvo::app::ui {
@@ -16,6 +17,15 @@ SettingsForm::SettingsForm(SettingsStore& store, SettingsSaveMode mode, const QS
                            std::string_view prefix, const QString& helpTopic,
                            const telvo::ui::FormServices& services, QWidget* parent)
     : Form(name, prefix, helpTopic, services, parent), m_store(store), m_mode(mode) {}
+
+QDialogButtonBox* SettingsForm::makeOkCancel() {
+    auto* buttons = makeButtons();
+    connect(addButton(*buttons, "cmdOK", tr("OK"), QDialogButtonBox::AcceptRole),
+            &QPushButton::clicked, this, &SettingsForm::accept);
+    connect(addButton(*buttons, "cmdCancel", tr("Cancel"), QDialogButtonBox::RejectRole),
+            &QPushButton::clicked, this, &SettingsForm::reject);
+    return buttons;
+}
 
 QCheckBox* SettingsForm::addSwitch(QBoxLayout& layout, const QString& name, Switch value,
                                    const QString& caption, const QString& toolTip) {

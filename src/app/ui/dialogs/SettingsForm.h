@@ -49,6 +49,8 @@ class SettingsForm : public telvo::ui::Form {
                  std::string_view prefix, const QString& helpTopic,
                  const telvo::ui::FormServices& services, QWidget* parent);
 
+    /// OK and Cancel, in the row that help and picture have.
+    QDialogButtonBox* makeOkCancel();
     SettingsStore& store() const { return m_store; }
 
     QCheckBox* addSwitch(QBoxLayout& layout, const QString& name, Switch value,

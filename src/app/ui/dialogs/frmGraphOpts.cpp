@@ -42,12 +42,7 @@ frmGraphOpts::frmGraphOpts(SettingsStore& store, const telvo::ui::FormServices& 
     addSwitch(*layout, "chkGraphSetParams", {&Settings::GraphSetParams},
               tr("Sho&w these options before a graph is drawn"),
               tr("Opens this dialog whenever a graph is chosen from the menu"));
-    auto* buttons = makeButtons();
-    connect(addButton(*buttons, "cmdOK", tr("OK"), QDialogButtonBox::AcceptRole),
-            &QPushButton::clicked, this, &frmGraphOpts::accept);
-    connect(addButton(*buttons, "cmdCancel", tr("Cancel"), QDialogButtonBox::RejectRole),
-            &QPushButton::clicked, this, &frmGraphOpts::reject);
-    layout->addWidget(buttons);
+    layout->addWidget(makeOkCancel());
     showValues();
 }
 

@@ -52,12 +52,7 @@ frmSet::frmSet(SettingsStore& store, const std::string& DataFolder, FileDialogs&
     tabs->addTab(makeFilesPage(DataFolder), tr("&Files"));
     tabs->addTab(makeHistoryPage(), tr("History &Window"));
     layout->addWidget(tabs);
-    auto* buttons = makeButtons();
-    connect(addButton(*buttons, "cmdOK", tr("OK"), QDialogButtonBox::AcceptRole),
-            &QPushButton::clicked, this, &frmSet::accept);
-    connect(addButton(*buttons, "cmdCancel", tr("Cancel"), QDialogButtonBox::RejectRole),
-            &QPushButton::clicked, this, &frmSet::reject);
-    layout->addWidget(buttons);
+    layout->addWidget(makeOkCancel());
     tie(
         [this](const Settings& settings) {
             const SettingsTexts shown = textsFromSettings(settings);

@@ -32,12 +32,7 @@ frmTELVOOpts::frmTELVOOpts(SettingsStore& store, std::string program, std::strin
     tabs->addTab(makeOutputPage(), tr("&Output Options"));
     tabs->addTab(makePlotPage(), tr("P&lot Options"));
     layout->addWidget(tabs);
-    auto* buttons = makeButtons();
-    connect(addButton(*buttons, "cmdOK", tr("OK"), QDialogButtonBox::AcceptRole),
-            &QPushButton::clicked, this, &frmTELVOOpts::accept);
-    connect(addButton(*buttons, "cmdCancel", tr("Cancel"), QDialogButtonBox::RejectRole),
-            &QPushButton::clicked, this, &frmTELVOOpts::reject);
-    layout->addWidget(buttons);
+    layout->addWidget(makeOkCancel());
     tie(
         [this](const Settings& settings) {
             const OptionsTexts shown = textsFromOptions(settings);
