@@ -7,9 +7,11 @@
 //   parameters TAB       a tab of the parameter form, from 0
 //   graph KIND=FACTOR    a graph, from 0, and where its curves have the factor
 //   working QUANTITY     the working of a quantity
-//   study PAGE;FIELD=TEXT;...  a page of the studies, from 0, and what its fields are set to
+//   study PAGE;FIELD=TEXT;...  a page of the studies, from 0, and what its fields are set to; in front of
+//       them scenarios=NAME:INPUT=NUMBER,...|... of the case
 #include "app/ui/frmMain.h"
 #include "app/ui/Program.h"
+#include "base/files.h"
 #include "base/ui/PrintDialogs.h"
 #include "base/ui/qtText.h"
 #include "explain/ui/frmExplain.h"
@@ -269,9 +271,24 @@ bool setField(QWidget& page, const QString& name, const QString& text) {
     return true;
 }
 
-void takeStudy(Camera& camera, app::ui::frmMain& window, const QString& name,
-               const QString& value) {
-    const QStringList parts = value.split(';');
+/// Writes a study file beside a case.
+/// Given: scenarios  such as "shallow:DepthCover=800,EntryHeight=7|deep:DepthCover=1100"
+bool writeScenarios(const QFileInfo& file, const QString& scenarios) {
+    QString text = "# TELVO study 1\nkind = \"scenarios\"\ncase = \"" + file.fileName() +
+                   "\"\nunits = \"english\"\n[scenarios]\n";
+    for (const QString& one : scenarios.split('|'))
+        text += "[[scenario]]\nname = \"" + one.section(':', 0, 0) + "\"\nset = { " +
+                one.section(':', 1) + " }\n";
+    const QString path = file.path() + '/' + file.completeBaseName() + ".study";
+    return bool(writeFile(fromQt(path), fromQt(text)));
+}
+
+void takeStudy(Camera& camera, Desk& desk, const QString& name, const QString& value) {
+    app::ui::frmMain& window = desk.program().window();
+    QStringList parts = value.split(';');
+    if (parts.size() > 1 && parts[1].startsWith("scenarios=") &&
+        !writeScenarios(QFileInfo(desk.file()), parts.takeAt(1).section('=', 1)))
+        return camera.missed(name);
     const int first = static_cast<int>(app::ui::MenuEntry::WhatMatters);
     choose(window, static_cast<app::ui::MenuEntry>(first + parts.front().toInt()));
     auto* studies = qobject_cast<study::ui::frmStudies*>(topWindow("frmStudies"));
@@ -319,7 +336,7 @@ int takeCase(const QString& example, const QString& folder, const QString& name,
     } else if (what == "working") {
         takeWorking(camera, window, name, value);
     } else if (what == "study") {
-        takeStudy(camera, window, name, value);
+        takeStudy(camera, desk, name, value);
     } else {
         camera.missed(name);
     }

@@ -6,7 +6,11 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <QApplication>
+#include <QPointer>
+#include <QStringList>
 #include <QTest>
+#include <QTimer>
 #include <QWidget>
 
 /// What the tests of windows share: finding controls by object name, typing, recorded dialogs.
@@ -46,6 +50,36 @@ inline void show(QWidget& window) {
     window.show();
     window.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&window));
+}
+
+/// Names of the modal windows that tests are waiting for.
+inline QStringList& awaitedModals() {
+    static QStringList names;
+    return names;
+}
+
+/// Acts in the modal window or menu of that name which a command shows, once it is the one that
+/// waits for the user; the test fails when it does not come. It is closed where the act leaves it.
+template <typename Command, typename Act>
+void inModal(const char* name, Command command, Act act) {
+    const QString wanted = QString::fromUtf8(name);
+    bool came = false;
+    awaitedModals() << wanted;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        QWidget* waiting = QApplication::activePopupWidget();
+        if (!waiting) waiting = QApplication::activeModalWidget();
+        if (!waiting || waiting->objectName() != wanted || !waiting->isVisible()) return;
+        look.stop();
+        came = true;
+        const QPointer<QWidget> window(waiting);
+        act(*waiting);
+        if (window && window->isVisible()) window->close();
+    });
+    look.start(1);
+    command();
+    awaitedModals().removeOne(wanted);
+    QVERIFY2(came, qPrintable("no modal window " + wanted));
 }
 
 } // namespace telvo::test

@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -25,6 +26,7 @@ class CaseTableTest : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void loadsTheRowThatIsFound();
+    void aRowIsAddedToTheComparison();
     void showsWhyARowIsBad();
     void showsWhatTheFileDoesNotGive();
     void readsBesideTheWindowAndCanBeStopped();
@@ -74,6 +76,21 @@ void CaseTableTest::loadsTheRowThatIsFound() {
     QCOMPARE(m_window->result(), int(QDialog::Accepted));
     QCOMPARE(m_window->chosen()->Input.DepthCover, 412.5);
     QCOMPARE(m_window->chosen()->Description, std::string("one\r\ntwo"));
+}
+
+void CaseTableTest::aRowIsAddedToTheComparison() {
+    open(Panels);
+    std::vector<std::uint32_t> added;
+    m_window->addToCompare = [&](const table::CaseRow& row) { added.push_back(row.number); };
+    view().selectRow(1);
+    const auto ask = [&] { Q_EMIT view().customContextMenuRequested({5, 5}); };
+    inModal("mnuCaseRow", ask,
+            [](QWidget& menu) { static_cast<QMenu&>(menu).actions().constFirst()->trigger(); });
+    QCOMPARE(added, std::vector<std::uint32_t>{3});
+    QVERIFY(m_window->isVisible());
+    view().selectRow(2); // a row that cannot be read has no such menu
+    ask();
+    QCOMPARE(added.size(), 1U);
 }
 
 void CaseTableTest::showsWhyARowIsBad() {

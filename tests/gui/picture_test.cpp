@@ -200,16 +200,15 @@ void PictureTest::theCommandAsksAndTells() {
     const auto ask = [&](const char* name, int dpi = 0) {
         dialogs.answers = {std::nullopt};
         if (name) dialogs.answers = {file(name)};
-        if (dpi)
-            QTimer::singleShot(0, this, [dpi] {
-                auto* form = QApplication::activeModalWidget();
-                auto& box = control<QSpinBox>(*form, "txtResolution");
-                box.setFocus();
-                QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
-                QTest::keyClicks(&box, QString::number(dpi));
-                QTest::keyClick(form, dpi < 1000 ? Qt::Key_Return : Qt::Key_Escape);
-            });
-        exportCommand(sample(), dialogs, messages, "/cases", nullptr);
+        const auto run = [&] { exportCommand(sample(), dialogs, messages, "/cases", nullptr); };
+        if (!dpi) return run();
+        inModal("frmResolution", run, [dpi](QWidget& form) {
+            auto& box = control<QSpinBox>(form, "txtResolution");
+            box.setFocus();
+            QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+            QTest::keyClicks(&box, QString::number(dpi));
+            QTest::keyClick(&form, dpi < 1000 ? Qt::Key_Return : Qt::Key_Escape);
+        });
     };
     ask(nullptr);
     QCOMPARE(dialogs.asked.back(), "Export Picture|/cases/north panel.png|PNG Picture (*.png)");

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QPlainTextEdit>
+#include <QPrinter>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -24,8 +25,14 @@ using app::ui::MenuEntry;
 using app::ui::Program;
 using study::GraphKind;
 
+/// No printer, or a file that takes what is printed.
 struct NoPrinter : telvo::ui::PrintDialogs {
-    bool choosePrinter(QPrinter&, QWidget*, const QString&) override { return false; }
+    QString file;
+    bool choosePrinter(QPrinter& printer, QWidget*, const QString&) override {
+        if (file.isEmpty()) return false;
+        printer.setOutputFileName(file);
+        return true;
+    }
     bool setUpPrinter(QPrinter&, QWidget*) override { return false; }
 };
 
@@ -52,7 +59,8 @@ struct Home {
         QDir().mkpath(folder.filePath("Documents"));
         QDir().mkpath(folder.filePath("install"));
         QObject::connect(&closer, &QTimer::timeout, [this] {
-            if (auto* waiting = QApplication::activeModalWidget()) {
+            auto* waiting = QApplication::activeModalWidget();
+            if (waiting && !awaitedModals().contains(waiting->objectName())) {
                 modalWindows.push_back(waiting->objectName());
                 waiting->close();
             }
@@ -103,14 +111,5 @@ struct Home {
         });
     }
 };
-
-/// Runs in the modal dialog of that name while a command shows it.
-template <typename Work>
-void inDialog(const char* name, Work work) {
-    QTimer::singleShot(0, qApp, [=] {
-        for (QWidget* top : QApplication::topLevelWidgets())
-            if (top->isVisible() && top->objectName() == name) work(*top);
-    });
-}
 
 } // namespace telvo::test

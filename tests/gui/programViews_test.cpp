@@ -181,8 +181,9 @@ void ProgramViewsTest::aRunThatNoLongerBelongsToTheCaseSaysSo() {
                 .toPlainText()
                 .contains("Project File: " + home.folder.filePath("renamed.TLV")));
     program.settings().values().RoundTELVOSF = 2;
-    inDialog("frmTELVOOpts", [](QWidget& options) { click(options, "cmdOK"); });
-    home.trigger(MenuEntry::Options);
+    inModal(
+        "frmTELVOOpts", [&] { home.trigger(MenuEntry::Options); },
+        [](QWidget& options) { click(options, "cmdOK"); });
     QVERIFY(outdatedText(home, "frmResTxtPlt").startsWith("The options of the output"));
     QVERIFY(home.quit());
 }
@@ -220,13 +221,14 @@ void ProgramViewsTest::filesAreBrowsedAndImported() {
     Home home;
     Program& program = home.start();
     const std::string data = program.settings().values().DataPath;
-    inDialog("frmTextBrow", [&](QWidget& browser) {
-        QCOMPARE(QDir(control<QLineEdit>(browser, "txtFolder").text()),
-                 QDir(QString::fromStdString(data)));
-        click(browser, "chkUseNotepad");
-        click(browser, "cmdClose");
-    });
-    home.trigger(MenuEntry::ViewSourceFiles);
+    inModal(
+        "frmTextBrow", [&] { home.trigger(MenuEntry::ViewSourceFiles); },
+        [&](QWidget& browser) {
+            QCOMPARE(QDir(control<QLineEdit>(browser, "txtFolder").text()),
+                     QDir(QString::fromStdString(data)));
+            click(browser, "chkUseNotepad");
+            click(browser, "cmdClose");
+        });
     QCOMPARE(program.settings().values().BrowseUseNotepad, 1);
     const auto ini = readFile(program.folders().DataFolder + "TELVO.INI");
     QVERIFY(ini && ini->find("BrowseUseNotepad=1") != std::string::npos);
@@ -239,8 +241,9 @@ void ProgramViewsTest::filesAreBrowsedAndImported() {
     QCOMPARE(program.session().project().Input.DepthCover, 900);
 
     // No list is installed here.
-    inDialog("frmResource", [](QWidget& resources) { click(resources, "cmdClose"); });
-    home.trigger(MenuEntry::ResourceFiles);
+    inModal(
+        "frmResource", [&] { home.trigger(MenuEntry::ResourceFiles); },
+        [](QWidget& resources) { click(resources, "cmdClose"); });
     QVERIFY(home.wasAsked("Requested File not found: " + home.path("install/Resources.lst")));
     home.answers = {Answer::No};
     QVERIFY(home.quit());
@@ -252,15 +255,16 @@ void ProgramViewsTest::aCaseIsLoadedFromATable() {
     QVERIFY(writeFile(home.path("install/Resources.lst"), "TELVO.PDF; Program manual\n"));
     QVERIFY(writeFile(home.path("cases.csv"), "Title,DepthCover\nfirst,500\nsecond,700\n"));
     home.dialogs.answers = {home.path("cases.csv")};
-    inDialog("frmResource", [&](QWidget& resources) {
-        inDialog("frmCaseTable", [](QWidget& table) {
-            auto& view = control<QTableView>(table, "tblCases");
-            view.selectRow(1);
-            click(table, "cmdOK");
+    const auto chooseSecondRow = [](QWidget& table) {
+        control<QTableView>(table, "tblCases").selectRow(1);
+        click(table, "cmdOK");
+    };
+    inModal(
+        "frmResource", [&] { home.trigger(MenuEntry::ResourceFiles); },
+        [&](QWidget& resources) {
+            inModal(
+                "frmCaseTable", [&] { click(resources, "cmdImport"); }, chooseSecondRow);
         });
-        click(resources, "cmdImport");
-    });
-    home.trigger(MenuEntry::ResourceFiles);
     QCOMPARE(program.window().windowTitle(), "Untitled*");
     QCOMPARE(program.session().project().Title, "second");
     QCOMPARE(program.session().project().Input.DepthCover, 700);

@@ -141,13 +141,13 @@ void StartPageTest::recentFilesAndCopiesAreListed() {
 void StartPageTest::unitsOfNewProjectsReachTheUntouchedCase() {
     Home home;
     home.start();
-    home.closer.stop();
     const auto chooseUnits = [&](const char* option) {
-        inDialog("frmSet", [option](QWidget& form) {
-            click(form, option);
-            click(form, "cmdOK");
-        });
-        home.trigger(MenuEntry::Settings);
+        inModal(
+            "frmSet", [&] { home.trigger(MenuEntry::Settings); },
+            [option](QWidget& form) {
+                click(form, option);
+                click(form, "cmdOK");
+            });
     };
     home.trigger(MenuEntry::ShowHistory); // closes the history
     chooseUnits("optDefaultUnits_1");

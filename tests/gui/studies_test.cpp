@@ -4,6 +4,7 @@
 // shows is what a run of the opened case gives.
 #include "base/numbers.h"
 #include "study/questions/ranges.h"
+#include "study/ui/studies/TornadoPage.h"
 #include "studyDesk.h"
 
 #include <QClipboard>
@@ -30,6 +31,7 @@ class StudiesTest : public QObject {
     void whatMattersOpensWithAResult();
     void rangesAreTheUsersOwn();
     void badRangesAreToldBesideTheField();
+    void rangesAreEditedInTheCells();
     void itFollowsTheCaseOnScreen();
     void everyNumberIsThatOfTheOpenedCase();
     void resultsLeaveTheProgram();
@@ -112,6 +114,69 @@ void StudiesTest::badRangesAreToldBesideTheField() {
     type(desk.window(), "txtTornadoHigh", "5");
     desk.wait();
     QVERIFY(!desk.isShown("lblTornadoProblem"));
+}
+
+void StudiesTest::rangesAreEditedInTheCells() {
+    Desk desk(MenuEntry::WhatMatters);
+    auto& table = control<QTableView>(desk.window(), "tblTornado");
+    const auto rowOf = [&](const std::string& input) {
+        for (int place = 0; place < table.model()->rowCount(); ++place)
+            if (table.model()->index(place, 0).data().toString().toStdString() == input)
+                return place;
+        return -1;
+    };
+    const auto enter = [&](const char* input, int column, const QString& text) {
+        table.setFocus();
+        table.setCurrentIndex(table.model()->index(rowOf(input), column));
+        QTest::keyClick(&table, Qt::Key_Return);
+        QWidget* editor = nullptr;
+        for (auto* one : table.findChildren<QWidget*>("txtCell"))
+            if (one->isVisible()) editor = one;
+        QVERIFY(editor);
+        typeInto(*editor, text);
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_VERIFY_WITH_TIMEOUT(!editor || !table.findChild<QWidget*>("txtCell"), Patience);
+    };
+    constexpr auto Depth = "Depth of Cover";
+    const auto cell = [&](int column) {
+        return table.model()->index(rowOf(Depth), column).data().toString();
+    };
+    using study::ui::TornadoFromColumn, study::ui::TornadoRangeColumn, study::ui::TornadoToColumn;
+    enter(Depth, TornadoRangeColumn, "+-5 %");
+    desk.wait();
+    QCOMPARE(cell(TornadoRangeColumn), "-5 .. +5 % (own)");
+    QCOMPARE(cell(TornadoFromColumn), "855");
+    QCOMPARE(table.currentIndex().row(), rowOf(Depth)); // wherever its bar is now
+    QCOMPARE(control<QLineEdit>(desk.window(), "txtTornadoHigh").text(), "5");
+    enter(Depth, TornadoToColumn, "1000");
+    desk.wait();
+    QCOMPARE(cell(TornadoRangeColumn), "855 .. 1000 ft (own)");
+    enter(Depth, TornadoFromColumn, "250 m");
+    desk.wait();
+    QCOMPARE(cell(TornadoFromColumn), "820.21");
+    // What is no range stays in its cell and is told; nothing of it is kept.
+    enter(Depth, TornadoRangeColumn, "5 to");
+    QTRY_VERIFY_WITH_TIMEOUT(desk.isShown("lblTornadoProblem"), Patience);
+    QVERIFY(desk.text("lblTornadoProblem").startsWith("A range is written like +-10 %"));
+    QCOMPARE(cell(TornadoRangeColumn), "5 to");
+    QVERIFY(!desk.page().isCurrent());
+    enter(Depth, TornadoToColumn, "700");
+    QTRY_VERIFY_WITH_TIMEOUT(
+        desk.text("lblTornadoProblem").contains("not from 820.2") &&
+            desk.text("lblTornadoProblem").startsWith("A range goes from a smaller"),
+        Patience);
+    enter(Depth, TornadoRangeColumn, ""); // the usual one again
+    desk.wait();
+    QVERIFY(!cell(TornadoRangeColumn).contains("(own)"));
+    QVERIFY(!desk.isShown("lblTornadoProblem"));
+    QVERIFY(!control(desk.window(), "cmdTornadoAllDefault").isEnabled());
+    // Other cells open their case, and headings sort.
+    table.setCurrentIndex(table.model()->index(rowOf(Depth), 0));
+    QTest::mouseClick(table.horizontalHeader()->viewport(), Qt::LeftButton, {},
+                      QPoint(table.columnViewportPosition(0) + 10, 5));
+    QVERIFY(!desk.page().table().rows().order().empty());
+    QTest::keyClick(&table, Qt::Key_Return);
+    QVERIFY(!desk.program.session().isSaved());
 }
 
 void StudiesTest::itFollowsTheCaseOnScreen() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
 // Pages of the studies that put cases side by side: scenarios, comparison.
+#include "base/numbers.h"
 #include "plot/ui/PlanView.h"
 #include "project/CaseFile.h"
 #include "project/units.h"
@@ -10,6 +11,7 @@
 
 #include <QDropEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -131,6 +133,7 @@ class StudyCasesTest : public QObject {
     void everyNumberIsThatOfTheComparedCase();
     void reportsAndPlansOfTwoCases();
     void filesThatCannotBeComparedAreNamed();
+    void rowsAndRunsAreCompared();
 };
 
 void StudyCasesTest::scenariosAreEditedInTheTable() {
@@ -474,6 +477,59 @@ void StudyCasesTest::filesThatCannotBeComparedAreNamed() {
     QApplication::sendEvent(&desk.page(), &drop);
     desk.wait();
     QVERIFY(desk.column("development-mains.TLV") > 0);
+}
+
+void StudyCasesTest::rowsAndRunsAreCompared() {
+    CompareDesk desk;
+    QVERIFY(!control(desk.window(), "cmdCompareAddRun").isEnabled()); // nothing was run yet
+    // Marked rows of another page.
+    desk.home.trigger(MenuEntry::TableOfValues);
+    desk.wait();
+    auto& rows = control<QTableView>(desk.window(), "tblTable");
+    const double depth = desk.number(1, 1), factor = desk.number(1, 2);
+    rows.setFocus();
+    rows.selectRow(1);
+    rows.selectionModel()->select(rows.model()->index(3, 0),
+                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    const QPoint cell = rows.visualRect(rows.model()->index(1, 0)).center();
+    inModal(
+        "mnuStudyPlace",
+        [&] {
+            QContextMenuEvent event(QContextMenuEvent::Mouse, cell,
+                                    rows.viewport()->mapToGlobal(cell));
+            QApplication::sendEvent(rows.viewport(), &event);
+        },
+        [](QWidget& menu) {
+            for (QAction* action : static_cast<QMenu&>(menu).actions())
+                if (action->text() == "Add 2 Rows to &Compare") action->trigger();
+        });
+    QCOMPARE(desk.home.status(), "2 cases added to Compare");
+    // A run of the case as it was.
+    desk.home.trigger(MenuEntry::StabilityFactors);
+    project::ProjectInput values = desk.program.session().project().Input;
+    values.EntryHeight = 9;
+    desk.program.session().acceptParameters(values);
+    desk.home.trigger(MenuEntry::Compare);
+    desk.wait();
+    inModal(
+        "mnuCompareRuns", [&] { click(desk.window(), "cmdCompareAddRun"); },
+        [](QWidget& menu) { static_cast<QMenu&>(menu).actions().constFirst()->trigger(); });
+    desk.wait();
+    QVERIFY2(desk.page().headline().starts_with("5 cases"), desk.page().headline().c_str());
+    const std::string row = "Row 2: Depth of Cover " + generalNumber(depth) + " ft";
+    const std::string run = "Run 1, two-side-gobs.TLV, depth 900";
+    QCOMPARE(desk.value("Depth of Cover", row), depth);
+    QVERIFY(desk.value(Factor, row) == factor);
+    QCOMPARE(desk.value("Entry Height", run), 5.5);
+    QCOMPARE(desk.value("Entry Height", Own), 9.0);
+    // One is taken out again.
+    auto& added = control<QComboBox>(desk.window(), "cboCompareFiles");
+    QCOMPARE(added.count(), 3);
+    added.setCurrentIndex(0);
+    click(desk.window(), "cmdCompareRemove");
+    desk.wait();
+    QCOMPARE(desk.column(row), 0U);
+    QVERIFY(desk.column(run) > 0);
 }
 
 QTEST_MAIN(StudyCasesTest)

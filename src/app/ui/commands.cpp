@@ -10,6 +10,7 @@
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
+#include "base/files.h"
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "library/ui/frmResource.h"
@@ -48,7 +49,9 @@ constexpr std::string_view PdfManual = "TELVO.PDF";
 
 } // namespace
 
-Commands::Commands(Program& program, frmMain& window) : m_program(program), m_window(window) {}
+Commands::Commands(Program& program, frmMain& window)
+    : m_program(program), m_window(window),
+      m_caseStudies(program.messages(), program.fileDialogs()) {}
 
 Commands::~Commands() = default;
 
@@ -361,6 +364,10 @@ bool Commands::importCase(QWidget* parent) {
     table::ui::frmCaseTable form(
         std::move(*read), m_program.formServices(), parent,
         [&session](const project::ProjectCase& current) { return session.figures(current); });
+    if (!session.isEmpty())
+        form.addToCompare = [this, name = withoutFolder(*path)](const table::CaseRow& row) {
+            addToCompare({name + ", row " + std::to_string(row.number), row.current});
+        };
     if (form.exec() != QDialog::Accepted || !form.chosen() || !session.settleUnsaved())
         return false;
     session.acceptImported(*form.chosen(), *path);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/CaseStudies.h"
 #include "app/outdated.h"
 #include "app/ui/RecoveryKeeper.h"
 #include "base/ui/Form.h"
@@ -11,7 +12,6 @@
 #include "study/ui/studies/frmStudies.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <QPageLayout>
@@ -59,6 +59,8 @@ class Commands {
     void stabilityFactors();
     void graph(study::GraphKind kind);
 
+    /// Asks about studies that are not saved. Returned: whether the program may end.
+    bool mayCloseStudies();
     /// Opens the window of the studies on a page, or brings it to the front.
     void studies(study::ui::StudyKind kind);
 
@@ -117,6 +119,10 @@ class Commands {
     void showWorking(const report::ShownRun& shown);
     study::ui::StudyActions studyActions();
     study::ui::StudyCase studyCase() const;
+    void saveStudies();
+    void addToCompare(study::NamedCase one);
+    /// Offers a case that was run for comparison.
+    void keepRun(const project::ProjectCase& current);
     std::string openStudied(const project::ProjectCase& current, const std::string& what);
     std::string takeStudied(const project::ProjectInput& values, const std::string& what);
     /// What the user sees and edits: the values of the parameter form while it is open, else the
@@ -150,8 +156,9 @@ class Commands {
     };
     std::vector<GraphWindow> m_graphs;
     QPointer<study::ui::frmStudies> m_studies;
-    /// What the studies of each case ask, by the name of its file, while the program runs.
-    std::map<std::string, study::ui::StudySettings> m_studySettings;
+    CaseStudies m_caseStudies;
+    std::vector<study::NamedCase> m_sessionRuns; ///< the last one last
+    std::size_t m_runCount = 0;
     project::OpenCase m_edited; ///< the case as the parameter form has it
     QPointer<project::ui::frmTELVOParm> m_parameters;
     QPointer<project::ui::frmTELVODesc> m_description;

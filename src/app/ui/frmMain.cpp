@@ -308,7 +308,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    if (!m_program.session().mayClose()) {
+    if (!m_program.session().mayClose() || !m_commands.mayCloseStudies()) {
         event->ignore();
         return;
     }

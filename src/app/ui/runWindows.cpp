@@ -98,6 +98,7 @@ std::optional<Refusal> Commands::showResults(const project::ProjectCase& current
     messages.history("TELVO stability factors calculated: " + m_program.session().displayName());
     messages.status("TELVO stability factors calculated");
 
+    keepRun(shown.run->current);
     closeResults();
     m_results = new frmResTxtPlt(
         {std::move(report.pages), report.warnings.WarningSummary, shown.run->notes, sheetHeading(),

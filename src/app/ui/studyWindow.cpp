@@ -5,6 +5,7 @@
 #include "app/ui/frmMain.h"
 #include "app/ui/layoutPicture.h"
 #include "app/ui/Program.h"
+#include "base/numbers.h"
 #include "plot/ui/PlanView.h"
 #include "project/ui/frmTELVODesc.h"
 #include "project/ui/frmTELVOParm.h"
@@ -16,6 +17,8 @@ using study::ui::frmStudies;
 namespace {
 
 constexpr const char* FormIsOpen = "A form is open that edits the case: close it first";
+
+constexpr std::size_t MostRuns = 30; // of this session that a comparison offers
 
 } // namespace
 
@@ -47,12 +50,62 @@ study::ui::StudyActions Commands::studyActions() {
                 return study::ui::PlanPane{view, [this, view](const project::ProjectCase& current) {
                                                drawPlan(*view, current, m_program.settings());
                                            }};
-            }};
+            },
+            [this]() -> study::StudySettings& { return m_caseStudies.settings(); },
+            [this] { return m_caseStudies.isChanged(); },
+            [this] { saveStudies(); },
+            [this] {
+                m_caseStudies.open();
+                studiesFollow();
+            },
+            [this] { return std::vector(m_sessionRuns.rbegin(), m_sessionRuns.rend()); }};
+}
+
+/// The row of a table joins what the open case is compared with.
+void Commands::addToCompare(study::NamedCase one) {
+    note("Added to Compare: " + one.first);
+    m_caseStudies.settings().compareCases.push_back(std::move(one));
+    m_caseStudies.renew();
+    studiesFollow();
+}
+
+/// Runs of one and the same case in a row are one.
+void Commands::keepRun(const project::ProjectCase& current) {
+    if (!m_sessionRuns.empty() && m_sessionRuns.back().second == current) return;
+    m_sessionRuns.emplace_back("Run " + std::to_string(++m_runCount) + ", " +
+                                   m_program.session().displayName() + ", depth " +
+                                   generalNumber(current.Input.DepthCover, 6),
+                               current);
+    if (m_sessionRuns.size() > MostRuns) m_sessionRuns.erase(m_sessionRuns.begin());
+    studiesFollow();
+}
+
+void Commands::saveStudies() {
+    ProjectSession& session = m_program.session();
+    if (!session.hasFile()) {
+        const bool named = m_program.messages().ask(
+                               "The study is kept beside the file of its case, which has none "
+                               "yet. Save the case now?",
+                               Buttons::YesNo, Answer::Yes, {}) == Answer::Yes &&
+                           session.FileMenuSave(false);
+        if (!named) return m_program.messages().status("Study not saved");
+        studiesFollow();
+    }
+    m_caseStudies.save();
+    studiesFollow();
+}
+
+bool Commands::mayCloseStudies() {
+    studiesFollow();
+    return m_caseStudies.mayClose();
 }
 
 std::string Commands::openStudied(const project::ProjectCase& current, const std::string& what) {
     if (m_parameters || m_description) return FormIsOpen;
-    if (m_program.session().settleUnsaved()) m_program.session().acceptStudied(current, what);
+    if (!m_program.session().settleUnsaved()) return {};
+    studiesFollow(); // the case may have been saved under a name
+    m_caseStudies.passOn();
+    m_program.session().acceptStudied(current, what);
     return {};
 }
 
@@ -63,16 +116,21 @@ std::string Commands::takeStudied(const project::ProjectInput& values, const std
 }
 
 void Commands::studiesFollow() {
-    if (m_studies) m_studies->setCase(studyCase());
+    const ProjectSession& session = m_program.session();
+    m_caseStudies.follow({session.project(), session.caseNumber(), session.hasFile(),
+                          session.reportOptions().RoundTELVOSF});
+    if (!m_studies) return;
+    m_caseStudies.load();
+    m_studies->setCase(studyCase(), m_caseStudies.takeRenewed());
 }
 
 void Commands::studies(study::ui::StudyKind kind) {
     if (!m_studies) {
-        m_studies =
-            new frmStudies(studyActions(), m_studySettings, m_program.formServices(), viewParent());
+        m_studies = new frmStudies(studyActions(), m_program.formServices(), viewParent());
         keep(*m_studies);
         m_studies->showPage(kind);
-        m_studies->setCase(studyCase());
+        m_caseStudies.renew();
+        studiesFollow();
         note("Studies: " + m_program.session().displayName());
     }
     m_studies->showPage(kind);

@@ -15,6 +15,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -173,6 +174,8 @@ QWidget* frmCaseTable::makeTable() {
     m_view->setAlternatingRowColors(true);
     m_view->setWordWrap(false);
     m_view->setTabKeyNavigation(false);
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_view, &QWidget::customContextMenuRequested, this, &frmCaseTable::showMenu);
     m_view->verticalHeader()->hide();
     m_view->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_view->verticalHeader()->setDefaultSectionSize(fontMetrics().height() * 3 / 2);
@@ -248,6 +251,16 @@ void frmCaseTable::filter() {
 const table::CaseRow* frmCaseTable::currentRow() const {
     const QModelIndex index = m_view->currentIndex();
     return index.isValid() ? &m_model->caseRow(index.row()) : nullptr;
+}
+
+void frmCaseTable::showMenu(const QPoint& place) {
+    const table::CaseRow* row = currentRow();
+    if (!addToCompare || !row || !row->good()) return;
+    QMenu menu(this);
+    menu.setObjectName("mnuCaseRow");
+    connect(menu.addAction(tr("Add to &Compare")), &QAction::triggered, this,
+            [this, row] { addToCompare(*row); });
+    menu.exec(m_view->viewport()->mapToGlobal(place));
 }
 
 void frmCaseTable::showCurrent() {

@@ -36,6 +36,9 @@ class frmCaseTable : public telvo::ui::Form {
     /// The case of the row that was loaded; nothing before, and after Cancel.
     std::optional<project::ProjectCase> chosen() const { return m_chosen; }
 
+    /// Puts a row beside the open case; without it there is no such entry in the menu of a row.
+    std::function<void(const table::CaseRow& row)> addToCompare;
+
     void accept() override;
 
   protected:
@@ -47,6 +50,7 @@ class frmCaseTable : public telvo::ui::Form {
     QWidget* makePreview();
     void filter();
     void showCurrent();
+    void showMenu(const QPoint& place);
     const table::CaseRow* currentRow() const;
 
     const table::CaseTable m_table;

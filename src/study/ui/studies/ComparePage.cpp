@@ -14,6 +14,7 @@
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -56,6 +57,26 @@ std::vector<std::string> droppedFiles(const QMimeData& data) {
     return paths;
 }
 
+/// A comparison of the cases as they were read.
+std::shared_ptr<const Asked> askedOf(const ComparedCases& made, const CompareOrder& order) {
+    auto asked = std::make_shared<Asked>();
+    const auto& cases = made.comparison.cases;
+    CompareSet set{{}, order.onlyDifferences, {}};
+    for (const ComparedCase& one : cases) {
+        // A study has no absolute paths.
+        const std::string name = utf8FromPath(pathFromUtf8(one.name).relative_path());
+        asked->cases.emplace_back(name, one.current);
+        if (&one != &cases.front()) set.with.push_back(name);
+    }
+    set.base = asked->cases[made.comparison.base].first;
+    asked->study = {{},
+                    asked->cases.front().first,
+                    order.own.Units == project::English ? project::English : project::Metric,
+                    order.RoundTELVOSF,
+                    std::move(set)};
+    return asked;
+}
+
 /// Another list in a box that keeps what is chosen where it is still there.
 void relistNames(QComboBox& box, const std::vector<std::string>& names, int otherwise) {
     const QSignalBlocker quiet(box);
@@ -86,12 +107,15 @@ void ComparePage::makeFields() {
     m_add = new QPushButton(tr("&Add Files..."), this);
     telvo::ui::describe(*m_add, named("cmd", "Add"), tr("Add Files"),
                         tr("Adds case files; files may also be dropped here"));
+    m_addRun = new QPushButton(tr("Add R&un"), this);
+    telvo::ui::describe(*m_addRun, named("cmd", "AddRun"), tr("Add Run"),
+                        tr("Adds a case as it was run since the program started"));
     m_files = new QComboBox(this);
-    telvo::ui::describe(*m_files, named("cbo", "Files"), tr("File"),
-                        tr("The files that were added"));
+    telvo::ui::describe(*m_files, named("cbo", "Files"), tr("Added"),
+                        tr("The files, rows and runs that were added"));
     m_remove = new QPushButton(tr("&Remove"), this);
     telvo::ui::describe(*m_remove, named("cmd", "Remove"), tr("Remove"),
-                        tr("Takes this file out of the comparison; the file itself stays"));
+                        tr("Takes this case out of the comparison; a file itself stays"));
     m_base = new QComboBox(this);
     telvo::ui::describe(
         *m_base, named("cbo", "Base"), tr("Base"),
@@ -102,13 +126,14 @@ void ComparePage::makeFields() {
     m_onlyDifferences = new QCheckBox(tr("Only &differences"), this);
     telvo::ui::describe(*m_onlyDifferences, named("chk", "OnlyDifferences"), tr("Only differences"),
                         tr("Leaves out what is the same in all cases"));
-    for (QPushButton* button : {m_add, m_remove})
+    for (QPushButton* button : {m_add, m_addRun, m_remove})
         button->setAutoDefault(false);
     narrow(*m_files);
     narrow(*m_base);
     auto* baseLabel = new QLabel(tr("&Base:"), this);
     baseLabel->setBuddy(m_base);
     row->addWidget(m_add);
+    row->addWidget(m_addRun);
     row->addWidget(m_files, 1);
     row->addWidget(m_remove);
     row->addWidget(m_scenarios);
@@ -121,6 +146,7 @@ void ComparePage::makeFields() {
     fields().addLayout(second);
 
     connect(m_add, &QPushButton::clicked, this, &ComparePage::addFiles);
+    connect(m_addRun, &QPushButton::clicked, this, &ComparePage::showRuns);
     connect(m_remove, &QPushButton::clicked, this, &ComparePage::removeFile);
     connect(m_base, &QComboBox::activated, this, [this] {
         settings().compareBase = fromQt(m_base->currentText());
@@ -205,10 +231,13 @@ void ComparePage::listCases() {
     std::vector<std::string> files;
     for (const std::string& path : settings().compareFiles)
         files.push_back(withoutFolder(path));
+    for (const NamedCase& one : settings().compareCases)
+        files.push_back(one.first);
     relistNames(*m_files, files, m_files->count());
-    for (int i = 0; i < m_files->count(); ++i)
-        m_files->setItemData(i, toQt(settings().compareFiles[static_cast<std::size_t>(i)]),
+    for (std::size_t i = 0; i < settings().compareFiles.size(); ++i)
+        m_files->setItemData(static_cast<int>(i), toQt(settings().compareFiles[i]),
                              Qt::ToolTipRole);
+    m_addRun->setEnabled(!actions().runs().empty());
     m_remove->setEnabled(!files.empty());
     m_files->setEnabled(!files.empty());
     std::vector<std::string> names;
@@ -237,11 +266,27 @@ void ComparePage::add(const std::vector<std::string>& paths) {
     renew();
 }
 
+void ComparePage::showRuns() {
+    QMenu menu(this);
+    menu.setObjectName("mnuCompareRuns");
+    for (const NamedCase& run : actions().runs())
+        connect(menu.addAction(toQt(run.first).replace('&', "&&")), &QAction::triggered, this,
+                [this, run] {
+                    actions().addToCompare({{run.first, [run] { return run.second; }}});
+                });
+    if (!menu.isEmpty()) menu.exec(m_addRun->mapToGlobal(QPoint(0, m_addRun->height())));
+}
+
 void ComparePage::removeFile() {
     const int at = m_files->currentIndex();
     auto& files = settings().compareFiles;
-    if (at < 0 || at >= static_cast<int>(files.size())) return;
-    files.erase(files.begin() + at);
+    auto& cases = settings().compareCases;
+    const auto ofCases = at - static_cast<int>(files.size());
+    if (at < 0 || ofCases >= static_cast<int>(cases.size())) return;
+    if (ofCases < 0)
+        files.erase(files.begin() + at);
+    else
+        cases.erase(cases.begin() + ofCases);
     listCases();
     renew();
 }
@@ -266,11 +311,18 @@ Result<StudyPage::Compute> ComparePage::read() {
     order.own = subject().current;
     order.ownName = subject().name;
     if (m_scenarios->isChecked()) order.scenarios = settings().scenarios;
+    order.cases = settings().compareCases;
     order.files = settings().compareFiles;
     order.base = settings().compareBase;
     order.onlyDifferences = m_onlyDifferences->isChecked();
     order.RoundTELVOSF = subject().RoundTELVOSF;
-    return Compute([order](const std::stop_token&) { return compareResult(order); });
+    return Compute([order](const std::stop_token&) {
+        auto result = compareResult(order);
+        if (result)
+            result->asked =
+                askedOf(*std::static_pointer_cast<const ComparedCases>(result->made), order);
+        return result;
+    });
 }
 
 void ComparePage::shown() {

@@ -13,11 +13,13 @@ class QTabWidget;
 
 namespace telvo::study::ui {
 
-/// What a comparison is made of. The case itself comes first, then its scenarios, then the files.
+/// What a comparison is made of. The case itself comes first, then its scenarios,
+/// then rows and runs, then the files.
 struct CompareOrder {
     project::ProjectCase own;
     std::string ownName;
     std::vector<Scenario> scenarios;
+    std::vector<NamedCase> cases;   ///< rows and runs
     std::vector<std::string> files; ///< paths
     std::string base;               ///< name of a case; any other: the case itself
     bool onlyDifferences = true;
@@ -58,12 +60,13 @@ class ComparePage : public StudyPage {
     void makeFields();
     void makeTabs();
     void addFiles();
+    void showRuns();
     void add(const std::vector<std::string>& paths);
     void removeFile();
     void listCases();
     void showPair();
 
-    QPushButton *m_add, *m_remove;
+    QPushButton *m_add, *m_addRun, *m_remove;
     QComboBox* m_files;
     QComboBox* m_base;
     QCheckBox* m_onlyDifferences;

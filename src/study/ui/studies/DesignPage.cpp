@@ -31,7 +31,6 @@ using telvo::ui::toQt;
 
 namespace {
 
-constexpr std::size_t MostTargets = 6;
 constexpr double FirstPlaces = 60; // of the axis
 constexpr std::size_t MostPlaces = 2000;
 
@@ -61,7 +60,7 @@ Result<std::vector<std::optional<double>>> parseTargets(std::string_view text) {
         }
     }
     if (targets.empty() || targets.size() > MostTargets)
-        return Fault{"Enter one to six targets with commas, such as 1.3, 1.5, suggested", ""};
+        return Fault{"Enter one to eight targets with commas, such as 1.3, 1.5, suggested", ""};
     return targets;
 }
 
@@ -110,7 +109,7 @@ void DesignPage::makeFields() {
     m_sense->addItems({tr("at least"), tr("at most")});
     m_targets = new QLineEdit(this);
     telvo::ui::describe(*m_targets, named("txt", "Targets"), tr("Targets"),
-                        tr("One to six numbers with commas; \"suggested\" is the factor of the "
+                        tr("One to eight numbers with commas; \"suggested\" is the factor of the "
                            "warnings"));
     m_targets->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
     auto* row2 = new QHBoxLayout;
@@ -242,13 +241,16 @@ Result<StudyPage::Compute> DesignPage::read() {
                                      m_sense->currentIndex() == 1 ? Criterion::Sense::AtMost
                                                                   : Criterion::Sense::AtLeast,
                                      std::move(*targets)};
-    settings().chart = request;
-    return Compute([request, base = subject().current, rounding = subject().RoundTELVOSF](
-                       const std::stop_token&) -> Result<StudyResult> {
-        auto made = designChart(base, request, rounding);
-        if (!made) return made.fault();
-        return designResult(std::move(*made), base, request);
-    });
+    if (isEdited()) settings().chart = request;
+    return Compute(
+        [request, asked = asking(request), base = subject().current,
+         rounding = subject().RoundTELVOSF](const std::stop_token&) -> Result<StudyResult> {
+            auto made = designChart(base, request, rounding);
+            if (!made) return made.fault();
+            StudyResult result = designResult(std::move(*made), base, request);
+            result.asked = asked;
+            return result;
+        });
 }
 
 } // namespace telvo::study::ui

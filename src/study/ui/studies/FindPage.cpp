@@ -367,13 +367,15 @@ Result<StudyPage::Compute> FindPage::read() {
             field = m_low;
         return Fault{grid.fault().message, fromQt(field->objectName())};
     }
-    settings().find = request;
+    if (isEdited()) settings().find = request;
     m_request = request;
-    return Compute([request, base, rounding = subject().RoundTELVOSF](
+    return Compute([request, asked = asking(request), base, rounding = subject().RoundTELVOSF](
                        const std::stop_token&) -> Result<StudyResult> {
         auto found = study::find(base, request, rounding);
         if (!found) return found.fault();
-        return findResult({std::move(*found), request, base, {}});
+        StudyResult result = findResult({std::move(*found), request, base, {}});
+        result.asked = asked;
+        return result;
     });
 }
 

@@ -204,8 +204,15 @@ ScenarioSheet ScenariosPage::sheet() const {
 }
 
 Result<StudyPage::Compute> ScenariosPage::read() {
-    return Compute([sheet = sheet(), rounding = subject().RoundTELVOSF](const std::stop_token&) {
-        return scenarioResult(sheet, rounding);
+    const ScenarioSheet own = sheet();
+    ScenarioSet set{{}, own.outcomes};
+    for (const ScenarioDraft& draft : own.drafts)
+        if (draft.refused.empty()) set.list.push_back(draft.scenario);
+    const auto asked = set.list.empty() ? nullptr : asking(std::move(set));
+    return Compute([own, asked, rounding = subject().RoundTELVOSF](const std::stop_token&) {
+        auto result = scenarioResult(own, rounding);
+        if (result) result->asked = asked;
+        return result;
     });
 }
 

@@ -9,6 +9,7 @@
 #include "chart/ui/chartParts.h"
 #include "run/Run.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <QApplication>
@@ -33,6 +34,7 @@ namespace {
 
 constexpr int RestMilliseconds = 80;      // after the last key
 constexpr int PatienceMilliseconds = 300; // until it is said that it takes long
+constexpr std::size_t MostCompared = 20;  // rows that are marked at once
 constexpr auto RefusedField = "telvoRefusedField";
 
 std::string foundIn(double milliseconds) {
@@ -140,7 +142,7 @@ StudyPage::StudyPage(const QString& prefix, const QString& title, const QString&
 
     m_rest->setSingleShot(true);
     m_rest->setInterval(RestMilliseconds);
-    connect(m_rest, &QTimer::timeout, this, &StudyPage::renew);
+    connect(m_rest, &QTimer::timeout, this, &StudyPage::compute);
     m_patience->setSingleShot(true);
     m_patience->setInterval(PatienceMilliseconds);
     connect(m_patience, &QTimer::timeout, this, &StudyPage::showBusy);
@@ -205,11 +207,20 @@ Result<double> StudyPage::numberIn(const NumberEdit& box) const {
                  where};
 }
 
+std::shared_ptr<const Asked> StudyPage::asking(Study::Request request, unsigned threads) const {
+    const project::ProjectCase& own = m_subject.current;
+    return std::make_shared<const Asked>(
+        Asked{{{}, m_subject.name, own.Units, m_subject.RoundTELVOSF, std::move(request)},
+              {{m_subject.name, own}},
+              threads});
+}
+
 void StudyPage::setCase(const StudyCase& subject, bool another) {
     m_subject = subject;
+    if (another) m_edited = false;
     fill(another);
     if (isVisible()) {
-        renew();
+        compute();
     } else {
         m_background->cancel();
         m_due = true;
@@ -219,16 +230,22 @@ void StudyPage::setCase(const StudyCase& subject, bool another) {
 
 void StudyPage::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (m_due) renew();
+    if (m_due) compute();
 }
 
 void StudyPage::renewSoon() {
+    m_edited = true;
     m_background->cancel(); // what it makes belongs to other fields
     setCurrent(false);
     m_rest->start();
 }
 
 void StudyPage::renew() {
+    m_edited = true;
+    compute();
+}
+
+void StudyPage::compute() {
     m_rest->stop();
     m_due = false;
     setCurrent(false);
@@ -355,6 +372,23 @@ void StudyPage::openChoices(const std::vector<CaseChoice>& choices) {
     if (m_current && !choices.empty()) m_actions.openAsCase(choices.front());
 }
 
+/// The cases of the selected rows where there are several, else of the place alone.
+std::vector<CaseChoice> StudyPage::markedCases(const std::vector<CaseChoice>& choices,
+                                               std::optional<std::size_t> row) const {
+    const std::vector<std::size_t> selected =
+        row ? m_table->selectedRows(MostCompared) : std::vector<std::size_t>();
+    std::vector<CaseChoice> marked;
+    if (selected.size() > 1 && m_result.ofRow &&
+        std::find(selected.begin(), selected.end(), *row) != selected.end()) {
+        for (const std::size_t one : selected)
+            if (auto all = m_result.ofRow(one, 0); !all.empty())
+                marked.push_back(std::move(all.front()));
+    } else if (!choices.empty()) {
+        marked.push_back(choices.front());
+    }
+    return marked;
+}
+
 void StudyPage::showMenu(const std::vector<CaseChoice>& choices, std::optional<std::size_t> row,
                          const QPoint& globalPos) {
     if (!m_current) return;
@@ -363,6 +397,11 @@ void StudyPage::showMenu(const std::vector<CaseChoice>& choices, std::optional<s
     for (const CaseChoice& choice : choices)
         connect(menu.addAction(tr("&Open as Case: %1").arg(toQt(choice.what).replace('&', "&&"))),
                 &QAction::triggered, this, [this, choice] { m_actions.openAsCase(choice); });
+    if (const auto marked = markedCases(choices, row); !marked.empty())
+        connect(menu.addAction(marked.size() == 1
+                                   ? tr("Add to &Compare")
+                                   : tr("Add %1 Rows to &Compare").arg(marked.size())),
+                &QAction::triggered, this, [this, marked] { m_actions.addToCompare(marked); });
     if (row) addToMenu(menu, *row);
     if (!menu.isEmpty()) menu.exec(globalPos);
 }

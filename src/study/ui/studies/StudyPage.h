@@ -4,6 +4,7 @@
 #include "base/Result.h"
 #include "study/tally.h"
 #include "study/ui/studies/Background.h"
+#include "study/ui/studies/exportRecord.h"
 #include "study/ui/studies/StudyChart.h"
 #include "study/ui/studies/StudySettings.h"
 #include "study/ui/studies/StudyTableView.h"
@@ -46,6 +47,8 @@ struct StudyResult {
     Tally tally;
     bool stopped = false;
     std::shared_ptr<const void> made = nullptr; ///< what the page itself knows it by
+    /// What was asked of which cases; nothing where it cannot be run again.
+    std::shared_ptr<const Asked> asked = nullptr;
     /// The cases of a cell, that of a double click first.
     std::function<std::vector<CaseChoice>(std::size_t row, int column)> ofRow;
     std::function<std::optional<CaseChoice>(std::size_t spot)> ofSpot;
@@ -69,6 +72,10 @@ struct PageActions {
     /// Case files, chosen by the user.
     std::function<std::vector<std::string>()> chooseFiles;
     std::function<PlanPane(const QString& name, QWidget* parent)> makePlan; ///< may be empty
+    /// Puts cases beside the one on screen.
+    std::function<void(const std::vector<CaseChoice>& cases)> addToCompare;
+    /// What was run since the program started, the last one first.
+    std::function<std::vector<NamedCase>()> runs;
     /// Asks a question that is answered with yes or no.
     std::function<bool(const std::string& text)> confirm;
 };
@@ -131,15 +138,22 @@ class StudyPage : public QWidget {
     /// The number of a box, or why there is none.
     Result<double> numberIn(const telvo::ui::NumberEdit& box) const;
 
+    /// What a page asks of the case on screen.
+    std::shared_ptr<const Asked> asking(Study::Request request, unsigned threads = 1) const;
+
     /// Percent done, for a job that takes long to tell.
     std::shared_ptr<std::atomic<int>> progress() const { return m_progress; }
 
-    /// Computes anew now, or after a short rest of the keyboard.
+    /// The user changed a field: it computes anew now, or after a short rest of the keyboard.
     void renew();
     void renewSoon();
+    /// Whether the user has changed a field since the settings of the case were shown; what was
+    /// not is not kept.
+    bool isEdited() const { return m_edited; }
     void showEvent(QShowEvent* event) override;
 
   private:
+    void compute();
     void showResult(StudyResult result, double milliseconds);
     void refuse(const Fault& fault);
     void clearRefusals();
@@ -149,6 +163,8 @@ class StudyPage : public QWidget {
     void openChoices(const std::vector<CaseChoice>& choices);
     void showMenu(const std::vector<CaseChoice>& choices, std::optional<std::size_t> row,
                   const QPoint& globalPos);
+    std::vector<CaseChoice> markedCases(const std::vector<CaseChoice>& choices,
+                                        std::optional<std::size_t> row) const;
 
     QString m_prefix, m_title, m_subtitle;
     PageActions m_actions;
@@ -157,6 +173,7 @@ class StudyPage : public QWidget {
     std::shared_ptr<std::atomic<int>> m_progress = std::make_shared<std::atomic<int>>(0);
     bool m_current = false;
     bool m_due = false; ///< to be computed when it is shown
+    bool m_edited = false;
     Background* m_background;
     QTimer* m_rest;     ///< of the keyboard
     QTimer* m_patience; ///< until it is said that it takes long

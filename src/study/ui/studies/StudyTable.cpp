@@ -80,9 +80,13 @@ const std::string& fileHeading(const StudyColumn& column, std::string& made) {
 }
 
 Status writeCsvTable(const StudyTable& table, const RowOrder& order, const std::string& path,
-                     const std::stop_token& stop, const RowsDone& done) {
+                     const std::stop_token& stop, const RowsDone& done, TableDigits* digits) {
     auto file = AtomicFile::create(path);
     if (!file) return file.fault();
+    const auto write = [&](const std::string& bytes) {
+        if (digits) digits->add(bytes);
+        return file->write(bytes);
+    };
     std::string block, heading;
     for (std::size_t c = 0; c < table.columns.size(); ++c) {
         if (c > 0) block += ',';
@@ -103,16 +107,16 @@ Status writeCsvTable(const StudyTable& table, const RowOrder& order, const std::
         block += "\r\n";
         if ((place + 1) % RowsBetweenLooks != 0) continue;
         if (stop.stop_requested()) return Fault{"The export was stopped", path};
-        if (Status written = file->write(block); !written) return written;
+        if (Status written = write(block); !written) return written;
         block.clear();
         if (done) done(place + 1);
     }
-    if (Status written = file->write(block); !written) return written;
+    if (Status written = write(block); !written) return written;
     return file->commit();
 }
 
 Status writeWorkbookTable(const StudyTable& table, const RowOrder& order, const std::string& path,
-                          const std::stop_token& stop) {
+                          const std::stop_token& stop, TableDigits* digits) {
     if (table.rows > MostWorkbookRows)
         return Fault{"A workbook takes at most 100,000 rows of a study; export as CSV", path};
     table::Sheet sheet;
@@ -142,6 +146,7 @@ Status writeWorkbookTable(const StudyTable& table, const RowOrder& order, const 
     }
     const auto bytes = table::writeSheets({&sheet, 1});
     if (!bytes) return bytes.fault();
+    if (digits) digits->add(*bytes);
     return writeFile(path, *bytes);
 }
 
@@ -185,7 +190,7 @@ std::string tabText(const StudyTable& table, const RowOrder& rows) {
 }
 
 Status writeTable(const StudyTable& table, const RowOrder& order, const std::string& path,
-                  const std::stop_token& stop, const RowsDone& done) {
+                  const std::stop_token& stop, const RowsDone& done, TableDigits* digits) {
     const auto ending = path.size() >= table::WorkbookEnding.size()
                             ? path.substr(path.size() - table::WorkbookEnding.size())
                             : std::string();
@@ -194,8 +199,8 @@ Status writeTable(const StudyTable& table, const RowOrder& order, const std::str
                    table::WorkbookEnding.end(), [](char a, char b) {
                        return (a >= 'A' && a <= 'Z' ? static_cast<char>(a - 'A' + 'a') : a) == b;
                    });
-    return workbook ? writeWorkbookTable(table, order, path, stop)
-                    : writeCsvTable(table, order, path, stop, done);
+    return workbook ? writeWorkbookTable(table, order, path, stop, digits)
+                    : writeCsvTable(table, order, path, stop, done, digits);
 }
 
 } // namespace telvo::study::ui

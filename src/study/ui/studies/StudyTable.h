@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "study/file/Record.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -60,8 +61,10 @@ std::string tabText(const StudyTable& table, const RowOrder& rows);
 using RowsDone = std::function<void(std::size_t rows)>;
 
 /// Writes a table as CSV or, by the ending, as a workbook, in one atomic step.
+/// Given: digits  takes the bytes of the file; may be null
 /// Faults: those of AtomicFile, more rows than a workbook takes, "Stopped".
 Status writeTable(const StudyTable& table, const RowOrder& order, const std::string& path,
-                  const std::stop_token& stop = {}, const RowsDone& done = {});
+                  const std::stop_token& stop = {}, const RowsDone& done = {},
+                  TableDigits* digits = nullptr);
 
 } // namespace telvo::study::ui

@@ -87,6 +87,8 @@ QVariant StudyTableModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
+        if (m_editing.text)
+            if (const auto own = m_editing.text(rowAt(index.row()), index.column())) return *own;
         return toQt(shownCell(*m_table, row, column));
     case Qt::BackgroundRole:
     case Qt::ForegroundRole:
@@ -142,14 +144,14 @@ QVariant StudyTableModel::headerData(int section, Qt::Orientation orientation, i
         const std::string label = onTwoLines(column.label);
         return toQt(column.unit.empty() ? label : label + "\n(" + column.unit + ")");
     }
-    if (role == Qt::ToolTipRole)
-        return QString(
-            "<span>" + toQt(column.heading()).toHtmlEscaped() +
-            (m_editing.mayEdit ? QString() : "<br>") +
-            (m_editing.mayEdit
-                 ? QString()
-                 : tr("Click to sort, once more the other way round, a third time as it was")) +
-            "</span>");
+    if (role == Qt::ToolTipRole) {
+        const bool sorts = !m_editing.mayEdit || m_editing.sortable;
+        const QString how =
+            sorts ? "<br>" +
+                        tr("Click to sort, once more the other way round, a third time as it was")
+                  : QString();
+        return QString("<span>" + toQt(column.heading()).toHtmlEscaped() + how + "</span>");
+    }
     return {};
 }
 
@@ -228,7 +230,7 @@ void StudyTableView::setEditing(CellEditing editing) {
     m_model->setEditing(std::move(editing));
     setItemDelegate(new CellDelegate(this));
     setEditTriggers(DoubleClicked | EditKeyPressed | AnyKeyPressed);
-    horizontalHeader()->setSectionsClickable(false);
+    horizontalHeader()->setSectionsClickable(m_model->editing().sortable);
 }
 
 void StudyTableView::setTable(std::shared_ptr<const StudyTable> table) {
@@ -309,6 +311,27 @@ void StudyTableView::stopSorting() {
 std::optional<std::size_t> StudyTableView::currentRow() const {
     if (!currentIndex().isValid()) return std::nullopt;
     return m_model->rowAt(currentIndex().row());
+}
+
+void StudyTableView::goTo(std::size_t row, int column) {
+    const RowOrder& order = m_model->order();
+    std::size_t place = row;
+    if (!order.empty())
+        place =
+            static_cast<std::size_t>(std::find(order.begin(), order.end(), row) - order.begin());
+    setCurrentIndex(m_model->index(static_cast<int>(place), column));
+}
+
+std::vector<std::size_t> StudyTableView::selectedRows(std::size_t most) const {
+    std::vector<int> places;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        for (int place = range.top(); place <= range.bottom() && places.size() < most; ++place)
+            places.push_back(place);
+    std::sort(places.begin(), places.end());
+    std::vector<std::size_t> rows;
+    for (const int place : places)
+        rows.push_back(m_model->rowAt(place));
+    return rows;
 }
 
 Result<std::string> StudyTableView::copied() const {

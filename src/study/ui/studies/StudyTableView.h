@@ -21,6 +21,9 @@ struct CellEditing {
     std::function<void(std::size_t row, int column, const QString& text)> take;
     /// Why the text of a cell is refused; empty where it is not.
     std::function<QString(std::size_t row, int column)> refusal;
+    /// The text of a cell that is refused, in the place of its own; may be empty.
+    std::function<std::optional<QString>(std::size_t row, int column)> text = {};
+    bool sortable = false; ///< headings sort all the same
 };
 
 /// The rows of a study for a view, in the order by which they are sorted. Rows keep their number
@@ -68,6 +71,10 @@ class StudyTableView : public QTableView {
     const StudyTableModel& rows() const { return *m_model; }
     /// The row with the focus, of the table.
     std::optional<std::size_t> currentRow() const;
+    /// Goes to a cell, by row of the table.
+    void goTo(std::size_t row, int column);
+    /// Rows of the table that are marked, from the top; at most `most`.
+    std::vector<std::size_t> selectedRows(std::size_t most) const;
     /// Tab separated: of the selected rows where there are several, else of all.
     /// Faults: more rows than the clipboard takes
     Result<std::string> copied() const;

@@ -266,6 +266,7 @@ Result<StudyPage::Compute> TablePage::read() {
     if (request.outcomes.empty())
         return Fault{"Check a result in the list", fromQt(m_outcomes->objectName())};
     asked.suggested = m_suggested->isChecked();
+    const SweepRequest shownRequest = request;
     bool hidden = false;
     if (asked.suggested) {
         if (const auto margin = request.outcomes[0].marginToSuggested()) {
@@ -280,22 +281,24 @@ Result<StudyPage::Compute> TablePage::read() {
     }
     const std::optional<double> level = asked.level;
     if (hidden) asked.level.reset();
-    settings().table = asked;
-    return Compute([request, level, hidden, base = subject().current,
-                    rounding = subject().RoundTELVOSF,
+    if (isEdited()) settings().table = asked;
+    std::size_t rows = 1;
+    for (const SweepAxis& axis : request.axes)
+        rows = request.linked ? axis.values.size()
+                              : std::min(rows * axis.values.size(), MostSweepRows + 1);
+    const unsigned threads =
+        rows > RowsOnOneThread ? std::max(1U, std::thread::hardware_concurrency()) : 1;
+    return Compute([request, run = asking(shownRequest, threads), threads, level, hidden,
+                    base = subject().current, rounding = subject().RoundTELVOSF,
                     done = progress()](const std::stop_token& stop) -> Result<StudyResult> {
-        std::size_t rows = 1;
-        for (const SweepAxis& axis : request.axes)
-            rows = request.linked ? axis.values.size()
-                                  : std::min(rows * axis.values.size(), MostSweepRows + 1);
-        const unsigned threads =
-            rows > RowsOnOneThread ? std::max(1U, std::thread::hardware_concurrency()) : 1;
         auto made =
             sweep(base, request, rounding, threads, stop, [done](std::size_t of, std::size_t all) {
                 done->store(static_cast<int>(100 * of / std::max<std::size_t>(all, 1)));
             });
         if (!made) return made.fault();
-        return sweepResult(std::move(*made), base, level, hidden);
+        StudyResult result = sweepResult(std::move(*made), base, level, hidden);
+        if (!result.stopped) result.asked = run;
+        return result;
     });
 }
 

@@ -2,9 +2,11 @@
 #include "study/ui/studies/TornadoPage.h"
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
+#include "study/questions/rangeText.h"
 #include "study/ui/studies/choices.h"
 
 #include <algorithm>
@@ -13,6 +15,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <utility>
 
 namespace telvo::study::ui {
 
@@ -23,6 +26,67 @@ using telvo::ui::toQt;
 TornadoPage::TornadoPage(PageActions actions, QWidget* parent)
     : StudyPage("Tornado", tr("What Matters"), tr("tornado"), std::move(actions), parent) {
     makeFields();
+    editCells();
+}
+
+TornadoPage::~TornadoPage() {
+    tableView().setEditing({}); // the editor of a cell outlives the page's own part
+}
+
+bool TornadoPage::edits(std::size_t row, int column) {
+    return m_tornado && row < m_tornado->bars.size() &&
+           (column == TornadoRangeColumn || column == TornadoFromColumn ||
+            column == TornadoToColumn);
+}
+
+void TornadoPage::editCells() {
+    CellEditing editing;
+    editing.sortable = true;
+    editing.mayEdit = [this](std::size_t row, int column) { return edits(row, column); };
+    editing.take = [this](std::size_t row, int column, const QString& text) {
+        takeCell(m_tornado->bars[row].variable, column, fromQt(text));
+    };
+    const auto refused = [this](std::size_t row, int column) {
+        return m_refusedCell && m_rangeFault && edits(row, column) &&
+               m_refusedCell->column == column &&
+               m_refusedCell->variable == m_tornado->bars[row].variable;
+    };
+    editing.refusal = [this, refused](std::size_t row, int column) {
+        return refused(row, column) ? toQt(m_rangeFault->message) : QString();
+    };
+    editing.text = [this, refused](std::size_t row, int column) {
+        return refused(row, column) ? std::optional(m_refusedCell->text) : std::nullopt;
+    };
+    tableView().setEditing(std::move(editing));
+}
+
+void TornadoPage::takeCell(const Variable& variable, int column, const std::string& text) {
+    m_refusedCell.reset();
+    m_rangeFault.reset();
+    m_editedCell = {variable, column};
+    m_input->setCurrentIndex(m_input->findData(toQt(variable.name())));
+    Result<std::optional<Range>> range = std::optional<Range>();
+    if (column == TornadoRangeColumn) {
+        range = parseRange(text, variable, subject().current.Units);
+    } else if (!trimmed(text).empty()) {
+        Span span;
+        for (const RangedInput& one : ranges())
+            if (one.variable == variable) span = one.range.of(subject().current.Input, variable);
+        const bool low = column == TornadoFromColumn;
+        const std::string other = generalNumber(low ? span.high : span.low);
+        range = parseRange(low ? text + " .. " + other : other + " .. " + text, variable,
+                           subject().current.Units);
+    }
+    if (range) {
+        if (*range && (*range)->form == Range::Form::Offset && column != TornadoRangeColumn)
+            (*range)->form = Range::Form::Absolute; // a sign of a value
+        setRange(*range);
+        showRange();
+        return;
+    }
+    m_rangeFault = Fault{range.fault().message, ""};
+    m_refusedCell = {variable, column, toQt(text)};
+    renew();
 }
 
 void TornadoPage::makeFields() {
@@ -191,6 +255,7 @@ void TornadoPage::showRange() {
 }
 
 void TornadoPage::readRange() {
+    m_refusedCell.reset();
     const Result<double> low = numberIn(*m_low), high = numberIn(*m_high);
     m_rangeFault.reset();
     if (!low) m_rangeFault = low.fault();
@@ -223,19 +288,26 @@ Result<StudyPage::Compute> TornadoPage::read() {
     const auto outcome = m_outcome->outcome();
     if (!outcome) return Fault{"Choose a result", fromQt(m_outcome->objectName())};
     const TornadoRequest request{*outcome, ranges()};
-    return Compute(
-        [request, base = subject().current, spider = m_look->currentIndex() == 1,
-         rounding = subject().RoundTELVOSF](const std::stop_token&) -> Result<StudyResult> {
-            auto made = tornado(base, request);
-            if (!made) return made.fault();
-            const auto limit = suggestedFor(base, request.outcome, rounding);
-            auto shared = std::make_shared<const Tornado>(std::move(*made));
-            return tornadoResult(shared, base, request, spider, limit);
-        });
+    return Compute([request, asked = asking(request), base = subject().current,
+                    spider = m_look->currentIndex() == 1, rounding = subject().RoundTELVOSF](
+                       const std::stop_token&) -> Result<StudyResult> {
+        auto made = tornado(base, request);
+        if (!made) return made.fault();
+        const auto limit = suggestedFor(base, request.outcome, rounding);
+        auto shared = std::make_shared<const Tornado>(std::move(*made));
+        StudyResult result = tornadoResult(shared, base, request, spider, limit);
+        result.asked = asked;
+        return result;
+    });
 }
 
 void TornadoPage::shown() {
     m_tornado = std::static_pointer_cast<const Tornado>(result().made);
+    m_refusedCell.reset();
+    const auto edited = std::exchange(m_editedCell, std::nullopt);
+    for (std::size_t row = 0; edited && row < m_tornado->bars.size(); ++row)
+        if (m_tornado->bars[row].variable == edited->first)
+            tableView().goTo(row, edited->second); // wherever its bar is now
 }
 
 } // namespace telvo::study::ui

@@ -17,11 +17,13 @@ class TornadoPage : public StudyPage {
     Q_OBJECT
   public:
     TornadoPage(PageActions actions, QWidget* parent);
+    ~TornadoPage() override;
 
   protected:
     void fill(bool another) override;
     Result<Compute> read() override;
     void shown() override;
+    bool edits(std::size_t row, int column) override;
 
   private:
     void makeFields();
@@ -30,6 +32,8 @@ class TornadoPage : public StudyPage {
     void showRange();
     void readRange();
     void setRange(const std::optional<Range>& range);
+    void editCells();
+    void takeCell(const Variable& variable, int column, const std::string& text);
     void showForm(const Range& range);
 
     OutcomeBox* m_outcome;
@@ -42,7 +46,18 @@ class TornadoPage : public StudyPage {
     QPushButton* m_allDefault;
     std::shared_ptr<const Tornado> m_tornado;
     std::optional<Fault> m_rangeFault; ///< of what is typed
+    /// A text that is no range, in its cell.
+    struct RefusedCell {
+        Variable variable;
+        int column;
+        QString text;
+    };
+    std::optional<RefusedCell> m_refusedCell;
+    std::optional<std::pair<Variable, int>> m_editedCell; ///< to be gone to again
 };
+
+/// Columns of the table that are edited.
+inline constexpr int TornadoRangeColumn = 1, TornadoFromColumn = 3, TornadoToColumn = 4;
 
 /// The result of a page, for the tests and for whoever draws it elsewhere.
 StudyResult tornadoResult(std::shared_ptr<const Tornado> tornado, const project::ProjectCase& base,

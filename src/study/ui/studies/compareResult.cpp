@@ -23,11 +23,6 @@ using CasesPtr = std::shared_ptr<const ComparedCases>;
 // Columns: what it is, unit, a column per case, then two per case but the base.
 enum { WhatColumn, UnitColumn, FirstCaseColumn };
 
-struct NamedCase {
-    std::string name;
-    project::ProjectCase current;
-};
-
 /// The file without its folder, with it where two cases would have one name.
 std::string fileName(const std::string& path, const std::vector<std::string>& all) {
     const std::string name = withoutFolder(path);
@@ -40,25 +35,26 @@ std::string fileName(const std::string& path, const std::vector<std::string>& al
 std::vector<NamedCase> casesOf(const CompareOrder& order, std::vector<std::string>& remarks) {
     std::vector<NamedCase> cases = {{order.ownName, order.own}};
     for (const Scenario& scenario : order.scenarios)
-        cases.push_back({scenario.name, withScenario(order.own, scenario)});
+        cases.emplace_back(scenario.name, withScenario(order.own, scenario));
+    cases.insert(cases.end(), order.cases.begin(), order.cases.end());
     for (const std::string& path : order.files) {
         NamedCase one{fileName(path, order.files), project::newCase(project::English)};
-        const project::CaseReading reading = project::readCaseFile(path, one.current);
+        const project::CaseReading reading = project::readCaseFile(path, one.second);
         for (const std::string& remark : reading.remarks)
-            remarks.push_back(one.name + ": " + remark);
+            remarks.push_back(one.first + ": " + remark);
         if (reading.fault)
             remarks.push_back("left out: " + faultText(*reading.fault));
         else
             cases.push_back(std::move(one));
     }
     for (std::size_t i = 1; i < cases.size(); ++i) { // one name is one case
-        const std::string name = cases[i].name;
+        const std::string name = cases[i].first;
         const auto known = [&](const std::string& wanted) {
             return std::any_of(cases.begin(), cases.begin() + static_cast<std::ptrdiff_t>(i),
-                               [&](const NamedCase& one) { return one.name == wanted; });
+                               [&](const NamedCase& one) { return one.first == wanted; });
         };
-        for (int again = 2; known(cases[i].name); ++again)
-            cases[i].name = name + " (" + std::to_string(again) + ")";
+        for (int again = 2; known(cases[i].first); ++again)
+            cases[i].first = name + " (" + std::to_string(again) + ")";
     }
     return cases;
 }
@@ -176,8 +172,8 @@ Result<StudyResult> compareResult(const CompareOrder& order) {
     std::vector<std::pair<std::string, project::ProjectCase>> cases;
     std::size_t base = 0;
     for (NamedCase& one : casesOf(order, made.remarks)) {
-        if (one.name == order.base) base = cases.size();
-        cases.emplace_back(std::move(one.name), std::move(one.current));
+        if (one.first == order.base) base = cases.size();
+        cases.emplace_back(std::move(one.first), std::move(one.second));
     }
     std::string remark;
     for (const std::string& one : made.remarks)

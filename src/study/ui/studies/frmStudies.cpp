@@ -7,6 +7,7 @@
 #include "base/ui/qtText.h"
 #include "chart/ui/frmResolution.h"
 #include "project/CaseFile.h"
+#include "study/file/Recorder.h"
 #include "study/ui/studies/ComparePage.h"
 #include "study/ui/studies/DesignPage.h"
 #include "study/ui/studies/FindPage.h"
@@ -15,6 +16,7 @@
 #include "study/ui/studies/TornadoPage.h"
 #include "table/caseFiles.h"
 
+#include <algorithm>
 #include <atomic>
 #include <QApplication>
 #include <QClipboard>
@@ -47,10 +49,10 @@ std::string fileNameOf(std::string text) {
 
 } // namespace
 
-frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings>& settings,
-                       const telvo::ui::FormServices& services, QWidget* parent)
+frmStudies::frmStudies(StudyActions actions, const telvo::ui::FormServices& services,
+                       QWidget* parent)
     : Form("frmStudies", titles::Studies, Topic, services, parent), m_actions(std::move(actions)),
-      m_settings(settings), m_list(new QListWidget(this)), m_stack(new QStackedWidget(this)),
+      m_list(new QListWidget(this)), m_stack(new QStackedWidget(this)),
       m_export(new Background(this)) {
     setWindowFlags((parent ? Qt::Dialog : Qt::Window) | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
@@ -69,12 +71,14 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
     pages.showText = [this](const QString& title, const std::string& text) {
         telvo::ui::frmPopUp(title, text, Topic, this->services(), this).exec();
     };
-    pages.settings = [this]() -> StudySettings& { return m_settings[m_subject.current.FileName]; };
+    pages.settings = m_actions.settings;
     pages.saveAsFiles = [this](const std::vector<CaseChoice>& cases) { saveAsFiles(cases); };
     pages.chooseFiles = [this] {
         return m_actions.files.openFiles("Compare with", m_actions.folder(),
                                          m_actions.caseFilters());
     };
+    pages.addToCompare = [this](const std::vector<CaseChoice>& cases) { addToCompare(cases); };
+    pages.runs = m_actions.runs;
     pages.makePlan = m_actions.makePlan;
     pages.confirm = [this](const std::string& text) {
         return ask(text, Buttons::YesNo, Answer::No, titles::Message) == Answer::Yes;
@@ -87,7 +91,7 @@ frmStudies::frmStudies(StudyActions actions, std::map<std::string, StudySettings
     addPage(new ComparePage(pages, m_stack));
 
     auto* middle = new QHBoxLayout;
-    middle->addWidget(m_list);
+    middle->addLayout(makeSide());
     middle->addWidget(m_stack, 1);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(middle, 1);
@@ -161,6 +165,7 @@ void frmStudies::showButtons() {
     const bool ready = !m_pages.empty() && currentPage().isCurrent() && !m_export->isBusy();
     for (QPushButton* button : m_outlets)
         button->setEnabled(ready);
+    showName();
 }
 
 QString frmStudies::focusTopic() const {
@@ -170,41 +175,67 @@ QString frmStudies::focusTopic() const {
     return ofPage.isEmpty() ? topic : ofPage;
 }
 
-void frmStudies::setCase(const StudyCase& subject) {
+void frmStudies::setCase(const StudyCase& subject, bool renewed) {
     const bool same =
         m_hasCase && subject.current == m_subject.current && subject.refusal == m_subject.refusal &&
         subject.RoundTELVOSF == m_subject.RoundTELVOSF && subject.options == m_subject.options;
-    if (same && subject.name == m_subject.name) return;
-    const std::string before = m_subject.current.FileName;
-    const std::string& now = subject.current.FileName;
-    const bool converted = m_hasCase && subject.current.Units != m_subject.current.Units;
-    bool another = !m_hasCase || converted;
-    if (m_hasCase && before != now) {
-        // Saved under another name, or opened from here: what is asked stays.
-        const bool renamed = subject.current.Input == m_subject.current.Input &&
-                             !m_settings.contains(now); // a case that is like it has its own
-        if ((renamed || m_inherits) && !converted)
-            m_settings[now] = m_settings[before];
-        else
-            another = true;
-    }
-    if (StudySettings& kept = m_settings[now]; kept.units != subject.current.Units) {
-        kept = {}; // numbers in other units
-        kept.units = subject.current.Units;
-    }
-    m_inherits = false;
+    if (!renewed && same && subject.name == m_subject.name) return showName();
     m_hasCase = true;
     m_subject = subject;
-    setWindowTitle(toQt(titles::Studies) + toQt(subject.name));
     for (StudyPage* page : m_pages)
-        page->setCase(subject, another);
+        page->setCase(subject, renewed);
+    showName();
+}
+
+/// The star is of the studies, not of the case.
+void frmStudies::showName() {
+    const bool changed = m_hasCase && m_actions.isChanged();
+    const QString title = toQt(titles::Studies) + toQt(m_subject.name) + (changed ? "*" : "");
+    if (title != windowTitle()) setWindowTitle(title);
+    m_save->setEnabled(changed);
+}
+
+QLayout* frmStudies::makeSide() {
+    auto* side = new QVBoxLayout;
+    side->addWidget(m_list, 1);
+    auto* open = makeButton("cmdOpenStudy", tr("Open Study..."),
+                            tr("Takes what a study file asks (Ctrl+O)"));
+    m_save = makeButton("cmdSaveStudy", tr("Save Stud&y"),
+                        tr("Keeps ranges, scenarios and what the pages ask in a study file beside "
+                           "the case (Ctrl+S)"));
+    const auto on = [this](QPushButton* button, QKeySequence::StandardKey key,
+                           const std::function<void()>& action) {
+        connect(button, &QPushButton::clicked, this, action);
+        connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
+    };
+    on(open, QKeySequence::Open, m_actions.open);
+    on(m_save, QKeySequence::Save, m_actions.save);
+    side->addWidget(open);
+    side->addWidget(m_save);
+    return side;
 }
 
 void frmStudies::openAsCase(const CaseChoice& choice) {
-    m_inherits = true;
     const std::string why = m_actions.openAsCase(choice.make(), choice.what);
-    m_inherits = false;
     if (!why.empty()) tell(why, titles::Message);
+}
+
+void frmStudies::addToCompare(const std::vector<CaseChoice>& cases) {
+    for (const CaseChoice& one : cases) {
+        project::ProjectCase made = one.make();
+        std::string name = one.what;
+        if (!name.empty() && name.front() >= 'a' && name.front() <= 'z')
+            name.front() = static_cast<char>(name.front() - 'a' + 'A');
+        auto& all = m_actions.settings().compareCases;
+        if (std::none_of(all.begin(), all.end(), [&](const NamedCase& known) {
+                return known.first == name && known.second.Input == made.Input;
+            }))
+            all.emplace_back(std::move(name), std::move(made));
+    }
+    page(StudyKind::Compare).setCase(m_subject, false);
+    telvo::note(messages(), cases.size() == 1
+                                ? "Added to Compare: " + cases.front().what
+                                : std::to_string(cases.size()) + " cases added to Compare");
 }
 
 void frmStudies::saveAsFiles(const std::vector<CaseChoice>& cases) {
@@ -308,10 +339,25 @@ void frmStudies::exportTableTo(const std::string& path) {
             [dialog = m_progress, done] { dialog->setValue(static_cast<int>(done->load())); });
     clock->start(50);
     connect(m_progress, &QProgressDialog::canceled, m_export, &Background::stop);
-    m_export->start([this, table, order, path, done](const std::stop_token& stop) {
-        auto written = std::make_shared<Status>(
-            writeTable(*table, order, path, stop, [done](std::size_t rows) { done->store(rows); }));
-        return [this, path, written] { endExport(path, *written); };
+    const auto asked = currentPage().result().asked;
+    const Tally tally = currentPage().result().tally;
+    m_export->start([this, table, order, path, done, asked, tally](const std::stop_token& stop) {
+        TableDigits digits;
+        auto written = std::make_shared<Status>(writeTable(
+            *table, order, path, stop, [done](std::size_t rows) { done->store(rows); }, &digits));
+        auto record = std::make_shared<Status>(success());
+        if (*written && asked)
+            *record = writeRecordOf(*asked, {path, *table, order, std::move(digits), tally});
+        return [this, path, written, record, asked] {
+            endExport(path, *written);
+            if (!*written) return;
+            if (!*record)
+                tell("The table was written, the record of its run was not. " +
+                         faultText(record->fault()),
+                     titles::Error);
+            else if (asked)
+                messages().history("Record of the run: " + recordFileOf(path));
+        };
     });
     showButtons();
 }

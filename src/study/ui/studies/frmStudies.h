@@ -7,7 +7,6 @@
 #include "study/ui/studies/StudyPage.h"
 
 #include <functional>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -34,21 +33,28 @@ struct StudyActions {
     /// Takes values into the open case. Returned: why they were not taken; empty when they were.
     std::function<std::string(const project::ProjectInput& values, const std::string& what)> take;
     std::function<PlanPane(const QString& name, QWidget* parent)> makePlan;
+    // What is asked of the case on screen, which its study file keeps.
+    std::function<StudySettings&()> settings;
+    std::function<bool()> isChanged; ///< since it was read or written
+    std::function<void()> save;
+    std::function<void()> open;
+    /// Cases as they were run since the program started, the last one first.
+    std::function<std::vector<NamedCase>()> runs;
 };
 
 /// The studies of the case on screen, not modal: a list of pages at the left, the page at the right.
-/// What is asked is kept for every case as long as the window's owner keeps the window's settings.
 class frmStudies : public telvo::ui::Form {
     Q_OBJECT
   public:
-    frmStudies(StudyActions actions, std::map<std::string, StudySettings>& settings,
-               const telvo::ui::FormServices& services, QWidget* parent = nullptr);
+    frmStudies(StudyActions actions, const telvo::ui::FormServices& services,
+               QWidget* parent = nullptr);
     ~frmStudies() override;
 
     void showPage(StudyKind kind);
     /// The case on screen, whenever it may have changed. Pages that are not shown compute when they
     /// are.
-    void setCase(const StudyCase& subject);
+    /// Given: renewed  the fields begin anew from the settings of the case
+    void setCase(const StudyCase& subject, bool renewed);
     StudyPage& page(StudyKind kind) const;
     StudyPage& currentPage() const;
 
@@ -57,8 +63,11 @@ class frmStudies : public telvo::ui::Form {
 
   private:
     void addPage(StudyPage* page);
+    QLayout* makeSide();
     void showButtons();
+    void showName();
     void openAsCase(const CaseChoice& choice);
+    void addToCompare(const std::vector<CaseChoice>& cases);
     void saveAsFiles(const std::vector<CaseChoice>& cases);
     void copyTable();
     void copyPicture();
@@ -69,11 +78,10 @@ class frmStudies : public telvo::ui::Form {
     void print();
 
     StudyActions m_actions;
-    std::map<std::string, StudySettings>& m_settings; ///< by the name of the case's file
     StudyCase m_subject;
     bool m_hasCase = false;
-    bool m_inherits = false; ///< the next case comes from this one
     QListWidget* m_list;
+    QPushButton* m_save = nullptr;
     QStackedWidget* m_stack;
     std::vector<StudyPage*> m_pages;
     std::vector<QPushButton*> m_outlets; ///< buttons that need a result
