@@ -292,8 +292,8 @@ int main(int argc, char** argv) {
 #ifdef TELVO_DRAWS
     plotter = desktopPlotter();
 #endif
-    Console console(stdin, stdout, stderr);
-    const CommandLine commandLine(console, plotter);
+    Console console(stdin, stdout, stderr, {}, plotter);
+    const CommandLine commandLine(console);
     const std::string_view wanted = argc == 2 ? argv[1] : "";
     if (wanted == "man")
         printMan(commandLine.app());

@@ -4,6 +4,7 @@
 #include "base/IniFile.h"
 #include "base/Messages.h"
 #include "base/Result.h"
+#include "study/graph/sfGraph.h"
 
 #include <array>
 #include <cstdint>
@@ -69,10 +70,9 @@ struct Settings {
     std::int16_t SymbolSize = 5;
     std::int16_t GraphUnits = 0;
     std::string GraphTitle;
-    std::array<std::string, 6> XAxisTitle = {"Entry Height",           "Depth of Cover",
-                                             "Crosscut Angle",         "Crosscut Spacing",
-                                             "Width of First Barrier", "Width of Second Barrier"};
-    std::array<std::string, 2> YAxisTitle = {"Stability Factor", "Barrier Stability Factor"};
+    std::array<std::string, study::GraphKinds> XAxisTitle = study::axisTitles();
+    std::array<std::string, 2> YAxisTitle = {std::string(study::FactorTitles[0]),
+                                             std::string(study::FactorTitles[1])};
     // [TELVOOptions]
     std::int16_t OutputStrUnits = 0;
     std::int16_t OutputStrGradUnits = 1;

@@ -303,6 +303,13 @@ std::string generalNumber(double value, int digits) {
     return out;
 }
 
+std::string groupedCount(std::size_t count) {
+    std::string text = std::to_string(count);
+    for (std::size_t at = text.size(); at > 3; at -= 3)
+        text.insert(at - 3, 1, ',');
+    return text;
+}
+
 std::string formatPattern(double value, std::string_view text) {
     if (!std::isfinite(value)) return nonFinite(value);
     const Pattern pattern = readPattern(text);

@@ -45,6 +45,9 @@ std::string generalNumber(double value, int digits);
 /// Appends the general number to `out`; for writers that make many numbers.
 void appendGeneralNumber(std::string& out, double value);
 
+/// A count as it is read: "1,000,000".
+std::string groupedCount(std::size_t count);
+
 /// Number after a pattern of "#" (optional digit), "0" (required digit), "." and "E+00".
 /// Rounds half away from zero on the value's 15 significant decimal digits, so that 0.125 with
 /// "0.00" is 0.13. A value that rounds to zero carries no minus sign.

@@ -9,6 +9,7 @@
 #include "cli/findCommand.h"
 #include "cli/inputs.h"
 #include "cli/newCommand.h"
+#include "cli/plotCommand.h"
 #include "cli/reportCommand.h"
 #include "cli/resultsCommand.h"
 #include "cli/saveCommand.h"
@@ -74,11 +75,10 @@ std::string versionText() {
     return "telvo-cli " TELVO_VERSION " (module build " + std::string(run::ModuleBuild) + ")";
 }
 
-CommandLine::CommandLine(Console& console, Plotter plotter)
+CommandLine::CommandLine(Console& console)
     : m_console(console),
       m_app(std::make_unique<CLI::App>(
-          "TELVO: stability of room-and-pillar retreat mining panels in coal.", "telvo-cli")),
-      m_plotter(std::move(plotter)) {
+          "TELVO: stability of room-and-pillar retreat mining panels in coal.", "telvo-cli")) {
     m_app->allow_windows_style_options(false); // a name that begins with "/" is a file everywhere
     m_app->set_version_flag("--version", versionText());
     m_app->require_subcommand(1);
@@ -93,10 +93,10 @@ CommandLine::CommandLine(Console& console, Plotter plotter)
     add<ExplainRequest>(*m_app, addExplain, runExplain);
     add<PlotRequest>(
         *m_app,
-        [this](CLI::App& app, PlotRequest& request) { return addPlot(app, m_plotter, request); },
-        [this](Console& to, const PlotRequest& request) {
-            return runPlot(to, request, m_plotter);
-        });
+        [this](CLI::App& app, PlotRequest& request) {
+            return addPlot(app, m_console.plotter(), request);
+        },
+        runPlot);
     add<CheckRequest>(*m_app, addCheck, runCheck);
     add<NewRequest>(*m_app, addNew, runNew);
     add<ConvertRequest>(*m_app, addConvert, runConvert);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "cli/Console.h"
-#include "cli/plotCommand.h"
 
 #include <functional>
 #include <memory>
@@ -21,8 +20,7 @@ std::string versionText();
 /// user's settings: the same call gives everybody the same answer.
 class CommandLine {
   public:
-    /// Given: plotter  what this program can draw
-    CommandLine(Console& console, Plotter plotter);
+    explicit CommandLine(Console& console);
     ~CommandLine();
     CommandLine(const CommandLine&) = delete; // the parser points into it
     CommandLine& operator=(const CommandLine&) = delete;
@@ -44,7 +42,6 @@ class CommandLine {
 
     Console& m_console;
     std::unique_ptr<CLI::App> m_app;
-    Plotter m_plotter;
     std::vector<Action> m_actions;
 };
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include "base/Result.h"
+#include "cli/pictures.h"
 #include "cli/Workbooks.h"
 
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace telvo::cli {
 
@@ -27,12 +29,13 @@ inline void raise(ExitStatus& status, ExitStatus other) {
 
 inline constexpr std::string_view StandardInput = "standard input"; ///< as messages name it
 
-/// What a command talks to: the streams of the call, and the workbooks of this build.
+/// What a command talks to: the streams of the call, and the workbooks and pictures of this build.
 class Console {
   public:
     /// Given: in, out, err  open streams; the console closes none of them
-    Console(std::FILE* in, std::FILE* out, std::FILE* err, Workbooks workbooks = {})
-        : m_in(in), m_out(out), m_err(err), m_workbooks(workbooks) {}
+    Console(std::FILE* in, std::FILE* out, std::FILE* err, Workbooks workbooks = {},
+            Plotter plotter = {})
+        : m_in(in), m_out(out), m_err(err), m_workbooks(workbooks), m_plotter(std::move(plotter)) {}
 
     /// Writes to the output. A failure shows in finish().
     void print(std::string_view text);
@@ -58,10 +61,12 @@ class Console {
     Result<std::string> readInput();
 
     const Workbooks& workbooks() const { return m_workbooks; }
+    const Plotter& plotter() const { return m_plotter; }
 
   private:
     std::FILE *m_in, *m_out, *m_err;
     Workbooks m_workbooks;
+    Plotter m_plotter;
 };
 
 } // namespace telvo::cli

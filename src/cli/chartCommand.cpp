@@ -64,7 +64,7 @@ int runChart(Console& console, const ChartRequest& request) {
             targets};
         auto made = study::designChart(current, asked, request.options.RoundTELVOSF);
         if (!made) return made.fault();
-        return Answer{study::outputOf(std::move(*made), asked, current.Units), asked};
+        return Answer{study::outputOf(std::move(*made), asked, current), asked};
     };
     return askCases(console, named->cases, request.target, ask, request.options.RoundTELVOSF);
 }

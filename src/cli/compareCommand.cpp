@@ -114,6 +114,7 @@ int runCompare(Console& console, const CompareRequest& request) {
     }
     std::vector<StudyPart> parts(1);
     parts.front().file = cases.front().first;
+    parts.front().RoundTELVOSF = request.options.RoundTELVOSF;
     parts.front().output = study::outputOf(std::move(*made), request.onlyDifferences);
     study::TableDigits digits;
     const ExitStatus written = writeParts(console, request.target, *form, parts, {}, &digits);

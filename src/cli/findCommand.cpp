@@ -57,7 +57,7 @@ int runFind(Console& console, const FindRequest& request) {
             request.step > 0 ? request.step : study::defaultStep(variable, current.Units)};
         auto found = study::find(current, asked, request.options.RoundTELVOSF);
         if (!found) return found.fault();
-        return Answer{study::outputOf(std::move(*found), asked, current.Units), asked};
+        return Answer{study::outputOf(std::move(*found), asked, current), asked};
     };
     const auto nothing = [](JsonWriter& json) {
         json.key("headline");

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/temporaryFiles.h"
+#include "cli/cases.h"
 #include "cli/CommandLine.h"
 #include "cli/programStart.h"
 #ifdef TELVO_DRAWS
@@ -45,15 +46,16 @@ Workbooks workbooksOfThisBuild() {
 /// which is no folder of commands, or beside this program as they are built.
 void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
 #if !defined(TELVO_DRAWS) && !defined(TELVO_WORKBOOKS)
-    // What draws also tells in its help what can be drawn.
     const std::string_view command = argc > 1 ? argv[1] : "";
-    const bool draws = command == "plot" || command == "--help" || command == "-h";
+    const auto any = [&](auto&& is) { return argc > 1 && std::any_of(argv + 1, argv + argc, is); };
+    // What draws also tells in its help what can be drawn.
+    const bool draws = command == "plot" || command == "--help" || command == "-h" ||
+                       any([](std::string_view argument) { return asksForPicture(argument); });
     // A list of files or a study may name workbooks, too.
     const bool workbooks =
-        command == "study" ||
-        (argc > 1 && std::any_of(argv + 1, argv + argc, [](std::string_view argument) {
-             return mayBeWorkbook(argument) || argument.starts_with("--files-from");
-         }));
+        command == "study" || any([](std::string_view argument) {
+            return mayBeWorkbook(argument) || argument.starts_with("--files-from");
+        });
     if (!draws && !workbooks) return;
     becomeProgram({TELVO_HELPERS, "."}, draws ? "telvo-cli-draw" : "telvo-cli-table", argv);
 #endif
@@ -62,7 +64,7 @@ void callOtherProgram([[maybe_unused]] int argc, [[maybe_unused]] char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    Console console(stdin, stdout, stderr, workbooksOfThisBuild());
+    Console console(stdin, stdout, stderr, workbooksOfThisBuild(), plotterOfThisBuild());
     try {
         callOtherProgram(argc, argv);
         telvo::removeTemporaryFilesOnSignals();
@@ -70,8 +72,7 @@ int main(int argc, char** argv) {
         std::vector<char*> pointers;
         for (std::string& argument : arguments)
             pointers.push_back(argument.data());
-        return CommandLine(console, plotterOfThisBuild())
-            .run(static_cast<int>(pointers.size()), pointers.data());
+        return CommandLine(console).run(static_cast<int>(pointers.size()), pointers.data());
     } catch (const std::exception& error) {
         console.complain(error.what());
         return FileTrouble;

@@ -4,6 +4,7 @@
 #include "cli/arguments.h"
 #include "cli/inputs.h"
 #include "cli/outputs.h"
+#include "study/graph/sfGraph.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,12 +14,9 @@ namespace telvo::cli {
 
 namespace {
 
-/// Pixels of a picture's sides: room for its letters, and no more than a large sheet.
-constexpr int LeastSide = 300, GreatestSide = 4000;
 using study::HighestPercent;
 using study::LowestPercent;
 
-constexpr std::string_view PictureEndings[] = {".svg", ".png", ".pdf"};
 constexpr std::string_view NumbersEnding = ".csv";
 
 /// One line per kind, in columns.
@@ -66,16 +64,7 @@ CLI::App* addPlot(CLI::App& app, const Plotter& plotter, PlotRequest& request) {
         ->option_text("FILE")
         ->required();
     command->add_flag("--force", request.force, "overwrite an existing file");
-    request.options.dpi = plotter.defaultDpi;
-    command->add_option("--dpi", request.options.dpi, "pixels to the inch of a PNG")
-        ->check(CLI::Range(plotter.lowestDpi, plotter.highestDpi))
-        ->capture_default_str();
-    command
-        ->add_option("--size", request.options.size,
-                     "width and height in pixels of 1/96 inch; letters keep their size")
-        ->expected(2)
-        ->check(CLI::Range(LeastSide, GreatestSide))
-        ->option_text("WIDTH HEIGHT [900 700]");
+    addPictureOptions(*command, request.picture, "900 700");
     if (any(plotter, &PlotKind::takesRange))
         command
             ->add_option("--range", request.range,
@@ -84,8 +73,8 @@ CLI::App* addPlot(CLI::App& app, const Plotter& plotter, PlotRequest& request) {
             ->check(CLI::Range(LowestPercent, HighestPercent))
             ->option_text("MIN MAX");
     if (any(plotter, &PlotKind::takesReportOptions)) {
-        addRounding(*command, request.options.report);
-        addUnits(*command, request.options.report);
+        addRounding(*command, request.report);
+        addUnits(*command, request.report);
     }
     command->footer("Kinds:\n" + kindTable(plotter.kinds) +
                     "\nExample:\n  telvo-cli plot panel.TLV --kind " + names.front() +
@@ -93,9 +82,10 @@ CLI::App* addPlot(CLI::App& app, const Plotter& plotter, PlotRequest& request) {
     return command;
 }
 
-int runPlot(Console& console, const PlotRequest& request, const Plotter& plotter) {
+int runPlot(Console& console, const PlotRequest& request) {
+    const Plotter& plotter = console.plotter();
     if (plotter.kinds.empty()) {
-        console.complain("this build has no drawing; it was made without the desktop libraries");
+        console.complain(NoPictures);
         return WrongUsage;
     }
     std::size_t index = 0;
@@ -107,18 +97,17 @@ int runPlot(Console& console, const PlotRequest& request, const Plotter& plotter
             return console.wrongUsage(request.target + ": a picture of kind " + request.kind +
                                       " has no numbers");
         }
-    } else if (std::find(std::begin(PictureEndings), std::end(PictureEndings), ending) ==
-               std::end(PictureEndings)) {
+    } else if (!isPictureEnding(ending)) {
         return console.wrongUsage(request.target +
                                   ": the file name has to end in .svg, .png or .pdf");
     }
-    PlotOptions options = request.options;
+    study::GraphRange range;
     if (!request.range.empty()) {
         if (!kind.takesRange) {
             return console.wrongUsage("--range: a picture of kind " + request.kind +
                                       " has no such axis");
         }
-        options.range = {request.range[0], request.range[1]};
+        range = {request.range[0], request.range[1]};
     }
     const CaseOutcome outcome = readCase(console, request.source);
     if (!outcome.current) {
@@ -126,9 +115,10 @@ int runPlot(Console& console, const PlotRequest& request, const Plotter& plotter
         return outcome.status;
     }
     if (!mayWriteMade(console, request.target, request.force, {request.source})) return FileTrouble;
+    PictureOptions options = request.picture;
     options.existing = existingFor(request.force);
-    const PlotOutcome drawn =
-        plotter.draw(console, *outcome.current, index, options, request.target);
+    const PlotOutcome drawn = plotter.drawCase(
+        console, {*outcome.current, index, request.report, range}, options, request.target);
     if (drawn.status == Refused)
         console.complain(outcome.file + ": " + drawn.message);
     else if (!drawn.message.empty())

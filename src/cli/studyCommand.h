@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/inputs.h"
+#include "cli/pictures.h"
 
 #include <cstdint>
 #include <optional>
@@ -42,6 +43,7 @@ struct StudyRunRequest {
     std::optional<std::uint64_t> seed; ///< instead of that of the study
     std::string part;                  ///< "2/5": only these samples
     std::string samplesFile;
+    PictureOptions picture;
     unsigned jobs = defaultJobs();
 };
 CLI::App* addStudyRun(CLI::App& studies, StudyRunRequest& request);

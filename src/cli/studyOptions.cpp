@@ -80,6 +80,25 @@ ExitStatus writeWorkbook(Console& console, const StudyTarget& target,
     return FileTrouble;
 }
 
+ExitStatus complainOfMany(Console& console, const StudyTarget& target) {
+    console.complain(target.target + ": a picture shows one case");
+    return WrongUsage;
+}
+
+ExitStatus drawParts(Console& console, const StudyTarget& target,
+                     const std::vector<StudyPart>& parts) {
+    if (parts.size() != 1) return complainOfMany(console, target);
+    const StudyPart& part = parts.front();
+    PictureOptions options = target.picture;
+    options.existing = existingFor(target.force);
+    const PlotOutcome drawn = console.plotter().drawStudy(
+        console,
+        {*part.output, withEscapedBytes(withoutFolder(part.file)), target.look, part.RoundTELVOSF},
+        options, target.target);
+    if (!drawn.message.empty()) console.complain(target.target + ": " + drawn.message);
+    return drawn.status;
+}
+
 } // namespace
 
 ExitStatus statusOf(Console& console, const std::string& file, const study::StudyOutput& output) {
@@ -89,18 +108,27 @@ ExitStatus statusOf(Console& console, const std::string& file, const study::Stud
     return Refused;
 }
 
+const char* StudyTarget::pictureOption() const {
+    if (!picture.size.empty()) return "--size";
+    if (picture.dpi != DefaultDpi) return "--dpi";
+    if (look.spider) return "--spider";
+    if (look.lines != study::StudyLook().lines) return "--line";
+    return nullptr;
+}
+
 void addStudyTarget(CLI::App& command, StudyTarget& target) {
     command
         .add_option("--format", target.format,
                     "text, csv, json or xlsx; after the ending of the file if not given")
         ->check(CLI::IsMember({"text", "csv", "json", "xlsx"}));
     literal(command.add_option("-o,--output", target.target,
-                               "write to this file instead of the terminal: .txt, .csv, .json or "
-                               ".xlsx"))
+                               "write to this file instead of the terminal: .txt, .csv, .json, "
+                               ".xlsx, or a picture: .svg, .png, .pdf"))
         ->option_text("FILE");
     command.add_flag("--force", target.force, "overwrite existing files");
     command.add_flag("--no-record", target.noRecord,
                      "do not write the record of the run, NAME.study.json, beside the file");
+    if (target.hasPicture) addPictureOptions(command, target.picture, "900 700");
 }
 
 void addStudyThreads(CLI::App& command, unsigned& threads) {
@@ -123,14 +151,26 @@ study::ResultTable tableOf(const std::vector<StudyPart>& parts) {
 std::optional<StudyForm> formOf(Console& console, const StudyTarget& target) {
     const bool toFile = !target.target.empty() && !isStandardOutput(target.target);
     std::string format = target.format;
+    if (format.empty() && toFile) format = endingOf(target.target).substr(1);
+    if (isPictureEnding("." + format)) {
+        if (toFile && target.hasPicture && console.plotter().drawStudy) return StudyForm::Picture;
+        console.complain(!target.hasPicture ? target.target + ": " + NoStudyPicture
+                         : toFile           ? NoPictures
+                                            : "--format " + format + ": a picture needs a file");
+        return std::nullopt;
+    }
+    if (const char* option = target.pictureOption()) {
+        console.complain(std::string(option) + ": only a picture has it: --output FILE.svg");
+        return std::nullopt;
+    }
     if (format.empty() && !toFile) return StudyForm::Text;
-    if (format.empty()) format = endingOf(target.target).substr(1);
     if (format == "text" || format == "txt") return StudyForm::Text;
     if (format == "csv") return StudyForm::Csv;
     if (format == "json") return StudyForm::Json;
     if (format != "xlsx") {
-        console.complain(target.target +
-                         ": the file name has to end in .txt, .csv, .json or .xlsx");
+        console.complain(
+            target.target +
+            ": the file name has to end in .txt, .csv, .json, .xlsx, .svg, .png or .pdf");
         return std::nullopt;
     }
     if (!toFile) {
@@ -153,6 +193,7 @@ ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm for
     const bool toFile = !target.target.empty() && !isStandardOutput(target.target);
     if (!any && (toFile || form != StudyForm::Json)) return AllGood; // nothing to write
     if (form == StudyForm::Workbook) return writeWorkbook(console, target, parts);
+    if (form == StudyForm::Picture) return drawParts(console, target, parts);
     TextOutput output(console, target.target, existingFor(target.force));
     switch (form) {
     case StudyForm::Csv:
@@ -192,9 +233,13 @@ int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
     std::vector<StudyPart> parts;
     study::Recorder recorder;
     study::TableDigits digits;
+    bool many = false; // cases in one picture
     visitAll(console, *names, [&](CaseOutcome& outcome) {
+        many = *form == StudyForm::Picture && !parts.empty();
+        if (many) return;
         StudyPart part;
         part.file = outcome.file;
+        part.RoundTELVOSF = RoundTELVOSF;
         if (!outcome.current) {
             complainOf(console, outcome);
             part.message = outcome.message;
@@ -218,7 +263,8 @@ int askCases(Console& console, const Inputs& inputs, const StudyTarget& target,
     });
     const bool records = toFile && !target.noRecord;
     const ExitStatus written =
-        writeParts(console, target, *form, parts, emptyJson, records ? &digits : nullptr);
+        many ? complainOfMany(console, target)
+             : writeParts(console, target, *form, parts, emptyJson, records ? &digits : nullptr);
     raise(status, written);
     const study::ResultTable table = tableOf(parts);
     if (records && written == AllGood && !table.columns.empty())

@@ -3,6 +3,7 @@
 
 #include "base/Result.h"
 #include "cli/inputs.h"
+#include "cli/pictures.h"
 #include "study/file/Record.h"
 #include "study/file/Study.h"
 #include "study/output/factors.h"
@@ -27,16 +28,23 @@ struct StudyTarget {
     std::string target; ///< empty or "-": standard output
     bool force = false;
     bool noRecord = false; ///< of the run, beside the file
+    PictureOptions picture = {};
+    study::StudyLook look = {}; ///< of a picture
+    bool hasPicture = true;     ///< the kind of study
+
+    /// An option that was given and that only pictures have; nullptr: none.
+    const char* pictureOption() const;
 };
 
-/// Adds --format, --output, --force and --no-record.
+/// Adds --format, --output, --force, --no-record and, where the study has pictures, their options.
 void addStudyTarget(CLI::App& command, StudyTarget& target);
 
 /// Adds --threads, also called --jobs: how many a study takes.
 void addStudyThreads(CLI::App& command, unsigned& threads);
 
-enum class StudyForm { Text, Csv, Json, Workbook };
-/// Nothing, after a complaint, for an ending that names no form or a workbook without a file.
+enum class StudyForm { Text, Csv, Json, Workbook, Picture };
+/// Nothing, after a complaint, for an ending that names no form, a workbook or a picture without a
+/// file, and options of pictures for something else.
 std::optional<StudyForm> formOf(Console& console, const StudyTarget& target);
 
 /// What came of one case.
@@ -44,10 +52,11 @@ struct StudyPart {
     std::string file;
     std::string message; ///< why there is no output
     std::optional<study::StudyOutput> output;
+    int RoundTELVOSF = 0;
 };
 
 /// Writes the parts in the form that was asked for. JSON is an array with an object per part; of
-/// several tables a column "file" comes first.
+/// several tables a column "file" comes first; a picture shows one part only.
 /// Given: emptyJson  members of the object of a part without output; may be none
 ///        digits     takes the table as it is written as CSV; may be null
 ExitStatus writeParts(Console& console, const StudyTarget& target, StudyForm form,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/escapes.h"
 #include "base/files.h"
+#include "base/numbers.h"
 #include "cli/outputs.h"
 #include "cli/studyCommand.h"
 #include "cli/studyFiles.h"
@@ -51,6 +52,7 @@ struct StudyFolder {
     const std::string& format;
     bool force;
     unsigned threads;
+    PictureOptions picture = {};
 };
 
 ExitStatus runInto(Console& console, const StudyFolder& into, const LoadedStudy& loaded,
@@ -61,7 +63,7 @@ ExitStatus runInto(Console& console, const StudyFolder& into, const LoadedStudy&
     const std::string record = recordBeside(result, format);
     for (const std::string& target : {result, record})
         if (!mayWriteMade(console, target, into.force, {file})) return FileTrouble;
-    const StudyTarget target{format, result, into.force, false};
+    const StudyTarget target{format, result, into.force, false, into.picture};
     const auto form = formOf(console, target);
     if (!form) return WrongUsage;
     const study::StudyOutput output = *part.output;
@@ -103,14 +105,16 @@ ExitStatus runPart(Console& console, const StudyRunRequest& request, const Loade
         writeOrComplain(console, target, study::partText(own), existingFor(request.force));
     if (written == AllGood)
         console.print(forTerminal(file + " -> " + target) + ": " +
-                      study::groupedText(own.samples.size()) + " samples\n");
+                      groupedCount(own.samples.size()) + " samples\n");
     return written;
 }
 
 /// What has to fit together before anything runs; a complaint, or nothing.
 std::string wrongUseOf(const StudyRunRequest& request) {
-    if (request.folder.empty() && request.format == "xlsx")
-        return "--format xlsx: workbooks need --output FOLDER";
+    const bool picture = isPictureEnding("." + request.format);
+    if (request.folder.empty() && (picture || request.format == "xlsx"))
+        return "--format " + request.format + ": " + (picture ? "pictures" : "workbooks") +
+               " need --output FOLDER";
     if (!request.part.empty() && request.folder.empty())
         return "--part: a part of the samples needs --output FOLDER";
     if (!request.part.empty() && !request.samplesFile.empty())
@@ -155,10 +159,12 @@ CLI::App* addStudyRun(CLI::App& studies, StudyRunRequest& request) {
                                 "runs, NAME.study.json; made where it is missing"))
         ->option_text("FOLDER");
     command
-        ->add_option("--format", request.format,
-                     "text, csv, json or xlsx; csv into a folder, text on the terminal if not "
-                     "given")
-        ->check(CLI::IsMember({"text", "csv", "json", "xlsx"}));
+        ->add_option(
+            "--format", request.format,
+            "text, csv, json, xlsx, or a picture: svg, png, pdf; csv into a folder, text on "
+            "the terminal if not given")
+        ->check(CLI::IsMember({"text", "csv", "json", "xlsx", "svg", "png", "pdf"}));
+    addPictureOptions(*command, request.picture, "900 700");
     command->add_flag("--force", request.force, "overwrite existing files");
     command->add_option("--seed", request.seed, "seed of the samples instead of that of the study")
         ->option_text("N");
@@ -201,9 +207,9 @@ int runStudyRun(Console& console, const StudyRunRequest& request) {
     std::vector<StudyPart> parts;
     for (const std::string& file : request.files) {
         std::vector<LoadedStudy> all = loadStudies(console, file, status);
-        if (all.empty()) parts.push_back({file, "could not be read", {}});
+        if (all.empty()) parts.push_back({file, "could not be read", {}, 0});
         for (LoadedStudy& loaded : all) {
-            StudyPart own{loaded.name, {}, {}};
+            StudyPart own{loaded.name, {}, {}, 0};
             study::Recorder recorder;
             if (const std::string wrong = withSeed(loaded.study, request.seed); !wrong.empty())
                 return console.wrongUsage(loaded.name + ": " + wrong);
@@ -217,11 +223,12 @@ int runStudyRun(Console& console, const StudyRunRequest& request) {
                 raise(status, writeSamplesOf(console, *made, loaded.name, request.samplesFile,
                                              request.force));
                 own.output = std::move(*made);
+                own.RoundTELVOSF = loaded.study.RoundTELVOSF;
                 if (intoFolder) {
-                    raise(status,
-                          runInto(console,
-                                  {request.folder, request.format, request.force, request.jobs},
-                                  loaded, std::move(own), recorder));
+                    raise(status, runInto(console,
+                                          {request.folder, request.format, request.force,
+                                           request.jobs, request.picture},
+                                          loaded, std::move(own), recorder));
                     continue;
                 }
             } else {
@@ -236,7 +243,8 @@ int runStudyRun(Console& console, const StudyRunRequest& request) {
         raise(status, console.finish());
         return status;
     }
-    const StudyTarget target{request.format.empty() ? "text" : request.format, {}, false, false};
+    const StudyTarget target{
+        request.format.empty() ? "text" : request.format, {}, false, false, request.picture};
     const auto form = formOf(console, target);
     if (!form) return WrongUsage;
     raise(status, writeParts(console, target, *form, parts));
@@ -297,7 +305,7 @@ int runStudyMerge(Console& console, const StudyMergeRequest& request) {
     ExitStatus status = statusOf(console, recorded.name, *made);
     raise(status,
           writeSamplesOf(console, *made, recorded.name, request.samplesFile, request.force));
-    StudyPart whole{recorded.name, {}, std::move(*made)};
+    StudyPart whole{recorded.name, {}, std::move(*made), restored->first.RoundTELVOSF};
     if (request.folder.empty()) {
         const StudyTarget target{
             request.format.empty() ? "text" : request.format, {}, false, false};

@@ -33,14 +33,27 @@ CLI::App* addSweep(CLI::App& app, SweepRequest& request) {
     addJobs(*command, request.jobs);
     addRounding(*command, request.options);
     addStudyTarget(*command, request.target);
+    command
+        ->add_option("--line", request.lines,
+                     "values of the first result at which the picture has lines, such as "
+                     "1.3,1.5,suggested; suggested if not given")
+        ->option_text("VALUES");
     command->footer("The columns of CSV are id, the inputs, the results, flags of the warnings and "
                     "message, which tells\nwhy a row has no results.\n\n"
-                    "Example:\n  telvo-cli sweep panel.TLV --vary DepthCover=600:1200:50 "
-                    "--vary EntryHeight=6,8,10 -o table.csv");
+                    "Examples:\n  telvo-cli sweep panel.TLV --vary DepthCover=600:1200:50 "
+                    "--vary EntryHeight=6,8,10 -o table.csv\n"
+                    "  telvo-cli sweep panel.TLV --vary DepthCover=600:1200:25 "
+                    "--vary EntryHeight=5:10:0.25 \\\n      --line 1.3,1.5,2 -o map.svg");
     return command;
 }
 
 int runSweep(Console& console, const SweepRequest& request) {
+    StudyTarget target = request.target;
+    if (!request.lines.empty()) {
+        auto lines = study::parseTargets(request.lines);
+        if (!lines) return console.wrongUsage("--line: " + faultText(lines.fault()));
+        target.look.lines = std::move(*lines);
+    }
     study::SweepRequest asked;
     asked.linked = request.linked;
     for (const std::string& text : request.vary) {
@@ -61,7 +74,7 @@ int runSweep(Console& console, const SweepRequest& request) {
         console.showProgress(std::to_string(done) + " of " + std::to_string(all) + " rows");
     };
     const int status = askCases(
-        console, request.inputs, request.target,
+        console, request.inputs, target,
         [&](const project::ProjectCase& current) -> Result<Answer> {
             auto outcomes = outcomesOf(request.quantities, current);
             if (!outcomes) return outcomes.fault();

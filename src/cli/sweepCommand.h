@@ -19,6 +19,7 @@ struct SweepRequest {
     std::vector<std::string> vary; ///< "INPUT=VALUES"
     bool linked = false;
     std::vector<std::string> quantities;
+    std::string lines; ///< of a picture: "1.3,1.5,suggested"
     unsigned jobs = defaultJobs();
     report::ReportOptions options;
     StudyTarget target;

@@ -65,8 +65,11 @@ CLI::App* addTornado(CLI::App& app, TornadoRequest& request) {
         ->option_text("INPUT=LOW:HIGH");
     addRounding(*command, request.options);
     addStudyTarget(*command, request.target);
+    command->add_flag("--spider", request.target.look.spider,
+                      "the picture shows all inputs as lines over one axis instead of bars");
     command->footer("Inputs without effect come last, with the reason.\n\n"
-                    "Example:\n  telvo-cli tornado panel.TLV --quantity TELVOSF.retreat");
+                    "Examples:\n  telvo-cli tornado panel.TLV --quantity TELVOSF.retreat\n"
+                    "  telvo-cli tornado panel.TLV -o tornado.svg");
     return command;
 }
 
@@ -110,7 +113,7 @@ int runTornado(Console& console, const TornadoRequest& request) {
                     asked.inputs.push_back(each);
             auto made = study::tornado(current, asked);
             if (!made) return made.fault();
-            return Answer{study::outputOf(std::move(*made), asked, current.Units), asked};
+            return Answer{study::outputOf(std::move(*made), asked, current), asked};
         },
         request.options.RoundTELVOSF);
 }

@@ -248,6 +248,7 @@ CLI::App* addUncertainty(CLI::App& app, UncertaintyCall& request) {
                                 "write the samples of the one case to this file, .csv"))
         ->option_text("FILE");
     addRounding(*command, request.options);
+    request.target.hasPicture = false;
     addStudyTarget(*command, request.target);
     addStudyThreads(*command, request.jobs);
     command->footer(

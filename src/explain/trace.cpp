@@ -3,6 +3,7 @@
 
 #include "criteria/assess.h"
 #include "engine/driver.h"
+#include "engine/InputsOf.h"
 #include "engine/rules/figures.h"
 #include "engine/rules/pass.h"
 #include "engine/rules/preparation.h"
@@ -22,49 +23,46 @@ Traced shownFactor(const Traced& factor, int mode) {
 
 namespace {
 
-/// The numbers of a record under their symbols.
-struct TracedInput {
-    Traced EntryHeight, DepthCover, EntryWidth, XcutSpacing, XcutAngle, CoalStrength, UnitWeight,
-        BreadthAMZ, ArchFactor, ExtentActiveGob, AbutmentAngleActiveGob, ExtentFirstGob,
-        AbutmentAngleFirstGob, BarrierFirstGob, SlabcutFirstGob, ExtentSecondGob,
-        AbutmentAngleSecondGob, BarrierSecondGob, SlabcutSecondGob, WidthC, WidthD;
-    PerPillarOf<Traced> XcutCenters;
-
-    explicit TracedInput(const project::ProjectInput& in) {
-        const auto of = [](const char* symbol, double value) {
-            return symbolOf(symbol, {}, value);
-        };
-        EntryHeight = of("h", in.EntryHeight);
-        DepthCover = of("H", in.DepthCover);
-        EntryWidth = of("We", in.EntryWidth);
-        XcutSpacing = of("Sc", in.XcutSpacing);
-        XcutAngle = of("Theta", in.XcutAngle);
-        CoalStrength = of("S0", in.CoalStrength);
-        UnitWeight = of("Gamma", in.UnitWeight);
-        BreadthAMZ = of("B0", in.BreadthAMZ);
-        ArchFactor = of("F0", in.ArchFactor);
-        ExtentActiveGob = of("Ea", in.ExtentActiveGob);
-        AbutmentAngleActiveGob = of("betaA", in.AbutmentAngleActiveGob);
-        for (int i = 1; i <= MaxPillars; ++i)
-            XcutCenters[i] = symbolOf("C", {0, 0, i}, in.XcutCenters[i]);
-        const auto first = [](const char* symbol, double value) {
-            return symbolOf(symbol, {0, FirstSide}, value);
-        };
-        ExtentFirstGob = first("Es", in.ExtentFirstGob);
-        AbutmentAngleFirstGob = first("betaS", in.AbutmentAngleFirstGob);
-        BarrierFirstGob = first("Wb", in.BarrierFirstGob);
-        SlabcutFirstGob = first("Sl", in.SlabcutFirstGob);
-        WidthC = first("Wr", in.WidthC);
-        const auto second = [](const char* symbol, double value) {
-            return symbolOf(symbol, {0, SecondSide}, value);
-        };
-        ExtentSecondGob = second("Es", in.ExtentSecondGob);
-        AbutmentAngleSecondGob = second("betaS", in.AbutmentAngleSecondGob);
-        BarrierSecondGob = second("Wb", in.BarrierSecondGob);
-        SlabcutSecondGob = second("Sl", in.SlabcutSecondGob);
-        WidthD = second("Wr", in.WidthD);
-    }
+struct InputSymbol {
+    project::Field field;
+    const char* symbol;
+    int side = 0;
 };
+constexpr InputSymbol InputSymbols[] = {
+    {project::Field::EntryHeight, "h"},
+    {project::Field::DepthCover, "H"},
+    {project::Field::EntryWidth, "We"},
+    {project::Field::XcutSpacing, "Sc"},
+    {project::Field::XcutAngle, "Theta"},
+    {project::Field::XcutCenters, "C"},
+    {project::Field::CoalStrength, "S0"},
+    {project::Field::UnitWeight, "Gamma"},
+    {project::Field::BreadthAMZ, "B0"},
+    {project::Field::ArchFactor, "F0"},
+    {project::Field::ExtentActiveGob, "Ea"},
+    {project::Field::AbutmentAngleActiveGob, "betaA"},
+    {project::Field::ExtentFirstGob, "Es", FirstSide},
+    {project::Field::AbutmentAngleFirstGob, "betaS", FirstSide},
+    {project::Field::BarrierFirstGob, "Wb", FirstSide},
+    {project::Field::SlabcutFirstGob, "Sl", FirstSide},
+    {project::Field::ExtentSecondGob, "Es", SecondSide},
+    {project::Field::AbutmentAngleSecondGob, "betaS", SecondSide},
+    {project::Field::BarrierSecondGob, "Wb", SecondSide},
+    {project::Field::SlabcutSecondGob, "Sl", SecondSide},
+    {project::Field::WidthC, "Wr", FirstSide},
+    {project::Field::WidthD, "Wr", SecondSide},
+};
+
+/// The numbers of a record under their symbols.
+InputsOf<Traced> tracedInputs(const project::ProjectInput& in) {
+    InputsOf<Traced> traced;
+    for (const project::FieldId id : project::NumericInputs)
+        for (const InputSymbol& known : InputSymbols)
+            if (known.field == id.field)
+                *numberIn(traced, id) =
+                    symbolOf(known.symbol, {0, known.side, id.index}, project::get(in, id));
+    return traced;
+}
 
 bool isOneOf(std::string_view symbol, std::initializer_list<std::string_view> known) {
     return std::find(known.begin(), known.end(), symbol) != known.end();
@@ -158,7 +156,7 @@ Trace traceRun(const project::ProjectCase& current, int loadingCondition,
     Trace trace;
     trace.frame = frameOf(current.Input, current.Units, loadingCondition);
     const Frame& f = trace.frame;
-    const TracedInput in(current.Input);
+    const InputsOf<Traced> in = tracedInputs(current.Input);
     Explaining c;
     c.leftOut = [&f](std::string_view symbol, const Where& at, const Traced&) {
         return symbol == "ts" && at.side > f.AnalysisCase; // the gob of a side that takes no part

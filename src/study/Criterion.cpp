@@ -47,4 +47,25 @@ std::string Criterion::text() const {
            (target ? generalNumber(*target) : std::string(SuggestedWord));
 }
 
+Result<std::vector<std::optional<double>>> parseTargets(std::string_view text) {
+    std::vector<std::optional<double>> targets;
+    for (std::size_t from = 0; from <= text.size();) {
+        const std::size_t to = std::min(text.find(',', from), text.size());
+        const std::string_view one = trimmed(text.substr(from, to - from));
+        from = to + 1;
+        if (one.empty()) continue;
+        if (one == "suggested") {
+            targets.emplace_back(std::nullopt);
+        } else if (const auto number = numberOf(one)) {
+            targets.emplace_back(*number);
+        } else {
+            return Fault{"A target is a number or \"suggested\", not \"" + std::string(one) + "\"",
+                         ""};
+        }
+    }
+    if (targets.empty() || targets.size() > MostTargets)
+        return Fault{"Enter one to six targets with commas, such as 1.3, 1.5, suggested", ""};
+    return targets;
+}
+
 } // namespace telvo::study

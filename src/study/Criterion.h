@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace telvo::study {
 
@@ -34,5 +35,11 @@ struct Criterion {
     /// As parse() takes it: "TELVOSF.retreat>=1.5".
     std::string text() const;
 };
+
+inline constexpr std::size_t MostTargets = 6;
+
+/// Targets of several criteria: "1.3, 1.5, suggested". Nothing is the suggested factor.
+/// Faults: a text that is no number, none or more than MostTargets
+Result<std::vector<std::optional<double>>> parseTargets(std::string_view text);
 
 } // namespace telvo::study

@@ -43,6 +43,7 @@ class Evaluator {
     const std::vector<Variable>& variables() const { return m_variables; }
     const std::vector<Outcome>& outcomes() const { return m_outcomes; }
     const project::ProjectCase& base() const { return m_base; }
+    int RoundTELVOSF() const { return m_rounding; }
 
   private:
     explicit Evaluator(batch::Batch batch) : m_batch(std::move(batch)) {}

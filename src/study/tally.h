@@ -8,14 +8,6 @@
 
 namespace telvo::study {
 
-/// "131,072"
-inline std::string groupedText(std::size_t count) {
-    std::string text = std::to_string(count);
-    for (std::size_t at = text.size(); at > 3; at -= 3)
-        text.insert(at - 3, 1, ',');
-    return text;
-}
-
 /// How many runs a study made, and how many of them could not be computed, by the message that each
 /// would have had.
 struct Tally {

@@ -47,7 +47,7 @@ Call call(std::vector<std::string> arguments, const std::string& input = "") {
         pointers.push_back(argument.data());
     const Stream in(input), out, err;
     Console console(in.file(), out.file(), err.file());
-    CommandLine line(console, {});
+    CommandLine line(console);
     const int status = line.run(static_cast<int>(pointers.size()), pointers.data());
     return {status, out.bytes(), err.bytes()};
 }

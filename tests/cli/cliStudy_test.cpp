@@ -135,4 +135,73 @@ TEST_F(CliStudy, AStudyThatFailsKeepsTheOthersRunning) {
     EXPECT_EQ(run("study check unused.study good.study").status, 1);
 }
 
+TEST_F(CliStudy, PicturesOfStudiesNeedNoDisplay) {
+    const string sweep = "sweep gobs.TLV --vary DepthCover=600:900:100 ";
+    if (!Draws) {
+        const Ran ran = run(sweep + "-o sweep.svg");
+        EXPECT_EQ(ran.status, 2);
+        EXPECT_NE(ran.err.find("this build has no drawing"), string::npos) << ran.err;
+        return;
+    }
+    unsetenv("DISPLAY");
+    setenv("SOURCE_DATE_EPOCH", "1700000000", 1);
+    const string barrier = " BarrierSecondGob --for \"BarrierSF.retreat.second>=1.5\" ";
+    const std::pair<string, string> commands[] = {
+        {sweep, "Depth of Cover (ft)"},
+        {sweep + "--vary EntryHeight=6:8:0.5 --line 0.5,1,suggested ", "Entry Height (ft)"},
+        {"tornado gobs.TLV ", "moves it most"},
+        {"tornado gobs.TLV --spider ", "low end of its range"},
+        {"find gobs.TLV" + barrier, "it holds"},
+        {"chart gobs.TLV" + barrier + "--over DepthCover=600:900:50 ", "(ft)"},
+        {"compare plain.TLV gobs.TLV ", "gobs.TLV"},
+    };
+    for (const auto& [command, text] : commands) {
+        for (const string file : {"p.svg", "p.png", "p.pdf"}) {
+            const Ran drawn = run(command + "-o " + file + " --force --no-record");
+            EXPECT_TRUE(drawn.status == 0 || drawn.status == 4) << command << drawn.err;
+            EXPECT_EQ(drawn.out + drawn.err, "") << command;
+            const string first = read(file);
+            EXPECT_GT(first.size(), 3000U) << command << file;
+            run(command + "-o " + file + " --force --no-record");
+            EXPECT_TRUE(read(file) == first) << command << file;
+        }
+        EXPECT_NE(read("p.svg").find(text), string::npos) << command;
+    }
+    EXPECT_EQ(run(sweep + "-o p.svg").status, 3); // it exists
+    EXPECT_EQ(run(sweep + "-o gobs.svg --size 640 480").status, 0);
+    EXPECT_NE(read("gobs.svg").find("viewBox=\"0 0 640 480\""), string::npos);
+    EXPECT_EQ(run("study verify gobs.study.json").status, 0);
+}
+
+TEST_F(CliStudy, WhatHasNoPictureIsRefused) {
+    if (!Draws) return;
+    const auto refused = [&](const string& command, int status, const string& said) {
+        const Ran ran = run(command);
+        EXPECT_EQ(ran.status, status) << command;
+        EXPECT_NE(ran.err.find(said), string::npos) << ran.err;
+    };
+    refused("tornado gobs.TLV plain.TLV -o none.svg", 2, "none.svg: a picture shows one case");
+    refused("sweep two.csv --vary EntryHeight=6,8 -o none.svg", 2, "a picture shows one case");
+    refused("sweep gobs.TLV --vary DepthCover=600,700 --vary EntryHeight=6,8 --vary "
+            "EntryWidth=18,20 -o none.svg",
+            1, "none.svg: A picture is drawn of one input, or of two in all combinations");
+    refused("compare plain.TLV gobs.TLV --reports -o none.svg", 2, "as text only");
+    refused("tornado refused.TLV -o none.svg", 1, "refused.TLV: ");
+    EXPECT_FALSE(fs::exists(m_folder / "none.svg") || fs::exists(m_folder / "none.study.json"));
+}
+
+TEST_F(CliStudy, StudiesRunIntoPictures) {
+    if (!Draws) return;
+    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios"})
+        ASSERT_EQ(run("study new gobs.TLV --kind " + kind + " -o " + kind + ".study").status, 0);
+    ASSERT_EQ(run("study new gobs.TLV plain.TLV --kind compare -o compare.study").status, 0);
+    const Ran ran = run("study run *.study -o out --format svg");
+    EXPECT_TRUE(ran.status == 0 || ran.status == 4) << ran.err;
+    EXPECT_EQ(ran.err, "");
+    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios", "compare"}) {
+        EXPECT_TRUE(read("out/" + kind + ".study.svg").starts_with("<?xml")) << kind;
+        EXPECT_EQ(run("study verify out/" + kind + ".study.json").status, 0) << kind;
+    }
+}
+
 } // namespace

@@ -13,6 +13,8 @@
 #include "project/automatic.h"
 #include "run/caseRun.h"
 #include "study/named.h"
+#include "study/output/factors.h"
+#include "study/output/sweepLines.h"
 
 #include <gtest/gtest.h>
 
@@ -277,6 +279,65 @@ TEST(Sweep, AContourRunsBetweenValuesOnBothSides) {
     };
     for (const ContourSegment& line : lines)
         EXPECT_NEAR(factorAt(line.x0, line.y0), level, 0.04) << line.x0 << " " << line.y0;
+}
+
+TEST(Sweep, PiecesOfAContourJoinToLines) {
+    using Segments = std::vector<ContourSegment>;
+    // Forward, backward, and at both ends; apart from them a closed one and one by itself.
+    const Segments segments = {{1, 0, 2, 0}, {3, 0, 2, 0}, {1, 0, 0, 0}, {9, 9, 8, 8},
+                               {5, 5, 6, 5}, {6, 5, 6, 6}, {6, 6, 5, 5}};
+    const auto lines = joined(segments);
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[0], (Stretch{{0, 0}, {1, 0}, {2, 0}, {3, 0}}));
+    EXPECT_EQ(lines[1], (Stretch{{9, 9}, {8, 8}}));
+    EXPECT_EQ(lines[2].size(), 4U);
+    EXPECT_EQ(lines[2].front(), lines[2].back());
+
+    // The contour of a smooth surface is one line, from edge to edge: neighbors share their points.
+    const auto table =
+        sweep(deepPanel(), {{{variable("DepthCover"), *parseValues("400:1600:40")},
+                             {variable("CoalStrength"), *parseValues("100000:200000:5000")}},
+                            false,
+                            {outcome("PillarStrength.1")}});
+    ASSERT_TRUE(table) << faultText(table.fault());
+    const auto& values = table->outcomes[0];
+    const double level = (*std::min_element(values.begin(), values.end()) +
+                          *std::max_element(values.begin(), values.end())) /
+                         2;
+    const auto pieces = contour(*table, 0, level);
+    ASSERT_GT(pieces.size(), 20U);
+    const auto whole = joined(pieces);
+    ASSERT_EQ(whole.size(), 1U);
+    EXPECT_EQ(whole[0].size(), pieces.size() + 1);
+}
+
+TEST(Sweep, LinesOfAPictureFollowTheirLevels) {
+    const project::ProjectCase base = deepPanel();
+    const auto table = sweep(base, {{{variable("DepthCover"), *parseValues("400:1600:40")}},
+                                    false,
+                                    {outcome("TELVOSF.retreat"), outcome("TELVOSF.development")}});
+    ASSERT_TRUE(table);
+    const auto lines = sweepLines(*table, {1.3, std::nullopt});
+    ASSERT_EQ(lines.size(), 2U);
+    std::size_t above = 0, suggested = 0;
+    for (std::size_t row = 0; row < table->rows(); ++row) {
+        above += table->outcomes[0][row] >= 1.3;
+        const auto limit = suggestedFor(table->caseOf(row), outcome("TELVOSF.retreat"), 0);
+        ASSERT_TRUE(limit);
+        EXPECT_EQ(lines[1].suggested[row], *limit) << row;
+        suggested += table->outcomes[0][row] >= *limit;
+    }
+    EXPECT_EQ(lines[0].reached, above);
+    EXPECT_EQ(lines[1].reached, suggested);
+    const std::string headline = sweepHeadline(*table, lines);
+    EXPECT_NE(headline.find("in 31 rows; " + std::to_string(above) + " of them reach 1.3, " +
+                            std::to_string(suggested) + " reach the suggested factor."),
+              std::string::npos)
+        << headline;
+    // What has no suggested factor has no such line.
+    const auto strength =
+        sweep(base, {{{variable("DepthCover"), {600, 700}}}, false, {outcome("PillarStrength.1")}});
+    EXPECT_TRUE(sweepLines(*strength, {std::nullopt}).empty());
 }
 
 TEST(Tornado, BarsAreRunsOfTheCase) {

@@ -7,11 +7,10 @@
 #include "base/titles.h"
 #include "base/ui/qtText.h"
 #include "engine/questions.h"
-#include "plot/distribution.h"
 #include "plot/ui/DistributionChart.h"
 #include "plot/ui/frmPrintPlotReminder.h"
-#include "plot/ui/paintDrawing.h"
 #include "plot/ui/PlanView.h"
+#include "plot/ui/plotPicture.h"
 
 #include <QActionGroup>
 #include <QMenuBar>
@@ -22,7 +21,6 @@
 
 namespace telvo::plot::ui {
 
-using chart::ui::paperPalette;
 using chart::ui::Picture;
 using telvo::ui::Form;
 using telvo::ui::FormServices;
@@ -73,22 +71,8 @@ QMenuBar* frmPlots::makeMenu() {
     auto* menu = bar->addMenu(tr("Se&ttings"));
     menu->setObjectName("mnuSettings");
     m_kinds = new QActionGroup(this);
-    struct Choice {
-        const char* name;
-        QString text;
-        Kind kind;
-    };
-    const Choice choices[] = {
-        {"mnuPanelLayout", tr("Panel &Layout"), Kind::PanelLayout},
-        {"mnuCapacity", tr("Pillar Load Bearing &Capacity"), Kind::Capacity},
-        {"mnuStresses", tr("Individual Pillar &Stresses"), Kind::Stresses},
-        {"mnuCapacityPlan", tr("Colored Plan: C&apacity"), Kind::CapacityPlan},
-        {"mnuStressPlan", tr("Colored Plan: Str&esses"), Kind::StressPlan},
-        {"mnuStrengthToStressPlan", tr("Colored Plan: Strength &to Stress"),
-         Kind::StrengthToStressPlan},
-    };
-    for (const Choice& choice : choices)
-        addChoice(*m_kinds, choice.name, choice.text, static_cast<int>(choice.kind));
+    for (const plot::PictureRow& row : plot::PictureRows)
+        addChoice(*m_kinds, toQt(row.control), tr(row.caption.data()), static_cast<int>(row.kind));
     m_kinds->actions().constFirst()->setChecked(true);
     menu->addActions(m_kinds->actions());
     menu->addSeparator();
@@ -146,42 +130,27 @@ void frmPlots::setCaseName(const std::string& name) {
     setWindowTitle(toQt(titles::Plots) + toQt(withoutFolder(run().current.FileName)));
 }
 
-frmPlots::Kind frmPlots::kind() const {
-    return static_cast<Kind>(m_kinds->checkedAction()->data().toInt());
+plot::PictureKind frmPlots::kind() const {
+    return static_cast<plot::PictureKind>(m_kinds->checkedAction()->data().toInt());
 }
 
 int frmPlots::pass() const {
     return m_passes->checkedAction()->data().toInt();
 }
 
-plot::Distribution frmPlots::distribution() const {
-    const bool capacity = kind() == Kind::Capacity || kind() == Kind::CapacityPlan;
-    return capacity ? plot::capacityDistribution(run(), m_view.shown.options)
-                    : plot::stressDistribution(run(), m_view.shown.options, pass());
-}
-
-std::variant<plot::Drawing, Refusal> frmPlots::drawing() const {
-    if (kind() == Kind::PanelLayout) return plot::panelPlan(run(), pass(), m_view.plan);
-    const auto what = kind() == Kind::StrengthToStressPlan ? plot::Coloured::StrengthToStress
-                                                           : plot::Coloured::Total;
-    const auto overlay = plot::planOverlay(distribution(), what, m_view.shown.options.RoundTELVOSF);
-    return plot::panelPlan(run(), pass(), m_view.plan, &overlay);
-}
-
 void frmPlots::showPlot() {
-    // Nothing of a capacity depends on the pass.
-    const bool capacity = kind() == Kind::Capacity;
+    const plot::PictureRow& row = plot::rowOf(kind());
     const bool retreat = engine::lastPass(run().in) == engine::Retreat;
-    m_passes->actions().constFirst()->setEnabled(!capacity);
-    m_passes->actions().constLast()->setEnabled(!capacity && retreat);
-    const bool bars = capacity || kind() == Kind::Stresses;
-    m_stack->setCurrentWidget(bars ? static_cast<QWidget*>(m_chart) : m_plan);
-    if (bars) {
-        m_chart->setDistribution(distribution());
+    m_passes->actions().constFirst()->setEnabled(row.ofPass);
+    m_passes->actions().constLast()->setEnabled(row.ofPass && retreat);
+    m_stack->setCurrentWidget(row.isPlan ? static_cast<QWidget*>(m_plan) : m_chart);
+    if (!row.isPlan) {
+        m_chart->setDistribution(
+            plot::distributionOf(row.kind, run(), m_view.shown.options, pass()));
         m_chart->replot();
         return;
     }
-    auto made = drawing();
+    auto made = plot::planOf(row.kind, run(), m_view.shown.options, pass(), m_view.plan);
     if (const auto* refused = std::get_if<Refusal>(&made))
         m_plan->setMessage(toQt(refused->message));
     else
@@ -189,24 +158,15 @@ void frmPlots::showPlot() {
 }
 
 Picture frmPlots::picture() const {
+    auto made = plotPicture(kind(), run(), m_view.shown.options, pass(), m_view.plan);
+    Picture picture;
+    if (auto* drawn = std::get_if<Picture>(&made)) picture = std::move(*drawn);
     const std::string file = withoutFolder(run().current.FileName);
-    const std::string name = file.substr(0, file.find_last_of('.')) + ' ' +
-                             fromQt(m_kinds->checkedAction()->iconText().remove(':'));
-    Picture made;
-    if (m_stack->currentWidget() == m_chart) {
-        made = distributionPicture(distribution(), name);
-        made.caseName = file;
-        return made;
-    }
-    made.name = name;
-    made.caseName = file;
-    if (kind() != Kind::PanelLayout) made.csv = plot::distributionCsv(distribution());
-    auto shown = drawing();
-    made.paint = [shown = std::move(shown)](QPainter& painter, const QRectF& page) {
-        if (const auto* drawn = std::get_if<plot::Drawing>(&shown))
-            paintDrawing(*drawn, painter, page, paperPalette());
-    };
-    return made;
+    picture.name = file.substr(0, file.find_last_of('.')) + ' ' +
+                   fromQt(m_kinds->checkedAction()->iconText().remove(':'));
+    picture.caseName = file;
+    if (!picture.paint) picture.paint = [](QPainter&, const QRectF&) {}; // the window says why
+    return picture;
 }
 
 bool frmPlots::remindOfPrinter() {

@@ -3,12 +3,10 @@
 
 #include "base/ui/Form.h"
 #include "chart/ui/picture.h"
-#include "plot/distribution.h"
-#include "plot/panelPlan.h"
+#include "plot/pictures.h"
 #include "report/ShownRun.h"
 
 #include <functional>
-#include <variant>
 
 class QAction;
 class QActionGroup;
@@ -36,15 +34,6 @@ struct PlotActions : chart::ui::PictureActions {
 class frmPlots : public telvo::ui::Form {
     Q_OBJECT
   public:
-    enum class Kind {
-        PanelLayout,
-        Capacity,
-        Stresses,
-        CapacityPlan,
-        StressPlan,
-        StrengthToStressPlan
-    };
-
     frmPlots(PlotsView view, PlotActions actions, const telvo::ui::FormServices& services,
              QWidget* parent = nullptr);
 
@@ -65,11 +54,9 @@ class frmPlots : public telvo::ui::Form {
     bool remindOfPrinter();
     void print();
 
-    Kind kind() const;
+    plot::PictureKind kind() const;
     int pass() const;
     const run::Run& run() const { return *m_view.shown.run; }
-    plot::Distribution distribution() const;
-    std::variant<plot::Drawing, Refusal> drawing() const;
 
     PlotsView m_view;
     PlotActions m_actions;

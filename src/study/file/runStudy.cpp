@@ -39,7 +39,7 @@ struct Running {
         }
         auto made = tornado(base(), whole);
         if (!made) return made.fault();
-        return outputOf(std::move(*made), whole, base().Units);
+        return outputOf(std::move(*made), whole, base());
     }
     Result<StudyOutput> operator()(const SweepRequest& request) const {
         SweepRequest whole = request;
@@ -51,18 +51,18 @@ struct Running {
     Result<StudyOutput> operator()(const FindRequest& request) const {
         auto made = find(base(), request, study.RoundTELVOSF);
         if (!made) return made.fault();
-        return outputOf(std::move(*made), request, base().Units);
+        return outputOf(std::move(*made), request, base());
     }
     Result<StudyOutput> operator()(const DesignChartRequest& request) const {
         auto made = designChart(base(), request, study.RoundTELVOSF);
         if (!made) return made.fault();
-        return outputOf(std::move(*made), request, base().Units);
+        return outputOf(std::move(*made), request, base());
     }
     Result<StudyOutput> operator()(const ScenarioSet& set) const {
         const auto outcomes = set.outcomes.empty() ? factorsOf(base()) : set.outcomes;
         auto made = scenarios(base(), set.list, outcomes, study.RoundTELVOSF);
         if (!made) return made.fault();
-        return outputOf(std::move(*made), outcomes, base().Units);
+        return outputOf(std::move(*made), outcomes, base());
     }
     Result<StudyOutput> operator()(const CompareSet& set) const {
         std::vector<NamedCase> all = comparedCases(set, cases);

@@ -29,10 +29,15 @@ enum class GraphKind {
 };
 inline constexpr int GraphKinds = 6;
 
+/// Titles of the vertical axis at first: for the panel's factor and for a barrier's.
+inline constexpr std::array<std::string_view, 2> FactorTitles = {"Stability Factor",
+                                                                 "Barrier Stability Factor"};
+
 /// A graph: which factor over which parameter, and what it is called.
 struct GraphRow {
     Variable varied;
     int side = 0;               ///< of the barrier whose factor it is, 3 or 4; 0 the panel's
+    std::string_view name;      ///< as the console names it
     std::string_view caption;   ///< as the menu names it
     std::string_view axisTitle; ///< as the settings have it at first
     std::string_view parameter; ///< at the beginning of a sentence
@@ -40,23 +45,35 @@ struct GraphRow {
     constexpr bool isOfBarrier() const { return side != 0; }
     /// "SF" or "SFBAR".
     constexpr std::string_view factorName() const { return isOfBarrier() ? "SFBAR" : "SF"; }
+    constexpr std::string_view factorTitle() const { return FactorTitles[isOfBarrier() ? 1 : 0]; }
 };
 
 /// The graphs in the order of GraphKind.
 inline constexpr std::array<GraphRow, GraphKinds> GraphRows = {{
-    {project::Field::EntryHeight, 0, "SF vs Entry Height", "Entry Height", "Entry height"},
-    {project::Field::DepthCover, 0, "SF vs Depth of Cover", "Depth of Cover", "Depth of cover"},
-    {project::Field::XcutAngle, 0, "SF vs Crosscut Angle", "Crosscut Angle", "Crosscut angle"},
-    {project::Field::XcutSpacing, 0, "SF vs Crosscut Spacing", "Crosscut Spacing",
+    {project::Field::EntryHeight, 0, "sf-height", "SF vs Entry Height", "Entry Height",
+     "Entry height"},
+    {project::Field::DepthCover, 0, "sf-depth", "SF vs Depth of Cover", "Depth of Cover",
+     "Depth of cover"},
+    {project::Field::XcutAngle, 0, "sf-angle", "SF vs Crosscut Angle", "Crosscut Angle",
+     "Crosscut angle"},
+    {project::Field::XcutSpacing, 0, "sf-spacing", "SF vs Crosscut Spacing", "Crosscut Spacing",
      "Crosscut spacing"},
-    {project::Field::BarrierFirstGob, engine::FirstSide, "SFBAR vs First Barrier Width",
-     "Width of First Barrier", "First barrier width"},
-    {project::Field::BarrierSecondGob, engine::SecondSide, "SFBAR vs Second Barrier Width",
-     "Width of Second Barrier", "Second barrier width"},
+    {project::Field::BarrierFirstGob, engine::FirstSide, "sfbar-first",
+     "SFBAR vs First Barrier Width", "Width of First Barrier", "First barrier width"},
+    {project::Field::BarrierSecondGob, engine::SecondSide, "sfbar-second",
+     "SFBAR vs Second Barrier Width", "Width of Second Barrier", "Second barrier width"},
 }};
 
 constexpr const GraphRow& rowOf(GraphKind kind) {
     return GraphRows[static_cast<std::size_t>(kind)];
+}
+
+/// Titles of the horizontal axes at first, by GraphKind.
+inline std::array<std::string, GraphKinds> axisTitles() {
+    std::array<std::string, GraphKinds> titles;
+    for (std::size_t i = 0; i < GraphKinds; ++i)
+        titles[i] = GraphRows[i].axisTitle;
+    return titles;
 }
 
 /// What the ends of an axis may be, in percent of the case's own value.

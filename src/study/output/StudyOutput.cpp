@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/output/StudyOutput.h"
 
+#include "base/numbers.h"
 #include "study/output/jsonParts.h"
 
 #include <algorithm>
@@ -80,12 +81,12 @@ std::string targetText(const Criterion& criterion) {
 } // namespace
 
 std::string tallyText(const Tally& tally) {
-    std::string text = groupedText(tally.runs) + (tally.runs == 1 ? " run" : " runs");
+    std::string text = groupedCount(tally.runs) + (tally.runs == 1 ? " run" : " runs");
     if (tally.left.empty()) return text;
-    text += ", " + groupedText(tally.notComputed()) + " of them not computed: ";
+    text += ", " + groupedCount(tally.notComputed()) + " of them not computed: ";
     for (std::size_t i = 0; i < tally.left.size(); ++i)
         text +=
-            (i > 0 ? "; " : "") + groupedText(tally.left[i].runs) + " x " + tally.left[i].message;
+            (i > 0 ? "; " : "") + groupedCount(tally.left[i].runs) + " x " + tally.left[i].message;
     return text;
 }
 
@@ -108,10 +109,15 @@ std::string shownText(const StudyOutput& output) {
     return text;
 }
 
-StudyOutput outputOf(Tornado result, const TornadoRequest& request, std::int16_t units) {
-    const auto kept = std::make_shared<const Tornado>(std::move(result));
+StudyOutput outputOf(Tornado result, const TornadoRequest& request,
+                     const project::ProjectCase& base) {
+    const auto answer =
+        std::make_shared<const TornadoAnswer>(TornadoAnswer{base, request, std::move(result)});
+    const std::shared_ptr<const Tornado> kept(answer, &answer->made);
+    const std::int16_t units = base.Units;
     const std::string unit(unitOf(request.outcome, units));
     StudyOutput output;
+    output.answer = answer;
     output.headline = kept->headline;
     output.tally = kept->tally;
     output.table.columns = {{"input", ""},    {"unit", ""},        {"own", ""},
@@ -175,8 +181,9 @@ StudyOutput outputOf(Tornado result, const TornadoRequest& request, std::int16_t
 
 StudyOutput outputOf(Sweep result) {
     const auto kept = std::make_shared<const Sweep>(std::move(result));
-    const project::ProjectCase& base = kept->evaluator->base();
+    const project::ProjectCase& base = kept->base();
     StudyOutput output;
+    output.answer = kept;
     output.tally = kept->tally;
     output.computed = output.tally.notComputed() < output.tally.runs;
     if (kept->stopped) output.remarks.emplace_back("The table broke off; rows beyond are missing");
@@ -214,11 +221,15 @@ StudyOutput outputOf(Sweep result) {
     return output;
 }
 
-StudyOutput outputOf(Found result, const FindRequest& request, std::int16_t units) {
-    const auto kept = std::make_shared<const Found>(std::move(result));
+StudyOutput outputOf(Found result, const FindRequest& request, const project::ProjectCase& base) {
+    const auto answer =
+        std::make_shared<const FindAnswer>(FindAnswer{base, request, std::move(result)});
+    const std::shared_ptr<const Found> kept(answer, &answer->made);
+    const std::int16_t units = base.Units;
     const std::string unit(request.variable.unit(units));
     const std::string valueUnit(unitOf(request.criterion.outcome, units));
     StudyOutput output;
+    output.answer = answer;
     output.headline = kept->headline;
     output.tally = kept->tally;
     output.aimMet = !kept->intervals.empty();
@@ -278,10 +289,15 @@ StudyOutput outputOf(Found result, const FindRequest& request, std::int16_t unit
     return output;
 }
 
-StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std::int16_t units) {
-    const auto kept = std::make_shared<const DesignChart>(std::move(result));
+StudyOutput outputOf(DesignChart result, const DesignChartRequest& request,
+                     const project::ProjectCase& base) {
+    const auto answer =
+        std::make_shared<const DesignAnswer>(DesignAnswer{base, request, std::move(result)});
+    const std::shared_ptr<const DesignChart> kept(answer, &answer->made);
+    const std::int16_t units = base.Units;
     const std::string unit(request.required.unit(units));
     StudyOutput output;
+    output.answer = answer;
     output.headline = kept->headline;
     output.tally = kept->tally;
     output.table.columns = {
@@ -293,10 +309,9 @@ StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std:
     for (std::size_t curve = 0; curve < kept->curves.size(); ++curve)
         for (std::size_t point = 0; point < kept->curves[curve].points.size(); ++point) {
             rows.emplace_back(curve, point);
-            const DesignPoint::State state = kept->curves[curve].points[point].state;
-            if (state != DesignPoint::State::Uncomputable) output.computed = true;
-            if (state == DesignPoint::State::Required || state == DesignPoint::State::Everywhere)
-                output.aimMet = true;
+            const DesignPoint& one = kept->curves[curve].points[point];
+            if (one.state != DesignPoint::State::Uncomputable) output.computed = true;
+            if (one.hasValue()) output.aimMet = true;
         }
     output.table.rows = rows.size();
     output.table.read = [kept, rows](std::size_t row, std::vector<TableCell>& cells) {
@@ -305,9 +320,7 @@ StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std:
         cells[0] = targetText(curve.criterion);
         cells[1] = numberCell(point.over);
         cells[2] = std::string(stateName(point.state));
-        if (point.state == DesignPoint::State::Required ||
-            point.state == DesignPoint::State::Everywhere)
-            cells[3] = numberCell(point.required);
+        if (point.hasValue()) cells[3] = numberCell(point.required);
         cells[4] = cellOf(point.practical);
         cells[5] = std::string(point.holdsElsewhere ? "yes" : "");
     };
@@ -329,10 +342,8 @@ StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std:
                 json.beginObject();
                 jsonNumber(json, "over", point.over);
                 json.member("state", stateName(point.state));
-                const bool has = point.state == DesignPoint::State::Required ||
-                                 point.state == DesignPoint::State::Everywhere;
                 jsonNumber(json, "required",
-                           has ? std::optional<double>(point.required) : std::nullopt);
+                           point.hasValue() ? std::optional<double>(point.required) : std::nullopt);
                 jsonNumber(json, "practical", point.practical);
                 json.key("holdsElsewhere");
                 json.boolean(point.holdsElsewhere);
@@ -347,9 +358,14 @@ StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std:
     return output;
 }
 
-StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std::int16_t units) {
-    const auto kept = std::make_shared<const Scenarios>(std::move(result));
+StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes,
+                     const project::ProjectCase& base) {
+    const auto answer =
+        std::make_shared<const ScenarioAnswer>(ScenarioAnswer{outcomes, std::move(result)});
+    const std::shared_ptr<const Scenarios> kept(answer, &answer->made);
+    const std::int16_t units = base.Units;
     StudyOutput output;
+    output.answer = answer;
     output.table.columns.push_back({"scenario", ""});
     for (const Outcome& outcome : outcomes)
         output.table.columns.push_back({outcome.name(), std::string(unitOf(outcome, units))});
@@ -388,6 +404,7 @@ StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std
 StudyOutput outputOf(Comparison result, bool onlyDifferences) {
     const auto kept = std::make_shared<const Comparison>(std::move(result));
     StudyOutput output;
+    output.answer = kept;
     std::vector<std::size_t> shown;
     for (std::size_t row = 0; row < kept->rows.size(); ++row)
         if (!onlyDifferences || kept->rows[row].differs) shown.push_back(row);
@@ -410,9 +427,9 @@ StudyOutput outputOf(Comparison result, bool onlyDifferences) {
         std::count_if(kept->rows.begin(), kept->rows.end(), [](const ComparedRow& row) {
             return row.kind == ComparedRow::Kind::Result && row.differs;
         }));
-    output.headline = groupedText(inputs) + (inputs == 1 ? " input and " : " inputs and ") +
-                      groupedText(results) + (results == 1 ? " result differ" : " results differ") +
-                      " from " + base;
+    output.headline = groupedCount(inputs) + (inputs == 1 ? " input and " : " inputs and ") +
+                      groupedCount(results) +
+                      (results == 1 ? " result differ" : " results differ") + " from " + base;
     output.table.rows = shown.size();
     output.table.read = [kept, shown](std::size_t line, std::vector<TableCell>& cells) {
         const ComparedRow& row = kept->rows[shown[line]];

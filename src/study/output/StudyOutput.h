@@ -4,14 +4,9 @@
 #include "base/JsonWriter.h"
 #include "project/ProjectInput.h"
 #include "study/output/ResultTable.h"
-#include "study/questions/compare.h"
-#include "study/questions/designChart.h"
-#include "study/questions/find.h"
+#include "study/output/StudyAnswer.h"
 #include "study/questions/importance.h"
-#include "study/questions/scenarios.h"
 #include "study/questions/shareCurve.h"
-#include "study/questions/sweep.h"
-#include "study/questions/tornado.h"
 
 #include <cstdint>
 #include <functional>
@@ -22,7 +17,7 @@
 /// Results of studies in forms for people, scripts and spreadsheets.
 namespace telvo::study {
 
-/// What came of a study, ready to be written in any form. It holds the result that it is made of.
+/// What came of a study, ready to be written in any form.
 struct StudyOutput {
     std::string headline; ///< the answer in a sentence
     ResultTable table;    ///< numbers exact, in the units of the case
@@ -35,17 +30,20 @@ struct StudyOutput {
     std::function<void(JsonWriter&)> json; ///< the members of a JSON object
     /// Samples behind it, a row each, with columns named as those of a sweep; may have none.
     ResultTable samples = {};
+    StudyAnswer answer = {}; ///< what it is made of; nothing of what has no picture
 };
 
-/// Given: units  of the case
-StudyOutput outputOf(Tornado result, const TornadoRequest& request, std::int16_t units);
+StudyOutput outputOf(Tornado result, const TornadoRequest& request,
+                     const project::ProjectCase& base);
 /// Columns: id, the inputs that were varied by field name, the outcomes by name, flags, message.
 StudyOutput outputOf(Sweep result);
 /// The table has a row per interval.
-StudyOutput outputOf(Found result, const FindRequest& request, std::int16_t units);
+StudyOutput outputOf(Found result, const FindRequest& request, const project::ProjectCase& base);
 /// The table has a row per target and value of the other input.
-StudyOutput outputOf(DesignChart result, const DesignChartRequest& request, std::int16_t units);
-StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes, std::int16_t units);
+StudyOutput outputOf(DesignChart result, const DesignChartRequest& request,
+                     const project::ProjectCase& base);
+StudyOutput outputOf(Scenarios result, const std::vector<Outcome>& outcomes,
+                     const project::ProjectCase& base);
 
 /// The table has a row per input and result, with a column per case, and difference and percent
 /// against the base.

@@ -26,7 +26,7 @@ constexpr double TwoSidedNormal = 1.9599639845400545;
 std::string headlineOf(const Uncertainty& result, const UncertaintyRequest& request) {
     const CriterionShare& first = result.criteria.front();
     const std::string samples =
-        groupedText(result.samples.size()) + " samples miss " + request.criteria.front().text();
+        groupedCount(result.samples.size()) + " samples miss " + request.criteria.front().text();
     std::string text =
         first.misses == 0
             ? "None of " + samples + " (below " + percentText(first.missed.high) + " %)"

@@ -44,6 +44,8 @@ struct DesignPoint {
     double required = 0;             ///< exact; the end of the range where it holds everywhere
     std::optional<double> practical; ///< rounded to the safe side and looked at again
     bool holdsElsewhere = false;     ///< it also holds beyond a window in which it does not
+
+    bool hasValue() const { return state == State::Required || state == State::Everywhere; }
 };
 
 struct DesignCurve {

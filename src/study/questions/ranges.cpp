@@ -139,4 +139,8 @@ std::string whyWithoutEffect(const project::ProjectCase& base, const Variable& v
     return {};
 }
 
+std::string spanText(const Variable& variable, const Span& span, std::int16_t units) {
+    return generalNumber(span.low, 6) + " .. " + variable.text(span.high, units, 6);
+}
+
 } // namespace telvo::study

@@ -52,6 +52,9 @@ Range defaultRange(const Variable& variable, std::int16_t units);
 /// left out.
 std::vector<RangedInput> defaultRanges(const project::ProjectCase& base);
 
+/// The range of an input in words: "826.2 .. 973.8 ft".
+std::string spanText(const Variable& variable, const Span& span, std::int16_t units);
+
 /// Why an input changes nothing in a case: "not used by this loading condition", "set automatically
 /// from the depth of cover", "row C is not left". Empty for one that is used.
 std::string whyWithoutEffect(const project::ProjectCase& base, const Variable& variable);

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <deque>
+#include <map>
 #include <thread>
 #include <utility>
 
@@ -202,14 +204,15 @@ Result<Sweep> sweep(const project::ProjectCase& base, const SweepRequest& reques
 
 std::vector<ContourSegment> contour(const Sweep& sweep, std::size_t outcome, double level) {
     std::vector<ContourSegment> segments;
-    if (sweep.request.axes.size() != 2 || sweep.request.linked || sweep.stopped) return segments;
+    if (!sweep.isMap()) return segments;
     const std::vector<double>& xs = sweep.request.axes[0].values;
     const std::vector<double>& ys = sweep.request.axes[1].values;
     const std::vector<double>& z = sweep.outcomes[outcome];
     const auto at = [&](std::size_t i, std::size_t j) { return z[i * ys.size() + j] - level; };
     for (std::size_t i = 0; i + 1 < xs.size(); ++i)
         for (std::size_t j = 0; j + 1 < ys.size(); ++j) {
-            // Corners around the cell, each with the next one.
+            // Corners around the cell, each with the next one. Of an edge that two cells share
+            // both compute the very same point: from its lower end.
             const double x[] = {xs[i], xs[i + 1], xs[i + 1], xs[i]};
             const double y[] = {ys[j], ys[j], ys[j + 1], ys[j + 1]};
             const double v[] = {at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1)};
@@ -217,12 +220,13 @@ std::vector<ContourSegment> contour(const Sweep& sweep, std::size_t outcome, dou
             std::size_t count = 0;
             bool whole = true;
             for (std::size_t k = 0; k < 4; ++k) {
-                const std::size_t n = (k + 1) % 4;
                 whole = whole && !std::isnan(v[k]);
-                if ((v[k] >= 0) == (v[n] >= 0)) continue;
-                const double part = v[k] / (v[k] - v[n]);
-                px[count] = x[k] + part * (x[n] - x[k]);
-                py[count] = y[k] + part * (y[n] - y[k]);
+                const std::size_t next = (k + 1) % 4;
+                const std::size_t a = k < 2 ? k : next, b = k < 2 ? next : k;
+                if ((v[a] >= 0) == (v[b] >= 0)) continue;
+                const double part = v[a] / (v[a] - v[b]);
+                px[count] = x[a] + part * (x[b] - x[a]);
+                py[count] = y[a] + part * (y[b] - y[a]);
                 ++count;
             }
             if (!whole) continue;
@@ -235,6 +239,48 @@ std::vector<ContourSegment> contour(const Sweep& sweep, std::size_t outcome, dou
             }
         }
     return segments;
+}
+
+std::vector<Stretch> joined(const std::vector<ContourSegment>& segments) {
+    using Place = std::pair<double, double>;
+    std::multimap<Place, std::size_t> ends; // of segments that are not yet in a line
+    const auto startOf = [&](std::size_t i) { return Place(segments[i].x0, segments[i].y0); };
+    const auto endOf = [&](std::size_t i) { return Place(segments[i].x1, segments[i].y1); };
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+        ends.emplace(startOf(i), i);
+        ends.emplace(endOf(i), i);
+    }
+    const auto take = [&](std::size_t which) {
+        for (const Place& place : {startOf(which), endOf(which)})
+            for (auto [at, last] = ends.equal_range(place); at != last; ++at)
+                if (at->second == which) {
+                    ends.erase(at);
+                    break;
+                }
+    };
+    std::vector<bool> used(segments.size(), false);
+    std::vector<Stretch> lines;
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+        if (used[i]) continue;
+        std::deque<Place> line{startOf(i), endOf(i)};
+        used[i] = true;
+        take(i);
+        for (const bool forward : {true, false})
+            for (;;) {
+                const Place tip = forward ? line.back() : line.front();
+                const auto next = ends.find(tip);
+                if (next == ends.end()) break;
+                const std::size_t which = next->second;
+                const Place other = startOf(which) == tip ? endOf(which) : startOf(which);
+                used[which] = true;
+                take(which);
+                forward ? line.push_back(other) : line.push_front(other);
+            }
+        Stretch& made = lines.emplace_back();
+        for (const auto& [x, y] : line)
+            made.push_back({x, y});
+    }
+    return lines;
 }
 
 } // namespace telvo::study

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "study/alongAxis.h"
 #include "study/Evaluator.h"
 #include "study/tally.h"
 
@@ -43,6 +44,9 @@ inline constexpr std::size_t MostSweepRows = 10'000'000;
 class Sweep {
   public:
     std::size_t rows() const { return computed.size(); }
+    const project::ProjectCase& base() const { return evaluator->base(); }
+    /// Two inputs in all combinations.
+    bool isMap() const { return request.axes.size() == 2 && !request.linked && !stopped; }
     /// Value of an axis in a row, both from 0.
     double input(std::size_t row, std::size_t axis) const;
     std::vector<double> inputs(std::size_t row) const;
@@ -80,5 +84,8 @@ struct ContourSegment {
 /// Given: sweep    of two axes, all combinations
 ///        outcome  from 0
 std::vector<ContourSegment> contour(const Sweep& sweep, std::size_t outcome, double level);
+
+/// Segments as lines, as long as they go: those that share an end belong together.
+std::vector<Stretch> joined(const std::vector<ContourSegment>& segments);
 
 } // namespace telvo::study

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "study/ui/GraphChart.h"
+#include "study/ui/drawings/GraphChart.h"
 
 namespace telvo::study::ui {
 

@@ -91,7 +91,7 @@ void relistNames(QComboBox& box, const std::vector<std::string>& names, int othe
 } // namespace
 
 ComparePage::ComparePage(PageActions actions, QWidget* parent)
-    : StudyPage("Compare", tr("Compare"), tr("side by side"), std::move(actions), parent) {
+    : StudyPage("Compare", tr(CompareTitle), tr("side by side"), std::move(actions), parent) {
     makeFields();
     makeTabs();
     setAcceptDrops(true);

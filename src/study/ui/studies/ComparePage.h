@@ -32,7 +32,6 @@ struct ComparedCases {
     std::vector<std::size_t> rows;    ///< of the comparison, those that are shown
     std::vector<std::size_t> others;  ///< all cases but the base
     std::vector<std::string> remarks; ///< on files, and why one is left out
-    std::vector<Outcome> outcomes;    ///< of the picture
 
     /// The case of a column; nothing of those that stand for no case.
     std::optional<std::size_t> caseAt(int column) const;

@@ -2,7 +2,6 @@
 #include "study/ui/studies/DesignPage.h"
 
 #include "base/numbers.h"
-#include "base/text.h"
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
@@ -43,29 +42,8 @@ std::string targetsText(const DesignChartRequest& request) {
 
 } // namespace
 
-Result<std::vector<std::optional<double>>> parseTargets(std::string_view text) {
-    std::vector<std::optional<double>> targets;
-    for (std::size_t from = 0; from <= text.size();) {
-        const std::size_t to = std::min(text.find(',', from), text.size());
-        const std::string_view one = trimmed(text.substr(from, to - from));
-        from = to + 1;
-        if (one.empty()) continue;
-        if (one == "suggested") {
-            targets.emplace_back(std::nullopt);
-        } else if (const auto number = numberOf(one)) {
-            targets.emplace_back(*number);
-        } else {
-            return Fault{"A target is a number or \"suggested\", not \"" + std::string(one) + "\"",
-                         ""};
-        }
-    }
-    if (targets.empty() || targets.size() > MostTargets)
-        return Fault{"Enter one to eight targets with commas, such as 1.3, 1.5, suggested", ""};
-    return targets;
-}
-
 DesignPage::DesignPage(PageActions actions, QWidget* parent)
-    : StudyPage("Design", tr("Design Chart"), tr("required width over depth"), std::move(actions),
+    : StudyPage("Design", tr(DesignTitle), tr("required width over depth"), std::move(actions),
                 parent) {
     makeFields();
 }
@@ -242,15 +220,16 @@ Result<StudyPage::Compute> DesignPage::read() {
                                                                   : Criterion::Sense::AtLeast,
                                      std::move(*targets)};
     if (isEdited()) settings().chart = request;
-    return Compute(
-        [request, asked = asking(request), base = subject().current,
-         rounding = subject().RoundTELVOSF](const std::stop_token&) -> Result<StudyResult> {
-            auto made = designChart(base, request, rounding);
-            if (!made) return made.fault();
-            StudyResult result = designResult(std::move(*made), base, request);
-            result.asked = asked;
-            return result;
-        });
+    return Compute([request, asked = asking(request), base = subject().current,
+                    rounding = subject().RoundTELVOSF](
+                       const std::stop_token&) -> Result<StudyResult> {
+        auto made = designChart(base, request, rounding);
+        if (!made) return made.fault();
+        StudyResult result = designResult(
+            std::make_shared<const DesignAnswer>(DesignAnswer{base, request, std::move(*made)}));
+        result.asked = asked;
+        return result;
+    });
 }
 
 } // namespace telvo::study::ui

@@ -41,7 +41,4 @@ class DesignPage : public StudyPage {
 };
 
 /// Targets as they are written: "1.3, 1.5, suggested".
-/// Faults: none at all, more than six, a text that is neither number nor "suggested"
-Result<std::vector<std::optional<double>>> parseTargets(std::string_view text);
-
 } // namespace telvo::study::ui

@@ -5,10 +5,11 @@
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
+#include "study/output/factors.h"
 #include "study/questions/ranges.h"
 #include "study/questions/searchGrid.h"
+#include "study/ui/drawings/studyDrawings.h"
 #include "study/ui/studies/choices.h"
-#include "study/ui/studies/drawingParts.h"
 
 #include <algorithm>
 #include <QCheckBox>
@@ -26,13 +27,7 @@ using telvo::ui::toQt;
 
 namespace {
 
-struct FindSubject {
-    Found found;
-    FindRequest request;
-    project::ProjectCase base;
-    std::vector<GraphPoint> points; ///< places of the picture: ends, own point, answer
-};
-using FindSubjectPtr = std::shared_ptr<const FindSubject>;
+using FindAnswerPtr = std::shared_ptr<const FindAnswer>;
 
 std::string endText(const IntervalEnd& end) {
     switch (end.kind) {
@@ -48,7 +43,7 @@ std::string endText(const IntervalEnd& end) {
     return end.rule.empty() ? "nothing beyond can be computed" : "beyond: " + end.rule;
 }
 
-CaseChoice valueChoice(const FindSubjectPtr& subject, double x) {
+CaseChoice valueChoice(const FindAnswerPtr& subject, double x) {
     const Variable variable = subject->request.variable;
     return {variable.label() + " " + variable.text(x, subject->base.Units), [subject, variable, x] {
                 project::ProjectCase made = subject->base;
@@ -57,8 +52,8 @@ CaseChoice valueChoice(const FindSubjectPtr& subject, double x) {
             }};
 }
 
-StudyCell intervalCell(const FindSubject& subject, std::size_t row, std::size_t column) {
-    const Interval& one = subject.found.intervals[row];
+StudyCell intervalCell(const FindAnswer& subject, std::size_t row, std::size_t column) {
+    const Interval& one = subject.made.intervals[row];
     const auto optional = [](const std::optional<double>& x) {
         return x ? StudyCell(*x) : StudyCell();
     };
@@ -82,7 +77,7 @@ StudyCell intervalCell(const FindSubject& subject, std::size_t row, std::size_t 
     }
 }
 
-std::shared_ptr<const StudyTable> intervalTable(const FindSubjectPtr& subject) {
+std::shared_ptr<const StudyTable> intervalTable(const FindAnswerPtr& subject) {
     auto table = std::make_shared<StudyTable>();
     const std::int16_t units = subject->base.Units;
     const std::string unit(subject->request.variable.unit(units));
@@ -96,16 +91,15 @@ std::shared_ptr<const StudyTable> intervalTable(const FindSubjectPtr& subject) {
                       {.label = "Result there", .unit = ofOutcome},
                       {.label = "At the upper end", .isText = true},
                       {.label = "Result there ", .unit = ofOutcome}};
-    table->rows = subject->found.intervals.size();
+    table->rows = subject->made.intervals.size();
     table->cell = [subject](std::size_t row, std::size_t column) {
         return intervalCell(*subject, row, column);
     };
     return table;
 }
 
-std::vector<CaseChoice> intervalChoices(const FindSubjectPtr& subject, std::size_t row,
-                                        int column) {
-    const Interval& one = subject->found.intervals[row];
+std::vector<CaseChoice> intervalChoices(const FindAnswerPtr& subject, std::size_t row, int column) {
+    const Interval& one = subject->made.intervals[row];
     std::vector<double> values;
     const auto add = [&](const std::optional<double>& x) {
         if (x && std::find(values.begin(), values.end(), *x) == values.end()) values.push_back(*x);
@@ -123,76 +117,20 @@ std::vector<CaseChoice> intervalChoices(const FindSubjectPtr& subject, std::size
     return choices;
 }
 
-void composeFind(QCustomPlot& chart, const FindSubject& subject, const ChartInk& ink) {
-    const Found& found = subject.found;
-    const std::int16_t units = subject.base.Units;
-    const QColor curve = studyColor(0, ink.palette), limit = studyColor(1, ink.palette);
-    Extent extent;
-    extent.take(found.curve);
-    for (const GraphPoint& point : found.limit)
-        extent.take(point.x, point.y);
-    extent.x0 = std::min(extent.x0, subject.request.in.low);
-    extent.x1 = std::max(extent.x1, subject.request.in.high);
-    extent.apply(chart);
-    for (const Interval& one : found.intervals)
-        addBand(chart, one.from.x, one.to.x, holdsColor(ink.palette))->setObjectName("holds");
-    addLine(chart, "limit", {found.limit}, QPen(limit, 1.4 * ink.pointsToPixels, Qt::DashLine))
-        ->setName(QObject::tr("target"));
-    addJumps(chart, found.jumps, curve, ink);
-    addLine(chart, "curve", found.curve, QPen(curve, 1.6 * ink.pointsToPixels));
-    const Outcome& outcome = subject.request.criterion.outcome;
-    addKeyEntry(chart, toQt(outcome.label()), QPen(curve, 1.6 * ink.pointsToPixels));
-    addKeyEntry(chart, QObject::tr("target"), QPen(limit, 1.4 * ink.pointsToPixels, Qt::DashLine));
-    addKeyEntry(chart, QObject::tr("it holds"), QPen(holdsColor(ink.palette), 8));
-    if (found.own)
-        addMark(chart, QObject::tr("this case"), *found.own, QCPScatterStyle::ssCircle,
-                ink.palette.color(QPalette::Text), ink);
-    if (found.answer)
-        addMark(chart, QObject::tr("safe answer"), {*found.answer, found.answerValue},
-                QCPScatterStyle::ssDiamond, ink.palette.color(QPalette::Text), ink);
-    chart.xAxis->setLabel(
-        axisTitle(subject.request.variable.label(), subject.request.variable.unit(units)));
-    chart.yAxis->setLabel(axisTitle(outcome.label(), engine::unitName(outcome.kind(), units)));
-    chart.yAxis->grid()->setVisible(true);
-    chart.legend->setVisible(true);
-}
-
-StudyResult findResult(FindSubject made) {
-    for (const Interval& one : made.found.intervals) {
-        made.points.push_back({one.from.x, one.from.value});
-        made.points.push_back({one.to.x, one.to.value});
-    }
-    if (made.found.own) made.points.push_back(*made.found.own);
-    if (made.found.answer) made.points.push_back({*made.found.answer, made.found.answerValue});
-    std::sort(made.points.begin(), made.points.end(),
-              [](const GraphPoint& a, const GraphPoint& b) { return a.x < b.x; });
-    const auto subject = std::make_shared<const FindSubject>(std::move(made));
+StudyResult findResult(const FindAnswerPtr& answer) {
     StudyResult result;
-    result.headline = subject->found.headline;
-    if (!result.headline.ends_with('.')) result.headline += '.';
-    result.remark = subject->found.searched;
-    result.tally = subject->found.tally;
-    result.made = subject;
-    result.table = intervalTable(subject);
-    result.ofRow = [subject](std::size_t row, int column) {
-        return intervalChoices(subject, row, column);
+    result.drawing = findDrawing(answer);
+    result.headline = result.drawing.headline;
+    result.remark = answer->made.searched;
+    result.tally = answer->made.tally;
+    result.made = answer;
+    result.table = intervalTable(answer);
+    result.ofRow = [answer](std::size_t row, int column) {
+        return intervalChoices(answer, row, column);
     };
-    result.ofSpot = [subject](std::size_t id) {
-        return std::optional(valueChoice(subject, subject->points[id].x));
+    result.ofSpot = [answer, spots = result.drawing.spots](std::size_t id) {
+        return std::optional(valueChoice(answer, spots[id].x));
     };
-    result.drawing.compose = [subject](QCustomPlot& chart, const ChartInk& ink) {
-        composeFind(chart, *subject, ink);
-    };
-    for (std::size_t i = 0; i < subject->points.size(); ++i)
-        result.drawing.spots.push_back({subject->points[i].x, subject->points[i].y, i});
-    result.drawing.tip = [subject](std::size_t id) {
-        const GraphPoint& point = subject->points[id];
-        const Variable& variable = subject->request.variable;
-        return toQt(variable.label() + " " + variable.text(point.x, subject->base.Units) + "\n" +
-                    subject->request.criterion.outcome.label() + " " +
-                    subject->request.criterion.outcome.text(point.y, subject->base.Units));
-    };
-    result.drawing.summary = toQt(result.headline);
     return result;
 }
 
@@ -223,7 +161,7 @@ FindRequest firstFindRequest(const project::ProjectCase& base) {
 }
 
 FindPage::FindPage(PageActions actions, QWidget* parent)
-    : StudyPage("Find", tr("Find a Value"), tr("goal seek"), std::move(actions), parent) {
+    : StudyPage("Find", tr(FindTitle), tr("goal seek"), std::move(actions), parent) {
     makeFields();
 }
 
@@ -373,15 +311,16 @@ Result<StudyPage::Compute> FindPage::read() {
                        const std::stop_token&) -> Result<StudyResult> {
         auto found = study::find(base, request, rounding);
         if (!found) return found.fault();
-        StudyResult result = findResult({std::move(*found), request, base, {}});
+        StudyResult result = findResult(
+            std::make_shared<const FindAnswer>(FindAnswer{base, request, std::move(*found)}));
         result.asked = asked;
         return result;
     });
 }
 
 void FindPage::shown() {
-    const auto& subject = *std::static_pointer_cast<const FindSubject>(result().made);
-    const auto& answer = subject.found.answer;
+    const auto& subject = *std::static_pointer_cast<const FindAnswer>(result().made);
+    const auto& answer = subject.made.answer;
     m_take->setProperty("has", answer.has_value());
     m_take->setEnabled(answer.has_value());
     m_take->setText(
@@ -392,12 +331,12 @@ void FindPage::shown() {
 
 void FindPage::take() {
     if (!isCurrent()) return;
-    const auto& subject = *std::static_pointer_cast<const FindSubject>(result().made);
-    if (!subject.found.answer) return;
+    const auto& subject = *std::static_pointer_cast<const FindAnswer>(result().made);
+    if (!subject.made.answer) return;
     const Variable& variable = subject.request.variable;
     const std::string why = actions().take(
-        variable.in(subject.base.Input, subject.base.Units, *subject.found.answer),
-        variable.label() + " " + variable.text(*subject.found.answer, subject.base.Units));
+        variable.in(subject.base.Input, subject.base.Units, *subject.made.answer),
+        variable.label() + " " + variable.text(*subject.made.answer, subject.base.Units));
     if (!why.empty()) actions().showText(tr("Take"), why);
 }
 

@@ -25,7 +25,7 @@ using telvo::ui::fromQt;
 using telvo::ui::toQt;
 
 ScenariosPage::ScenariosPage(PageActions actions, QWidget* parent)
-    : StudyPage("Scenarios", tr("Scenarios"), tr("what if"), std::move(actions), parent) {
+    : StudyPage("Scenarios", tr(ScenariosTitle), tr("what if"), std::move(actions), parent) {
     makeFields();
     makeShortcuts();
     CellEditing editing;

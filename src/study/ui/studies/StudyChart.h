@@ -1,38 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "chart/ui/customPlot.h"
-#include "chart/ui/picture.h"
-#include "study/ui/GraphChart.h"
+#include "study/ui/drawings/Drawing.h"
 
-#include <functional>
-#include <memory>
 #include <optional>
-#include <vector>
 
 namespace telvo::study::ui {
-
-/// A place of a picture that stands for a case.
-struct Spot {
-    double x = 0, y = 0;
-    std::size_t id = 0; ///< as the page numbers them
-};
-
-/// A picture of a study: how it is drawn, and its places.
-struct Drawing {
-    /// Draws on a chart that holds nothing but its axes.
-    std::function<void(QCustomPlot& chart, const ChartInk& ink)> compose;
-    std::vector<Spot> spots; ///< in the order of the keyboard
-    std::function<QString(std::size_t id)> tip;
-    QString summary;     ///< for those who cannot see it
-    int linesOfText = 0; ///< height that it needs at least, in lines
-};
-
-/// Colors that everybody can tell apart, on light and dark ground; the first is for "low", the
-/// second for "high".
-QColor studyColor(std::size_t number, const QPalette& palette);
-/// Green where something holds.
-QColor holdsColor(const QPalette& palette);
 
 /// The picture of a study on the screen. The mouse and the arrow keys point at its places; double
 /// click and Enter open their case.
@@ -43,9 +16,6 @@ class StudyChart : public QCustomPlot {
 
     void setDrawing(Drawing drawing);
     const Drawing& drawing() const { return m_drawing; }
-    /// The same as ink on paper, with texts above it.
-    chart::ui::Picture picture(const std::string& name, const QString& title,
-                               const QString& subtitle) const;
     std::optional<std::size_t> current() const;
     /// Points at a place, as the arrow keys do.
     void point(std::size_t spot);

@@ -2,12 +2,9 @@
 #include "study/ui/studies/StudyPage.h"
 
 #include "base/numbers.h"
-#include "base/titles.h"
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
-#include "chart/ui/chartParts.h"
-#include "run/Run.h"
 
 #include <algorithm>
 #include <chrono>
@@ -286,17 +283,14 @@ void StudyPage::showResult(StudyResult result, double milliseconds) {
 
 void StudyPage::showFoot(double milliseconds) {
     const Tally& tally = m_result.tally;
-    std::string text = m_subject.name + ", " + std::string(titles::Program) + " " +
-                       std::string(run::ModuleBuild) + ", " + grouped(tally.runs) +
-                       (tally.runs == 1 ? " run, " : " runs, ") + foundIn(milliseconds);
-    if (m_result.stopped) text += ", stopped before its end";
     const std::size_t left = tally.notComputed();
+    std::string text = sourceLine(m_subject.name, tally, m_result.stopped, foundIn(milliseconds));
     if (left == 0) text += ", all computed";
     m_foot->setText(toQt(text));
     QString list;
     for (const Tally::Left& one : tally.left)
-        list += toQt(grouped(one.runs) + ": " + one.message) + '\n';
-    m_left->setText(tr("%1 could not be computed...").arg(toQt(grouped(left))));
+        list += toQt(groupedCount(one.runs) + ": " + one.message) + '\n';
+    m_left->setText(tr("%1 could not be computed...").arg(toQt(groupedCount(left))));
     m_left->setToolTip(list.trimmed());
     m_left->setVisible(left > 0);
 }
@@ -362,8 +356,8 @@ std::string StudyPage::footLine() const {
 }
 
 chart::ui::Picture StudyPage::picture() const {
-    auto picture = m_chart->picture(fromQt(m_title) + " - " + m_subject.name,
-                                    toQt(m_result.headline), m_foot->text());
+    auto picture = pictureOf(m_result.drawing, fromQt(m_title) + " - " + m_subject.name,
+                             pictureSource(m_subject.name, m_result.tally, m_result.stopped));
     picture.caseName = m_subject.name;
     return picture;
 }

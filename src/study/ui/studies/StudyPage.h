@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/Result.h"
+#include "study/output/headlines.h"
 #include "study/tally.h"
 #include "study/ui/studies/Background.h"
 #include "study/ui/studies/exportRecord.h"

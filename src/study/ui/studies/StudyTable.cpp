@@ -158,13 +158,6 @@ RowOrder sortedBy(const StudyTable& table, std::size_t column, bool descending,
                                         : sortedByNumber(table, column, descending, stop);
 }
 
-std::string grouped(std::size_t number) {
-    std::string text = std::to_string(number);
-    for (std::size_t at = text.size(); at > 3; at -= 3)
-        text.insert(at - 3, ",");
-    return text;
-}
-
 std::string shownCell(const StudyTable& table, std::size_t row, std::size_t column) {
     StudyCell cell = table.cell(row, column);
     if (const auto* number = std::get_if<double>(&cell))

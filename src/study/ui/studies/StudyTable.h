@@ -44,9 +44,6 @@ using RowOrder = std::vector<std::uint32_t>;
 RowOrder sortedBy(const StudyTable& table, std::size_t column, bool descending,
                   const std::stop_token& stop = {});
 
-/// A number of many digits as it is read: "1,000,000".
-std::string grouped(std::size_t number);
-
 /// What the screen shows of a cell.
 std::string shownCell(const StudyTable& table, std::size_t row, std::size_t column);
 

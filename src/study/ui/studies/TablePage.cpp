@@ -30,7 +30,7 @@ constexpr std::size_t RowsOnOneThread = 50'000;
 } // namespace
 
 TablePage::TablePage(PageActions actions, QWidget* parent)
-    : StudyPage("Table", tr("Table of Values"), tr("data table"), std::move(actions), parent) {
+    : StudyPage("Table", tr(SweepTitle), tr("data table"), std::move(actions), parent) {
     makeFields();
 }
 
@@ -266,21 +266,15 @@ Result<StudyPage::Compute> TablePage::read() {
     if (request.outcomes.empty())
         return Fault{"Check a result in the list", fromQt(m_outcomes->objectName())};
     asked.suggested = m_suggested->isChecked();
-    const SweepRequest shownRequest = request;
-    bool hidden = false;
+    std::vector<std::optional<double>> levels;
     if (asked.suggested) {
-        if (const auto margin = request.outcomes[0].marginToSuggested()) {
-            request.outcomes.push_back(*margin);
-            asked.level = 0;
-            hidden = true;
-        }
+        levels.emplace_back(std::nullopt);
     } else if (!m_level->text().trimmed().isEmpty()) {
         const auto level = numberIn(*m_level);
         if (!level) return level.fault();
         asked.level = *level;
+        levels.emplace_back(*level);
     }
-    const std::optional<double> level = asked.level;
-    if (hidden) asked.level.reset();
     if (isEdited()) settings().table = asked;
     std::size_t rows = 1;
     for (const SweepAxis& axis : request.axes)
@@ -288,7 +282,7 @@ Result<StudyPage::Compute> TablePage::read() {
                               : std::min(rows * axis.values.size(), MostSweepRows + 1);
     const unsigned threads =
         rows > RowsOnOneThread ? std::max(1U, std::thread::hardware_concurrency()) : 1;
-    return Compute([request, run = asking(shownRequest, threads), threads, level, hidden,
+    return Compute([request, run = asking(request, threads), threads, levels,
                     base = subject().current, rounding = subject().RoundTELVOSF,
                     done = progress()](const std::stop_token& stop) -> Result<StudyResult> {
         auto made =
@@ -296,7 +290,7 @@ Result<StudyPage::Compute> TablePage::read() {
                 done->store(static_cast<int>(100 * of / std::max<std::size_t>(all, 1)));
             });
         if (!made) return made.fault();
-        StudyResult result = sweepResult(std::move(*made), base, level, hidden);
+        StudyResult result = sweepResult(std::make_shared<const Sweep>(std::move(*made)), levels);
         if (!result.stopped) result.asked = run;
         return result;
     });

@@ -51,9 +51,8 @@ class TablePage : public StudyPage {
 };
 
 /// What a table of values shows.
-/// Given: level  of the contour of the first outcome; of the last one, which is not shown, where
-///               `hidden` is set
-StudyResult sweepResult(Sweep made, const project::ProjectCase& base, std::optional<double> level,
-                        bool hidden);
+/// Given: levels  lines of the picture, as sweepLines() takes them
+StudyResult sweepResult(std::shared_ptr<const Sweep> sweep,
+                        const std::vector<std::optional<double>>& levels);
 
 } // namespace telvo::study::ui

@@ -6,7 +6,9 @@
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
+#include "study/output/factors.h"
 #include "study/questions/rangeText.h"
+#include "study/ui/drawings/studyDrawings.h"
 #include "study/ui/studies/choices.h"
 
 #include <algorithm>
@@ -24,7 +26,7 @@ using telvo::ui::NumberEdit;
 using telvo::ui::toQt;
 
 TornadoPage::TornadoPage(PageActions actions, QWidget* parent)
-    : StudyPage("Tornado", tr("What Matters"), tr("tornado"), std::move(actions), parent) {
+    : StudyPage("Tornado", tr(TornadoTitle), tr("tornado"), std::move(actions), parent) {
     makeFields();
     editCells();
 }
@@ -188,7 +190,7 @@ void TornadoPage::makeFields() {
             select(m_tornado->bars[*row].variable);
     });
     connect(&chart(), &StudyChart::pointed, this, [this](std::size_t id) {
-        const std::size_t row = id / 4;
+        const std::size_t row = id / TornadoEnds;
         if (m_tornado && row < m_tornado->bars.size()) select(m_tornado->bars[row].variable);
     });
 }
@@ -293,16 +295,17 @@ Result<StudyPage::Compute> TornadoPage::read() {
                        const std::stop_token&) -> Result<StudyResult> {
         auto made = tornado(base, request);
         if (!made) return made.fault();
-        const auto limit = suggestedFor(base, request.outcome, rounding);
-        auto shared = std::make_shared<const Tornado>(std::move(*made));
-        StudyResult result = tornadoResult(shared, base, request, spider, limit);
+        StudyResult result = tornadoResult(
+            std::make_shared<const TornadoAnswer>(TornadoAnswer{base, request, std::move(*made)}),
+            spider, suggestedFor(base, request.outcome, rounding));
         result.asked = asked;
         return result;
     });
 }
 
 void TornadoPage::shown() {
-    m_tornado = std::static_pointer_cast<const Tornado>(result().made);
+    const auto answer = std::static_pointer_cast<const TornadoAnswer>(result().made);
+    m_tornado = {answer, &answer->made};
     m_refusedCell.reset();
     const auto edited = std::exchange(m_editedCell, std::nullopt);
     for (std::size_t row = 0; edited && row < m_tornado->bars.size(); ++row)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "study/questions/tornado.h"
+#include "study/output/StudyAnswer.h"
 #include "study/ui/studies/StudyPage.h"
 
 class QComboBox;
@@ -59,8 +59,9 @@ class TornadoPage : public StudyPage {
 /// Columns of the table that are edited.
 inline constexpr int TornadoRangeColumn = 1, TornadoFromColumn = 3, TornadoToColumn = 4;
 
-/// The result of a page, for the tests and for whoever draws it elsewhere.
-StudyResult tornadoResult(std::shared_ptr<const Tornado> tornado, const project::ProjectCase& base,
-                          const TornadoRequest& request, bool spider, std::optional<double> limit);
+/// What the page shows.
+/// Given: suggested  factor of the warnings, where the outcome has one
+StudyResult tornadoResult(std::shared_ptr<const TornadoAnswer> answer, bool spider,
+                          std::optional<double> suggested);
 
 } // namespace telvo::study::ui

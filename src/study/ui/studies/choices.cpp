@@ -1,13 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "study/ui/studies/choices.h"
 
-#include "base/numbers.h"
 #include "base/ui/Form.h"
 #include "base/ui/qtText.h"
-#include "engine/driver.h"
-#include "engine/questions.h"
 #include "study/questions/ranges.h"
-#include "study/Runner.h"
 
 #include <QStandardItemModel>
 
@@ -108,34 +104,6 @@ std::optional<Outcome> OutcomeBox::outcome() const {
 void OutcomeBox::choose(const std::string& name) {
     const QSignalBlocker quiet(this);
     if (const int at = findData(toQt(name)); at >= 0) setCurrentIndex(at);
-}
-
-std::string spanText(const Variable& variable, const Span& span, std::int16_t units) {
-    return generalNumber(span.low, 6) + " .. " + variable.text(span.high, units, 6);
-}
-
-std::optional<double> suggestedFor(const project::ProjectCase& base, const Outcome& outcome,
-                                   int RoundTELVOSF) {
-    const auto margin = outcome.marginToSuggested();
-    if (!margin) return std::nullopt;
-    const engine::Frame frame = engine::frameOf(base.Input, base.Units, engine::DevelopmentLoad);
-    const Runner runner(base, project::Field::DepthCover, {outcome, *margin},
-                        engine::lastPass(frame.AnalysisCase, base.Input.ExtentActiveGob),
-                        RoundTELVOSF);
-    const Sample own = runner.own();
-    if (!own.computed) return std::nullopt;
-    // 1.5 less a rounding of the difference
-    return roundHalfEven2(own.values[0] - own.values[1]);
-}
-
-std::optional<double> ownValueOf(const project::ProjectCase& base, const Outcome& outcome) {
-    const engine::Frame frame = engine::frameOf(base.Input, base.Units, engine::DevelopmentLoad);
-    if (!outcome.isDefined(frame, base.Input)) return std::nullopt;
-    const Runner runner(base, project::Field::DepthCover, {outcome},
-                        engine::lastPass(frame.AnalysisCase, base.Input.ExtentActiveGob));
-    const Sample own = runner.own();
-    if (!own.computed) return std::nullopt;
-    return own.values[0];
 }
 
 } // namespace telvo::study::ui

@@ -35,15 +35,4 @@ class OutcomeBox : public QComboBox {
     void choose(const std::string& name);
 };
 
-/// The range of an input in words: "826.2 .. 973.8 ft".
-std::string spanText(const Variable& variable, const Span& span, std::int16_t units);
-
-/// The factor that the warnings suggest for a case; nothing for what is no such factor and where
-/// the case cannot be computed.
-std::optional<double> suggestedFor(const project::ProjectCase& base, const Outcome& outcome,
-                                   int RoundTELVOSF);
-
-/// The value of an outcome in a case; nothing where it has none.
-std::optional<double> ownValueOf(const project::ProjectCase& base, const Outcome& outcome);
-
 } // namespace telvo::study::ui

@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Table and picture of cases side by side.
+// Table of cases side by side.
 #include "base/files.h"
-#include "base/numbers.h"
-#include "base/ui/qtText.h"
-#include "engine/driver.h"
 #include "project/CaseFile.h"
-#include "study/output/factors.h"
-#include "study/ui/studies/caseBars.h"
+#include "study/ui/drawings/caseBars.h"
 #include "study/ui/studies/ComparePage.h"
 
 #include <algorithm>
 
 namespace telvo::study::ui {
-
-using telvo::ui::toQt;
 
 namespace {
 
@@ -96,66 +90,6 @@ CaseChoice choiceOfCompared(const ComparedCase& one) {
     return {one.name, [current = one.current] { return current; }};
 }
 
-Drawing compareDrawing(const ComparedCases& all) {
-    const auto drawn = drawnOutcomes(all.outcomes);
-    CaseBars bars =
-        barsFor(all.outcomes, drawn, all.comparison.cases[all.comparison.base].current.Units);
-    for (const ComparedCase& one : all.comparison.cases) {
-        CaseBars::Group& group = bars.groups.emplace_back();
-        group.name = one.name;
-        group.note = one.message;
-        if (!one.run) continue;
-        for (const std::size_t which : drawn) {
-            const Outcome& outcome = all.outcomes[which];
-            const bool has = outcome.isDefined(one.run->in, one.current.Input);
-            group.values.push_back(
-                has ? std::optional(outcome.of(one.run->results, one.run->in, one.current.Input))
-                    : std::nullopt);
-        }
-    }
-    return drawingOf(std::move(bars));
-}
-
-std::string compareHeadline(const ComparedCases& all) {
-    const Comparison& comparison = all.comparison;
-    std::size_t inputs = 0;
-    for (const ComparedRow& row : comparison.rows)
-        if (row.differs && row.kind == ComparedRow::Kind::Input) ++inputs;
-    const ComparedCase& base = comparison.cases[comparison.base];
-    std::string text = std::to_string(comparison.cases.size()) + " cases, which differ in " +
-                       (inputs == 0   ? std::string("no input")
-                        : inputs == 1 ? std::string("one input")
-                                      : std::to_string(inputs) + " inputs");
-    const Outcome& outcome = all.outcomes.front();
-    const auto value = [&](const ComparedCase& one) -> std::optional<double> {
-        if (!one.run || !outcome.isDefined(one.run->in, one.current.Input)) return std::nullopt;
-        return outcome.of(one.run->results, one.run->in, one.current.Input);
-    };
-    const ComparedCase *least = nullptr, *most = nullptr;
-    for (const ComparedCase& one : comparison.cases) {
-        if (!value(one)) continue;
-        if (!least || *value(one) < *value(*least)) least = &one;
-        if (!most || *value(one) > *value(*most)) most = &one;
-    }
-    if (!least) return text + ".";
-    const std::int16_t units = base.current.Units;
-    text += ". " + outcome.label() + ": ";
-    if (*value(*least) == *value(*most)) return text + outcome.text(*value(*least), units) + ".";
-    return text + outcome.text(*value(*least), units) + " in \"" + least->name + "\" to " +
-           outcome.text(*value(*most), units) + " in \"" + most->name + "\".";
-}
-
-/// The factors that any of the cases has; what decides in the base comes first.
-std::vector<Outcome> comparedOutcomes(const Comparison& comparison) {
-    std::vector<Outcome> all = {defaultOutcome(comparison.cases[comparison.base].current)};
-    for (const ComparedCase& one : comparison.cases)
-        for (const Outcome& outcome : factorsOf(one.current))
-            if (std::none_of(all.begin(), all.end(),
-                             [&](const Outcome& known) { return known.name() == outcome.name(); }))
-                all.push_back(outcome);
-    return all;
-}
-
 } // namespace
 
 std::optional<std::size_t> ComparedCases::caseAt(int column) const {
@@ -191,19 +125,17 @@ Result<StudyResult> compareResult(const CompareOrder& order) {
         if (!order.onlyDifferences || made.comparison.rows[i].differs) made.rows.push_back(i);
     for (std::size_t i = 0; i < made.comparison.cases.size(); ++i)
         if (i != made.comparison.base) made.others.push_back(i);
-    made.outcomes = comparedOutcomes(made.comparison);
     const auto all = std::make_shared<const ComparedCases>(std::move(made));
 
     StudyResult result;
-    result.headline = compareHeadline(*all);
     result.remark = remark;
     result.tally.runs = all->comparison.cases.size();
     for (const ComparedCase& one : all->comparison.cases)
         if (!one.run) result.tally.leaveOut(one.name + ": " + one.message);
     result.made = all;
     result.table = compareTable(all);
-    result.drawing = compareDrawing(*all);
-    result.drawing.summary = toQt(result.headline);
+    result.drawing = compareDrawing(all->comparison, comparedOutcomes(all->comparison));
+    result.headline = result.drawing.headline;
     result.ofRow = [all](std::size_t, int column) {
         std::vector<CaseChoice> choices;
         const auto first = all->caseAt(column);

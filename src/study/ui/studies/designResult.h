@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "study/questions/designChart.h"
+#include "study/output/StudyAnswer.h"
 #include "study/ui/studies/StudyPage.h"
 
 namespace telvo::study::ui {
 
 /// What a design chart shows.
-StudyResult designResult(DesignChart made, const project::ProjectCase& base,
-                         const DesignChartRequest& request);
+StudyResult designResult(std::shared_ptr<const DesignAnswer> answer);
 
 } // namespace telvo::study::ui

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 //
-// Table and picture of scenarios.
+// Table of scenarios.
 #include "base/numbers.h"
 #include "base/text.h"
-#include "base/ui/qtText.h"
 #include "project/fieldNames.h"
 #include "project/fieldText.h"
 #include "study/output/StudyOutput.h"
 #include "study/questions/ranges.h"
-#include "study/ui/studies/caseBars.h"
+#include "study/ui/drawings/caseBars.h"
 #include "study/ui/studies/ScenariosPage.h"
 #include "table/columns.h"
 
@@ -17,13 +16,11 @@
 namespace telvo::study::ui {
 
 using project::FieldId;
-using telvo::ui::toQt;
 
 namespace {
 
 using SheetPtr = std::shared_ptr<const ScenarioSheet>;
 
-constexpr auto CaseRowName = "(the case)";
 constexpr auto WorstRowName = "(worst of all)";
 
 /// "One active section and two side gobs" for the same in capitals.
@@ -110,7 +107,7 @@ StudyCell outcomeCell(const ScenarioSheet& sheet, std::size_t row, std::size_t w
 
 StudyCell scenarioCell(const ScenarioSheet& sheet, std::size_t row, int column) {
     if (column == 0) {
-        if (row == 0) return CaseRowName;
+        if (row == 0) return CaseItself;
         const ScenarioDraft* draft = sheet.draftAt(row);
         if (!draft) return WorstRowName;
         const auto* refused = draft->refusedAt(std::nullopt);
@@ -141,45 +138,24 @@ std::vector<CaseChoice> scenarioChoicesAt(const ScenarioSheet& sheet, std::size_
     return {choiceOf(sheet.made.rows[*sheet.made.worst[*which]])};
 }
 
-Drawing scenarioDrawing(const ScenarioSheet& sheet) {
-    const auto drawn = drawnOutcomes(sheet.outcomes);
-    CaseBars bars = barsFor(sheet.outcomes, drawn, sheet.base.Units);
+Drawing drawingOf(const ScenarioSheet& sheet) {
+    std::vector<DrawnCase> cases;
     for (std::size_t row = 0; row + 1 < sheet.rows(); ++row) {
-        CaseBars::Group& group = bars.groups.emplace_back();
-        group.name = std::get<std::string>(scenarioCell(sheet, row, 0));
+        DrawnCase& drawn = cases.emplace_back();
+        drawn.name = std::get<std::string>(scenarioCell(sheet, row, 0));
         const ScenarioRow* result = sheet.resultAt(row);
         if (!result || !result->run)
-            group.note = scenarioRemark(sheet, row);
+            drawn.note = scenarioRemark(sheet, row);
         else
-            for (const std::size_t which : drawn)
-                group.values.push_back(result->outcomes[which]);
+            drawn.values = result->outcomes;
     }
-    return drawingOf(std::move(bars));
-}
-
-std::string scenarioHeadline(const ScenarioSheet& sheet) {
-    if (sheet.drafts.empty())
-        return "No scenario yet. Add one, add the inputs that differ, and enter their values.";
-    const Outcome& first = sheet.outcomes.front();
-    const auto& own = sheet.made.rows.front().outcomes.front();
-    const std::int16_t units = sheet.base.Units;
-    std::string text = first.label() + (own ? " " + first.text(*own, units) + " in the case"
-                                            : " not computed in the case");
-    const auto& worst = sheet.made.worst.front();
-    if (worst && *worst > 0)
-        text += "; worst in \"" + sheet.made.rows[*worst].name +
-                "\": " + first.text(*sheet.made.rows[*worst].outcomes.front(), units);
-    else if (worst && own)
-        text += "; no scenario is worse";
-    std::size_t without = 0;
-    for (std::size_t row = 1; row + 1 < sheet.rows(); ++row) {
-        const ScenarioRow* one = sheet.resultAt(row);
-        if (!one || !one->run) ++without;
-    }
-    if (without > 0)
-        text += ". " + std::to_string(without) + " of " + std::to_string(sheet.drafts.size()) +
-                " scenarios could not be computed";
-    return text + ".";
+    Drawing drawing = caseDrawing(sheet.outcomes, std::move(cases), sheet.base.Units);
+    drawing.headline =
+        sheet.drafts.empty()
+            ? "No scenario yet. Add one, add the inputs that differ, and enter their values."
+            : scenarioHeadline({sheet.outcomes, sheet.made},
+                               sheet.drafts.size() + 1 - sheet.made.rows.size());
+    return drawing;
 }
 
 } // namespace
@@ -295,7 +271,6 @@ Result<StudyResult> scenarioResult(ScenarioSheet sheet, int RoundTELVOSF) {
     sheet.made = std::move(*made);
     const auto shared = std::make_shared<const ScenarioSheet>(std::move(sheet));
     StudyResult result;
-    result.headline = scenarioHeadline(*shared);
     result.tally.runs = shared->drafts.size() + 1;
     for (std::size_t row = 0; row + 1 < shared->rows(); ++row) {
         const ScenarioRow* one = shared->resultAt(row);
@@ -303,8 +278,8 @@ Result<StudyResult> scenarioResult(ScenarioSheet sheet, int RoundTELVOSF) {
     }
     result.made = shared;
     result.table = scenarioTable(shared);
-    result.drawing = scenarioDrawing(*shared);
-    result.drawing.summary = toQt(result.headline);
+    result.drawing = drawingOf(*shared);
+    result.headline = result.drawing.headline;
     result.ofRow = [shared](std::size_t row, int column) {
         return scenarioChoicesAt(*shared, row, column);
     };

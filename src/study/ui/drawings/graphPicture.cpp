@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "chart/ui/paintPlot.h"
-#include "study/ui/GraphChart.h"
+#include "study/ui/drawings/GraphChart.h"
 
 #include <QApplication>
 

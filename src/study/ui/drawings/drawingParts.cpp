@@ -1,12 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "study/ui/studies/drawingParts.h"
+#include "study/ui/drawings/drawingParts.h"
 
 #include "base/ui/qtText.h"
+#include "engine/quantities.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace telvo::study::ui {
+
+namespace {
+
+QString titleWithUnit(const std::string& label, std::string_view unit) {
+    return telvo::ui::toQt(unit.empty() ? label : label + " (" + std::string(unit) + ")");
+}
+
+} // namespace
 
 QCPCurve* addLine(QCustomPlot& chart, const QString& name, const std::vector<Stretch>& pieces,
                   const QPen& pen) {
@@ -68,6 +77,10 @@ void addKeyEntry(QCustomPlot& chart, const QString& text, const QPen& pen) {
     key->addToLegend();
 }
 
+void addKeyBox(QCustomPlot& chart, const QString& text, const QColor& color) {
+    addKeyEntry(chart, text, QPen(color, 6));
+}
+
 void Extent::take(double x, double y) {
     if (std::isnan(x) || std::isnan(y)) return;
     x0 = std::min(x0, x);
@@ -93,8 +106,24 @@ void Extent::apply(QCustomPlot& chart) const {
     set(*chart.yAxis, y0, y1, 0.06);
 }
 
-QString axisTitle(const std::string& label, std::string_view unit) {
-    return telvo::ui::toQt(unit.empty() ? label : label + " (" + std::string(unit) + ")");
+QString inputTitle(const Variable& variable, std::int16_t units) {
+    return titleWithUnit(variable.label(), variable.unit(units));
+}
+
+QString outcomeTitle(const Outcome& outcome, std::int16_t units) {
+    return titleWithUnit(outcome.label(), engine::unitName(outcome.kind(), units));
+}
+
+QString outcomesTitle(const std::vector<Outcome>& outcomes, std::int16_t units) {
+    const Outcome& first = outcomes.front();
+    if (outcomes.size() == 1) return outcomeTitle(first, units);
+    return titleWithUnit(first.kind() == engine::Kind::Factor ? "Stability factor" : "Result",
+                         engine::unitName(first.kind(), units));
+}
+
+std::string asSentence(std::string text) {
+    if (!text.ends_with('.')) text += '.';
+    return text;
 }
 
 } // namespace telvo::study::ui

@@ -1,21 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "chart/ui/customPlot.h"
-#include "chart/ui/picture.h"
 #include "study/graph/graphReading.h"
+#include "study/ui/drawings/Drawing.h"
 
-#include <QPalette>
 #include <vector>
 
 namespace telvo::study::ui {
-
-/// What a graph's texts and lines are made with.
-struct ChartInk {
-    QPalette palette;
-    QFont font;
-    double pointsToPixels = 1; ///< pixels of a point, for symbols
-};
 
 /// A parametric graph as a chart: every piece of a curve is a series of its own, so that a jump is
 /// a gap with a dotted connector between an open and a closed end. Titles above, limits labelled at
@@ -69,7 +60,7 @@ class GraphChart : public QCustomPlot {
     void placeLabels();
     void placeLimitLabels();
     void placeOwnLabels();
-    std::vector<QPointF> inkedPoints() const;
+    std::vector<GraphPoint> drawnInk() const; ///< in pixels
 
     SfGraph m_graph;
     std::string m_caption;

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "study/ui/GraphChart.h"
+#include "study/ui/drawings/GraphChart.h"
 
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
 #include "chart/ui/chartParts.h"
 #include "report/sections.h"
+#include "study/graph/graphLabels.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace telvo::study::ui {
@@ -308,123 +308,48 @@ void GraphChart::placeLimitLabels() {
     }
     std::sort(labels.begin(), labels.end(),
               [](const auto* a, const auto* b) { return a->end.y > b->end.y; });
-    const auto height = [&](const LimitLabel* label) {
-        return metrics.size(0, label->item->text()).height();
-    };
-    std::vector<double> tops;
-    double free = plot.top() - metrics.height() / 2;
-    for (const LimitLabel* label : labels) {
-        tops.push_back(std::max(free, yAxis->coordToPixel(label->end.y) - height(label) / 2.0));
-        free = tops.back() + height(label) + 0.4 * metrics.height(); // labels keep apart
-    }
-    double bottom = plot.bottom() + metrics.height() / 2;
-    for (std::size_t i = labels.size(); i-- > 0;) {
-        tops[i] = std::min(tops[i], bottom - height(labels[i]));
-        bottom = tops[i] - 0.4 * metrics.height();
-        labels[i]->item->position->setCoords(plot.right() + metrics.height() / 2.0, tops[i]);
-    }
+    std::vector<EndLabel> ends;
+    for (const LimitLabel* label : labels)
+        ends.push_back({yAxis->coordToPixel(label->end.y),
+                        static_cast<double>(metrics.size(0, label->item->text()).height())});
+    const double half = metrics.height() / 2.0;
+    const auto tops =
+        columnTops(ends, plot.top() - half, plot.bottom() + half, 0.4 * metrics.height());
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        labels[i]->item->position->setCoords(plot.right() + half, tops[i]);
 }
 
-std::vector<QPointF> GraphChart::inkedPoints() const {
-    std::vector<QPointF> inked;
+std::vector<Pixel> GraphChart::drawnInk() const {
+    std::vector<Pixel> ink;
     for (int i = 0; i < graphCount(); ++i) {
         const QCPGraph& series = *graph(i);
-        std::optional<QPointF> before;
-        for (const QCPGraphData& point : *series.data()) {
-            const QPointF at(xAxis->coordToPixel(point.key), yAxis->coordToPixel(point.value));
-            const QPointF way = before ? at - *before : QPointF();
-            const double length = std::min(std::hypot(way.x(), way.y()), 4000.0);
-            for (double done = 0; before && done < length; done += CoverPixels)
-                inked.push_back(*before + way * (done / length));
-            inked.push_back(at);
-            before.reset();
-            if (series.lineStyle() != QCPGraph::lsNone) before = at;
-        }
+        std::vector<Pixel> points;
+        for (const QCPGraphData& point : *series.data())
+            points.push_back({xAxis->coordToPixel(point.key), yAxis->coordToPixel(point.value)});
+        if (series.lineStyle() == QCPGraph::lsNone)
+            ink.insert(ink.end(), points.begin(), points.end());
+        else
+            addInk(ink, points, CoverPixels);
     }
-    return inked;
+    return ink;
 }
 
-namespace {
-
-double distanceTo(const QRectF& box, QPointF point) {
-    return std::hypot(std::max({box.left() - point.x(), point.x() - box.right(), 0.0}),
-                      std::max({box.top() - point.y(), point.y() - box.bottom(), 0.0}));
-}
-
-/// Where a label of a size may stand beside its mark: at its corners, above, below, beside it.
-std::vector<QRectF> placesBeside(QPointF at, QSizeF size, double away) {
-    std::vector<QRectF> places;
-    for (const auto [x, y] :
-         {std::array{1, -1}, std::array{-1, -1}, std::array{1, 1}, std::array{-1, 1},
-          std::array{0, -1}, std::array{0, 1}, std::array{1, 0}, std::array{-1, 0}}) {
-        // In the middle a little farther away than at the corners.
-        const double gap = x == 0 || y == 0 ? 1.6 * away : away;
-        const auto shift = [gap](int side, double length) {
-            return side > 0 ? gap : side < 0 ? -gap - length : -length / 2;
-        };
-        places.emplace_back(at + QPointF(shift(x, size.width()), shift(y, size.height())), size);
-    }
-    return places;
-}
-
-} // namespace
-
-/// Beside their points, where the labels cover least of curves, marks and each other. A label never
-/// stands nearer to the mark of another curve than to its own: it would be read as the other's.
 void GraphChart::placeOwnLabels() {
-    if (m_ownLabels.empty()) return;
-    const std::vector<QPointF> inked = inkedPoints();
+    std::vector<MarkLabel> labels;
+    for (const OwnLabel& label : m_ownLabels) {
+        const QSizeF size =
+            QFontMetricsF(label.item->font()).size(0, label.item->text()) + QSizeF(5, 0);
+        labels.push_back({{xAxis->coordToPixel(label.at.x), yAxis->coordToPixel(label.at.y)},
+                          size.width(),
+                          size.height()});
+    }
     const QRectF plot = axisRect()->rect();
     const double away =
         0.4 * OwnMarkScale * std::max<double>(m_options.SymbolSize, 5) * m_ink.pointsToPixels;
-    struct Choice {
-        QPointF mark;
-        std::vector<QRectF> places;
-        std::vector<double> costs; ///< of what lies below each place
-    };
-    std::vector<Choice> choices;
-    for (const OwnLabel& label : m_ownLabels) {
-        Choice choice;
-        choice.mark = {xAxis->coordToPixel(label.at.x), yAxis->coordToPixel(label.at.y)};
-        const QSizeF size =
-            QFontMetricsF(label.item->font()).size(0, label.item->text()) + QSizeF(5, 0);
-        choice.places = placesBeside(choice.mark, size, away);
-        for (const QRectF& box : choice.places)
-            choice.costs.push_back((plot.contains(box) ? 0 : 1000) +
-                                   static_cast<double>(std::count_if(
-                                       inked.begin(), inked.end(),
-                                       [&](const QPointF& p) { return box.contains(p); })));
-        choices.push_back(std::move(choice));
-    }
-    // There are two curves at most, so that all pairs of places can be weighed.
-    constexpr double misread = 1e6, covering = 5e5;
-    const auto costOf = [&](std::size_t label, const QRectF& box) {
-        double cost = 0;
-        for (std::size_t other = 0; other < choices.size(); ++other)
-            if (other != label &&
-                distanceTo(box, choices[other].mark) <= distanceTo(box, choices[label].mark))
-                cost += choices[other].mark == choices[label].mark ? 0 : misread;
-        return cost;
-    };
-    const Choice& first = choices.front();
-    const Choice* second = choices.size() > 1 ? &choices[1] : nullptr;
-    double least = HUGE_VAL;
-    std::size_t bestFirst = 0, bestSecond = 0;
-    for (std::size_t i = 0; i < first.places.size(); ++i) {
-        const double cost = first.costs[i] + costOf(0, first.places[i]);
-        for (std::size_t j = 0; j < (second ? second->places.size() : 1); ++j) {
-            double both = cost;
-            if (second)
-                both += second->costs[j] + costOf(1, second->places[j]) +
-                        (second->places[j].intersects(first.places[i]) ? covering : 0);
-            if (both >= least) continue;
-            least = both;
-            bestFirst = i;
-            bestSecond = j;
-        }
-    }
-    m_ownLabels[0].item->position->setCoords(first.places[bestFirst].topLeft());
-    if (second) m_ownLabels[1].item->position->setCoords(second->places[bestSecond].topLeft());
+    const auto boxes =
+        labelBoxes(labels, drawnInk(), {plot.x(), plot.y(), plot.width(), plot.height()}, away);
+    for (std::size_t i = 0; i < boxes.size(); ++i)
+        m_ownLabels[i].item->position->setCoords(boxes[i].left, boxes[i].top);
 }
 
 } // namespace telvo::study::ui

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "study/alongAxis.h"
-#include "study/ui/studies/StudyChart.h"
+#include "study/Outcome.h"
+#include "study/ui/drawings/Drawing.h"
+#include "study/Variable.h"
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -23,6 +26,9 @@ void addMark(QCustomPlot& chart, const QString& name, const GraphPoint& at,
 /// An entry of the key that stands for no line.
 void addKeyEntry(QCustomPlot& chart, const QString& text, const QPen& pen);
 
+/// The same as a box of one color.
+void addKeyBox(QCustomPlot& chart, const QString& text, const QColor& color);
+
 /// Sets the ranges of both axes about points, with a little room.
 struct Extent {
     double x0 = HUGE_VAL, x1 = -HUGE_VAL, y0 = HUGE_VAL, y1 = -HUGE_VAL;
@@ -31,7 +37,13 @@ struct Extent {
     void apply(QCustomPlot& chart) const;
 };
 
-/// "Retreat factor of the panel" with its unit in brackets, for an axis.
-QString axisTitle(const std::string& label, std::string_view unit);
+/// An input or a result with its unit in brackets, for an axis.
+QString inputTitle(const Variable& variable, std::int16_t units);
+QString outcomeTitle(const Outcome& outcome, std::int16_t units);
+/// The same for results of one kind, one or more.
+QString outcomesTitle(const std::vector<Outcome>& outcomes, std::int16_t units);
+
+/// A headline with a period at its end.
+std::string asSentence(std::string text);
 
 } // namespace telvo::study::ui

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "study/ui/studies/caseBars.h"
+#include "study/ui/drawings/caseBars.h"
 
 #include "base/text.h"
 #include "base/ui/qtText.h"
 #include "chart/ui/chartParts.h"
-#include "engine/quantities.h"
+#include "study/ui/drawings/drawingParts.h"
 
 #include <algorithm>
 
@@ -15,6 +15,13 @@ using telvo::ui::toQt;
 namespace {
 
 constexpr std::size_t LongestName = 30; // characters
+
+/// Groups of bars, one per case.
+struct CaseBars {
+    std::vector<Outcome> bars; ///< what each bar of a group shows
+    std::int16_t units = 0;
+    std::vector<DrawnCase> groups; ///< values per bar
+};
 
 struct BarPlace {
     double low, high;
@@ -49,7 +56,7 @@ void composeBars(QCustomPlot& plot, const CaseBars& all, const ChartInk& ink) {
     auto names = QSharedPointer<QCPAxisTickerText>::create();
     double least = 0, most = 0;
     for (std::size_t group = 0; group < all.groups.size(); ++group) {
-        const CaseBars::Group& one = all.groups[group];
+        const DrawnCase& one = all.groups[group];
         names->addTick(groupPlace(all, group), toQt(excerpt(one.name, LongestName)));
         if (!one.note.empty()) addNote(plot, one.note, groupPlace(all, group), ink);
         for (std::size_t bar = 0; bar < one.values.size(); ++bar) {
@@ -67,15 +74,12 @@ void composeBars(QCustomPlot& plot, const CaseBars& all, const ChartInk& ink) {
         }
     }
     for (std::size_t bar = 0; bar < all.bars.size(); ++bar) {
-        QCPGraph* key = plot.addGraph();
-        key->setName(toQt(all.bars[bar]));
-        key->setPen(QPen(studyColor(bar, ink.palette), 6));
-        key->addToLegend();
+        addKeyBox(plot, toQt(all.bars[bar].label()), studyColor(bar, ink.palette));
     }
     const double room = most > least ? 0.05 * (most - least) : 1;
     plot.xAxis->setRange(least < 0 ? least - room : 0, most + room);
     plot.xAxis->grid()->setVisible(true);
-    plot.xAxis->setLabel(toQt(all.axis));
+    plot.xAxis->setLabel(outcomesTitle(all.bars, all.units));
     plot.yAxis->setTicker(names);
     plot.yAxis->setSubTicks(false);
     plot.yAxis->setTickLength(0);
@@ -83,37 +87,29 @@ void composeBars(QCustomPlot& plot, const CaseBars& all, const ChartInk& ink) {
     plot.legend->setVisible(true);
 }
 
-} // namespace
-
-std::vector<std::size_t> drawnOutcomes(const std::vector<Outcome>& outcomes) {
+/// Those results that are drawn: of one kind with the first one, at most so many.
+CaseBars barsOf(const std::vector<Outcome>& outcomes, std::vector<DrawnCase> cases,
+                std::int16_t units) {
     std::vector<std::size_t> drawn;
     for (std::size_t i = 0; i < outcomes.size() && drawn.size() < MostBars; ++i)
         if (outcomes[i].kind() == outcomes.front().kind()) drawn.push_back(i);
-    return drawn;
-}
-
-CaseBars barsFor(const std::vector<Outcome>& outcomes, const std::vector<std::size_t>& drawn,
-                 std::int16_t units) {
-    CaseBars all;
-    std::vector<Outcome> shown;
-    for (const std::size_t i : drawn) {
-        shown.push_back(outcomes[i]);
-        all.bars.push_back(outcomes[i].label());
+    CaseBars all{{}, units, std::move(cases)};
+    for (const std::size_t i : drawn)
+        all.bars.push_back(outcomes[i]);
+    for (DrawnCase& group : all.groups) {
+        std::vector<std::optional<double>> values;
+        for (const std::size_t i : drawn)
+            values.push_back(i < group.values.size() ? group.values[i] : std::nullopt);
+        group.values = std::move(values);
     }
-    const Outcome& first = shown.front();
-    const std::string unit(engine::unitName(first.kind(), units));
-    const std::string label = shown.size() == 1                      ? first.label()
-                              : first.kind() == engine::Kind::Factor ? "Stability factor"
-                                                                     : "Result";
-    all.axis = unit.empty() ? label : label + " (" + unit + ")";
-    all.text = [shown, units](double value, std::size_t bar) {
-        return shown[bar].text(value, units);
-    };
     return all;
 }
 
-Drawing drawingOf(CaseBars bars) {
-    const auto all = std::make_shared<const CaseBars>(std::move(bars));
+} // namespace
+
+Drawing caseDrawing(const std::vector<Outcome>& outcomes, std::vector<DrawnCase> cases,
+                    std::int16_t units) {
+    const auto all = std::make_shared<const CaseBars>(barsOf(outcomes, std::move(cases), units));
     Drawing drawing;
     drawing.compose = [all](QCustomPlot& plot, const ChartInk& ink) {
         composeBars(plot, *all, ink);
@@ -124,13 +120,38 @@ Drawing drawingOf(CaseBars bars) {
                 drawing.spots.push_back(
                     {*value, barPlaceIn(*all, group, bar).middle(), group * MostBars + bar});
     drawing.tip = [all](std::size_t id) {
-        const CaseBars::Group& group = all->groups[id / MostBars];
-        const std::size_t bar = id % MostBars;
-        return toQt(group.name + "\n" + all->bars[bar] + " " + all->text(*group.values[bar], bar));
+        const DrawnCase& group = all->groups[id / MostBars];
+        const Outcome& outcome = all->bars[id % MostBars];
+        return toQt(group.name + "\n" + outcome.label() + " " +
+                    outcome.text(*group.values[id % MostBars], all->units));
     };
     const auto lines = 1.4 * static_cast<double>(all->groups.size()) *
                        std::max(1.0, 0.5 * static_cast<double>(all->bars.size()));
     drawing.linesOfText = static_cast<int>(lines) + 6;
+    return drawing;
+}
+
+Drawing compareDrawing(const Comparison& comparison, const std::vector<Outcome>& outcomes) {
+    std::vector<DrawnCase> cases;
+    for (const ComparedCase& one : comparison.cases) {
+        DrawnCase& drawn = cases.emplace_back(DrawnCase{one.name, {}, one.message});
+        if (!one.run) continue;
+        for (const Outcome& outcome : outcomes)
+            drawn.values.push_back(valueIn(one, outcome));
+    }
+    Drawing drawing =
+        caseDrawing(outcomes, std::move(cases), comparison.cases[comparison.base].current.Units);
+    drawing.headline = compareHeadline(comparison, outcomes.front());
+    return drawing;
+}
+
+Drawing scenarioDrawing(const ScenarioAnswer& answer) {
+    std::vector<DrawnCase> cases;
+    for (const ScenarioRow& row : answer.made.rows)
+        cases.push_back({row.name.empty() ? CaseItself : row.name, row.outcomes, row.message});
+    Drawing drawing =
+        caseDrawing(answer.outcomes, std::move(cases), answer.made.rows.front().current.Units);
+    drawing.headline = scenarioHeadline(answer);
     return drawing;
 }
 
