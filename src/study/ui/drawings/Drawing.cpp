@@ -102,7 +102,8 @@ chart::ui::Picture pictureOf(const Drawing& drawing, const std::string& name,
                        {chart::ui::paperPalette(), font, chart::ui::ScreenResolution / 72.0});
         double room = page.width() - 4 * PaperPixels;
         if (chart.plotLayout()->columnCount() > 1) // the texts stand above the map, not its scale
-            room -= chart.plotLayout()->element(0, 1)->minimumOuterSizeHint().width();
+            room -=
+                chart.plotLayout()->element(0, 1)->minimumOuterSizeHint().width() + 6 * PaperPixels;
         for (const auto& [text, own] :
              {std::pair{source, font}, std::pair{drawing.headline, titleFont(font)}}) {
             auto* line = new QCPTextElement(
