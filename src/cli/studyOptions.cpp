@@ -122,8 +122,11 @@ void addStudyTarget(CLI::App& command, StudyTarget& target) {
                     "text, csv, json or xlsx; after the ending of the file if not given")
         ->check(CLI::IsMember({"text", "csv", "json", "xlsx"}));
     literal(command.add_option("-o,--output", target.target,
-                               "write to this file instead of the terminal: .txt, .csv, .json, "
-                               ".xlsx, or a picture: .svg, .png, .pdf"))
+                               target.hasPicture
+                                   ? "write to this file instead of the terminal: .txt, .csv, "
+                                     ".json, .xlsx, or a picture: .svg, .png, .pdf"
+                                   : "write to this file instead of the terminal: .txt, .csv, "
+                                     ".json or .xlsx"))
         ->option_text("FILE");
     command.add_flag("--force", target.force, "overwrite existing files");
     command.add_flag("--no-record", target.noRecord,

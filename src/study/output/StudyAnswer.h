@@ -42,8 +42,9 @@ struct ScenarioAnswer {
     Scenarios made;
 };
 
+/// Nothing of a study that has no picture.
 template <typename... Answers>
-using AnyAnswer = std::variant<std::shared_ptr<const Answers>...>;
+using AnyAnswer = std::variant<std::monostate, std::shared_ptr<const Answers>...>;
 using StudyAnswer =
     AnyAnswer<TornadoAnswer, FindAnswer, DesignAnswer, Sweep, ScenarioAnswer, Comparison>;
 
