@@ -5,6 +5,8 @@
 #include "chart/ui/pictureFile.h"
 #include "cli/Console.h"
 #include "cli/ui/drawCase.h"
+#include "study/output/factors.h"
+#include "study/output/StudyOutput.h"
 #include "study/questions/ranges.h"
 #include "studyDesk.h"
 
