@@ -64,7 +64,7 @@ Result<std::vector<std::optional<double>>> parseTargets(std::string_view text) {
         }
     }
     if (targets.empty() || targets.size() > MostTargets)
-        return Fault{"Enter one to six targets with commas, such as 1.3, 1.5, suggested", ""};
+        return Fault{"Enter one to eight targets with commas, such as 1.3, 1.5, suggested", ""};
     return targets;
 }
 

@@ -36,7 +36,7 @@ struct Criterion {
     std::string text() const;
 };
 
-inline constexpr std::size_t MostTargets = 6;
+inline constexpr std::size_t MostTargets = 8;
 
 /// Targets of several criteria: "1.3, 1.5, suggested". Nothing is the suggested factor.
 /// Faults: a text that is no number, none or more than MostTargets

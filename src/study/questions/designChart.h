@@ -13,8 +13,6 @@
 /// Required value of one input over another for several targets.
 namespace telvo::study {
 
-inline constexpr std::size_t MostTargets = 8;
-
 struct DesignChartRequest {
     Variable required;
     Span in;         ///< where to look for it
