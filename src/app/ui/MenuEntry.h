@@ -29,6 +29,8 @@ enum class MenuEntry : std::size_t {
     DesignChart,
     Scenarios,
     Compare,
+    HowSure,
+    ShareCurve,
     Settings,
     Options,
     UnitConversion,

@@ -42,6 +42,8 @@ struct StudySettings {
     std::optional<FindRequest> find;
     std::optional<TableRequest> table;
     std::optional<DesignChartRequest> chart;
+    /// Limits and scatter, of two pages; kept while the program runs, it is in no file.
+    std::optional<AskedUncertainty> uncertainty;
 };
 
 /// Where a study file lies and what it is of.

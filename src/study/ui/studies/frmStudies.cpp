@@ -11,9 +11,12 @@
 #include "study/ui/studies/ComparePage.h"
 #include "study/ui/studies/DesignPage.h"
 #include "study/ui/studies/FindPage.h"
+#include "study/ui/studies/frmScatter.h"
 #include "study/ui/studies/ScenariosPage.h"
+#include "study/ui/studies/ShareCurvePage.h"
 #include "study/ui/studies/TablePage.h"
 #include "study/ui/studies/TornadoPage.h"
+#include "study/ui/studies/UncertaintyPage.h"
 #include "table/caseFiles.h"
 
 #include <algorithm>
@@ -89,6 +92,16 @@ frmStudies::frmStudies(StudyActions actions, const telvo::ui::FormServices& serv
     addPage(new DesignPage(pages, m_stack));
     addPage(new ScenariosPage(pages, m_stack));
     addPage(new ComparePage(pages, m_stack));
+    addPage(new UncertaintyPage(
+        pages,
+        [this](const project::ProjectCase& base, AskedUncertainty& asked) {
+            frmScatter form(base, asked, this->services(), this);
+            if (form.exec() != QDialog::Accepted) return false;
+            asked = form.asked();
+            return true;
+        },
+        m_stack));
+    addPage(new ShareCurvePage(pages, m_stack));
 
     auto* middle = new QHBoxLayout;
     middle->addLayout(makeSide());

@@ -17,8 +17,17 @@ class QStackedWidget;
 namespace telvo::study::ui {
 
 /// The pages, in the order of menu and list.
-enum class StudyKind { WhatMatters, TableOfValues, FindValue, DesignChart, Scenarios, Compare };
-inline constexpr std::size_t StudyKinds = 6;
+enum class StudyKind {
+    WhatMatters,
+    TableOfValues,
+    FindValue,
+    DesignChart,
+    Scenarios,
+    Compare,
+    HowSure,
+    ShareCurve
+};
+inline constexpr std::size_t StudyKinds = 8;
 
 /// What the window of the studies has done for it.
 struct StudyActions {
