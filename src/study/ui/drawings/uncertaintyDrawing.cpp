@@ -44,9 +44,25 @@ QCPBars* addBars(QCustomPlot& chart, const QString& objectName, const QString& n
     return bars;
 }
 
-/// Shares of a histogram's bins on both sides of the limit, in percent of the samples.
+/// Samples of each bin that miss the criterion.
+std::vector<std::uint64_t> missesByBin(const UncertaintyAnswer& answer, std::size_t criterion) {
+    const Histogram& histogram = answer.made.criteria[criterion].histogram;
+    const Samples& samples = answer.made.samples;
+    std::vector<std::uint64_t> misses(histogram.counts.size());
+    for (std::size_t s = 0; s < samples.size(); ++s) {
+        if (!answer.made.isComputed(s) || (samples.missed[s] >> criterion & 1U) == 0) continue;
+        const double value = samples.outcomes[criterion][s];
+        const double bin =
+            histogram.width > 0 ? std::floor((value - histogram.first) / histogram.width) : 0;
+        if (bin >= 0 && bin < static_cast<double>(misses.size()))
+            ++misses[static_cast<std::size_t>(bin)];
+    }
+    return misses;
+}
+
+/// Shares of a histogram's bins in percent of the samples: those that miss below those that hold.
 void addHistogram(QCustomPlot& chart, const UncertaintyAnswer& answer, std::size_t criterion,
-                  const ChartInk& ink) {
+                  const std::vector<std::uint64_t>& misses, const ChartInk& ink) {
     const Criterion& asked = answer.request.criteria[criterion];
     const Histogram& histogram = answer.made.criteria[criterion].histogram;
     const auto computed = static_cast<double>(std::accumulate(
@@ -54,29 +70,23 @@ void addHistogram(QCustomPlot& chart, const UncertaintyAnswer& answer, std::size
     const double width =
         histogram.width > 0 ? histogram.width : std::max(std::abs(histogram.first) * 0.02, 1e-9);
     const double from = histogram.width > 0 ? histogram.first : histogram.first - width / 2;
-    QVector<double> x[2], y[2];
+    QVector<double> x, missing, holding;
     double highest = 0;
     for (std::size_t bin = 0; bin < histogram.counts.size(); ++bin) {
-        const double middle = from + (static_cast<double>(bin) + 0.5) * width;
-        const double share = Percent * static_cast<double>(histogram.counts[bin]) / computed;
-        const bool misses =
-            asked.target && (asked.sense == Criterion::Sense::AtLeast ? middle < *asked.target
-                                                                      : middle > *asked.target);
-        x[misses].append(middle);
-        y[misses].append(share);
-        highest = std::max(highest, share);
+        x.append(from + (static_cast<double>(bin) + 0.5) * width);
+        const std::uint64_t missed = std::min(misses[bin], histogram.counts[bin]);
+        missing.append(Percent * static_cast<double>(missed) / computed);
+        holding.append(Percent * static_cast<double>(histogram.counts[bin] - missed) / computed);
+        highest = std::max(highest, missing.back() + holding.back());
     }
-    const QColor plain =
-        chart::ui::mixed(ink.palette.color(QPalette::Base), studyColor(0, ink.palette), 0.6);
-    for (const bool misses : {false, true}) {
-        if (x[misses].isEmpty()) continue;
-        const QString name = !asked.target ? QObject::tr("samples")
-                             : misses      ? QObject::tr("samples that miss")
-                                           : QObject::tr("samples that hold");
-        QCPBars* bars = addBars(chart, misses ? "misses" : "holds", name, width,
-                                misses ? studyColor(1, ink.palette) : plain);
-        bars->setData(x[misses], y[misses], true);
-    }
+    QCPBars* below = addBars(chart, "misses", QObject::tr("samples that miss"), width,
+                             studyColor(1, ink.palette));
+    below->setData(x, missing, true);
+    QCPBars* above = addBars(
+        chart, "holds", QObject::tr("samples that hold"), width,
+        chart::ui::mixed(ink.palette.color(QPalette::Base), studyColor(0, ink.palette), 0.6));
+    above->setData(x, holding, true);
+    above->moveAbove(below);
     const auto bins = static_cast<double>(histogram.counts.size());
     double low = from, high = from + bins * width;
     if (asked.target) {
@@ -88,12 +98,13 @@ void addHistogram(QCustomPlot& chart, const UncertaintyAnswer& answer, std::size
 }
 
 void composeDistribution(QCustomPlot& chart, const UncertaintyAnswer& answer, std::size_t criterion,
-                         const ChartInk& ink) {
+                         const std::vector<std::uint64_t>& misses, const ChartInk& ink) {
     const Criterion& asked = answer.request.criteria[criterion];
     const CriterionShare& share = answer.made.criteria[criterion];
     const QColor text = ink.palette.color(QPalette::Text);
-    addHistogram(chart, answer, criterion, ink);
+    addHistogram(chart, answer, criterion, misses, ink);
     chart.yAxis2->setVisible(true);
+    chart.yAxis2->setTicks(true);
     chart.yAxis2->setTickLabels(true);
     chart.yAxis2->setRange(0, Percent);
     chart.yAxis2->setLabel(QObject::tr("samples up to there (%)"));
@@ -275,8 +286,9 @@ std::string shareSentence(const UncertaintyAnswer& answer, std::size_t criterion
 Drawing distributionDrawing(const UncertaintyPtr& answer, std::size_t criterion) {
     Drawing drawing;
     drawing.headline = shareSentence(*answer, criterion);
-    drawing.compose = [answer, criterion](QCustomPlot& chart, const ChartInk& ink) {
-        composeDistribution(chart, *answer, criterion, ink);
+    drawing.compose = [answer, criterion, misses = missesByBin(*answer, criterion)](
+                          QCustomPlot& chart, const ChartInk& ink) {
+        composeDistribution(chart, *answer, criterion, misses, ink);
     };
     return drawing;
 }
