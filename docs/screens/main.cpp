@@ -295,7 +295,7 @@ void takeStudy(Camera& camera, Desk& desk, const QString& name, const QString& v
     if (!studies) return camera.missed(name);
     studies->resize(1000, 700);
     const auto settled = [&] {
-        for (QDeadlineTimer patience(20'000); !patience.hasExpired();) {
+        for (QDeadlineTimer patience(60'000); !patience.hasExpired();) {
             QApplication::processEvents(QEventLoop::AllEvents, 20);
             if (studies->currentPage().isCurrent()) return true;
         }
