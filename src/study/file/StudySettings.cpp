@@ -175,6 +175,7 @@ void takeStudy(StudySettings& settings, const Study& study, const std::string& f
 StudySettings convertedSettings(const StudySettings& settings, std::int16_t units) {
     const Conversion to(units);
     StudySettings made = settings;
+    made.uncertainty.reset(); // about the case's own values: as it begins is as good in any units
     for (RangedInput& one : made.ranges) {
         if (one.range.form == Range::Form::Percent) continue;
         const Span fine{to.finely(one.variable.kind(), one.range.low),
