@@ -23,12 +23,12 @@ Traced shownFactor(const Traced& factor, int mode) {
 
 namespace {
 
-struct InputSymbol {
+struct TracedInput {
     project::Field field;
     const char* symbol;
     int side = 0;
 };
-constexpr InputSymbol InputSymbols[] = {
+constexpr TracedInput TracedInputs[] = {
     {project::Field::EntryHeight, "h"},
     {project::Field::DepthCover, "H"},
     {project::Field::EntryWidth, "We"},
@@ -57,7 +57,7 @@ constexpr InputSymbol InputSymbols[] = {
 InputsOf<Traced> tracedInputs(const project::ProjectInput& in) {
     InputsOf<Traced> traced;
     for (const project::FieldId id : project::NumericInputs)
-        for (const InputSymbol& known : InputSymbols)
+        for (const TracedInput& known : TracedInputs)
             if (known.field == id.field)
                 *numberIn(traced, id) =
                     symbolOf(known.symbol, {0, known.side, id.index}, project::get(in, id));
