@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "batch/columns.h"
 #include "base/Pack.h"
+#include "batch/columns.h"
 #include "criteria/assess.h"
 #include "engine/InputsOf.h"
 #include "engine/quantities.h"

@@ -43,7 +43,7 @@ CLI::App* addSweep(CLI::App& app, SweepRequest& request) {
                     "Examples:\n  telvo-cli sweep panel.TLV --vary DepthCover=600:1200:50 "
                     "--vary EntryHeight=6,8,10 -o table.csv\n"
                     "  telvo-cli sweep panel.TLV --vary DepthCover=600:1200:25 "
-                    "--vary EntryHeight=5:10:0.25 \\\n      --line 1.3,1.5,2 -o map.svg");
+                    "--vary EntryHeight=5:10:0.25 --line 1.3,1.5,2 -o map.svg");
     return command;
 }
 

@@ -221,8 +221,8 @@ Result<StudyPage::Compute> DesignPage::read() {
                                      std::move(*targets)};
     if (isEdited()) settings().chart = request;
     return Compute([request, asked = asking(request), base = subject().current,
-                    rounding = subject().RoundTELVOSF](
-                       const std::stop_token&) -> Result<StudyResult> {
+                    rounding =
+                        subject().RoundTELVOSF](const std::stop_token&) -> Result<StudyResult> {
         auto made = designChart(base, request, rounding);
         if (!made) return made.fault();
         StudyResult result = designResult(
