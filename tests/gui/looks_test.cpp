@@ -46,6 +46,7 @@ const std::pair<const char*, std::vector<std::pair<const char*, const char*>>> D
     {"frmResTxtPlt", {{"cmdViewPlots", ""}, {"cmdWorking", ""}}},
     {"frmPlots", {{"cmdPrint", ""}, {"cmdExport", "plan.png"}}},
     {"frmGraph", {{"cmdOptions", ""}}},
+    {"frmStudies", {{"cmdUncertaintyInputs", ""}}},
     {"frmResource", {{"cmdImport", "cases.csv"}}}};
 
 } // namespace
@@ -115,10 +116,16 @@ void LooksTest::lookAtPages(QWidget& window, const QString& size) {
     for (int page = 0; page < pages; ++page) {
         show(page);
         if (auto* studies = qobject_cast<study::ui::frmStudies*>(&window)) {
-            // A page with nothing to show has no result.
-            const bool shows = QTest::qWaitFor([&] { return studies->currentPage().isCurrent(); },
-                                               page + 1 < pages ? 60000 : 300);
-            if (!shows && page + 1 < pages) m_faults << QString("page %1 shows nothing").arg(page);
+            // A page with nothing to show says so.
+            const study::ui::StudyPage& current = studies->currentPage();
+            const auto settled = [&] {
+                if (current.isCurrent()) return true;
+                const auto problems = current.findChildren<QLabel*>(QRegularExpression("Problem$"));
+                return std::any_of(problems.begin(), problems.end(),
+                                   [](const QLabel* one) { return one->isVisible(); });
+            };
+            if (!QTest::qWaitFor(settled, 60000))
+                m_faults << QString("page %1 shows nothing").arg(page);
         }
         for (int i = 0; i < 5; ++i) // layouts within layouts
             QApplication::processEvents();

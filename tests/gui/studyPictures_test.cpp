@@ -51,6 +51,17 @@ std::string textsOf(const std::string& svg) {
     return texts;
 }
 
+/// Puts results in the order in which pages list them.
+void listed(std::vector<Outcome>& outcomes, const telvo::project::ProjectCase& base) {
+    const auto all = outcomesOf(base);
+    const auto place = [&](const Outcome& one) {
+        return std::find_if(all.begin(), all.end(),
+                            [&](const Outcome& other) { return other.name() == one.name(); });
+    };
+    std::sort(outcomes.begin(), outcomes.end(),
+              [&](const Outcome& a, const Outcome& b) { return place(a) < place(b); });
+}
+
 } // namespace
 
 class StudyPicturesTest : public QObject {
@@ -123,16 +134,7 @@ void StudyPicturesTest::tablesAsCurveAndMap() {
     SweepRequest request{{{Field::DepthCover, axis(1)}}, false, {}};
     for (const char* name : {"TELVOSF.development", "TELVOSF.retreat"})
         request.outcomes.push_back(*Outcome::named(name));
-    std::sort(request.outcomes.begin(), request.outcomes.end(),
-              [&](const Outcome& a, const Outcome& b) { // as the page lists them
-                  const auto all = outcomesOf(base);
-                  const auto place = [&](const Outcome& one) {
-                      return std::find_if(all.begin(), all.end(), [&](const Outcome& other) {
-                          return other.name() == one.name();
-                      });
-                  };
-                  return place(a) < place(b);
-              });
+    listed(request.outcomes, base);
     const std::string curve = drawn(desk, outputOf(*sweep(base, request)));
     QVERIFY(curve == shown(desk));
     QVERIFY(textsOf(curve).find("suggested factor") != std::string::npos);
@@ -153,7 +155,8 @@ void StudyPicturesTest::scenariosAndComparison() {
     const auto base = desk.program.session().project();
     click(desk.window(), "cmdScenariosAdd");
     desk.wait();
-    const std::vector<Outcome> outcomes = factorsOf(base);
+    std::vector<Outcome> outcomes = factorsOf(base);
+    listed(outcomes, base);
     const std::string name = desk.words(1, 0);
     const auto made = scenarios(base, {{name, {}}}, outcomes);
     QVERIFY(drawn(desk, outputOf(*made, outcomes, base)) == shown(desk));

@@ -133,8 +133,8 @@ void ShareCurvePage::makeFields() {
                         tr("How much of the panel has each value, one number per value; empty: no "
                            "average over the panel"));
     auto* second = new QHBoxLayout;
-    add(*second, tr("&Share asked for (%):"), m_share);
-    add(*second, tr("&Parts of the panel:"), m_weights);
+    add(*second, tr("Share as&ked for (%):"), m_share);
+    add(*second, tr("Parts of the pa&nel:"), m_weights);
     second->addStretch();
     fields().addLayout(second);
     connect(m_over, &QComboBox::activated, this, [this] {

@@ -88,7 +88,7 @@ void UncertaintyPage::makeFields() {
                         tr("A whole number; another one draws other samples of the same study"));
     auto* third = new QHBoxLayout;
     third->addWidget(m_inputs);
-    add(*third, tr("Sam&ples:"), m_samples);
+    add(*third, tr("Sa&mples:"), m_samples);
     add(*third, tr("See&d:"), m_seed);
     third->addStretch();
     fields().addLayout(third);

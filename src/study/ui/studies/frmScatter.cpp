@@ -350,7 +350,7 @@ QWidget* frmScatter::makePairs() {
     boxes->addWidget(m_second, 1);
     boxes->addWidget(m_rank);
     layout->addLayout(boxes);
-    auto* add = makeButton("cmdTogetherAdd", tr("A&dd"), tr("Adds the pair, or changes it"),
+    auto* add = makeButton("cmdTogetherAdd", tr("Add &Pair"), tr("Adds the pair, or changes it"),
                            &frmScatter::addPair);
     auto* remove = makeButton("cmdTogetherRemove", tr("&Remove"), tr("Takes the pair out"));
     connect(remove, &QPushButton::clicked, this, [this] {
