@@ -7,6 +7,7 @@
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
 #include "study/questions/ranges.h"
+#include "study/ui/studies/scatterFields.h"
 
 #include <algorithm>
 #include <QComboBox>
@@ -32,116 +33,6 @@ constexpr auto ScatterTopic = "StudyUncertainty.htm";
 using Shape = Scatter::Shape;
 
 enum Column { Name, Text, Mean, Deviation, Columns };
-
-/// How the numbers of a shape are given: by its mean, by ends and corners, by a list, or as a beta.
-enum class Family { ByMean, ByPoints, Beta, List };
-
-Family familyOf(Shape shape) {
-    switch (shape) {
-    case Shape::Uniform:
-    case Shape::Triangular:
-    case Shape::Trapezoidal:
-    case Shape::Pert:
-        return Family::ByPoints;
-    case Shape::Beta:
-        return Family::Beta;
-    case Shape::Discrete:
-    case Shape::Measured:
-        return Family::List;
-    default:
-        return Family::ByMean;
-    }
-}
-
-const char* const ShapeTitles[] = {
-    "Normal",         "Lognormal", "Uniform", "Triangular",      "Trapezoidal",      "PERT",
-    "Beta",           "Gamma",     "Weibull", "Gumbel, largest", "Gumbel, smallest", "Discrete",
-    "Measured values"};
-
-std::vector<QString> captionsOf(Shape shape) {
-    switch (shape) {
-    case Shape::Uniform:
-        return {"Lowest", "Highest"};
-    case Shape::Triangular:
-    case Shape::Pert:
-        return {"Lowest", "Best", "Highest"};
-    case Shape::Trapezoidal:
-        return {"Lowest", "Level from", "Level to", "Highest"};
-    case Shape::Beta:
-        return {"First shape", "Second shape", "Lowest", "Highest"};
-    case Shape::Discrete:
-    case Shape::Measured:
-        return {};
-    default:
-        return {"Mean", "Spread"};
-    }
-}
-
-/// Numbers between blanks, commas, semicolons and lines; with ":" a weight behind a value.
-Result<std::vector<std::pair<double, std::optional<double>>>> listOf(const std::string& text) {
-    std::vector<std::pair<double, std::optional<double>>> list;
-    std::string word;
-    const auto take = [&]() -> std::optional<Fault> {
-        if (word.empty()) return std::nullopt;
-        const auto colon = word.find(':');
-        const auto value = numberOf(word.substr(0, colon));
-        std::optional<double> weight;
-        if (colon != std::string::npos) weight = numberOf(word.substr(colon + 1));
-        if (!value || (colon != std::string::npos && !weight))
-            return Fault{"Not a number: \"" + excerpt(word, 40) + "\"", "txtScatterList"};
-        list.emplace_back(*value, weight);
-        word.clear();
-        return std::nullopt;
-    };
-    for (const char c : text + "\n") {
-        if (std::string_view(" ,;\t\r\n").find(c) == std::string_view::npos) {
-            word += c;
-        } else if (auto fault = take()) {
-            return std::move(*fault);
-        }
-    }
-    return list;
-}
-
-/// A shape with numbers that fit the input, to begin with when another shape is chosen.
-Scatter firstOf(Shape shape, const Scatter& before, const Variable& variable,
-                const project::ProjectInput& in) {
-    const double own = variable.of(in);
-    double sd = 0.05 * std::abs(own);
-    if (const auto now = distributionOf(before, variable, in); now && now->sd() > 0) sd = now->sd();
-    if (sd == 0) sd = 1;
-    const auto rounded = [](double x) { return leadingValue(generalNumber(x, 3)); };
-    Scatter scatter;
-    scatter.shape = shape;
-    switch (familyOf(shape)) {
-    case Family::ByMean:
-        if (own != 0)
-            scatter.cov = rounded(sd / std::abs(own));
-        else
-            scatter.sd = rounded(sd);
-        break;
-    case Family::ByPoints: {
-        const double half = rounded(2 * sd);
-        scatter.pointsAre = Scatter::Points::Offsets;
-        scatter.points = {-half, half};
-        if (shape == Shape::Triangular || shape == Shape::Pert) scatter.points = {-half, 0, half};
-        if (shape == Shape::Trapezoidal)
-            scatter.points = {-half, rounded(-half / 2), rounded(half / 2), half};
-        break;
-    }
-    case Family::Beta: {
-        const double half = rounded(2 * sd);
-        scatter.shapes = {2, 2};
-        scatter.pointsAre = Scatter::Points::Offsets;
-        scatter.points = {-half, half};
-        break;
-    }
-    case Family::List:
-        scatter.points = {rounded(own - sd), own, rounded(own + sd)};
-        break;
-    }
-    return scatter;
-}
 
 } // namespace
 
@@ -245,7 +136,7 @@ QWidget* frmScatter::makeEditor() {
     telvo::ui::describe(*m_shape, "cboScatterShape", tr("Distribution"),
                         tr("The shape by which the input scatters"));
     for (std::size_t i = 0; i < shapeNames().size(); ++i)
-        m_shape->addItem(ShapeTitles[i]);
+        m_shape->addItem(shapeTitle(static_cast<Shape>(i)));
     m_form = new QComboBox(m_editor);
     telvo::ui::describe(*m_form, "cboScatterForm", tr("Given as"), tr("How its numbers are given"));
     int row = 0;
