@@ -32,7 +32,7 @@ namespace {
 constexpr double Percent = 100;
 constexpr double FirstValues = 25; // of the variable
 constexpr std::size_t MostValues = 200;
-constexpr int MostBits = 11; // of a replicate: as many samples at each of the values
+constexpr int MostBits = 9; // of a replicate: as many samples at each of the values
 
 StudyCell estimateCell(const ShareCurvePoint& point, std::size_t part) {
     if (point.computed == 0) return {};
