@@ -152,7 +152,7 @@ void RecoveryTest::severalCopiesAreListed() {
         unsaved.FileName = "/cases/" + std::to_string(depth) + ".TLV";
         home.put(home.data("Temp/~recovery-") + std::to_string(depth) + ".tmp",
                  *app::recoveryText({unsaved}));
-        QTest::qWait(5);
+        QTest::qWait(50); // file times may have steps of 10 ms
     }
     home.answers = {Answer::No, Answer::Yes};
     home.start();
