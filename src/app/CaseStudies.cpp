@@ -60,12 +60,6 @@ bool hasInnerComments(const std::string& bytes) {
     return false;
 }
 
-/// Whether the window shows studies of this kind; others have a file of their own.
-bool hasPage(const Study& study) {
-    return !std::holds_alternative<study::AskedUncertainty>(study.request) &&
-           !std::holds_alternative<study::AskedFragility>(study.request);
-}
-
 study::StudyPlace placeOf(const project::ProjectCase& current, const std::string& path,
                           int RoundTELVOSF) {
     return {current, withoutFolder(current.FileName), folderPath(path), RoundTELVOSF};
@@ -166,10 +160,6 @@ void CaseStudies::load() {
                                "\nThe file stays as it is; the studies of the case begin as usual. "
                                "Open Study takes it all the same.");
     }
-    if (!hasPage(first))
-        return m_messages.history(own.path + ": is a study of kind " +
-                                  std::string(kindName(first.request)) +
-                                  ", which the window does not show; the file stays as it is");
     for (const Study& one : *studies)
         takeStudy(own.settings, one, folderPath(own.path));
     own.saved = own.settings;
@@ -279,12 +269,6 @@ void CaseStudies::open() {
     }
     const std::string caseName = withoutFolder(own.current.FileName);
     const Study& first = studies->front();
-    if (!hasPage(first)) {
-        m_messages.status("Study not opened");
-        return m_messages.tell(*path + ": is a study of kind " +
-                               std::string(kindName(first.request)) +
-                               ", which the window does not show. telvo-cli study run runs it.");
-    }
     const bool converts =
         (first.units == project::English) != (own.current.Units == project::English);
     std::string question;

@@ -53,9 +53,6 @@ bool asksForPicture(std::string_view argument);
 inline constexpr const char* NoPictures =
     "this build has no drawing; it was made without the desktop libraries";
 
-/// What is said of a study that has none.
-inline constexpr const char* NoStudyPicture = "this study has no picture";
-
 /// A kind of picture of a case and the options that it follows.
 struct PlotKind {
     std::string_view name;   ///< as --kind has it

@@ -122,16 +122,13 @@ void addStudyTarget(CLI::App& command, StudyTarget& target) {
                     "text, csv, json or xlsx; after the ending of the file if not given")
         ->check(CLI::IsMember({"text", "csv", "json", "xlsx"}));
     literal(command.add_option("-o,--output", target.target,
-                               target.hasPicture
-                                   ? "write to this file instead of the terminal: .txt, .csv, "
-                                     ".json, .xlsx, or a picture: .svg, .png, .pdf"
-                                   : "write to this file instead of the terminal: .txt, .csv, "
-                                     ".json or .xlsx"))
+                               "write to this file instead of the terminal: .txt, .csv, .json, "
+                               ".xlsx, or a picture: .svg, .png, .pdf"))
         ->option_text("FILE");
     command.add_flag("--force", target.force, "overwrite existing files");
     command.add_flag("--no-record", target.noRecord,
                      "do not write the record of the run, NAME.study.json, beside the file");
-    if (target.hasPicture) addPictureOptions(command, target.picture, "900 700");
+    addPictureOptions(command, target.picture, "900 700");
 }
 
 void addStudyThreads(CLI::App& command, unsigned& threads) {
@@ -156,10 +153,8 @@ std::optional<StudyForm> formOf(Console& console, const StudyTarget& target) {
     std::string format = target.format;
     if (format.empty() && toFile) format = endingOf(target.target).substr(1);
     if (isPictureEnding("." + format)) {
-        if (toFile && target.hasPicture && console.plotter().drawStudy) return StudyForm::Picture;
-        console.complain(!target.hasPicture ? target.target + ": " + NoStudyPicture
-                         : toFile           ? NoPictures
-                                            : "--format " + format + ": a picture needs a file");
+        if (toFile && console.plotter().drawStudy) return StudyForm::Picture;
+        console.complain(toFile ? NoPictures : "--format " + format + ": a picture needs a file");
         return std::nullopt;
     }
     if (const char* option = target.pictureOption()) {

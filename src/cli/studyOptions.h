@@ -30,13 +30,12 @@ struct StudyTarget {
     bool noRecord = false; ///< of the run, beside the file
     PictureOptions picture = {};
     study::StudyLook look = {}; ///< of a picture
-    bool hasPicture = true;     ///< the kind of study
 
     /// An option that was given and that only pictures have; nullptr: none.
     const char* pictureOption() const;
 };
 
-/// Adds --format, --output, --force, --no-record and, where the study has pictures, their options.
+/// Adds --format, --output, --force, --no-record and the options of pictures.
 void addStudyTarget(CLI::App& command, StudyTarget& target);
 
 /// Adds --threads, also called --jobs: how many a study takes.

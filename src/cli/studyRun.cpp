@@ -63,9 +63,10 @@ ExitStatus runInto(Console& console, const StudyFolder& into, const LoadedStudy&
     const std::string record = recordBeside(result, format);
     for (const std::string& target : {result, record})
         if (!mayWriteMade(console, target, into.force, {file})) return FileTrouble;
-    const StudyTarget target{format, result, into.force, false, into.picture};
+    StudyTarget target{format, result, into.force, false, into.picture};
     const auto form = formOf(console, target);
     if (!form) return WrongUsage;
+    target.look = study::lookOf(loaded.study.view);
     const study::StudyOutput output = *part.output;
     study::TableDigits digits;
     if (const ExitStatus written =

@@ -248,7 +248,6 @@ CLI::App* addUncertainty(CLI::App& app, UncertaintyCall& request) {
                                 "write the samples of the one case to this file, .csv"))
         ->option_text("FILE");
     addRounding(*command, request.options);
-    request.target.hasPicture = false;
     addStudyTarget(*command, request.target);
     addStudyThreads(*command, request.jobs);
     command->footer(
@@ -276,6 +275,8 @@ int runUncertainty(Console& console, const UncertaintyCall& request) {
     const bool writes = !request.samplesFile.empty();
     if (writes && !request.over.empty())
         return console.wrongUsage("--samples-out: a share over an input keeps no samples");
+    if (writes && request.inputs.given.size() > 1)
+        return console.wrongUsage("--samples-out: there are samples of several cases");
     if (writes &&
         !mayWriteMade(console, request.samplesFile, request.target.force, request.inputs.given))
         return FileTrouble;

@@ -42,6 +42,11 @@ std::string Criterion::words() const {
            (target ? generalNumber(*target) : "the suggested one");
 }
 
+std::string Criterion::title(std::int16_t units) const {
+    return outcome.label() + (sense == Sense::AtLeast ? " at least " : " at most ") +
+           (target ? outcome.text(*target, units) : "the suggested one");
+}
+
 std::string Criterion::text() const {
     return outcome.name() + (sense == Sense::AtLeast ? ">=" : "<=") +
            (target ? generalNumber(*target) : std::string(SuggestedWord));

@@ -32,6 +32,8 @@ struct Criterion {
     bool holds(double margin) const { return sense == Sense::AtLeast ? margin >= 0 : margin <= 0; }
     /// For a sentence: "retreat factor of the panel >= 1.5".
     std::string words() const;
+    /// For a list and behind a colon: "Retreat factor of the panel at least 1.5".
+    std::string title(std::int16_t units) const;
     /// As parse() takes it: "TELVOSF.retreat>=1.5".
     std::string text() const;
 };

@@ -54,7 +54,9 @@ TEST_F(CliStudy, PartsOfSamplesJoinToOneRunByteForByte) {
     write("u.study", replaced(text, "per_replicate = 8192", "per_replicate = 64"));
     const Ran whole = run("study run u.study -o whole --threads 1 --samples-out whole.csv");
     EXPECT_EQ(whole.status, 0) << whole.err;
-    EXPECT_NE(whole.out.find("1,024 samples miss TELVOSF.development>=suggested"), string::npos)
+    EXPECT_NE(whole.out.find(
+                  "1,024 samples miss: Development factor of the panel at least the suggested one"),
+              string::npos)
         << whole.out;
     for (const string k : {"1", "2", "3"}) {
         const Ran part = run("study run u.study --part " + k + "/3 -o parts --threads 2");
@@ -154,6 +156,8 @@ TEST_F(CliStudy, PicturesOfStudiesNeedNoDisplay) {
         {"find gobs.TLV" + barrier, "it holds"},
         {"chart gobs.TLV" + barrier + "--over DepthCover=600:900:50 ", "(ft)"},
         {"compare plain.TLV gobs.TLV ", "gobs.TLV"},
+        {"uncertainty gobs.TLV --samples 512 ", "samples that hold"},
+        {"uncertainty gobs.TLV --samples 512 --over DepthCover=600:800:100 ", "Depth of Cover"},
     };
     for (const auto& [command, text] : commands) {
         for (const string file : {"p.svg", "p.png", "p.pdf"}) {
@@ -192,13 +196,14 @@ TEST_F(CliStudy, WhatHasNoPictureIsRefused) {
 
 TEST_F(CliStudy, StudiesRunIntoPictures) {
     if (!Draws) return;
-    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios"})
+    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios", "uncertainty"})
         ASSERT_EQ(run("study new gobs.TLV --kind " + kind + " -o " + kind + ".study").status, 0);
     ASSERT_EQ(run("study new gobs.TLV plain.TLV --kind compare -o compare.study").status, 0);
     const Ran ran = run("study run *.study -o out --format svg");
     EXPECT_TRUE(ran.status == 0 || ran.status == 4) << ran.err;
     EXPECT_EQ(ran.err, "");
-    for (const string kind : {"tornado", "sweep", "find", "chart", "scenarios", "compare"}) {
+    for (const string kind :
+         {"tornado", "sweep", "find", "chart", "scenarios", "compare", "uncertainty"}) {
         EXPECT_TRUE(read("out/" + kind + ".study.svg").starts_with("<?xml")) << kind;
         EXPECT_EQ(run("study verify out/" + kind + ".study.json").status, 0) << kind;
     }

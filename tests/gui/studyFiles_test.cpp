@@ -58,6 +58,13 @@ struct FileDesk : Desk {
     }
 };
 
+void fewSamples(FileDesk& desk) {
+    auto& samples = control<QComboBox>(desk.window(), "cboUncertaintySamples");
+    samples.setCurrentIndex(0);
+    Q_EMIT samples.activated(0);
+    desk.wait();
+}
+
 } // namespace
 
 class StudyFilesTest : public QObject {
@@ -65,6 +72,7 @@ class StudyFilesTest : public QObject {
   private Q_SLOTS:
     void studiesAreKeptBesideTheCase();
     void aStudyFileFillsThePages();
+    void scatterIsKeptToo();
     void anUntitledCaseIsSavedFirst();
     void exportsHaveARecordOfTheirRun_data();
     void exportsHaveARecordOfTheirRun();
@@ -219,6 +227,43 @@ void StudyFilesTest::aStudyFileFillsThePages() {
     QVERIFY(!desk.isSaved());
 }
 
+void StudyFilesTest::scatterIsKeptToo() {
+    FileDesk desk(MenuEntry::HowSure);
+    QVERIFY(desk.isSaved()); // to look at it changes nothing
+    fewSamples(desk);
+    desk.choose("cboUncertaintyOutcome", "AMZLoad.retreat.front");
+    type(desk.window(), "txtUncertaintyTarget", "1000000");
+    click(desk.window(), "cmdUncertaintyAddLimit");
+    desk.home.trigger(MenuEntry::ShareCurve);
+    type(desk.window(), "txtShareCurveStep", "30");
+    desk.wait();
+    QVERIFY(!desk.isSaved());
+    const QString curve = desk.text("lblShareCurveHeadline");
+    click(desk.window(), "cmdSaveStudy");
+    QVERIFY(desk.isSaved());
+    QVERIFY(desk.onDisk().find("[[uncertainty.limit]]") != std::string::npos);
+    desk.open("deep-cover.TLV");
+    desk.wait();
+    desk.openCase();
+    desk.wait();
+    QVERIFY(desk.isSaved());
+    QCOMPARE(control<QLineEdit>(desk.window(), "txtShareCurveStep").text(), "30");
+    QCOMPARE(desk.text("lblShareCurveHeadline"), curve);
+    desk.home.trigger(MenuEntry::HowSure);
+    desk.wait();
+    QCOMPARE(control<QComboBox>(desk.window(), "cboUncertaintySamples").currentText(), "8,192");
+    auto& limits = control<QComboBox>(desk.window(), "cboUncertaintyLimit");
+    QVERIFY(limits.findData("AMZLoad.retreat.front>=1000000") >= 0);
+    // Another limit is one of the curve as well.
+    const std::size_t columns =
+        desk.window().page(study::ui::StudyKind::ShareCurve).result().table->columns.size();
+    limits.setCurrentIndex(limits.findData("AMZLoad.retreat.front>=1000000"));
+    click(desk.window(), "cmdUncertaintyRemoveLimit");
+    desk.home.trigger(MenuEntry::ShareCurve);
+    desk.wait();
+    QCOMPARE(desk.page().result().table->columns.size(), columns - 3);
+}
+
 void StudyFilesTest::anUntitledCaseIsSavedFirst() {
     FileDesk desk(MenuEntry::WhatMatters);
     const auto choices = desk.page().result().ofRow(0, 0);
@@ -250,6 +295,8 @@ void StudyFilesTest::exportsHaveARecordOfTheirRun_data() {
     QTest::newRow("find") << static_cast<int>(MenuEntry::FindValue);
     QTest::newRow("design") << static_cast<int>(MenuEntry::DesignChart);
     QTest::newRow("compare") << static_cast<int>(MenuEntry::Compare);
+    QTest::newRow("sure") << static_cast<int>(MenuEntry::HowSure);
+    QTest::newRow("shares") << static_cast<int>(MenuEntry::ShareCurve);
 }
 
 void StudyFilesTest::exportsHaveARecordOfTheirRun() {
@@ -258,7 +305,13 @@ void StudyFilesTest::exportsHaveARecordOfTheirRun() {
     const bool isTable = entry == static_cast<int>(MenuEntry::TableOfValues);
     click(desk.window(), "cmdScenariosAdd");
     desk.wait();
+    if (entry >= static_cast<int>(MenuEntry::HowSure)) {
+        desk.home.trigger(MenuEntry::HowSure);
+        fewSamples(desk);
+    }
     desk.home.trigger(static_cast<MenuEntry>(entry));
+    if (entry == static_cast<int>(MenuEntry::ShareCurve))
+        type(desk.window(), "txtShareCurveStep", "30");
     desk.wait();
     const auto check = [&](const char* name, bool same) {
         const std::string path = desk.home.path(name);

@@ -72,7 +72,7 @@ class UncertaintyTest : public QObject {
 void UncertaintyTest::sharesAreThoseOfTheSamples() {
     SureDesk desk;
     const Uncertainty core = desk.ofCore(desk.usual());
-    QVERIFY(desk.page().headline().find(" of 8,192 samples miss: ") != std::string::npos);
+    QVERIFY(desk.page().headline().find(" % of 8,192 samples miss: ") != std::string::npos);
     QVERIFY(desk.text("lblUncertaintyRemark").contains("no probability of failure"));
     QCOMPARE(desk.page().result().table->rows, core.criteria.size() + 1);
     for (std::size_t row = 0; row < core.criteria.size(); ++row) {

@@ -346,9 +346,25 @@ TEST(StudySettings, AreWhatTheirStudiesAsk) {
     settings.scenarioOutcomes = {"AMZLoad.retreat.front"};
     settings.compareFiles = {"/somewhere/other/a.TLV", "/somewhere/mine/b.TLV"};
     settings.compareAll = true;
+    Scatter wide;
+    wide.shape = Scatter::Shape::Triangular;
+    wide.pointsAre = Scatter::Points::Offsets;
+    wide.points = {-10, 0, 20};
+    settings.uncertainty.emplace();
+    settings.uncertainty->vary = {{{project::Field::EntryWidth}, wide},
+                                  {{project::Field::DepthCover}, {}}};
+    settings.uncertainty->correlated = {
+        {project::Field::EntryWidth, project::Field::DepthCover, 0.3}};
+    settings.uncertainty->limits = {
+        {*Outcome::named("AMZLoad.retreat.front"), Criterion::Sense::AtMost, 1e6}};
+    settings.uncertainty->plan.seed = 7;
+    settings.shareCurve = AskedFragility{{}, project::Field::DepthCover, {700, 800}, {1, 2}, 0.05};
     const auto studies = studiesOf(settings, place);
-    ASSERT_EQ(studies.size(), 6U);
-    EXPECT_EQ(std::get<CompareSet>(studies.back().request).with,
+    ASSERT_EQ(studies.size(), 8U);
+    const auto& curve = std::get<AskedFragility>(studies.back().request);
+    EXPECT_EQ(curve.scatter.vary.size(), 1U); // its variable does not scatter itself
+    EXPECT_TRUE(curve.scatter.correlated.empty());
+    EXPECT_EQ(std::get<CompareSet>(studies[5].request).with,
               (std::vector<std::string>{"../other/a.TLV", "b.TLV"}));
     const std::string text = studiesText(studies);
     const auto read = readStudies(text, "panel.study");
@@ -372,9 +388,32 @@ TEST(StudySettings, AreWhatTheirStudiesAsk) {
     EXPECT_EQ(metric.table->axes[1].values, "1.83, 2.13, 2.51");
     EXPECT_EQ(*metric.table->level, 4448.2216); // kN for 1e6 lbs
     EXPECT_EQ(metric.chart->targets, settings.chart->targets);
+    EXPECT_EQ(metric.uncertainty->vary[0].scatter->points, (std::vector{-3.048, 0.0, 6.096}));
+    EXPECT_EQ(metric.uncertainty->limits[0].target, 4448.2216);
+    EXPECT_EQ(metric.shareCurve->values, (std::vector{213.36, 243.84}));
+    EXPECT_EQ(metric.shareCurve->weights, settings.shareCurve->weights);
+    EXPECT_EQ(metric.shareCurve->share, 0.05);
     const StudySettings again = convertedSettings(metric, project::Metric);
     EXPECT_EQ(again.scenarios[0].set[0].second, 1200);
     EXPECT_EQ(again.table->axes[0].values, "600:1200:50");
+}
+
+TEST(StudySettings, AskForNoScatterThatNobodyAskedFor) {
+    const project::ProjectCase base = tests::goodCase();
+    const StudyPlace place{base, "panel.TLV", "/mine", 0};
+    StudySettings settings;
+    settings.uncertainty.emplace().vary = {{{project::Field::DepthCover}, {}}};
+    settings.shareCurve = AskedFragility{{}, project::Field::DepthCover, {700, 800}, {}, {}};
+    // Without the variable itself nothing is left, which would mean all that is usual.
+    EXPECT_EQ(studiesOf(settings, place).size(), 1U);
+    settings.uncertainty->vary.clear();
+    EXPECT_EQ(studiesOf(settings, place).size(), 2U);
+}
+
+TEST(StudyFile, APictureIsDrawnAsItsFileWantsIt) {
+    EXPECT_TRUE(lookOf({.spider = true}).spider);
+    EXPECT_EQ(lookOf({.level = 1.3}).lines, (std::vector<std::optional<double>>{1.3}));
+    EXPECT_EQ(lookOf({.suggested = true}).lines, StudyLook().lines);
 }
 
 TEST(StudyFile, WhatIsWrongIsNamedWithItsLine) {

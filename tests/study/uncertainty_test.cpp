@@ -89,8 +89,9 @@ TEST(Uncertainty, IsTheSameOnAnyNumberOfThreads) {
     EXPECT_EQ(one->byMask, seven->byMask);
     EXPECT_EQ(one->criteria[1].mean.value, seven->criteria[1].mean.value);
     EXPECT_EQ(one->headline, seven->headline);
-    EXPECT_NE(one->headline.find(" % of 8,192 samples miss TELVOSF.retreat>=1.2 ("),
-              std::string::npos)
+    EXPECT_NE(
+        one->headline.find(" % of 8,192 samples miss: Retreat factor of the panel at least 1.2 ("),
+        std::string::npos)
         << one->headline;
     std::stop_source stop;
     stop.request_stop();
@@ -216,8 +217,10 @@ TEST(Uncertainty, TellsHowTheOutcomeSpreads) {
     single.criteria[1] = criterion("TELVOSF.retreat>=99");
     const auto extreme = uncertainty(panel(), single);
     ASSERT_TRUE(extreme);
-    EXPECT_EQ(extreme->headline.find("None of 256 samples miss TELVOSF.retreat>=0 (below 1.48 %)"),
-              0U)
+    EXPECT_EQ(
+        extreme->headline.find(
+            "None of 256 samples miss: Retreat factor of the panel at least 0 (below 1.48 %)"),
+        0U)
         << extreme->headline;
     EXPECT_EQ(extreme->criteria[1].missed.value, 1);
 }

@@ -156,8 +156,7 @@ PlotOutcome drawStudy(Console& console, const StudyPicture& asked, const Picture
     const study::StudyOutput& output = asked.output;
     const study::ui::Drawing drawing =
         study::ui::drawingOf(output.answer, asked.look, asked.RoundTELVOSF);
-    if (!drawing.compose)
-        return {Refused, output.answer.index() == 0 ? NoStudyPicture : study::ui::NoSweepPicture};
+    if (!drawing.compose) return {Refused, study::ui::NoSweepPicture};
     Picture picture = study::ui::pictureOf(
         drawing, std::string(study::titleOf(output.answer)) + " - " + asked.caseName,
         study::ui::pictureSource(asked.caseName, output.tally, false));

@@ -86,6 +86,23 @@ class Conversion {
         return made;
     }
 
+    /// Numbers with a unit of every distribution and limit; shares and ratios stay.
+    void scatter(AskedUncertainty& asked) const {
+        for (ScatteredInput& input : asked.vary) {
+            if (!input.scatter) continue;
+            Scatter& scatter = *input.scatter;
+            const auto kind = input.variables.front().kind();
+            for (std::optional<double>* one :
+                 {&scatter.mean, &scatter.sd, &scatter.scale, &scatter.low, &scatter.high})
+                if (*one) **one = finely(kind, **one);
+            if (scatter.pointsAre == Scatter::Points::Percent) continue;
+            for (double& point : scatter.points)
+                point = finely(kind, point);
+        }
+        for (Criterion& limit : asked.limits)
+            if (limit.target) limit.target = value(limit.outcome, *limit.target);
+    }
+
   private:
     static double rounded(double x) { return leadingValue(generalNumber(x, 8)); }
     bool m_toEnglish;
@@ -135,7 +152,27 @@ std::vector<Study> studiesOf(const StudySettings& settings, const StudyPlace& pl
             set.with.push_back(relativeTo(place.folder, path));
         add(std::move(set));
     }
+    if (settings.uncertainty) add(*settings.uncertainty);
+    if (settings.shareCurve) {
+        AskedFragility asked = *settings.shareCurve;
+        const AskedUncertainty whole = settings.uncertainty.value_or(asked.scatter);
+        asked.scatter = scatterWithout(whole, asked.over);
+        asked.scatter.plan.bits = std::min(asked.scatter.plan.bits, MostShareCurveBits);
+        // Without any input left it would ask for the usual ones, which nobody did.
+        if (whole.vary.empty() || !asked.scatter.vary.empty()) add(std::move(asked));
+    }
     return studies;
+}
+
+AskedUncertainty scatterWithout(AskedUncertainty asked, const Variable& over) {
+    std::erase_if(asked.vary, [&](const ScatteredInput& input) {
+        return std::find(input.variables.begin(), input.variables.end(), over) !=
+               input.variables.end();
+    });
+    std::erase_if(asked.correlated, [&](const AskedUncertainty::Together& pair) {
+        return pair.first == over || pair.second == over;
+    });
+    return asked;
 }
 
 void takeStudy(StudySettings& settings, const Study& study, const std::string& folder) {
@@ -169,13 +206,16 @@ void takeStudy(StudySettings& settings, const Study& study, const std::string& f
         settings.compareScenarios = compare->scenarios;
         settings.compareAll = !compare->onlyDifferences;
         if (compare->scenarios) settings.scenarios = compare->list;
+    } else if (const auto* uncertainty = std::get_if<AskedUncertainty>(&study.request)) {
+        settings.uncertainty = *uncertainty;
+    } else if (const auto* curve = std::get_if<AskedFragility>(&study.request)) {
+        settings.shareCurve = *curve;
     }
 }
 
 StudySettings convertedSettings(const StudySettings& settings, std::int16_t units) {
     const Conversion to(units);
     StudySettings made = settings;
-    made.uncertainty.reset(); // about the case's own values: as it begins is as good in any units
     for (RangedInput& one : made.ranges) {
         if (one.range.form == Range::Form::Percent) continue;
         const Span fine{to.finely(one.variable.kind(), one.range.low),
@@ -210,6 +250,11 @@ StudySettings convertedSettings(const StudySettings& settings, std::int16_t unit
         chart.values = to.values(chart.over, chart.values);
         for (auto& target : chart.targets)
             if (target) target = to.value(chart.outcome, *target);
+    }
+    if (made.uncertainty) to.scatter(*made.uncertainty);
+    if (made.shareCurve) {
+        made.shareCurve->values = to.values(made.shareCurve->over, made.shareCurve->values);
+        to.scatter(made.shareCurve->scatter);
     }
     return made;
 }

@@ -42,9 +42,12 @@ struct StudySettings {
     std::optional<FindRequest> find;
     std::optional<TableRequest> table;
     std::optional<DesignChartRequest> chart;
-    /// Limits and scatter, of two pages; kept while the program runs, it is in no file.
-    std::optional<AskedUncertainty> uncertainty;
+    std::optional<AskedUncertainty> uncertainty; ///< limits and scatter, of two pages
+    std::optional<AskedFragility> shareCurve;    ///< its scatter is that of `uncertainty`
 };
+
+/// Scatter and limits for the share over a variable, which does not scatter itself.
+AskedUncertainty scatterWithout(AskedUncertainty asked, const Variable& over);
 
 /// Where a study file lies and what it is of.
 struct StudyPlace {

@@ -85,7 +85,7 @@ struct Running {
         if (!request) return request.fault();
         auto made = shareCurve(base(), *request, asked, study.RoundTELVOSF, threads);
         if (!made) return made.fault();
-        return outputOf(std::move(*made), *request, asked, base().Units);
+        return outputOf(ShareCurveAnswer{base(), *request, asked, std::move(*made)});
     }
 };
 
@@ -149,9 +149,13 @@ Result<StudyOutput> outputOfSamples(const Study& study, const project::ProjectCa
     if (!request) return request.fault();
     auto assessed = assess(base, *request, std::move(samples), study.RoundTELVOSF);
     if (!assessed) return assessed.fault();
-    UncertaintyResult result{std::move(*assessed), {}, {}, {}};
+    UncertaintyResult result{std::make_shared<const UncertaintyAnswer>(
+                                 UncertaintyAnswer{base, *request, std::move(*assessed)}),
+                             {},
+                             {},
+                             {}};
     for (std::size_t c = 0; c < request->criteria.size(); ++c) {
-        result.importance.push_back(importance(result.uncertainty, c, *request));
+        result.importance.push_back(importance(result.answer->made, c, *request));
         if (!asked.indices) continue;
         if (!request->correlated.empty()) {
             auto effects = shapleyStudy(base, *request, c, study.RoundTELVOSF, threads);
@@ -165,7 +169,14 @@ Result<StudyOutput> outputOfSamples(const Study& study, const project::ProjectCa
         if (!indices) return indices.fault();
         result.indices.push_back(std::move(*indices));
     }
-    return outputOf(std::move(result), *request, base.Units);
+    return outputOf(std::move(result));
+}
+
+StudyLook lookOf(const StudyView& view) {
+    StudyLook look;
+    look.spider = view.spider;
+    if (view.level && !view.suggested) look.lines = {view.level};
+    return look;
 }
 
 std::vector<std::string> filesOf(const Study& study) {

@@ -33,6 +33,9 @@ Result<StudyOutput> runStudy(const Study& study, std::span<const NamedCase> case
 const AskedUncertainty* samplingOf(const Study& study);
 AskedUncertainty* samplingOf(Study& study);
 
+/// How the file of a study wants its picture.
+StudyLook lookOf(const StudyView& view);
+
 /// What a study of uncertainty makes of its samples, drawn at once or in parts.
 /// Given: study  one of AskedUncertainty
 /// Faults: what assess() finds

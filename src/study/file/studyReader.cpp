@@ -87,10 +87,6 @@ class StudyReader {
             m_several = list->size() > 1;
             for (const toml::node& one : *list)
                 add(one);
-            for (const std::string_view alone : {"uncertainty", "fragility"})
-                if (m_several && std::find(kinds.begin(), kinds.end(), alone) != kinds.end())
-                    m_faults.add(lineOf(*found),
-                                 "kind: \"" + std::string(alone) + "\" has a file of its own");
             if (list->empty()) m_root.wrong(*found, "kind", KindsWanted);
         } else {
             add(*found);
@@ -106,7 +102,7 @@ class StudyReader {
         else if (kind == "find")
             study.request = find();
         else if (kind == "uncertainty")
-            study.request = uncertainty();
+            study.request = m_several ? uncertainty() : scattering(m_root);
         else if (kind == "fragility")
             study.request = fragility();
         else if (kind == "chart")
@@ -129,10 +125,11 @@ class StudyReader {
     }
 
     /// The table of the kind; an empty one, after a fault, where it is missing.
-    Section section(const char* name) {
+    Section section(const char* name) { return sectionIn(m_root, name); }
+    Section sectionIn(Section& in, const char* name) {
         static const toml::table none;
-        const toml::node* found = m_root.node(name);
-        if (found && !found->is_table()) m_root.wrong(*found, name, "a table");
+        const toml::node* found = in.node(name);
+        if (found && !found->is_table()) in.wrong(*found, name, "a table");
         return {found && found->is_table() ? *found->as_table() : none, name, m_faults};
     }
 
@@ -326,13 +323,19 @@ class StudyReader {
         return std::nullopt;
     }
     AskedUncertainty uncertainty() {
+        Section own = section("uncertainty");
+        AskedUncertainty asked = scattering(own);
+        own.finish();
+        return asked;
+    }
+    AskedUncertainty scattering(Section& own) {
         AskedUncertainty asked;
-        each(m_root, "vary", false, [&](Section& vary) {
+        each(own, "vary", false, [&](Section& vary) {
             ScatteredInput input{vary.variables("input"), {}, vary.flag("shared")};
             input.scatter = scatter(vary);
             asked.vary.push_back(std::move(input));
         });
-        each(m_root, "correlate", false, [&](Section& pair) {
+        each(own, "correlate", false, [&](Section& pair) {
             const std::vector<std::string> names = pair.texts("inputs", true);
             const double rank = pair.number("rank");
             if (names.size() == 2)
@@ -341,14 +344,14 @@ class StudyReader {
             else if (const toml::node* found = pair.node("inputs", false))
                 pair.wrong(*found, "inputs", "two inputs");
         });
-        each(m_root, "limit", false, [&](Section& limit) {
+        each(own, "limit", false, [&](Section& limit) {
             const Outcome outcome = limit.outcome("output");
             const auto targets = limit.targets(outcome, false);
             if (!targets.values.empty())
                 asked.limits.push_back({outcome, targets.sense, targets.values.front()});
         });
-        if (!m_root.node("sampling", false)) return asked;
-        Section sampling = section("sampling");
+        if (!own.node("sampling", false)) return asked;
+        Section sampling = sectionIn(own, "sampling");
         const std::string method = sampling.text("method", false);
         const toml::node* named = sampling.node("method", false);
         if (method == "latin-hypercube")
@@ -376,8 +379,8 @@ class StudyReader {
         AskedFragility asked{{}, own.variable("over"), own.values(), {}, {}};
         asked.weights = own.numbersIfAny("weights");
         asked.share = own.numberIfAny("share");
+        asked.scatter = scattering(varying(own));
         own.finish();
-        asked.scatter = uncertainty();
         return asked;
     }
 

@@ -44,9 +44,9 @@ std::string_view methodName(sampling::Method method) {
     return "sobol";
 }
 
-/// The kinds that may share a file, in their order there.
-constexpr std::string_view KindOrder[] = {"tornado", "sweep",     "find",
-                                          "chart",   "scenarios", "compare"};
+/// The kinds in their order in a file.
+constexpr std::string_view KindOrder[] = {"tornado",   "sweep",   "find",        "chart",
+                                          "scenarios", "compare", "uncertainty", "fragility"};
 
 /// Writes the studies of a file.
 class StudyWriter {
@@ -58,7 +58,6 @@ class StudyWriter {
         for (const std::string_view kind : KindOrder)
             for (const Study& one : all)
                 if (kindName(one.request) == kind) studies.push_back(&one);
-        if (studies.empty()) studies.push_back(&study); // of a kind that stands alone
         m_text = "# TELVO study " + std::to_string(StudyVersion) + "\n";
         for (const std::string& comment : study.comments)
             m_text += comment.empty() ? "#\n" : "# " + comment + "\n";
@@ -217,15 +216,19 @@ class StudyWriter {
         numberIfAny("cut_sd", scatter.cutSd);
     }
     /// Each of its parts begins with a blank line, but for the first one of a study.
-    void write(const AskedUncertainty& asked, const StudyView&) { writeScatter(asked, true); }
-    void writeScatter(const AskedUncertainty& asked, bool first) {
-        const auto begin = [&](std::string_view heading) {
-            m_text.append(first ? "" : "\n").append(heading).append("\n");
+    void write(const AskedUncertainty& asked, const StudyView&) {
+        writeScatter(asked, "uncertainty", true);
+    }
+    void writeScatter(const AskedUncertainty& asked, std::string_view kind, bool first) {
+        const auto begin = [&](std::string_view brackets, std::string_view name) {
+            m_text.append(first ? "" : "\n").append(brackets.substr(0, brackets.size() / 2));
+            if (m_several) m_text.append(kind).append(".");
+            m_text.append(name).append(brackets.substr(brackets.size() / 2)).append("\n");
             first = false;
         };
         const auto names = [](const Variable& variable) { return quotedToml(variable.name()); };
         for (const ScatteredInput& input : asked.vary) {
-            begin("[[vary]]");
+            begin("[[]]", "vary");
             if (input.variables.size() == 1)
                 text("input", input.variables.front().name());
             else
@@ -234,16 +237,16 @@ class StudyWriter {
             if (input.scatter) write(*input.scatter);
         }
         for (const AskedUncertainty::Together& pair : asked.correlated) {
-            begin("[[correlate]]");
+            begin("[[]]", "correlate");
             list("inputs", std::array{pair.first, pair.second}, names);
             number("rank", pair.rank);
         }
         for (const Criterion& limit : asked.limits) {
-            begin("[[limit]]");
+            begin("[[]]", "limit");
             text("output", limit.outcome.name());
             line(senseKey(limit.sense), targetOf(limit.target));
         }
-        begin("[sampling]");
+        begin("[]", "sampling");
         text("method", methodName(asked.plan.method));
         number("replicates", static_cast<double>(asked.plan.replicates));
         number("per_replicate", static_cast<double>(asked.plan.perReplicate()));
@@ -257,7 +260,7 @@ class StudyWriter {
         values(asked.values);
         numbers("weights", asked.weights);
         numberIfAny("share", asked.share);
-        writeScatter(asked.scatter, false);
+        writeScatter(asked.scatter, "fragility", false);
     }
 
     bool m_several = false;

@@ -6,8 +6,10 @@
 #include "study/questions/designChart.h"
 #include "study/questions/find.h"
 #include "study/questions/scenarios.h"
+#include "study/questions/shareCurve.h"
 #include "study/questions/sweep.h"
 #include "study/questions/tornado.h"
+#include "study/questions/uncertainty.h"
 
 #include <cstddef>
 #include <memory>
@@ -42,11 +44,23 @@ struct ScenarioAnswer {
     Scenarios made;
 };
 
-/// Nothing of a study that has no picture.
+struct UncertaintyAnswer {
+    project::ProjectCase base;
+    UncertaintyRequest request;
+    Uncertainty made;
+};
+
+struct ShareCurveAnswer {
+    project::ProjectCase base;
+    UncertaintyRequest request;
+    AskedFragility asked;
+    ShareCurve made;
+};
+
 template <typename... Answers>
-using AnyAnswer = std::variant<std::monostate, std::shared_ptr<const Answers>...>;
-using StudyAnswer =
-    AnyAnswer<TornadoAnswer, FindAnswer, DesignAnswer, Sweep, ScenarioAnswer, Comparison>;
+using AnyAnswer = std::variant<std::shared_ptr<const Answers>...>;
+using StudyAnswer = AnyAnswer<TornadoAnswer, FindAnswer, DesignAnswer, Sweep, ScenarioAnswer,
+                              Comparison, UncertaintyAnswer, ShareCurveAnswer>;
 
 /// How an answer is drawn, where there is a choice.
 struct StudyLook {

@@ -30,7 +30,7 @@ struct StudyOutput {
     std::function<void(JsonWriter&)> json; ///< the members of a JSON object
     /// Samples behind it, a row each, with columns named as those of a sweep; may have none.
     ResultTable samples = {};
-    StudyAnswer answer = {}; ///< what it is made of; nothing of what has no picture
+    StudyAnswer answer = {}; ///< what it is made of
 };
 
 StudyOutput outputOf(Tornado result, const TornadoRequest& request,
@@ -53,17 +53,15 @@ StudyOutput outputOf(Comparison result, bool onlyDifferences);
 /// What the samples say with what it is made of: importance of the inputs, and on demand the indices
 /// of Sobol' of independent inputs, or the Shapley effects of correlated ones.
 struct UncertaintyResult {
-    Uncertainty uncertainty;
+    std::shared_ptr<const UncertaintyAnswer> answer;
     std::vector<std::vector<Importance>> importance; ///< [criterion]
     std::vector<SobolStudy> indices;                 ///< [criterion]; may be none
     std::vector<ShapleyStudy> shapley;               ///< likewise
 };
 /// The table has a row per statistic: its name, the criterion, what it is of, value and interval.
-StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request,
-                     std::int16_t units);
+StudyOutput outputOf(UncertaintyResult result);
 /// The table has a row per criterion and value of the other input.
-StudyOutput outputOf(ShareCurve result, const UncertaintyRequest& request,
-                     const AskedFragility& asked, std::int16_t units);
+StudyOutput outputOf(ShareCurveAnswer answer);
 
 /// "1,203 runs, 2 of them not computed: 2 x Invalid depth of cover"
 std::string tallyText(const Tally& tally);

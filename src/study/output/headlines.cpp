@@ -9,13 +9,16 @@ namespace telvo::study {
 
 const char* titleOf(const StudyAnswer& answer) {
     struct Titles {
-        const char* operator()(std::monostate) { return ""; }
         auto operator()(const std::shared_ptr<const TornadoAnswer>&) { return TornadoTitle; }
         auto operator()(const std::shared_ptr<const FindAnswer>&) { return FindTitle; }
         auto operator()(const std::shared_ptr<const DesignAnswer>&) { return DesignTitle; }
         auto operator()(const std::shared_ptr<const Sweep>&) { return SweepTitle; }
         auto operator()(const std::shared_ptr<const ScenarioAnswer>&) { return ScenariosTitle; }
         auto operator()(const std::shared_ptr<const Comparison>&) { return CompareTitle; }
+        auto operator()(const std::shared_ptr<const UncertaintyAnswer>&) {
+            return UncertaintyTitle;
+        }
+        auto operator()(const std::shared_ptr<const ShareCurveAnswer>&) { return ShareCurveTitle; }
     };
     return std::visit(Titles{}, answer);
 }

@@ -17,6 +17,8 @@ inline constexpr auto DesignTitle = "Design Chart";
 inline constexpr auto SweepTitle = "Table of Values";
 inline constexpr auto ScenariosTitle = "Scenarios";
 inline constexpr auto CompareTitle = "Compare";
+inline constexpr auto UncertaintyTitle = "How Sure";
+inline constexpr auto ShareCurveTitle = "Share over a Variable";
 const char* titleOf(const StudyAnswer& answer);
 
 /// Nothing where the case was not computed or does not have the outcome.

@@ -2,6 +2,7 @@
 #include "base/numbers.h"
 #include "study/output/jsonParts.h"
 #include "study/output/StudyOutput.h"
+#include "study/output/uncertaintyParts.h"
 #include "study/questions/sampleBlock.h"
 
 #include <algorithm>
@@ -14,36 +15,6 @@ using sampling::Estimate;
 
 namespace {
 
-/// A table that is kept as it is shown.
-class KeptTable {
-  public:
-    explicit KeptTable(std::vector<TableColumn> columns) { m_table.columns = std::move(columns); }
-
-    void row(std::vector<TableCell> cells) {
-        cells.resize(m_table.columns.size());
-        m_rows->push_back(std::move(cells));
-    }
-    ResultTable take() {
-        m_table.rows = m_rows->size();
-        m_table.read = [rows = m_rows](std::size_t row, std::vector<TableCell>& cells) {
-            cells = (*rows)[row];
-        };
-        return std::move(m_table);
-    }
-
-  private:
-    ResultTable m_table;
-    std::shared_ptr<std::vector<std::vector<TableCell>>> m_rows =
-        std::make_shared<std::vector<std::vector<TableCell>>>();
-};
-
-/// To the digits that a reader of an estimate wants.
-TableCell shownNumber(double value) {
-    return *numberOf(generalNumber(value, 4));
-}
-TableCell shownPercent(double share) {
-    return shownNumber(100 * share);
-}
 std::string numberText(double value) {
     return generalNumber(value);
 }
@@ -89,7 +60,7 @@ class Statistics {
 constexpr const char* AnyOfThem = "any of them";
 
 ResultTable statisticsOf(const UncertaintyResult& result, const UncertaintyRequest& request) {
-    const Uncertainty& all = result.uncertainty;
+    const Uncertainty& all = result.answer->made;
     Statistics table;
     const auto converging = [&](const std::string& criterion,
                                 const std::vector<Convergence>& steps) {
@@ -265,7 +236,7 @@ void showConvergence(StudyOutput& output, const Uncertainty& all,
 
 void addRemarks(StudyOutput& output, const UncertaintyResult& result,
                 const UncertaintyRequest& request) {
-    const Uncertainty& all = result.uncertainty;
+    const Uncertainty& all = result.answer->made;
     if (std::string where = whereMissesLie(result.importance.front(), request); !where.empty())
         output.remarks.push_back(std::move(where));
     for (std::size_t j = 0; j < request.inputs.size(); ++j)
@@ -297,7 +268,7 @@ void addRemarks(StudyOutput& output, const UncertaintyResult& result,
 /// The samples, drawn again block by block.
 ResultTable samplesOf(const std::shared_ptr<const UncertaintyResult>& kept,
                       const UncertaintyRequest& request) {
-    const Uncertainty& all = kept->uncertainty;
+    const Uncertainty& all = kept->answer->made;
     const project::ProjectCase& base = all.evaluator->base();
     ResultTable table;
     table.columns.push_back({"id", ""});
@@ -331,7 +302,7 @@ ResultTable samplesOf(const std::shared_ptr<const UncertaintyResult>& kept,
     table.read = [kept, columnOf, outcomeOf, criteria = request.criteria.size(),
                   columns = drawnColumns(base, all.scattered), drawn = std::make_shared<Drawn>()](
                      std::size_t row, std::vector<TableCell>& cells) {
-        const Uncertainty& result = kept->uncertainty;
+        const Uncertainty& result = kept->answer->made;
         const std::size_t per = result.samples.perReplicate, i = row % per;
         const std::size_t first = i / SamplesPerBlock * SamplesPerBlock;
         if (drawn->from != row - (i - first)) {
@@ -358,15 +329,6 @@ ResultTable samplesOf(const std::shared_ptr<const UncertaintyResult>& kept,
     return table;
 }
 
-void jsonEstimate(JsonWriter& json, std::string_view name, const Estimate& estimate) {
-    json.key(name);
-    json.beginObject();
-    jsonNumber(json, "value", estimate.value);
-    jsonNumber(json, "low", estimate.low);
-    jsonNumber(json, "high", estimate.high);
-    json.endObject();
-}
-
 void jsonSteps(JsonWriter& json, const std::vector<Convergence>& steps) {
     json.key("convergence");
     json.beginArray();
@@ -380,14 +342,9 @@ void jsonSteps(JsonWriter& json, const std::vector<Convergence>& steps) {
     json.endArray();
 }
 
-void jsonCount(JsonWriter& json, std::string_view name, std::uint64_t count) {
-    json.key(name);
-    json.number(static_cast<std::size_t>(count));
-}
-
 void jsonCriterion(JsonWriter& json, const UncertaintyResult& result,
                    const UncertaintyRequest& request, std::size_t c, std::int16_t units) {
-    const CriterionShare& share = result.uncertainty.criteria[c];
+    const CriterionShare& share = result.answer->made.criteria[c];
     const Criterion& criterion = request.criteria[c];
     json.beginObject();
     json.member("criterion", criterion.text());
@@ -429,7 +386,7 @@ void jsonCriterion(JsonWriter& json, const UncertaintyResult& result,
         json.endArray();
     }
     json.endArray();
-    jsonSteps(json, result.uncertainty.convergence[c]);
+    jsonSteps(json, result.answer->made.convergence[c]);
     json.key("importance");
     json.beginArray();
     for (std::size_t j = 0; j < request.inputs.size(); ++j) {
@@ -462,11 +419,13 @@ void jsonCriterion(JsonWriter& json, const UncertaintyResult& result,
 
 } // namespace
 
-StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request,
-                     std::int16_t units) {
+StudyOutput outputOf(UncertaintyResult result) {
     const auto kept = std::make_shared<const UncertaintyResult>(std::move(result));
-    const Uncertainty& all = kept->uncertainty;
+    const UncertaintyRequest& request = kept->answer->request;
+    const std::int16_t units = kept->answer->base.Units;
+    const Uncertainty& all = kept->answer->made;
     StudyOutput output;
+    output.answer = kept->answer;
     output.headline = all.headline;
     output.tally = all.tally;
     output.aimMet = all.halfWidthMet;
@@ -477,18 +436,19 @@ StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request
     showConvergence(output, all, request);
     addRemarks(output, *kept, request);
     output.samples = samplesOf(kept, request);
-    output.json = [kept, request, units](JsonWriter& json) {
-        const Uncertainty& shown = kept->uncertainty;
+    output.json = [kept, units](JsonWriter& json) {
+        const UncertaintyRequest& asked = kept->answer->request;
+        const Uncertainty& shown = kept->answer->made;
         json.member("headline", shown.headline);
         json.member("note", ShareNote);
         jsonCount(json, "samples", shown.samples.size());
-        jsonCount(json, "seed", request.plan.seed);
+        jsonCount(json, "seed", asked.plan.seed);
         json.key("stopped");
         json.boolean(shown.samples.stopped);
         json.key("criteria");
         json.beginArray();
         for (std::size_t c = 0; c < shown.criteria.size(); ++c)
-            jsonCriterion(json, *kept, request, c, units);
+            jsonCriterion(json, *kept, asked, c, units);
         json.endArray();
         jsonEstimate(json, "missesAny", shown.any);
         json.key("samplesByMisses");
@@ -499,7 +459,7 @@ StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request
             json.key("misses");
             json.beginArray();
             for (std::size_t c = 0; c < shown.criteria.size(); ++c)
-                if ((mask >> c & 1) != 0) json.text(request.criteria[c].text());
+                if ((mask >> c & 1) != 0) json.text(asked.criteria[c].text());
             json.endArray();
             jsonCount(json, "samples", shown.byMask[mask]);
             json.endObject();
@@ -507,7 +467,7 @@ StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request
         json.endArray();
         json.key("inputs");
         json.beginArray();
-        for (const UncertainInput& input : request.inputs) {
+        for (const UncertainInput& input : asked.inputs) {
             json.beginObject();
             json.member("input", input.shownName());
             json.member("unit", input.variable.unit(units));
@@ -517,109 +477,6 @@ StudyOutput outputOf(UncertaintyResult result, const UncertaintyRequest& request
         }
         json.endArray();
         jsonTally(json, shown.tally);
-    };
-    return output;
-}
-
-StudyOutput outputOf(ShareCurve result, const UncertaintyRequest& request,
-                     const AskedFragility& asked, std::int16_t units) {
-    const auto kept = std::make_shared<const ShareCurve>(std::move(result));
-    StudyOutput output;
-    output.headline = kept->headline;
-    output.tally = kept->tally;
-    const std::string unit(asked.over.unit(units));
-    const std::string over = asked.over.name();
-    KeptTable table({{"criterion", ""},
-                     {over, unit},
-                     {"misses", ""},
-                     {"low", ""},
-                     {"high", ""},
-                     {"computed", ""},
-                     {"notComputed", ""}});
-    for (std::size_t c = 0; c < request.criteria.size(); ++c) {
-        const std::string criterion = request.criteria[c].text();
-        KeptTable shown({{over, unit}, {"misses", "%"}, {"from", "%"}, {"to", "%"}});
-        for (const ShareCurvePoint& point : kept->points[c]) {
-            std::vector<TableCell> cells = {criterion, numberCell(point.x)};
-            if (point.computed > 0) {
-                cells.insert(cells.end(),
-                             {numberCell(point.missed.value), numberCell(point.missed.low),
-                              numberCell(point.missed.high)});
-                shown.row({numberCell(point.x), shownPercent(point.missed.value),
-                           shownPercent(point.missed.low), shownPercent(point.missed.high)});
-            } else {
-                cells.resize(5);
-                shown.row({numberCell(point.x)});
-            }
-            cells.emplace_back(static_cast<double>(point.computed));
-            cells.emplace_back(static_cast<double>(point.notComputed));
-            table.row(std::move(cells));
-        }
-        output.shown.emplace_back("Share of samples that miss " + criterion, shown.take());
-        if (const auto& average = kept->average[c]) {
-            table.row({criterion + ", average",
-                       {},
-                       numberCell(average->value),
-                       numberCell(average->low),
-                       numberCell(average->high)});
-            output.remarks.push_back("Over the whole, " + percentText(average->value) + " % miss " +
-                                     criterion + " (" + percentText(average->low) + " to " +
-                                     percentText(average->high) + " %)");
-        }
-        for (const ShareInterval& interval : kept->meets[c])
-            output.remarks.push_back("At most " + percentText(*asked.share) + " % miss " +
-                                     criterion + " from " +
-                                     asked.over.text(interval.from, units, 4) +
-                                     (interval.fromRange ? ", the end of the range," : "") +
-                                     " to " + asked.over.text(interval.to, units, 4) +
-                                     (interval.toRange ? ", the end of the range" : ""));
-    }
-    output.aimMet = !asked.share || !kept->meets.front().empty();
-    if (asked.share)
-        output.remarks.emplace_back(
-            "Located between the values; a stretch that lies between two of them can be missed");
-    output.remarks.emplace_back(ShareNote);
-    output.table = table.take();
-    output.json = [kept, request, asked, over, unit](JsonWriter& json) {
-        json.member("headline", kept->headline);
-        json.member("note", ShareNote);
-        json.member("over", over);
-        json.member("unit", unit);
-        jsonNumber(json, "share", asked.share);
-        json.key("curves");
-        json.beginArray();
-        for (std::size_t c = 0; c < request.criteria.size(); ++c) {
-            json.beginObject();
-            json.member("criterion", request.criteria[c].text());
-            json.key("points");
-            json.beginArray();
-            for (const ShareCurvePoint& point : kept->points[c]) {
-                json.beginObject();
-                jsonNumber(json, "x", point.x);
-                if (point.computed > 0) jsonEstimate(json, "misses", point.missed);
-                jsonCount(json, "computed", point.computed);
-                jsonCount(json, "notComputed", point.notComputed);
-                json.endObject();
-            }
-            json.endArray();
-            if (const auto& average = kept->average[c]) jsonEstimate(json, "average", *average);
-            json.key("meets");
-            json.beginArray();
-            for (const ShareInterval& one : kept->meets[c]) {
-                json.beginObject();
-                jsonNumber(json, "from", one.from);
-                jsonNumber(json, "fromEarliest", one.fromEarliest);
-                jsonNumber(json, "fromLatest", one.fromLatest);
-                jsonNumber(json, "to", one.to);
-                jsonNumber(json, "toEarliest", one.toEarliest);
-                jsonNumber(json, "toLatest", one.toLatest);
-                json.endObject();
-            }
-            json.endArray();
-            json.endObject();
-        }
-        json.endArray();
-        jsonTally(json, kept->tally);
     };
     return output;
 }

@@ -23,17 +23,11 @@ constexpr std::size_t MostCurvePoints = 401;
 constexpr double FewestBins = 20, MostBins = 80;
 constexpr double TwoSidedNormal = 1.9599639845400545;
 
-std::string headlineOf(const Uncertainty& result, const UncertaintyRequest& request) {
-    const CriterionShare& first = result.criteria.front();
-    const std::string samples =
-        groupedCount(result.samples.size()) + " samples miss " + request.criteria.front().text();
-    std::string text =
-        first.misses == 0
-            ? "None of " + samples + " (below " + percentText(first.missed.high) + " %)"
-            : percentText(first.missed.value) + " % of " + samples + " (" +
-                  percentText(first.missed.low) + " to " + percentText(first.missed.high) + " %)";
+std::string headlineOf(const Uncertainty& result, const UncertaintyRequest& request,
+                       std::int16_t units) {
+    std::string text = shareSentence(result, request, 0, units);
     if (result.criteria.size() > 1 && result.any.value > 0)
-        text += "; " + percentText(result.any.value) + " % miss one of the " +
+        text += "; " + percentText(result.any.value) + " % miss at least one of the " +
                 std::to_string(result.criteria.size());
     return text;
 }
@@ -254,6 +248,17 @@ struct Counted {
 
 } // namespace
 
+std::string shareSentence(const Uncertainty& result, const UncertaintyRequest& request,
+                          std::size_t criterion, std::int16_t units) {
+    const CriterionShare& share = result.criteria[criterion];
+    const std::string samples = groupedCount(result.samples.size()) +
+                                " samples miss: " + request.criteria[criterion].title(units);
+    if (share.misses == 0)
+        return "None of " + samples + " (below " + percentText(share.missed.high) + " %)";
+    return percentText(share.missed.value) + " % of " + samples + " (" +
+           percentText(share.missed.low) + " to " + percentText(share.missed.high) + " %)";
+}
+
 Result<Uncertainty> assess(const project::ProjectCase& base, const UncertaintyRequest& request,
                            Samples samples, int RoundTELVOSF) {
     auto ready = readyToDraw(base, request, RoundTELVOSF);
@@ -292,7 +297,7 @@ Result<Uncertainty> assess(const project::ProjectCase& base, const UncertaintyRe
     }
     result.any = shareOfReplicates(counted.counts.back()[criteria], per);
     result.convergenceOfAny = converging(criteria);
-    result.headline = headlineOf(result, request);
+    result.headline = headlineOf(result, request, base.Units);
     return result;
 }
 

@@ -203,7 +203,7 @@ Estimate averageOf(const std::vector<ShareCurvePoint>& points,
 
 std::string curveHeadline(const ShareCurve& curve, const UncertaintyRequest& request,
                           const AskedFragility& asked, std::int16_t units) {
-    const std::string what = request.criteria.front().text();
+    const std::string what = request.criteria.front().title(units);
     const auto text = [&](double x) { return asked.over.text(x, units, 4); };
     const auto about = [&](double x, const std::optional<double>& from,
                            const std::optional<double>& to) {
@@ -213,10 +213,10 @@ std::string curveHeadline(const ShareCurve& curve, const UncertaintyRequest& req
     };
     const std::vector<ShareCurvePoint>& points = curve.points.front();
     if (!asked.share)
-        return "The share that misses " + what + " is " + percentText(points.front().missed.value) +
-               " % at " + text(points.front().x) + " and " +
-               percentText(points.back().missed.value) + " % at " + text(points.back().x);
-    const std::string aim = "At most " + percentText(*asked.share) + " % miss " + what;
+        return "The share that misses (" + what + ") is " +
+               percentText(points.front().missed.value) + " % at " + text(points.front().x) +
+               " and " + percentText(points.back().missed.value) + " % at " + text(points.back().x);
+    const std::string aim = "At most " + percentText(*asked.share) + " % miss: " + what + ",";
     const auto& meets = curve.meets.front();
     if (meets.empty())
         return aim + " nowhere from " + text(points.front().x) + " to " + text(points.back().x);

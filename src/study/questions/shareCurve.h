@@ -20,6 +20,9 @@ struct AskedFragility {
     std::optional<double> share; ///< looked for: where at most this share misses
 };
 
+/// Samples of a replicate at each value, as a power of two, where the curve follows the typing.
+inline constexpr int MostShareCurveBits = 9;
+
 struct ShareCurvePoint {
     double x = 0;
     sampling::Estimate missed; ///< of the computed ones; says nothing where there is none

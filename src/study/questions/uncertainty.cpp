@@ -15,6 +15,8 @@ using sampling::Method, sampling::Plan;
 
 namespace {
 
+constexpr std::size_t MostSampleBytes = std::size_t{4} << 30; // of the numbers that are kept
+
 constexpr int CoarsestBits = 9; // 2^9 samples of each replicate come first
 
 /// Sizes of a replicate, each twice the one before: what is complete at each of them is a study.
@@ -175,6 +177,11 @@ Result<Samples> drawSamples(const project::ProjectCase& base, const UncertaintyR
     samples.firstReplicate = plan.replicates * (part.k - 1) / part.n;
     samples.replicates = plan.replicates * part.k / part.n - samples.firstReplicate;
     samples.perReplicate = per;
+    if (samples.size() > MostSampleBytes / (sizeof(double) * criteria + sizeof(std::uint16_t)))
+        return Fault{groupedCount(samples.size()) +
+                         " samples take more than 4 GB of memory: take fewer, or run the study in "
+                         "parts",
+                     ""};
     samples.outcomes.assign(criteria, std::vector<double>(samples.size()));
     samples.missed.resize(samples.size());
     std::size_t from = 0;

@@ -28,8 +28,7 @@ namespace telvo::study {
 /// The sentence that stands beside every share.
 inline constexpr std::string_view ShareNote =
     "The limits are empirical and were found with default coal strength and abutment angles: the "
-    "share "
-    "shows how robust the case is and is no probability of failure.";
+    "share shows how robust the case is and is no probability of failure.";
 
 // ---- what is asked ------------------------------------------------------------------------------
 
@@ -155,7 +154,7 @@ struct Convergence {
 };
 
 struct Uncertainty {
-    /// "3.8 % of 131,072 samples miss TELVOSF.retreat>=1.5 (3.7 to 3.9 %); 5.1 % miss one of the 4"
+    /// shareSentence() of the first criterion, "; 5.1 % miss at least one of the 4"
     std::string headline;
     std::vector<CriterionShare> criteria;
     sampling::Estimate any; ///< share that misses one or more of them
@@ -181,6 +180,10 @@ struct Uncertainty {
     std::vector<double> variables(std::size_t sample) const;
     project::ProjectCase caseOf(std::size_t sample) const;
 };
+
+/// "3.8 % of 131,072 samples miss: Retreat factor of the panel at least 1.5 (3.7 to 3.9 %)"
+std::string shareSentence(const Uncertainty& result, const UncertaintyRequest& request,
+                          std::size_t criterion, std::int16_t units);
 
 /// Faults: samples of which none can be computed
 /// Notes:  the same bits for samples drawn in one or in many parts.

@@ -3,6 +3,7 @@
 
 #include "study/output/factors.h"
 #include "study/ui/drawings/caseBars.h"
+#include "study/ui/drawings/uncertaintyDrawing.h"
 
 namespace telvo::study::ui {
 
@@ -12,7 +13,6 @@ struct Drawings {
     const StudyLook& look;
     int RoundTELVOSF;
 
-    Drawing operator()(std::monostate) const { return {}; }
     Drawing operator()(const std::shared_ptr<const TornadoAnswer>& answer) const {
         return tornadoDrawing(answer, look.spider,
                               suggestedFor(answer->base, answer->request.outcome, RoundTELVOSF));
@@ -31,6 +31,12 @@ struct Drawings {
     }
     Drawing operator()(const std::shared_ptr<const Comparison>& comparison) const {
         return compareDrawing(*comparison, comparedOutcomes(*comparison));
+    }
+    Drawing operator()(const std::shared_ptr<const UncertaintyAnswer>& answer) const {
+        return distributionDrawing(answer, 0);
+    }
+    Drawing operator()(const std::shared_ptr<const ShareCurveAnswer>& answer) const {
+        return shareCurveDrawing(answer);
     }
 };
 

@@ -4,6 +4,7 @@
 #include "base/numbers.h"
 #include "base/ui/qtText.h"
 #include "chart/ui/chartParts.h"
+#include "study/questions/sampleBlock.h"
 #include "study/ui/drawings/drawingParts.h"
 
 #include <algorithm>
@@ -70,22 +71,31 @@ void addHistogram(QCustomPlot& chart, const UncertaintyAnswer& answer, std::size
     const double width =
         histogram.width > 0 ? histogram.width : std::max(std::abs(histogram.first) * 0.02, 1e-9);
     const double from = histogram.width > 0 ? histogram.first : histogram.first - width / 2;
-    QVector<double> x, missing, holding;
+    // A bar of nothing would be drawn as a line.
+    QVector<double> missingAt, missing, holdingAt, holding;
     double highest = 0;
     for (std::size_t bin = 0; bin < histogram.counts.size(); ++bin) {
-        x.append(from + (static_cast<double>(bin) + 0.5) * width);
+        const double at = from + (static_cast<double>(bin) + 0.5) * width;
         const std::uint64_t missed = std::min(misses[bin], histogram.counts[bin]);
-        missing.append(Percent * static_cast<double>(missed) / computed);
-        holding.append(Percent * static_cast<double>(histogram.counts[bin] - missed) / computed);
-        highest = std::max(highest, missing.back() + holding.back());
+        const std::uint64_t held = histogram.counts[bin] - missed;
+        if (missed > 0) {
+            missingAt.append(at);
+            missing.append(Percent * static_cast<double>(missed) / computed);
+        }
+        if (held > 0) {
+            holdingAt.append(at);
+            holding.append(Percent * static_cast<double>(held) / computed);
+        }
+        highest =
+            std::max(highest, Percent * static_cast<double>(histogram.counts[bin]) / computed);
     }
     QCPBars* below = addBars(chart, "misses", QObject::tr("samples that miss"), width,
                              studyColor(1, ink.palette));
-    below->setData(x, missing, true);
+    below->setData(missingAt, missing, true);
     QCPBars* above = addBars(
         chart, "holds", QObject::tr("samples that hold"), width,
         chart::ui::mixed(ink.palette.color(QPalette::Base), studyColor(0, ink.palette), 0.6));
-    above->setData(x, holding, true);
+    above->setData(holdingAt, holding, true);
     above->moveAbove(below);
     const auto bins = static_cast<double>(histogram.counts.size());
     double low = from, high = from + bins * width;
@@ -236,8 +246,8 @@ void composeShareCurve(QCustomPlot& chart, const ShareCurveAnswer& answer, const
             shares.push_back(point.missed);
             highest = std::max(highest, Percent * point.missed.high);
         }
-        addBanded(chart, toQt(criterionTitle(answer.request.criteria[c], answer.base.Units)), x,
-                  shares, studyColor(c, ink.palette), ink);
+        addBanded(chart, toQt(answer.request.criteria[c].title(answer.base.Units)), x, shares,
+                  studyColor(c, ink.palette), ink);
     }
     if (answer.asked.share) {
         const QPen pen = linePen(ink.palette.color(QPalette::Text), ink, Qt::DashLine);
@@ -258,34 +268,15 @@ void composeShareCurve(QCustomPlot& chart, const ShareCurveAnswer& answer, const
     chart.legend->setVisible(true);
 }
 
-std::string percentOf(double share) {
-    return generalNumber(Percent * share, 3) + " %";
+std::string sentenceOf(const UncertaintyAnswer& answer, std::size_t criterion) {
+    return asSentence(shareSentence(answer.made, answer.request, criterion, answer.base.Units));
 }
 
 } // namespace
 
-std::string criterionTitle(const Criterion& criterion, std::int16_t units) {
-    const char* sense = criterion.sense == Criterion::Sense::AtLeast ? " at least " : " at most ";
-    return criterion.outcome.label() + sense +
-           (criterion.target ? criterion.outcome.text(*criterion.target, units)
-                             : std::string("the suggested one"));
-}
-
-std::string shareSentence(const UncertaintyAnswer& answer, std::size_t criterion) {
-    const CriterionShare& share = answer.made.criteria[criterion];
-    const std::string what = groupedCount(answer.made.samples.size()) + " samples miss: " +
-                             criterionTitle(answer.request.criteria[criterion], answer.base.Units);
-    const std::string partial =
-        answer.made.samples.stopped ? " Stopped before all were drawn." : "";
-    if (share.misses == 0)
-        return "None of " + what + " (below " + percentOf(share.missed.high) + ")." + partial;
-    return percentOf(share.missed.value) + " of " + what + " (" + percentOf(share.missed.low) +
-           " to " + percentOf(share.missed.high) + ")." + partial;
-}
-
 Drawing distributionDrawing(const UncertaintyPtr& answer, std::size_t criterion) {
     Drawing drawing;
-    drawing.headline = shareSentence(*answer, criterion);
+    drawing.headline = sentenceOf(*answer, criterion);
     drawing.compose = [answer, criterion, misses = missesByBin(*answer, criterion)](
                           QCustomPlot& chart, const ChartInk& ink) {
         composeDistribution(chart, *answer, criterion, misses, ink);
@@ -297,7 +288,7 @@ Drawing importanceDrawing(const UncertaintyPtr& answer,
                           std::shared_ptr<const std::vector<Importance>> importance,
                           std::size_t criterion) {
     Drawing drawing;
-    drawing.headline = shareSentence(*answer, criterion);
+    drawing.headline = sentenceOf(*answer, criterion);
     drawing.linesOfText = static_cast<int>(importance->size()) + 5;
     drawing.compose = [answer, importance = std::move(importance)](QCustomPlot& chart,
                                                                    const ChartInk& ink) {
@@ -308,7 +299,7 @@ Drawing importanceDrawing(const UncertaintyPtr& answer,
 
 Drawing convergenceDrawing(const UncertaintyPtr& answer, std::size_t criterion) {
     Drawing drawing;
-    drawing.headline = shareSentence(*answer, criterion);
+    drawing.headline = sentenceOf(*answer, criterion);
     drawing.compose = [answer, criterion](QCustomPlot& chart, const ChartInk& ink) {
         composeConvergence(chart, *answer, criterion, ink);
     };
@@ -333,9 +324,9 @@ Drawing shareCurveDrawing(const ShareCurvePtr& answer) {
         for (std::size_t c = 0; c < answer->made.points.size(); ++c) {
             const ShareCurvePoint& point = answer->made.points[c][id];
             if (point.computed > 0)
-                text += "\n" + percentOf(point.missed.value) + " (" + percentOf(point.missed.low) +
-                        " to " + percentOf(point.missed.high) + ") miss " +
-                        criterionTitle(answer->request.criteria[c], answer->base.Units);
+                text += "\n" + percentText(point.missed.value) + " % (" +
+                        percentText(point.missed.low) + " to " + percentText(point.missed.high) +
+                        " %) miss: " + answer->request.criteria[c].title(answer->base.Units);
         }
         return toQt(text);
     };

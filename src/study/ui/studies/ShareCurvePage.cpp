@@ -6,6 +6,7 @@
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
+#include "study/output/headlines.h"
 #include "study/questions/ranges.h"
 #include "study/questions/searchGrid.h"
 #include "study/questions/sweep.h"
@@ -32,7 +33,6 @@ namespace {
 constexpr double Percent = 100;
 constexpr double FirstValues = 25; // of the variable
 constexpr std::size_t MostValues = 200;
-constexpr int MostBits = 9; // of a replicate: as many samples at each of the values
 
 StudyCell estimateCell(const ShareCurvePoint& point, std::size_t part) {
     if (point.computed == 0) return {};
@@ -46,7 +46,7 @@ std::shared_ptr<const StudyTable> curveTable(const ShareCurvePtr& answer) {
                               .unit = std::string(answer->asked.over.unit(answer->base.Units)),
                               .digits = 8});
     for (const Criterion& criterion : answer->request.criteria) {
-        const std::string title = criterionTitle(criterion, answer->base.Units);
+        const std::string title = criterion.title(answer->base.Units);
         table->columns.push_back(
             {.label = "Samples that Miss: " + title, .unit = "%", .digits = 3});
         table->columns.push_back({.label = "Interval from", .unit = "%", .digits = 3});
@@ -72,7 +72,7 @@ std::string averageText(const ShareCurveAnswer& answer) {
                     generalNumber(Percent * one->value, 3) + " % (" +
                     generalNumber(Percent * one->low, 3) + " to " +
                     generalNumber(Percent * one->high, 3) + ") miss " +
-                    criterionTitle(answer.request.criteria[c], answer.base.Units);
+                    answer.request.criteria[c].title(answer.base.Units);
     return text.empty() ? text : text + ". ";
 }
 
@@ -102,8 +102,7 @@ StudyResult shareCurveResult(ShareCurveAnswer made) {
 } // namespace
 
 ShareCurvePage::ShareCurvePage(PageActions actions, QWidget* parent)
-    : StudyPage("ShareCurve", tr("Share over a Variable"), tr("fragility"), std::move(actions),
-                parent) {
+    : StudyPage("ShareCurve", tr(ShareCurveTitle), tr("fragility"), std::move(actions), parent) {
     makeFields();
 }
 
@@ -159,10 +158,29 @@ void ShareCurvePage::propose() {
 void ShareCurvePage::fill(bool another) {
     m_over->list(subject().current);
     if (!another) return;
+    if (const auto& kept = settings().shareCurve) return showRequest(*kept);
     m_over->choose(firstFindRequest(subject().current).variable);
     propose();
     m_share->setText("5");
     m_weights->clear();
+}
+
+void ShareCurvePage::showRequest(const AskedFragility& asked) {
+    const std::vector<double>& values = asked.values;
+    m_over->choose(asked.over);
+    m_from->setText(toQt(generalNumber(values.front())));
+    m_to->setText(toQt(generalNumber(values.back())));
+    if (values.size() > 1) m_step->setText(toQt(generalNumber(values[1] - values[0], 10)));
+    m_share->setText(asked.share ? toQt(generalNumber(Percent * *asked.share)) : QString());
+    std::string weights;
+    for (const double weight : asked.weights)
+        weights += (weights.empty() ? "" : ", ") + generalNumber(weight);
+    m_weights->setText(toQt(weights));
+}
+
+AskedUncertainty ShareCurvePage::scatterOfCase() const {
+    if (settings().uncertainty) return *settings().uncertainty;
+    return settings().shareCurve ? settings().shareCurve->scatter : AskedUncertainty{};
 }
 
 Result<StudyPage::Compute> ShareCurvePage::read() {
@@ -184,9 +202,7 @@ Result<StudyPage::Compute> ShareCurvePage::read() {
     auto values = parseValues(generalNumber(numbers[0]) + ":" + generalNumber(numbers[1]) + ":" +
                               generalNumber(numbers[2]));
     if (!values) return Fault{values.fault().message, stepName};
-    AskedFragility asked{
-        settings().uncertainty.value_or(AskedUncertainty{}), over, std::move(*values), {}, {}};
-    asked.scatter.plan.bits = std::min(asked.scatter.plan.bits, MostBits);
+    AskedFragility asked{scatterOfCase(), over, std::move(*values), {}, {}};
     if (!m_share->text().trimmed().isEmpty()) {
         const auto share = numberIn(*m_share);
         if (!share) return share.fault();
@@ -197,24 +213,25 @@ Result<StudyPage::Compute> ShareCurvePage::read() {
         if (!weights) return Fault{weights.fault().message, fromQt(m_weights->objectName())};
         asked.weights = std::move(*weights);
     }
-    // Its own scatter, where it has one, is not what is asked here.
-    std::erase_if(asked.scatter.vary, [&](const ScatteredInput& input) {
-        return std::find(input.variables.begin(), input.variables.end(), over) !=
-               input.variables.end();
+    if (isEdited()) settings().shareCurve = asked;
+    const bool usual = asked.scatter.vary.empty();
+    asked.scatter = scatterWithout(std::move(asked.scatter), over);
+    if (!usual && asked.scatter.vary.empty())
+        return Fault{"Nothing scatters but the variable itself: tick other inputs in How Sure",
+                     fromQt(m_over->objectName())};
+    asked.scatter.plan.bits = std::min(asked.scatter.plan.bits, MostShareCurveBits);
+    const unsigned threads = std::max(1U, std::thread::hardware_concurrency());
+    return Compute([asked, run = asking(asked, threads), base = subject().current, threads,
+                    rounding = subject().RoundTELVOSF](
+                       const std::stop_token& stop) -> Result<StudyResult> {
+        auto request = requestOf(asked.scatter, base, asked.over);
+        if (!request) return request.fault();
+        auto made = shareCurve(base, *request, asked, rounding, threads, stop);
+        if (!made) return made.fault();
+        StudyResult result = shareCurveResult({base, std::move(*request), asked, std::move(*made)});
+        result.asked = run;
+        return result;
     });
-    std::erase_if(asked.scatter.correlated, [&](const AskedUncertainty::Together& pair) {
-        return pair.first == over || pair.second == over;
-    });
-    return Compute(
-        [asked = std::move(asked), base = subject().current,
-         rounding = subject().RoundTELVOSF](const std::stop_token& stop) -> Result<StudyResult> {
-            auto request = requestOf(asked.scatter, base, asked.over);
-            if (!request) return request.fault();
-            auto made = shareCurve(base, *request, asked, rounding,
-                                   std::max(1U, std::thread::hardware_concurrency()), stop);
-            if (!made) return made.fault();
-            return shareCurveResult({base, std::move(*request), asked, std::move(*made)});
-        });
 }
 
 } // namespace telvo::study::ui

@@ -24,6 +24,8 @@ class ShareCurvePage : public StudyPage {
   private:
     void makeFields();
     void propose();
+    void showRequest(const AskedFragility& asked);
+    AskedUncertainty scatterOfCase() const;
 
     InputBox* m_over;
     telvo::ui::NumberEdit* m_from;

@@ -216,6 +216,10 @@ void StudyPage::setCase(const StudyCase& subject, bool another) {
     m_subject = subject;
     if (another) m_edited = false;
     fill(another);
+    refresh();
+}
+
+void StudyPage::refresh() {
     if (isVisible()) {
         compute();
     } else {

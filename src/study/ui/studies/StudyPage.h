@@ -97,6 +97,8 @@ class StudyPage : public QWidget {
     /// The case changed.
     /// Given: another  the fields begin anew from the settings of the case
     void setCase(const StudyCase& subject, bool another);
+    /// Something that it asks about changed elsewhere: it computes anew, now or when it is shown.
+    void refresh();
     /// Whether what it shows belongs to case and fields, so that it may leave the program.
     bool isCurrent() const { return m_current; }
     const StudyResult& result() const { return m_result; }

@@ -5,6 +5,7 @@
 #include "base/ui/Form.h"
 #include "base/ui/NumberEdit.h"
 #include "base/ui/qtText.h"
+#include "study/output/headlines.h"
 #include "study/ui/studies/choices.h"
 
 #include <algorithm>
@@ -25,26 +26,16 @@ using telvo::ui::toQt;
 
 namespace {
 
-constexpr int FewestBits = 9, UsualBits = 13, MostBits = 16; // of a replicate
+constexpr int FewestBits = 9, MostBits = 16; // of a replicate, to choose from
 constexpr std::size_t MostLimits = 15;
 constexpr double MostSeed = 9007199254740991.0; // whole numbers that a double holds
 
 } // namespace
 
 UncertaintyPage::UncertaintyPage(PageActions actions, EditScatter editScatter, QWidget* parent)
-    : StudyPage("Uncertainty", tr("How Sure"), tr("uncertainty"), std::move(actions), parent),
+    : StudyPage("Uncertainty", tr(UncertaintyTitle), tr("uncertainty"), std::move(actions), parent),
       m_editScatter(std::move(editScatter)) {
     makeFields();
-}
-
-AskedUncertainty& UncertaintyPage::asked() const {
-    auto& kept = settings().uncertainty;
-    if (!kept) {
-        kept.emplace();
-        kept->limits = usualLimits(subject().current);
-        kept->vary = usualInputs(subject().current);
-    }
-    return *kept;
 }
 
 void UncertaintyPage::makeFields() {
@@ -80,10 +71,9 @@ void UncertaintyPage::makeFields() {
                         tr("Which inputs scatter, and how"));
     m_inputs->setAutoDefault(false);
     m_samples = new QComboBox(this);
-    telvo::ui::describe(*m_samples, named("cbo", "Samples"), tr("Samples"),
-                        tr("How many samples are drawn, in 16 replicates"));
-    for (int bits = FewestBits; bits <= MostBits; ++bits)
-        m_samples->addItem(toQt(groupedCount(std::size_t{16} << bits)), bits);
+    telvo::ui::describe(
+        *m_samples, named("cbo", "Samples"), tr("Samples"),
+        tr("How many samples are drawn, in replicates that the interval comes from"));
     m_seed = makeNumber("Seed", tr("Seed"),
                         tr("A whole number; another one draws other samples of the same study"));
     auto* third = new QHBoxLayout;
@@ -95,7 +85,10 @@ void UncertaintyPage::makeFields() {
 
     connect(m_view, &QComboBox::activated, this, [this] { renew(); });
     connect(m_limit, &QComboBox::activated, this, [this] { renew(); });
-    connect(m_samples, &QComboBox::activated, this, [this] { askedAnew(); });
+    connect(m_samples, &QComboBox::activated, this, [this] {
+        m_asked.plan.bits = m_samples->currentData().toInt();
+        keep();
+    });
     disconnect(m_seed, &QLineEdit::textEdited, nullptr, nullptr);
     connect(m_seed, &QLineEdit::textEdited, this, [this] {
         m_answer.reset();
@@ -103,16 +96,19 @@ void UncertaintyPage::makeFields() {
     });
     connect(m_remove, &QPushButton::clicked, this, [this] {
         const int at = m_limit->currentIndex();
-        if (at < 0 || asked().limits.size() < 2) return;
-        asked().limits.erase(asked().limits.begin() + at);
+        m_asked.limits = limits();
+        if (at < 0 || m_asked.limits.size() < 2) return;
+        m_asked.limits.erase(m_asked.limits.begin() + at);
         listLimits(std::max(at - 1, 0));
-        askedAnew();
+        keep();
     });
     connect(m_inputs, &QPushButton::clicked, this, [this] {
-        AskedUncertainty changed = asked();
+        AskedUncertainty changed = m_asked;
+        changed.limits = limits();
         if (!m_editScatter(subject().current, changed)) return;
-        asked() = std::move(changed);
-        askedAnew();
+        m_asked.vary = std::move(changed.vary);
+        m_asked.correlated = std::move(changed.correlated);
+        keep();
     });
 }
 
@@ -169,45 +165,56 @@ void UncertaintyPage::addLimit() {
         if (!target) return refused(target.fault().message);
         criterion.target = *target;
     }
-    auto& limits = asked().limits;
+    std::vector<Criterion> all = limits();
     const auto same = [&](const Criterion& one) { return one.text() == criterion.text(); };
-    const auto known = std::find_if(limits.begin(), limits.end(), same);
-    if (known == limits.end()) {
-        if (limits.size() >= MostLimits) return refused("A study has at most 15 limits");
-        limits.push_back(criterion);
-        listLimits(static_cast<int>(limits.size()) - 1);
-        return askedAnew();
+    const auto known = std::find_if(all.begin(), all.end(), same);
+    const auto place = static_cast<int>(known - all.begin());
+    if (known != all.end()) {
+        m_limit->setCurrentIndex(place);
+        return renew();
     }
-    listLimits(static_cast<int>(known - limits.begin()));
-    renew();
+    if (all.size() >= MostLimits) return refused("A study has at most 15 limits");
+    all.push_back(criterion);
+    m_asked.limits = std::move(all);
+    listLimits(place);
+    keep();
 }
 
 /// What was computed belongs to another question.
-void UncertaintyPage::askedAnew() {
+void UncertaintyPage::keep() {
+    settings().uncertainty = m_asked;
     m_answer.reset();
     renew();
+    Q_EMIT askedChanged();
+}
+
+std::vector<Criterion> UncertaintyPage::limits() const {
+    return m_asked.limits.empty() ? usualLimits(subject().current) : m_asked.limits;
 }
 
 void UncertaintyPage::listLimits(int current) {
     m_limit->clear();
-    for (const Criterion& limit : asked().limits)
-        m_limit->addItem(toQt(criterionTitle(limit, subject().current.Units)), toQt(limit.text()));
+    for (const Criterion& limit : limits())
+        m_limit->addItem(toQt(limit.title(subject().current.Units)), toQt(limit.text()));
     m_limit->setCurrentIndex(std::clamp(current, 0, std::max(m_limit->count() - 1, 0)));
     m_remove->setEnabled(m_limit->count() > 1);
 }
 
+void UncertaintyPage::listSamples() {
+    m_samples->clear();
+    const sampling::Plan& plan = m_asked.plan;
+    for (int bits = std::min(FewestBits, plan.bits); bits <= std::max(MostBits, plan.bits); ++bits)
+        m_samples->addItem(toQt(groupedCount(plan.replicates << bits)), bits);
+    m_samples->setCurrentIndex(m_samples->findData(plan.bits));
+}
+
 void UncertaintyPage::fill(bool another) {
     m_answer.reset();
+    m_asked = settings().uncertainty.value_or(AskedUncertainty{});
     m_outcome->list(subject().current);
-    if (!another) return listLimits(m_limit->currentIndex());
-    const auto& limits = asked().limits;
-    const auto retreat = std::find_if(limits.begin(), limits.end(), [](const Criterion& limit) {
-        return limit.outcome.pass() == engine::Retreat;
-    });
-    listLimits(retreat == limits.end() ? 0 : static_cast<int>(retreat - limits.begin()));
-    const sampling::Plan& plan = asked().plan;
-    m_samples->setCurrentIndex(std::max(m_samples->findData(plan.bits), 0));
-    m_seed->setText(toQt(generalNumber(static_cast<double>(plan.seed), 17)));
+    listLimits(another ? 0 : m_limit->currentIndex());
+    listSamples();
+    if (another) m_seed->setText(toQt(generalNumber(static_cast<double>(m_asked.plan.seed), 17)));
 }
 
 Result<StudyPage::Compute> UncertaintyPage::read() {
@@ -215,23 +222,30 @@ Result<StudyPage::Compute> UncertaintyPage::read() {
     if (!seed) return seed.fault();
     if (!(*seed >= 0 && *seed <= MostSeed && *seed == std::floor(*seed)))
         return Fault{"A seed is a whole number", fromQt(m_seed->objectName())};
-    AskedUncertainty& study = asked();
-    study.plan.seed = static_cast<std::uint64_t>(*seed);
-    study.plan.bits = m_samples->currentData().toInt();
+    if (const auto typed = static_cast<std::uint64_t>(*seed); typed != m_asked.plan.seed) {
+        m_asked.plan.seed = typed;
+        settings().uncertainty = m_asked;
+        Q_EMIT askedChanged();
+    }
     const auto view = static_cast<UncertaintyView>(m_view->currentIndex());
     const auto limit = static_cast<std::size_t>(std::max(m_limit->currentIndex(), 0));
+    const unsigned threads = std::max(1U, std::thread::hardware_concurrency());
     return Compute(
-        [known = m_answer, asked = study, base = subject().current, view, limit,
+        [known = m_answer, asked = m_asked, run = asking(m_asked, threads),
+         base = subject().current, view, limit, threads,
          rounding = subject().RoundTELVOSF](const std::stop_token& stop) -> Result<StudyResult> {
-            if (known) return uncertaintyResult(known, view, limit);
-            auto request = requestOf(asked, base);
-            if (!request) return request.fault();
-            auto made = uncertainty(base, *request, rounding,
-                                    std::max(1U, std::thread::hardware_concurrency()), stop);
-            if (!made) return made.fault();
-            return uncertaintyResult(std::make_shared<const UncertaintyAnswer>(UncertaintyAnswer{
-                                         base, std::move(*request), std::move(*made)}),
-                                     view, limit);
+            UncertaintyPtr answer = known;
+            if (!answer) {
+                auto request = requestOf(asked, base);
+                if (!request) return request.fault();
+                auto made = uncertainty(base, *request, rounding, threads, stop);
+                if (!made) return made.fault();
+                answer = std::make_shared<const UncertaintyAnswer>(
+                    UncertaintyAnswer{base, std::move(*request), std::move(*made)});
+            }
+            StudyResult result = uncertaintyResult(answer, view, limit);
+            if (!result.stopped) result.asked = run;
+            return result;
         });
 }
 

@@ -22,6 +22,10 @@ class UncertaintyPage : public StudyPage {
   public:
     UncertaintyPage(PageActions actions, EditScatter editScatter, QWidget* parent);
 
+  Q_SIGNALS:
+    /// Limits, scatter or samples are others now.
+    void askedChanged();
+
   protected:
     void fill(bool another) override;
     Result<Compute> read() override;
@@ -30,11 +34,11 @@ class UncertaintyPage : public StudyPage {
   private:
     void makeFields();
     void makeLimitFields();
+    std::vector<Criterion> limits() const;
     void listLimits(int current);
+    void listSamples();
     void addLimit();
-    void askedAnew();
-    /// What is asked, kept beside the case.
-    AskedUncertainty& asked() const;
+    void keep();
 
     EditScatter m_editScatter;
     QComboBox* m_view;
@@ -47,7 +51,8 @@ class UncertaintyPage : public StudyPage {
     QComboBox* m_samples;
     telvo::ui::NumberEdit* m_seed;
     QPushButton* m_inputs;
-    UncertaintyPtr m_answer; ///< to what the fields ask; nothing: to be computed
+    AskedUncertainty m_asked; ///< as it is kept beside the case; what it leaves out is usual
+    UncertaintyPtr m_answer;  ///< to what the fields ask; nothing: to be computed
 };
 
 enum class UncertaintyView { Shares, Importance, Convergence, Samples };

@@ -92,7 +92,7 @@ frmStudies::frmStudies(StudyActions actions, const telvo::ui::FormServices& serv
     addPage(new DesignPage(pages, m_stack));
     addPage(new ScenariosPage(pages, m_stack));
     addPage(new ComparePage(pages, m_stack));
-    addPage(new UncertaintyPage(
+    auto* sure = new UncertaintyPage(
         pages,
         [this](const project::ProjectCase& base, AskedUncertainty& asked) {
             frmScatter form(base, asked, this->services(), this);
@@ -100,8 +100,11 @@ frmStudies::frmStudies(StudyActions actions, const telvo::ui::FormServices& serv
             asked = form.asked();
             return true;
         },
-        m_stack));
-    addPage(new ShareCurvePage(pages, m_stack));
+        m_stack);
+    auto* shares = new ShareCurvePage(pages, m_stack);
+    connect(sure, &UncertaintyPage::askedChanged, shares, &StudyPage::refresh);
+    addPage(sure);
+    addPage(shares);
 
     auto* middle = new QHBoxLayout;
     middle->addLayout(makeSide());

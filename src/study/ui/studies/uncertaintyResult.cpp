@@ -2,7 +2,6 @@
 //
 // Tables of samples and of what they say.
 #include "base/numbers.h"
-#include "study/questions/sampleBlock.h"
 #include "study/ui/studies/UncertaintyPage.h"
 
 #include <array>
@@ -41,7 +40,7 @@ std::shared_ptr<const StudyTable> shareTable(const UncertaintyPtr& answer) {
         switch (column) {
         case 0:
             return any ? std::string("Any of them")
-                       : criterionTitle(answer->request.criteria[row], answer->base.Units);
+                       : answer->request.criteria[row].title(answer->base.Units);
         case 1:
             return Percent * missed.value;
         case 2:
@@ -164,7 +163,7 @@ std::shared_ptr<const StudyTable> sampleTable(const UncertaintyPtr& answer) {
         for (std::size_t c = 0; c < answer->request.criteria.size(); ++c)
             if ((made.samples.missed[row] >> c & 1U) != 0)
                 missed += (missed.empty() ? "" : "; ") +
-                          criterionTitle(answer->request.criteria[c], answer->base.Units);
+                          answer->request.criteria[c].title(answer->base.Units);
         return missed;
     };
     return table;
@@ -181,7 +180,6 @@ StudyResult uncertaintyResult(const UncertaintyPtr& answer, UncertaintyView view
                               std::size_t criterion) {
     criterion = std::min(criterion, answer->request.criteria.size() - 1);
     StudyResult result;
-    result.headline = shareSentence(*answer, criterion);
     result.remark = ShareNote;
     result.tally = answer->made.tally;
     result.stopped = answer->made.samples.stopped;
@@ -210,6 +208,7 @@ StudyResult uncertaintyResult(const UncertaintyPtr& answer, UncertaintyView view
         result.ofRow = [answer](std::size_t row, int) { return sampleCase(answer, row); };
         break;
     }
+    result.headline = result.drawing.headline;
     return result;
 }
 
